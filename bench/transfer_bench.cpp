@@ -74,8 +74,8 @@ int main(int argc, char** argv) {
   values.address = QStringLiteral("me@example.org");
   values.incoming.host = QStringLiteral("127.0.0.1");
   values.incoming.port = words[2].toInt();
-  values.incoming.user = QStringLiteral("u");
-  values.incoming.password = QStringLiteral("secret");
+  values.incoming.who.user = QStringLiteral("u");
+  values.incoming.who.password = QStringLiteral("secret");
   const DiskPtr account = *CreateAccount(context, values);
   account->Let(QStringLiteral("OutMailServer"), QStringLiteral("127.0.0.1"));
   account->Let(QStringLiteral("OutMailServerPort"), words[2].toInt());

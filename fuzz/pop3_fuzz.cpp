@@ -43,11 +43,12 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   events.wantsHeaders = (data[0] & 1) != 0;
   const bool apop = (data[0] & 2) != 0;
   const size_t chunk = 1 + data[1] % 7;
-  Pop3Session session({QStringLiteral("h"), {QStringLiteral("u"), QStringLiteral("p")}, apop},
-                      events, [&events](const QByteArray& said) {
-                        fuzz::Require(said.endsWith("\r\n") && said.count('\n') == 1);
-                        if (said.startsWith("DELE")) fuzz::Require(events.durable);
-                      });
+  Pop3Session session(
+      {{.host = QStringLiteral("h"), .who = {QStringLiteral("u"), QStringLiteral("p")}}, apop},
+      events, [&events](const QByteArray& said) {
+        fuzz::Require(said.endsWith("\r\n") && said.count('\n') == 1);
+        if (said.startsWith("DELE")) fuzz::Require(events.durable);
+      });
   for (size_t at = 2; at < size && !session.Finished(); at += chunk) {
     session.Receive(fuzz::Bytes(data + at, std::min(chunk, size - at)));
     while (!session.Finished() && session.Work()) {

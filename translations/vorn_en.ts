@@ -4231,5 +4231,9 @@ and what was erased is not received again.</translation>
         <source>サーバーがログインか暗号化を求めています。アカウントの送信の設定を確認してください。</source>
         <translation>The server wants a login or encryption. Please check the account’s settings for sending.</translation>
     </message>
+    <message>
+        <source>サーバーの応答がログインの手順に合わないため、ログインを中止しました。</source>
+        <translation>The server’s answer does not fit the way to log in, so the login was given up.</translation>
+    </message>
 </context>
 </TS>

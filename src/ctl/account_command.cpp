@@ -27,7 +27,6 @@ std::optional<QString> ReadValues(const Arguments& arguments, AccountValues& val
   if (protocol != u"pop3" && protocol != u"apop") {
     return QStringLiteral("--in-protocol は pop3 か apop です。");
   }
-  bool ok = true;
   values.name = arguments.Text(QStringLiteral("name"));
   values.address = arguments.Text(QStringLiteral("address"));
   values.display = arguments.Text(QStringLiteral("display"));
@@ -37,25 +36,27 @@ std::optional<QString> ReadValues(const Arguments& arguments, AccountValues& val
       !ReadSecurity(arguments, QStringLiteral("out-security"), values.outgoing.security)) {
     return QStringLiteral("--in-security と --out-security は none か starttls か tls です。");
   }
-  values.incoming.port = arguments.Number(
-      QStringLiteral("in-port"), kPop3Ports[static_cast<size_t>(values.incoming.security)], &ok);
-  if (!ok) return QStringLiteral("--in-port は数です。");
-  values.incoming.user = arguments.Text(QStringLiteral("in-user"));
+  const auto inPort = arguments.Number(QStringLiteral("in-port"),
+                                       kPop3Ports[static_cast<size_t>(values.incoming.security)]);
+  if (!inPort) return QStringLiteral("--in-port は数です。");
+  values.incoming.port = *inPort;
+  values.incoming.who.user = arguments.Text(QStringLiteral("in-user"));
   values.protocol = protocol == u"apop" ? InProtocol::Apop : InProtocol::Pop3;
   values.deletesOnServer = arguments.Has(QStringLiteral("delete-on-server"));
   values.isDefault = arguments.Has(QStringLiteral("default"));
-  values.outgoing.port = arguments.Number(
-      QStringLiteral("out-port"), kSmtpPorts[static_cast<size_t>(values.outgoing.security)], &ok);
-  values.outgoing.user = arguments.Text(QStringLiteral("out-user"));
-  if (!ok) return QStringLiteral("--out-port は数です。");
+  const auto outPort = arguments.Number(QStringLiteral("out-port"),
+                                        kSmtpPorts[static_cast<size_t>(values.outgoing.security)]);
+  if (!outPort) return QStringLiteral("--out-port は数です。");
+  values.outgoing.port = *outPort;
+  values.outgoing.who.user = arguments.Text(QStringLiteral("out-user"));
   if (arguments.Has(QStringLiteral("out-password-fd"))) {
     const Result<QString> password = ReadSecret(arguments, QStringLiteral("out-password-fd"));
     if (!password) return password.Error().text;
-    values.outgoing.password = *password;
+    values.outgoing.who.password = *password;
   }
   const Result<QString> password = ReadSecret(arguments, QStringLiteral("in-password-fd"));
   if (!password) return password.Error().text;
-  values.incoming.password = *password;
+  values.incoming.who.password = *password;
   return {};
 }
 

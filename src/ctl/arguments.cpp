@@ -34,12 +34,11 @@ void Arguments::Add(const QString& name, const QString& value) {
   all_[name].append(value);
 }
 
-int Arguments::Number(const QString& name, int fallback, bool* ok) const {
+std::optional<int> Arguments::Number(const QString& name, int fallback) const {
   if (!Has(name)) return fallback;
   bool isNumber = false;
   const int number = options_.value(name).toInt(&isNumber);
-  if (!isNumber) *ok = false;
-  return isNumber ? number : fallback;
+  return isNumber ? std::optional(number) : std::nullopt;
 }
 
 QStringList Arguments::Unknown(const QSet<QString>& known) const {
@@ -51,10 +50,9 @@ QStringList Arguments::Unknown(const QSet<QString>& known) const {
 }
 
 Result<QString> ReadSecret(const Arguments& arguments, const QString& option) {
-  bool ok = true;
-  const int descriptor = arguments.Number(option, -1, &ok);
+  const std::optional<int> descriptor = arguments.Number(option, -1);
   QFile file;
-  if (!ok || !file.open(descriptor, QFile::ReadOnly)) {
+  if (!descriptor || !file.open(*descriptor, QFile::ReadOnly)) {
     return StorageError{StorageError::Kind::Other,
                         QStringLiteral("--%1 を読み込めません。").arg(option)};
   }

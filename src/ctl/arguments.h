@@ -4,6 +4,7 @@
 #include <QSet>
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 #include "storage/result.h"
 
@@ -24,8 +25,8 @@ class Arguments {
   }
   /// Every value of an option that was given several times, in order.
   QStringList All(const QString& name) const { return all_.value(name); }
-  /// A whole number; `ok` becomes false when it is none.
-  int Number(const QString& name, int fallback, bool* ok) const;
+  /// A whole number, `fallback` where the option is not given; nothing when it is none.
+  std::optional<int> Number(const QString& name, int fallback) const;
   /// The given options that are not in `known`.
   QStringList Unknown(const QSet<QString>& known) const;
 

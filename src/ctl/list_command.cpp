@@ -19,7 +19,7 @@ namespace {
 QString Sender(const QString& addressLines) {
   for (const QString& line : addressLines.split(kLineBreak)) {
     const AddressEntry entry = WithWholeAddress(ParseAddressEntry(line));
-    if (entry.kind.compare(u"FROM", Qt::CaseInsensitive) == 0) return entry.presentable;
+    if (entry.kind.compare(u"FROM", Qt::CaseInsensitive) == 0) return PresentableAddress(entry);
   }
   return {};
 }

@@ -10,9 +10,8 @@ namespace vorn::ctl {
 int WritePage(Context& context, const Arguments& arguments) {
   const QString name = arguments.Words().value(1);
   const QString out = arguments.Text(QStringLiteral("out"));
-  bool ok = true;
-  const int page = arguments.Number(QStringLiteral("page"), 1, &ok);
-  if (out.isEmpty() || !ok || page < 1) {
+  const int page = arguments.Number(QStringLiteral("page"), 1).value_or(0);
+  if (out.isEmpty() || page < 1) {
     return Complain(QStringLiteral("--page は1以上の数、--out はファイル名です。"), kExitUsage);
   }
   const QString folder = FindFolder(context, name);

@@ -53,19 +53,20 @@ bool Dispatcher::Show(RequestWindow& window, RequestShow show) {
 }
 
 void Dispatcher::RunAfter(RequestWindow& window, const Disk& request) {
-  const QString after = WindowRequest(request).After();
-  if (after == u"public") {
-    host_.ApplySettings();
-  } else if (after == u"delete") {
-    window.DeleteObject();
-    host_.RefreshNode(request.SerialID());
-  } else if (after == u"rename") {
-    window.SetObjectText(host_.NodeText(request.SerialID()));
-    window.ConfirmObject();
-    host_.RefreshNode(request.SerialID());  // the old name again when the new one was refused
-  } else {
-    host_.RefreshNode(request.SerialID());
+  switch (WindowRequest(request).After()) {
+    case AfterStep::ApplySettings:
+      return host_.ApplySettings();
+    case AfterStep::DeleteObject:
+      window.DeleteObject();
+      break;
+    case AfterStep::RenameObject:
+      window.SetObjectText(host_.NodeText(request.SerialID()));
+      window.ConfirmObject();
+      break;  // the node has the old name again when the new one was refused
+    case AfterStep::None:
+      break;
   }
+  host_.RefreshNode(request.SerialID());
 }
 
 }  // namespace vorn

@@ -17,8 +17,7 @@ class DispatchHost {
   virtual bool IsEnabled() const = 0;
   /// The open windows in their order.
   virtual std::vector<RequestWindow*> OpenWindows() const = 0;
-  /// A new window for a request by its "status": "browser", "logo", "mail", "rule", and anything
-  /// else an object property window. Null when this version has no such window.
+  /// A new window for a request, the one that it wants. Null when there is no such window.
   virtual RequestWindow* CreateRequestWindow(const Disk& request) = 0;
   /// Arranges the child windows as the main window's saved state says.
   virtual void ArrangeWindows() = 0;
@@ -42,7 +41,7 @@ class Dispatcher {
  private:
   void Execute(const DiskPtr& request);
   bool ActivateOpenWindow(const QString& serialId);
-  /// Whether the "after" step is to follow.
+  /// Whether the step afterwards is to follow.
   bool Show(RequestWindow& window, RequestShow show);
   void RunAfter(RequestWindow& window, const Disk& request);
 

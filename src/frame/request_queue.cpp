@@ -17,9 +17,9 @@ bool RequestQueue::PostDialogRequest(const DialogRequest& request) {
   const DatabaseKind db =
       request.status == object_type::kProfile ? DatabaseKind::Navigator : DatabaseKind::Profile;
   const auto bag = std::make_shared<Disk>(serialId);
-  WindowRequest::Begin(*bag, WindowRequest::Kind::Dialog, request.status);
+  WindowRequest::BeginDialog(*bag, request.status);
   WindowRequest::SetShow(*bag, request.show);
-  WindowRequest::SetAfter(*bag, request.after);
+  if (request.after != AfterStep::None) WindowRequest::SetAfter(*bag, request.after);
   ObjectRequest::SetDatabase(*bag, db);
   ObjectRequest::SetParent(*bag, request.parent);
   ObjectRequest::SetNew(*bag, request.isNew);
@@ -32,9 +32,9 @@ bool RequestQueue::PostDialogRequest(const DialogRequest& request) {
 
 void RequestQueue::PostBrowserRequest(const BrowserRequest& request) {
   const auto bag = std::make_shared<Disk>(request.serialId);
-  WindowRequest::Begin(*bag, WindowRequest::Kind::Window, QStringLiteral("browser"));
+  WindowRequest::BeginWindow(*bag, WantedWindow::Pages);
   WindowRequest::SetShow(*bag, request.show);
-  WindowRequest::SetAfter(*bag, QStringLiteral("dummy"));
+  WindowRequest::SetAfter(*bag, AfterStep::None);
   PageRequest::Begin(*bag, request.url, request.local, request.exec);
   if (!request.title.isEmpty()) PageRequest::SetTitle(*bag, request.title);
   Post(bag);
@@ -44,7 +44,7 @@ bool RequestQueue::PostMailRequest(const MailRequest& request) {
   const QString serialId =
       request.serialId.isEmpty() ? NewMessageSerialID(context_) : request.serialId;
   const auto bag = std::make_shared<Disk>(serialId);
-  WindowRequest::Begin(*bag, WindowRequest::Kind::Window, QStringLiteral("mail"));
+  WindowRequest::BeginWindow(*bag, WantedWindow::Message);
   WindowRequest::SetShow(*bag, request.show);
   WindowRequest::SetOpensAnother(*bag, request.mode != OpenMode::Show);
   WindowRequest::SetUpdates(*bag, true);

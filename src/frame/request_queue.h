@@ -15,7 +15,7 @@ struct DialogRequest {
   QString status;
   RequestShow show = kShowModal;
   bool isNew = false;
-  QString after;
+  AfterStep after = AfterStep::None;
   QString parent;
   QString event;
   QString name;       ///< of a new object

@@ -137,12 +137,6 @@ QString SubjectIn(OpenMode mode, const QString& original, qsizetype identifiers,
   return mode == OpenMode::Receipt ? Ui::tr("開封通知： ") + subject : subject;
 }
 
-AddressEntry MakeEntry(const QString& kind, const QString& address, const QString& name) {
-  const QString suffix = name.isEmpty() ? QString() : u' ' + name;
-  return {kind, address, name, kind + QStringLiteral(": ") + address + suffix,
-          name.isEmpty() ? address : name + QStringLiteral(" <") + address + u'>'};
-}
-
 // Nothing else can be written to; earlier versions stored the names of groups as addresses.
 bool IsWritable(const AddressEntry& entry) {
   return entry.address != kUnknownAddress && !entry.address.contains(u':') &&
@@ -172,7 +166,7 @@ QList<AddressEntry> AddressesIn(OpenMode mode, const QList<AddressEntry>& stored
     const bool isReplaced = isFrom && kind == u"TO" && hasReplyAddress;
     if (kind.isEmpty() || isReplaced || entry.address.isEmpty()) continue;
     if (mode != OpenMode::Show && !IsWritable(entry)) continue;
-    addresses.append(MakeEntry(kind, entry.address, entry.displayName));
+    addresses.append({kind, entry.address, entry.displayName});
   }
   return addresses;
 }
@@ -189,7 +183,7 @@ QList<AddressEntry> ForAll(const QList<AddressEntry>& stored, const Sender& send
     const QString kind = entry.kind.toUpper();
     if ((kind != u"TO" && kind != u"CC") || entry.address.isEmpty() || !IsWritable(entry)) continue;
     if (isThere(entry.address) || sender.IsOwn(entry.address)) continue;
-    addresses.append(MakeEntry(kind, entry.address, entry.displayName));
+    addresses.append({kind, entry.address, entry.displayName});
   }
   return addresses;
 }
@@ -202,9 +196,9 @@ QList<AddressEntry> ForReceipt(const QList<AddressEntry>& stored, const Sender& 
     const QString kind = entry.kind.toUpper();
     const bool isOwn = (kind == u"TO" || kind == u"CC") && sender.IsOwn(entry.address);
     if (kind == u"NO" && IsWritable(entry)) {
-      addresses.append(MakeEntry(QStringLiteral("TO"), entry.address, entry.displayName));
+      addresses.append({QStringLiteral("TO"), entry.address, entry.displayName});
     } else if (isOwn && !HasKind(addresses, u"FROM")) {
-      addresses.append(MakeEntry(QStringLiteral("FROM"), entry.address, entry.displayName));
+      addresses.append({QStringLiteral("FROM"), entry.address, entry.displayName});
     }
   }
   return addresses;
@@ -475,7 +469,7 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
     AddRowWhenMissing(model.headerRows, QStringLiteral("X-Mailer:"), programLine);
     AddRowWhenMissing(model.headerRows, QStringLiteral("X-Priority:"), QStringLiteral("3"));
     if (!sender.address.isEmpty() && !HasKind(model.addresses, u"FROM")) {
-      model.addresses.append(MakeEntry(QStringLiteral("FROM"), sender.address, sender.display));
+      model.addresses.append({QStringLiteral("FROM"), sender.address, sender.display});
     }
   }
   if (IsReply(mode) || mode == OpenMode::Forward)

@@ -30,10 +30,7 @@ QString Addresses(const MessageModel& model, QStringView kind) {
   QStringList texts;
   for (const AddressEntry& entry : model.addresses) {
     if (kind.compare(entry.kind, Qt::CaseInsensitive) != 0) continue;
-    const QString text = entry.displayName.isEmpty()
-                             ? entry.address
-                             : entry.displayName + QStringLiteral(" <") + entry.address + u'>';
-    texts.append(IsolatedAddress(ShownInLine(text)));
+    texts.append(IsolatedAddress(ShownInLine(PresentableAddress(entry))));
   }
   return texts.join(QStringLiteral(", "));
 }

@@ -31,9 +31,7 @@ QString ForwardHead(const QString& subject, const QList<AddressEntry>& written,
     QStringList names;
     for (const AddressEntry& entry : written) {
       if (entry.kind.compare(kind, Qt::CaseInsensitive) != 0) continue;
-      const QString name = WithoutDirectionMarks(entry.displayName);
-      names.append(name.isEmpty() ? entry.address
-                                  : name + QStringLiteral(" <") + entry.address + u'>');
+      names.append(PresentableAddress(WithoutDirectionMarks(entry.displayName), entry.address));
     }
     return names.join(QStringLiteral(", "));
   };

@@ -3,6 +3,7 @@
 #include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
+#include "objects/trusted_certificates.h"
 #include "storage/shown_text.h"
 #include "storage/ui.h"
 #include "storage/work_lock.h"
@@ -40,13 +41,14 @@ Security SecurityOf(const Disk& account, const QString& key) {
   return Security::Tls;
 }
 
-AccountServer Server(const Disk& account, const QString& server) {
-  return {account.Text(server),
-          account.Number(server + kPort),
-          account.Text(server + kUser),
-          account.Text(server + kPassword),
-          SecurityOf(account, server + kSecurity),
-          account.Text(server + kCertificates)};
+Endpoint Server(const Disk& account, const QString& server) {
+  const QString host = account.Text(server);
+  return {
+      .host = host,
+      .port = account.Number(server + kPort),
+      .security = SecurityOf(account, server + kSecurity),
+      .who = {account.Text(server + kUser), account.Text(server + kPassword)},
+      .trustedFingerprints = TrustedCertificates(account.Text(server + kCertificates)).For(host)};
 }
 
 DiskPtr ToObject(const QString& serialId, const AccountValues& values) {
@@ -59,8 +61,8 @@ DiskPtr ToObject(const QString& serialId, const AccountValues& values) {
   account->Let(kEventLog, true);
   account->Let(kIn, values.incoming.host);
   account->Let(kIn + kPort, QString::number(values.incoming.port));
-  account->Let(kIn + kUser, values.incoming.user);
-  account->Let(kIn + kPassword, values.incoming.password);
+  account->Let(kIn + kUser, values.incoming.who.user);
+  account->Let(kIn + kPassword, values.incoming.who.password);
   account->Let(kIn + kPasswordSave, true);
   account->Let(kIn + kProtocol, static_cast<int>(values.protocol));
   account->Let(kIn + kDelete, values.deletesOnServer);
@@ -69,9 +71,9 @@ DiskPtr ToObject(const QString& serialId, const AccountValues& values) {
   account->Let(kOut + kPort, QString::number(values.outgoing.port));
   account->Let(kOut + kProtocol, static_cast<int>(OutProtocol::Smtp));
   account->Let(kOut + kSecurity, static_cast<int>(values.outgoing.security));
-  account->Let(kOut + kAuth, !values.outgoing.user.isEmpty());
-  account->Let(kOut + kUser, values.outgoing.user);
-  account->Let(kOut + kPassword, values.outgoing.password);
+  account->Let(kOut + kAuth, !values.outgoing.who.user.isEmpty());
+  account->Let(kOut + kUser, values.outgoing.who.user);
+  account->Let(kOut + kPassword, values.outgoing.who.password);
   return account;
 }
 
@@ -101,7 +103,7 @@ bool Account::LogsEvents() const {
   return bag_->Flag(kEventLog);
 }
 
-AccountServer Account::Incoming() const {
+Endpoint Account::Incoming() const {
   return Server(*bag_, kIn);
 }
 
@@ -115,11 +117,11 @@ bool Account::DeletesOnServer() const {
 }
 
 QString Account::Work() const {
-  const AccountServer server = Incoming();
-  return ReceivingWork(server.user, server.host);
+  const Endpoint server = Incoming();
+  return ReceivingWork(server.who.user, server.host);
 }
 
-AccountServer Account::Outgoing() const {
+Endpoint Account::Outgoing() const {
   return Server(*bag_, kOut);
 }
 
@@ -162,13 +164,14 @@ Result<> ValidateAccount(const Context& context, const AccountValues& values) {
     return wrong(Ui::tr("メールアドレスに「@」がありません。"));
   }
   if (values.incoming.host.isEmpty()) return wrong(Ui::tr("受信サーバーが設定されていません。"));
-  if (values.incoming.user.isEmpty()) {
+  if (values.incoming.who.user.isEmpty()) {
     return wrong(Ui::tr("受信サーバーのユーザー名が設定されていません。"));
   }
   if (!IsPort(values.incoming.port) || !IsPort(values.outgoing.port)) return wrong(PortWords());
-  for (const QString& text : {values.name, values.address, values.display, values.incoming.host,
-                              values.incoming.user, values.incoming.password, values.outgoing.host,
-                              values.outgoing.user, values.outgoing.password}) {
+  for (const QString& text :
+       {values.name, values.address, values.display, values.incoming.host, values.incoming.who.user,
+        values.incoming.who.password, values.outgoing.host, values.outgoing.who.user,
+        values.outgoing.who.password}) {
     if (HasControlCharacter(text)) return wrong(Ui::tr("使えない文字（制御文字）があります。"));
   }
   return {};

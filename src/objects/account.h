@@ -3,7 +3,7 @@
 #include <QString>
 #include <utility>
 
-#include "objects/security.h"
+#include "objects/endpoint.h"
 #include "storage/context.h"
 #include "storage/result.h"
 
@@ -11,16 +11,6 @@ namespace vorn {
 
 /// The choices of "InMailServerProtocol" by their stored numbers.
 enum class InProtocol { Pop3 = 0, Apop = 1 };
-
-/// A server as an account names it.
-struct AccountServer {
-  QString host = {};
-  int port = 0;
-  QString user = {};
-  QString password = {};
-  Security security = Security::None;
-  QString certificates = {};  ///< those that the user trusts (`TrustedCertificates`)
-};
 
 /// An account, by the names that its object's bag has for what it holds. The bag of any account is
 /// one.
@@ -38,7 +28,7 @@ class Account {
   /// Whether the event log records its sessions.
   bool LogsEvents() const;
 
-  AccountServer Incoming() const;
+  Endpoint Incoming() const;
   /// It has no incoming server.
   bool OnlySends() const { return Incoming().host.isEmpty(); }
   InProtocol Protocol() const;
@@ -46,7 +36,7 @@ class Account {
   /// The work of receiving for it (`WorkLock`).
   QString Work() const;
 
-  AccountServer Outgoing() const;
+  Endpoint Outgoing() const;
   /// Whether it logs in to send.
   bool Authenticates() const;
   /// Whether it logs in at the incoming server before it sends.
@@ -55,7 +45,7 @@ class Account {
   /// Whether the incoming password is stored with the account, and not asked for in each run.
   bool SavesPassword() const;
   /// Whether the incoming password is known.
-  bool HasPassword() const { return SavesPassword() || !Incoming().password.isEmpty(); }
+  bool HasPassword() const { return SavesPassword() || !Incoming().who.password.isEmpty(); }
   void SetPassword(const QString& password);
   /// The names that the bag has for the incoming user and password.
   static QString UserKey();
@@ -70,11 +60,11 @@ struct AccountValues {
   QString name;
   QString address;
   QString display;
-  AccountServer incoming = {{}, 110};
+  Endpoint incoming = {.port = 110};
   InProtocol protocol = InProtocol::Pop3;
   bool deletesOnServer = false;
-  AccountServer outgoing = {{},
-                            25};  ///< without a host: the incoming one; without a user: no login
+  /// Without a host: the incoming one; without a user: no login.
+  Endpoint outgoing = {.port = 25};
   bool isDefault = false;
 };
 

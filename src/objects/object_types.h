@@ -12,7 +12,6 @@ inline const QString kAccount = QStringLiteral("account");
 inline const QString kFolder = QStringLiteral("folder");
 inline const QString kBookmark = QStringLiteral("bookmark");
 inline const QString kBook = QStringLiteral("book");
-inline const QString kDirectory = QStringLiteral("directory");
 inline const QString kEvent = QStringLiteral("event");
 }  // namespace object_type
 

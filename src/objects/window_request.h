@@ -9,6 +9,12 @@ namespace vorn {
 /// How a request's window is shown.
 enum RequestShow { kShowHidden = -1, kShowModeless = 0, kShowModal = 1 };
 
+/// Which window a request wants.
+enum class WantedWindow { Pages, Message, Settings, Rules, Object };
+
+/// What is done after a request's window was loaded and shown, besides showing its object anew.
+enum class AfterStep { None, ApplySettings, DeleteObject, RenameObject };
+
 /// A request for a window, by the names that its bag has for what every request says; its serial
 /// identifier becomes the window's tag. A view: the bag outlives it.
 class WindowRequest {
@@ -16,13 +22,18 @@ class WindowRequest {
   enum class Kind { Dialog, Window, MessageBox };
 
   explicit WindowRequest(const Disk& bag) : bag_(bag) {}
-  /// `status` tells which window of that kind.
-  static void Begin(Disk& bag, Kind kind, const QString& status);
+  /// A request for a window that edits an object; `type` is that of the object, and of settings and
+  /// rules their serial identifier.
+  static void BeginDialog(Disk& bag, const QString& type);
+  /// A request for a window of pages or of a message.
+  static void BeginWindow(Disk& bag, WantedWindow window);
   /// That new messages have come; `serials` has one a line.
   static DiskPtr NewMessages(const QString& serial, const QString& serials);
 
   bool Is(Kind kind) const;
-  QString Status() const { return bag_.Text(kStatus); }
+  WantedWindow Wanted() const;
+  /// The type of the object that is edited.
+  QString ObjectType() const { return bag_.Text(kStatus); }
   bool IsForNewMessages() const;
   QString NewMessages() const { return bag_.Text(kMessage); }
 
@@ -34,11 +45,12 @@ class WindowRequest {
   static void SetUpdates(Disk& bag, bool updates) { bag.Let(kUpdate, updates); }
   RequestShow Show(RequestShow byDefault) const;
   static void SetShow(Disk& bag, RequestShow show) { bag.Let(kShow, show); }
-  /// What is done afterwards: "public", "delete", "rename" or anything else for nothing more.
-  QString After() const { return bag_.Text(kAfter); }
-  static void SetAfter(Disk& bag, const QString& after) { bag.Let(kAfter, after); }
+  AfterStep After() const;
+  static void SetAfter(Disk& bag, AfterStep after);
 
  private:
+  static void Begin(Disk& bag, Kind kind, const QString& status);
+
   static inline const QString kMode = QStringLiteral("mode");
   static inline const QString kStatus = QStringLiteral("status");
   static inline const QString kMessage = QStringLiteral("message");

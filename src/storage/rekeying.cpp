@@ -21,13 +21,13 @@ Result<> LeaveLog(Connection& connection) {
 }  // namespace
 
 Result<> CopyDatabaseFile(const QString& path, const QString& password, const QString& target) {
-  StorageError error;
-  const auto connection = Connection::Open(path, password, Connection::Mode::Existing, &error);
-  if (connection == nullptr) return FileError(path, error);
-  if (const Result<> left = LeaveLog(*connection); !left) return left;
-  if (!connection->Run("BEGIN EXCLUSIVE")) return connection->LastError();
+  const auto opened = Connection::Open(path, password, Connection::Mode::Existing);
+  if (!opened) return FileError(path, opened.Error());
+  Connection& connection = **opened;
+  if (const Result<> left = LeaveLog(connection); !left) return left;
+  if (!connection.Run("BEGIN EXCLUSIVE")) return connection.LastError();
   const bool copied = QFile::copy(path, target);
-  connection->Run("ROLLBACK");
+  connection.Run("ROLLBACK");
   if (copied) return {};
   return StorageError{StorageError::Kind::DiskFull,
                       Ui::tr("ファイルを複製できません。ディスクの空き容量を確認して"

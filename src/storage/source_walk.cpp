@@ -116,8 +116,8 @@ class Walk {
 
 WalkOutcome WalkSources(const QString& path, const QString& password, const WalkPlace& from,
                         int milliseconds) {
-  StorageError error;
-  const auto connection = Connection::Open(path, password, Connection::Mode::Existing, &error);
+  const auto connection =
+      Connection::Open(path, password, Connection::Mode::Existing).ValueOr(nullptr);
   WalkOutcome nothing;
   nothing.place = from;
   // A file of another version gets its tables when the program opens it.

@@ -81,12 +81,12 @@ class DispatcherTest : public testing::Test, public DispatchHost {
     while (!queue_.IsEmpty()) dispatcher_.Tick();
     return log_.join(u',');
   }
-  void PostDialog(const char16_t* serialId, RequestShow show, const char16_t* after) {
+  void PostDialog(const char16_t* serialId, RequestShow show, AfterStep after) {
     DialogRequest request;
     request.serialId = QString::fromUtf16(serialId);
     request.status = QStringLiteral("account");
     request.show = show;
-    request.after = QString::fromUtf16(after);
+    request.after = after;
     EXPECT_TRUE(queue_.PostDialogRequest(request));
   }
   void PostMail(const char16_t* serialId, OpenMode mode = OpenMode::Show) {
@@ -113,16 +113,16 @@ TEST_F(DispatcherTest, AnOpenWindowIsReusedUnlessTheRequestIsDirect) {
 }
 
 TEST_F(DispatcherTest, ModalWindowsRunTheirStepOnlyWhenConfirmed) {
-  PostDialog(u"a", kShowModal, u"public");
+  PostDialog(u"a", kShowModal, AfterStep::ApplySettings);
   EXPECT_EQ(Run(), QStringLiteral("load a,modal,apply"));
   answer_.clear();
-  PostDialog(u"a", kShowModal, u"public");
+  PostDialog(u"a", kShowModal, AfterStep::ApplySettings);
   EXPECT_EQ(Run(), QStringLiteral("load a,modal"));
 }
 
 TEST_F(DispatcherTest, HiddenWindowsRunTheirStepAtOnce) {
-  PostDialog(u"a", kShowHidden, u"rename");
-  PostDialog(u"b", kShowHidden, u"delete");
+  PostDialog(u"a", kShowHidden, AfterStep::RenameObject);
+  PostDialog(u"b", kShowHidden, AfterStep::DeleteObject);
   EXPECT_EQ(Run(), QStringLiteral("load a,text A,ok,refresh a,load b,delete,refresh b"));
 }
 

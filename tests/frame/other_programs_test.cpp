@@ -25,9 +25,9 @@ TEST(OtherProgramsTest, WhatTheyStoreIsNoticedOnceAndWhatThisOneStoresIsNot) {
   profile.Store("Subject: mine too\r\n\r\n");
   ASSERT_TRUE(context.Data.Group().Flush());
   EXPECT_FALSE(others.HaveStored());
-  StorageError error;
   const auto other = Connection::Open(MailDatabasePath(context), context.Session->Text(u"Password"),
-                                      Connection::Mode::Existing, &error);
+                                      Connection::Mode::Existing)
+                         .ValueOr(nullptr);
   ASSERT_NE(other, nullptr);
   // Something else than a message.
   ASSERT_TRUE(other->Run("UPDATE mail SET FIELD_SUBJECT = 'x'"));
@@ -45,10 +45,10 @@ TEST(OtherObjectsTest, WhatTheySaveIsLoadedAndAPasswordThatIsNotStoredStaysKnown
   OtherObjects others(context, 0);
   others.TakeOver();
   const auto save = [&context](const QString& serialId, const QString& name, const QString& time) {
-    StorageError error;
     const auto file =
         Connection::Open(PlatformPath(context, context.Session->Text(u"Profile")),
-                         context.Session->Text(u"Password"), Connection::Mode::Existing, &error);
+                         context.Session->Text(u"Password"), Connection::Mode::Existing)
+            .ValueOr(nullptr);
     ASSERT_NE(file, nullptr);
     ASSERT_TRUE(file->Run("DELETE FROM object WHERE SERIALID = ?", {serialId}));
     const QMap<QString, QString> values{{QStringLiteral("FormName"), object_type::kAccount},

@@ -8,6 +8,7 @@
 #include "mail/codec/attachments.h"
 #include "mail/codec/message_index.h"
 #include "mail/codec/text_extraction.h"
+#include "mail/reply_form.h"
 #include "objects/settings.h"
 #include "support/test_profile.h"
 
@@ -102,7 +103,7 @@ TEST(ComposeMessage, WritesItsFieldsInOrder) {
   model.subject = QStringLiteral("s");
   model.addresses = {ParseAddressEntry(QStringLiteral("FROM: f@x")),
                      ParseAddressEntry(QStringLiteral("TO: t@x Sato, Hanako"))};
-  model.addresses.append({QStringLiteral("RE"), QStringLiteral("r@x"), {}, {}, {}});
+  model.addresses.append({QStringLiteral("RE"), QStringLiteral("r@x"), {}});
   model.headerRows = {QStringLiteral("X-Priority: 3"), QString(), QStringLiteral("no field")};
   const QByteArray source = ComposeMessage(model, Options(CharsetChoice::Jis));
   EXPECT_TRUE(source.startsWith(
@@ -268,9 +269,30 @@ TEST(TypedAddresses, GiveWhatWasMeant) {
 
 TEST(ComposeMessage, ADomainIsWrittenAsServersTakeIt) {
   MessageModel model;
-  model.addresses.append({QStringLiteral("TO"), QStringLiteral("s1@例え.jp"), {}, {}, {}});
+  model.addresses.append({QStringLiteral("TO"), QStringLiteral("s1@例え.jp"), {}});
   const QByteArray source = ComposeMessage(model, Options(CharsetChoice::Automatic));
   EXPECT_TRUE(source.contains("To: s1@xn--r8jz45g.jp\r\n")) << source.toStdString();
+}
+
+// Typed, sent and shown a name is the same, with whatever marks of addresses it holds.
+TEST(TypedAddresses, ANameComesThroughAllItsForms) {
+  for (const char16_t* name :
+       {u"山田 太郎", u"Yamada, Taro", u"O\"Neil; Ltd.", u"a\\b", u"Taro <x@y>", u"t@x (Taro)",
+        u"山田、太郎", u"\u05D0\u05D1\u05D2 Ltd, Inc."}) {
+    const AddressEntry entry{QStringLiteral("TO"), QStringLiteral("t@x"), QString::fromUtf16(name)};
+    const QString typed = TypedForm(entry);
+    const QList<AddressEntry> read = ReadTypedAddresses(typed);
+    ASSERT_EQ(read.size(), 1) << typed.toStdString();
+    EXPECT_EQ(CanonicalLine({entry.kind, read[0].address, read[0].displayName}),
+              CanonicalLine(entry));
+    MessageModel model;
+    model.addresses = {entry};
+    const QByteArray source = ComposeMessage(model, Options(CharsetChoice::Automatic));
+    EXPECT_EQ(AddressLines(source, {}, true), CanonicalLine(entry)) << source.toStdString();
+    EXPECT_EQ(PresentableAddress(entry), entry.displayName + QStringLiteral(" <t@x>"));
+    EXPECT_TRUE(ForwardHead({}, {entry}, {}).contains(PresentableAddress(entry)));
+  }
+  EXPECT_EQ(PresentableAddress({}, QStringLiteral("t@x")), QStringLiteral("t@x"));
 }
 
 TEST(ComposeMessage, NothingTypedCanForgeAHeader) {
@@ -278,7 +300,7 @@ TEST(ComposeMessage, NothingTypedCanForgeAHeader) {
   model.subject = QStringLiteral("a\r\nBcc: x@y\r\n\r\nbody");
   model.headerRows = {QStringLiteral("X-A: b\r\nBcc: x@y")};
   model.inReplyTo = QStringLiteral("<1@x>\r\nBcc: x@y");
-  model.addresses.append({QStringLiteral("TO"), QStringLiteral("t@x\r\nBcc: x@y"), {}, {}, {}});
+  model.addresses.append({QStringLiteral("TO"), QStringLiteral("t@x\r\nBcc: x@y"), {}});
   const QByteArray source = ComposeMessage(model, Options(CharsetChoice::Automatic));
   EXPECT_FALSE(source.contains("\nBcc:"));
 }

@@ -163,7 +163,7 @@ TEST_F(MailStoreTest, AMoveIsTakenBackToWhereEachWas) {
   for (int i = 0; i < 1200; ++i) many.append(QStringLiteral("gone%1").arg(i));
   many.append(filed);
   const auto stands = [&](const QStringList& inFolder, const QStringList& thrownAway) {
-    return *Members(context, many, folder) == inFolder &&
+    return test::Filed(context, many, folder) == inFolder &&
            profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail WHERE STATUS < 0 "
                                           "ORDER BY rowid")) ==
                QList<QVariant>(thrownAway.begin(), thrownAway.end());
@@ -187,10 +187,10 @@ TEST_F(MailStoreTest, AMoveIsTakenBackToWhereEachWas) {
 // One without a digest, as earlier versions stored it: no mail ends with zeros.
 TEST_F(MailStoreTest, ASourceThatLostItsEndIsNotGivenOut) {
   ASSERT_TRUE(store_.StoreMessage(*Request(QStringLiteral("m")), "Subject: x\r\n\r\ntext\r\n"));
-  StorageError error;
   const auto connection =
       Connection::Open(MailDatabasePath(profile_.Get()), profile_.Get().Session->Text(u"password"),
-                       Connection::Mode::Existing, &error);
+                       Connection::Mode::Existing)
+          .ValueOr(nullptr);
   ASSERT_NE(connection, nullptr);
   const auto lay = [&](const QByteArray& bytes) {
     ASSERT_TRUE(connection->Run("UPDATE long_binary SET DIGEST = NULL, DATA = ?", {bytes}));
@@ -237,7 +237,7 @@ TEST_F(MailStoreTest, OpeningAMessageReadsItAndMarksItOpened) {
   EXPECT_EQ(message.model.subject, QStringLiteral("あ"));
   EXPECT_EQ(message.model.text.Get(), QStringLiteral("body\r\n"));
   ASSERT_EQ(message.model.addresses.size(), 1);
-  EXPECT_EQ(message.model.addresses[0].presentable, QStringLiteral("い <a@x>"));
+  EXPECT_EQ(PresentableAddress(message.model.addresses[0]), QStringLiteral("い <a@x>"));
   EXPECT_EQ(Column(QStringLiteral("FIELD_FLAG")).mid(2, 1), QStringLiteral("0"));
   EXPECT_EQ(request.Number(u"process"), 4);
 

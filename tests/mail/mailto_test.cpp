@@ -9,7 +9,7 @@ namespace {
 
 QStringList Lines(const MessageModel& model) {
   QStringList lines;
-  for (const AddressEntry& entry : model.addresses) lines.append(entry.canonical);
+  for (const AddressEntry& entry : model.addresses) lines.append(CanonicalLine(entry));
   return lines;
 }
 

@@ -202,8 +202,8 @@ TEST(FileKindTest, ADisguisedNameIsAskedAbout) {
 TEST(PrintPageTest, WhatMailContributesIsText) {
   MessageModel model;
   model.subject = QStringLiteral("<b>&amp;");
-  model.addresses = {{QStringLiteral("FROM"), QStringLiteral("a@b"), QStringLiteral("A"), {}, {}},
-                     {QStringLiteral("TO"), QStringLiteral("c@d"), {}, {}, {}}};
+  model.addresses = {{QStringLiteral("FROM"), QStringLiteral("a@b"), QStringLiteral("A")},
+                     {QStringLiteral("TO"), QStringLiteral("c@d"), {}}};
   model.text = QStringLiteral("1 < 2\r\n<script>");
   model.addresses[0].displayName += QChar(0x202E);
   model.addresses[1].displayName = QStringLiteral("\u05D0\u05D1");

@@ -98,7 +98,7 @@ TEST_F(OpenModes, ASenderWithoutAnAddressIsShownAsWhatItIs) {
     const AddressEntry entry = Open(OpenMode::Show, from).addresses.value(0);
     EXPECT_EQ(entry.address, QString::fromUtf16(c.address));
     EXPECT_EQ(entry.displayName, QString::fromUtf16(c.name));
-    EXPECT_EQ(entry.canonical.section(u' ', 1),
+    EXPECT_EQ(CanonicalLine(entry).section(u' ', 1),
               (QString::fromUtf16(c.address) + u' ' + QString::fromUtf16(c.name)).trimmed());
   }
   LetUsual(false);

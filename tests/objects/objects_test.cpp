@@ -252,7 +252,7 @@ TEST(Account, ValuesAreCheckedBeforeTheyAreStored) {
   good.name = QStringLiteral("仕事");
   good.address = QStringLiteral("a@example.org");
   good.incoming.host = QStringLiteral("127.0.0.1");
-  good.incoming.user = QStringLiteral("a");
+  good.incoming.who.user = QStringLiteral("a");
   EXPECT_TRUE(ValidateAccount(profile.Get(), good));
   good.incoming.security = Security::Tls;
   good.outgoing.security = Security::StartTls;
@@ -274,7 +274,8 @@ TEST(Account, ValuesAreCheckedBeforeTheyAreStored) {
   EXPECT_TRUE(refuses([](AccountValues& v) { v.address = QStringLiteral("nobody"); }));
   EXPECT_TRUE(refuses([](AccountValues& v) { v.incoming.port = 70000; }));
   EXPECT_TRUE(refuses([](AccountValues& v) { v.incoming.host.clear(); }));
-  EXPECT_TRUE(refuses([](AccountValues& v) { v.incoming.user = QStringLiteral("a\r\nDELE 1"); }));
+  EXPECT_TRUE(
+      refuses([](AccountValues& v) { v.incoming.who.user = QStringLiteral("a\r\nDELE 1"); }));
   EXPECT_TRUE(refuses([](AccountValues& v) { v.name = QStringLiteral("受信"); }));
 }
 

@@ -74,8 +74,8 @@ DiskPtr TestProfile::AddAccount(int port, bool deleteOnServer, bool apop, const 
   values.address = QStringLiteral("yamada@example.org");
   values.incoming.host = QStringLiteral("127.0.0.1");
   values.incoming.port = port;
-  values.incoming.user = user;
-  values.incoming.password = password;
+  values.incoming.who.user = user;
+  values.incoming.who.password = password;
   values.protocol = apop ? InProtocol::Apop : InProtocol::Pop3;
   values.deletesOnServer = deleteOnServer;
   return *CreateAccount(*context_, values);
@@ -88,15 +88,23 @@ QString TestProfile::Store(const QByteArray& source, int status) {
   return MailStore(*context_).StoreMessage(request, source).ValueOr({});
 }
 
-QList<QVariant> TestProfile::Select(const QString& select) {
+QList<QVariant> Select(Context& context, const QString& select) {
   QList<QVariant> values;
-  EXPECT_TRUE(OpenDatabase(*context_, DatabaseKind::Mail));
-  EXPECT_TRUE(context_->Data.OpenRecordset(select, CursorKind::ForwardOnly))
-      << context_->Data.LastError().text.toStdString();
-  const RecordsetPtr rows = context_->Data.Recordset();
+  EXPECT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
+  EXPECT_TRUE(context.Data.OpenRecordset(select, CursorKind::ForwardOnly))
+      << context.Data.LastError().text.toStdString();
+  const RecordsetPtr rows = context.Data.Recordset();
   for (; rows != nullptr && !rows->Eof(); rows->MoveNext()) values.append(rows->Fields(u"V"));
-  context_->Data.Close();
+  context.Data.Close();
   return values;
+}
+
+QStringList Filed(Context& context, QStringList messages, const QString& folder) {
+  const QList<QVariant> filed =
+      Select(context,
+             QStringLiteral("SELECT SERIALID AS V FROM folder WHERE FOLDERID = '%1'").arg(folder));
+  messages.removeIf([&filed](const QString& serial) { return !filed.contains(serial); });
+  return messages;
 }
 
 void RunFor(int milliseconds) {

@@ -34,6 +34,12 @@ class PrivateUser {
 Result<> Enter(Context& context, const QString& folder, const QString& password = {},
                const LostFileChoice& choice = {}, const QString& name = {});
 
+/// The column "V" of every row that a statement selects from the mail database.
+QList<QVariant> Select(Context& context, const QString& select);
+
+/// Those of the messages that are filed in a folder.
+QStringList Filed(Context& context, QStringList messages, const QString& folder);
+
 /// A data folder on disk with the first profile logged in, as after a first run.
 class TestProfile {
  public:
@@ -51,7 +57,7 @@ class TestProfile {
   /// Stores a received message; returns its serial identifier.
   QString Store(const QByteArray& source, int status = 4);
   /// The column "V" of every row that a statement selects from the mail database.
-  QList<QVariant> Select(const QString& select);
+  QList<QVariant> Select(const QString& select) { return test::Select(*context_, select); }
 
  private:
   void LogInAgain(const QString& password);

@@ -93,10 +93,10 @@ class TrafficTest : public testing::Test {
   }
   /// By a connection of its own, which takes any statement.
   bool Execute(const QByteArray& statement) {
-    StorageError error;
-    const auto connection = Connection::Open(MailDatabasePath(profile_.Get()),
-                                             profile_.Get().Session->Text(u"password"),
-                                             Connection::Mode::Existing, &error);
+    const auto connection =
+        Connection::Open(MailDatabasePath(profile_.Get()),
+                         profile_.Get().Session->Text(u"password"), Connection::Mode::Existing)
+            .ValueOr(nullptr);
     return connection != nullptr && connection->Run(statement);
   }
   qsizetype Rows() {

@@ -4,9 +4,9 @@
 #include <QSslConfiguration>
 
 #include "mail/store/mail_store.h"
+#include "objects/trusted_certificates.h"
 #include "support/real_servers.h"
 #include "support/traffic.h"
-#include "transfer/net/trusted_certificates.h"
 
 namespace vorn {
 namespace {
@@ -127,7 +127,8 @@ TEST_F(DovecotTlsTest, AnExceptionCountsForOneServerAndOneCertificate) {
 }
 
 TEST_F(DovecotTlsTest, SaslMechanismsLogIn) {
-  for (const char16_t* mechanisms : {u"cram-md5", u"plain login cram-md5", u"plain", u"login"}) {
+  for (const char16_t* mechanisms :
+       {u"cram-md5", u"plain login cram-md5", u"plain", u"login", u"scram-sha-256"}) {
     Dovecot dovecot(certificates_.Certificate(TestCertificates::Kind::Valid),
                     certificates_.Key(TestCertificates::Kind::Valid));
     dovecot.Mechanisms = QString::fromUtf16(mechanisms);

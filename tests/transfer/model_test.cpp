@@ -91,8 +91,8 @@ class Model : public testing::Test {
     values.incoming.host = values.outgoing.host = QStringLiteral("127.0.0.1");
     values.incoming.port = port;
     values.outgoing.port = smtp_.Port();
-    values.incoming.user = QStringLiteral("user");
-    values.incoming.password = QStringLiteral("secret");
+    values.incoming.who.user = QStringLiteral("user");
+    values.incoming.who.password = QStringLiteral("secret");
     values.deletesOnServer = true;
     ASSERT_TRUE(CreateAccount(context, values));
   }
@@ -215,10 +215,10 @@ class Model : public testing::Test {
         " BEGIN SELECT RAISE(ABORT, 'no room'); END");
   }
   bool Run(const QByteArray& statement) {
-    StorageError error;
     const auto connection = Connection::Open(MailDatabasePath(programs_[0]->context),
                                              programs_[0]->context.Session->Text(u"password"),
-                                             Connection::Mode::Existing, &error);
+                                             Connection::Mode::Existing)
+                                .ValueOr(nullptr);
     return connection != nullptr && connection->Run(statement);
   }
   void Die() {

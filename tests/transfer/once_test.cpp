@@ -286,10 +286,9 @@ TEST_F(OnceTest, WhatTheServerSaidIsNotForgottenWhileTheFileIsInUse) {
   QTimer end;
   QObject::connect(&end, &QTimer::timeout, &end, [&other] { other.reset(); });
   smtp_.OnMessage = [&](const test::SentMessage&) {
-    StorageError error;
     other = Connection::Open(MailDatabasePath(profile_.Get()),
-                             profile_.Get().Session->Text(u"password"), Connection::Mode::Existing,
-                             &error);
+                             profile_.Get().Session->Text(u"password"), Connection::Mode::Existing)
+                .ValueOr(nullptr);
     ASSERT_TRUE(other != nullptr && other->Begin());
     end.start(2000);  // behind the first attempt, which takes five seconds
   };
@@ -309,10 +308,9 @@ TEST_F(OnceTest, AFileThatIsInUseAtTheHandoverKeepsNoMessageFromBeingSent) {
   QObject::connect(&end, &QTimer::timeout, &end, [&other] { other.reset(); });
   smtp_.OnCommand = [&](const QByteArray& command) {
     if (!command.startsWith("RCPT") || smtp_.Count("RCPT") > 0) return;
-    StorageError error;
     other = Connection::Open(MailDatabasePath(profile_.Get()),
-                             profile_.Get().Session->Text(u"password"), Connection::Mode::Existing,
-                             &error);
+                             profile_.Get().Session->Text(u"password"), Connection::Mode::Existing)
+                .ValueOr(nullptr);
     ASSERT_TRUE(other != nullptr && other->Begin());
     end.start(2000);  // behind the first attempt
   };

@@ -19,8 +19,9 @@ class Pop3SessionTest : public testing::Test {
   QString Play(const QByteArray& server, qsizetype chunk = 1, bool apop = false) {
     QByteArray said;
     Pop3Session session(
-        {QStringLiteral("Mail.example"), {QStringLiteral("us er"), password_}, apop}, events_,
-        [&said](const QByteArray& bytes) { said += bytes; });
+        {{.host = QStringLiteral("Mail.example"), .who = {QStringLiteral("us er"), password_}},
+         apop},
+        events_, [&said](const QByteArray& bytes) { said += bytes; });
     for (qsizetype at = 0; at < server.size() && !session.Finished(); at += chunk) {
       session.Receive(server.sliced(at, qMin(chunk, server.size() - at)));
       while (!session.Finished() && session.Work()) {

@@ -15,12 +15,12 @@ namespace {
 
 using test::WaitFor;
 
-std::string Words(const MailServer& server) {
+std::string Words(const Endpoint& server) {
   return QStringLiteral("%1 %2 %3 %4")
       .arg(server.host)
       .arg(server.port)
       .arg(static_cast<int>(server.security))
-      .arg(server.user)
+      .arg(server.who.user)
       .toStdString();
 }
 

@@ -40,8 +40,9 @@ QString Play(const SmtpJob& job, SessionRecorder& events, const QByteArray& serv
 QString PlayPop3(SessionRecorder& events, const QByteArray& server,
                  const QString& password = QStringLiteral("s3cret"), bool apop = false) {
   QByteArray said;
-  Pop3Session session({QStringLiteral("mail.example"), {QStringLiteral("user"), password}, apop},
-                      events, [&said](const QByteArray& bytes) { said += bytes; });
+  Pop3Session session(
+      {{.host = QStringLiteral("mail.example"), .who = {QStringLiteral("user"), password}}, apop},
+      events, [&said](const QByteArray& bytes) { said += bytes; });
   for (qsizetype at = 0; at < server.size() && !session.Finished(); ++at) {
     session.Receive(server.sliced(at, 1));
     while (!session.Finished() && session.Work()) {
@@ -141,7 +142,7 @@ TEST(SessionOutcome, TheRefusedRecipientIsTheOneThatIsNamed) {
 
 TEST(SessionOutcome, WhatCameBeforeEncryptionIsForgotten) {
   SmtpJob job = Job();
-  job.security = Security::StartTls;
+  job.server.security = Security::StartTls;
   SessionRecorder events;
   QByteArray said;
   int handshakes = 0;
@@ -164,10 +165,9 @@ TEST(SessionOutcome, WhatCameBeforeEncryptionIsForgotten) {
 
   SessionRecorder mailbox;
   Pop3Session third(
-      {QStringLiteral("mail.example"),
-       {QStringLiteral("user"), QStringLiteral("s3cret")},
-       false,
-       Security::StartTls},
+      {{.host = QStringLiteral("mail.example"),
+        .security = Security::StartTls,
+        .who = {QStringLiteral("user"), QStringLiteral("s3cret")}}},
       mailbox, [](const QByteArray&) {}, [&handshakes] { ++handshakes; });
   third.Receive("+OK hi\r\n");
   third.Receive("+OK\r\nSTLS\r\nUSER\r\n.\r\n");
@@ -289,7 +289,7 @@ QStringList SentencesOf(const QByteArray& answer, const SmtpJob& job) {
   QStringList all;
   for (const char* before : {"", "+OK\r\n-ERR\r\n+OK\r\n", "+OK\r\n-ERR\r\n+OK\r\n+OK\r\n"}) {
     SessionRecorder pop3;
-    PlayPop3(pop3, before + ("-ERR " + answer) + "\r\n", job.who.password);
+    PlayPop3(pop3, before + ("-ERR " + answer) + "\r\n", job.server.who.password);
     all += pop3.errors;
   }
   const QByteArray login = "220\r\n250-x\r\n250 AUTH PLAIN\r\n";
@@ -306,9 +306,9 @@ QStringList SentencesOf(const QByteArray& answer, const SmtpJob& job) {
 TEST(RedactionTest, WhatAServerSaysIsShownPlainAndBounded) {
   SmtpJob job = Job();
   job.authenticate = true;
-  job.who.user = QStringLiteral("user");
-  job.who.password = QStringLiteral("Kyoto-2026");
-  const QByteArray secret = job.who.password.toUtf8();
+  job.server.who.user = QStringLiteral("user");
+  job.server.who.password = QStringLiteral("Kyoto-2026");
+  const QByteArray secret = job.server.who.password.toUtf8();
   const QByteArray blob = (QByteArray("\0user\0", 6) + secret).toBase64();
   for (const auto& [text, words] : kAnswers) {
     const QByteArray answer = QByteArray(text).replace("PLAIN %", "PLAIN " + blob);
@@ -335,8 +335,8 @@ TEST(RedactionTest, WhatAServerSaysIsShownPlainAndBounded) {
 TEST(RedactionTest, AServerThatEchoesALoginShowsNothingOfIt) {
   SmtpJob job = Job();
   job.authenticate = true;
-  job.who.user = QStringLiteral("yamada");
-  job.who.password = QStringLiteral("Kyoto-2026");
+  job.server.who.user = QStringLiteral("yamada");
+  job.server.who.password = QStringLiteral("Kyoto-2026");
   const QByteArray blob = (QByteArray("\0yamada\0", 8) + "Kyoto-2026").toBase64();
   SessionRecorder plain;
   Play(job, plain, "220\r\n250-x\r\n250 AUTH PLAIN\r\n535 bad AUTH PLAIN " + blob + "\r\n221\r\n");
@@ -351,9 +351,10 @@ TEST(RedactionTest, AServerThatEchoesALoginShowsNothingOfIt) {
   EXPECT_FALSE(login.Shown().contains(u"Kyoto"));
 
   const QByteArray challenge = "<1.2@x>";
-  const QByteArray digest = QMessageAuthenticationCode::hash(challenge, job.who.password.toUtf8(),
-                                                             QCryptographicHash::Md5)
-                                .toHex();
+  const QByteArray digest =
+      QMessageAuthenticationCode::hash(challenge, job.server.who.password.toUtf8(),
+                                       QCryptographicHash::Md5)
+          .toHex();
   SessionRecorder cram;
   Play(job, cram,
        "220\r\n250-x\r\n250 AUTH CRAM-MD5\r\n334 " + challenge.toBase64() + "\r\n535 wrong " +

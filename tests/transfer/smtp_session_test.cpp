@@ -61,8 +61,8 @@ TEST_F(SmtpSessionTest, ARefusedRecipientStopsBeforeTheMessage) {
 
 TEST_F(SmtpSessionTest, LogsInWithWhatTheServerOffers) {
   job_.authenticate = true;
-  job_.who.user = QStringLiteral("tim");
-  job_.who.password = QStringLiteral("tanstaaftanstaaf");
+  job_.server.who.user = QStringLiteral("tim");
+  job_.server.who.password = QStringLiteral("tanstaaftanstaaf");
   // The example of RFC 2195.
   EXPECT_TRUE(Play("220\r\n250-x\r\n250 AUTH PLAIN CRAM-MD5\r\n"
                    "334 PDE4OTYuNjk3MTcwOTUyQHBvc3RvZmZpY2UucmVzdG9uLm1jaS5uZXQ+\r\n235\r\n")
@@ -73,13 +73,13 @@ TEST_F(SmtpSessionTest, LogsInWithWhatTheServerOffers) {
   events_.errors.clear();
   Play("220\r\n250 AUTH PLAIN\r\n535 bad\r\n221\r\n");
   EXPECT_TRUE(events_.errors.value(0).contains(QStringLiteral("パスワードを確認")));
-  EXPECT_FALSE(events_.errors.value(0).contains(job_.who.password));
+  EXPECT_FALSE(events_.errors.value(0).contains(job_.server.who.password));
 }
 
 TEST_F(SmtpSessionTest, AMechanismThatIsRefusedIsFollowedByTheNext) {
   job_.authenticate = true;
-  job_.who.user = QStringLiteral("tim");
-  job_.who.password = QStringLiteral("pass");
+  job_.server.who.user = QStringLiteral("tim");
+  job_.server.who.password = QStringLiteral("pass");
   const auto commands = [this](const QByteArray& server) {
     events_.errors.clear();
     QStringList said;
@@ -118,10 +118,10 @@ TEST_F(SmtpSessionTest, FailuresLeaveTheMessageWaiting) {
   fails("220\r\n250 SIZE 10\r\n", QStringLiteral("大きすぎます"));
   fails("220\r\n250\r\n250\r\n250\r\n250\r\n354\r\n", QStringLiteral("届いている可能性"));
   fails("220\r\n250\r\n250\r\n250\r\n250\r\n354\r\n552 full\r\n221\r\n", QStringLiteral("full"));
-  job_.security = Security::StartTls;
+  job_.server.security = Security::StartTls;
   fails("220\r\n250 x\r\n", QStringLiteral("STARTTLS"));
   EXPECT_TRUE(events_.sent.isEmpty());
-  job_.security = Security::None;
+  job_.server.security = Security::None;
   job_.recipients = {QStringLiteral("a@x>\r\nDATA")};
   fails("220\r\n250 x\r\n", QStringLiteral("送信できないアドレス"));
 }

@@ -181,7 +181,7 @@ TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
 
   // What is filed from the dust bin is no longer in it, until that is taken back.
   const auto isFiled = [this] {
-    return !Members(program_->GetContext(), Ids({1}), QString::fromUtf16(kShelf))->isEmpty();
+    return !test::Filed(program_->GetContext(), Ids({1}), QString::fromUtf16(kShelf)).isEmpty();
   };
   FocusPage();
   Press(Qt::Key_Home);
@@ -266,7 +266,7 @@ TEST_F(FolderCommandsTest, TheInboxTakesWhatItCanShow) {
   OpenFolder(shelf);
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 2")));
   const auto filed = [&] {
-    QStringList members = *Members(context, Ids({1, 2}), shelf);
+    QStringList members = test::Filed(context, Ids({1, 2}), shelf);
     members.sort();
     return members;
   };

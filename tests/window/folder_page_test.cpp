@@ -184,7 +184,7 @@ TEST_F(FolderPageTest, ASearchBeginsAtTheNewestAndAKeyEndsIt) {
                            QTest::keyClicks(window.focusWidget(), QStringLiteral("Done"));
                            QTest::keyClick(window.focusWidget(), Qt::Key_Return);
                          });
-  const auto stands = [&] { return *Members(context, hit, QString::fromUtf16(kShelf)) == hit; };
+  const auto stands = [&] { return test::Filed(context, hit, QString::fromUtf16(kShelf)) == hit; };
   EXPECT_TRUE(WaitFor([&] { return !stands(); }));
   FocusPage();
   Press(Qt::Key_Z, Qt::ControlModifier);
@@ -218,11 +218,11 @@ TEST_F(FolderPageTest, TheFolderThatEnterTakesIsSeenAndIsTheOnlyOneMeant) {
     EXPECT_EQ(chosen(window), QStringLiteral("Plan B"));
     QTest::keyClick(window.focusWidget(), Qt::Key_Return);
   });
-  EXPECT_TRUE(WaitFor([&] { return Members(context, Ids({1, 2, 3}), second)->size() == 1; }));
+  EXPECT_TRUE(WaitFor([&] { return test::Filed(context, Ids({1, 2, 3}), second).size() == 1; }));
   // The last one is also the one that something was dragged onto.
   const QString shelf = QString::fromUtf16(kShelf);
   Drop(QStringLiteral("mail_2"), shelf);
-  ASSERT_TRUE(WaitFor([&] { return Members(context, Ids({2}), shelf)->size() == 1; }));
+  ASSERT_TRUE(WaitFor([&] { return test::Filed(context, Ids({2}), shelf).size() == 1; }));
   choose([&](ConsoleWindow& window) {
     EXPECT_EQ(chosen(window), QStringLiteral("棚"));
     QTest::keyClick(&window, Qt::Key_Escape);

@@ -156,8 +156,8 @@ void AddressWindow::Seek() {
           !pattern.Matches(entry.displayName)) {
         continue;
       }
-      auto* item = new QListWidgetItem(ShownText(entry.presentable), lvCandidacy_);
-      item->setData(Qt::UserRole, entry.canonical);
+      auto* item = new QListWidgetItem(ShownText(PresentableAddress(entry)), lvCandidacy_);
+      item->setData(Qt::UserRole, CanonicalLine(entry));
       item->setSelected(selects);
     }
   }

@@ -29,13 +29,13 @@ ConsoleCommands::ConsoleCommands(Context& context, QWidget& window, FolderPanes&
   NodeCommands* commands = &tree->Commands();
   connect(tree, &ConsoleTree::NodeOpened, this, &ConsoleCommands::OpenNode);
   connect(tree, &ConsoleTree::NodeRenamed, this, [this](const QString& key, const QString& tag) {
-    opener_.OpenObject(key, tag, kShowHidden, QStringLiteral("rename"));
+    opener_.OpenObject(key, tag, kShowHidden, AfterStep::RenameObject);
   });
   connect(commands, &NodeCommands::NewWanted, this,
           [this](const QString& type, const QString& parent) { opener_.MakeObject(type, parent); });
   connect(commands, &NodeCommands::PropertiesWanted, this,
           [this](const QString& key, const QString& tag) {
-            opener_.OpenObject(key, tag, kShowModal, QString());
+            opener_.OpenObject(key, tag, kShowModal, AfterStep::None);
           });
   connect(commands, &NodeCommands::DeletionWanted, this, &ConsoleCommands::DeleteObject);
   connect(&tree->Drop(), &MessageDrop::Dropped, &actions, &PageActions::Drop);
@@ -57,7 +57,7 @@ void ConsoleCommands::OpenNode(const QString& key, const QString& tag, bool inTa
 
 void ConsoleCommands::DeleteObject(const QString& key, const QString& tag) {
   if (!ConfirmDeletion(context_, window_, key, panes_.Tree().NodeText(key))) return;
-  opener_.OpenObject(key, tag, kShowHidden, QStringLiteral("delete"));
+  opener_.OpenObject(key, tag, kShowHidden, AfterStep::DeleteObject);
 }
 
 }  // namespace vorn

@@ -65,7 +65,7 @@ DiskPtr ChooseBook(Context& context, QWidget& window) {
 
 QString Sentence(const Disk& book, const QList<AddressEntry>& people, int added) {
   const QString name = ShownText(AnyObject(book).ShownName(), kMostInTitle);
-  const QString who = ShownText(people.first().presentable, kMostInTitle);
+  const QString who = ShownText(PresentableAddress(people.first()), kMostInTitle);
   if (added == 0) return Ui::tr("「%1」には、もう登録されています。").arg(name);
   return added == 1 && people.size() == 1
              ? Ui::tr("%1を「%2」に登録しました。").arg(who, name)

@@ -28,6 +28,8 @@ namespace vorn {
 namespace {
 
 constexpr int kWidth = 360;
+// Of a request: the one profile that may log in.
+const QString kOnlyProfile = QStringLiteral("login");
 
 // Making the key of a password takes up to a second or two, in which the window stands still.
 class BusySign {
@@ -84,7 +86,7 @@ LoginWindow::LoginWindow(Context& context, QWidget* parent)
 }
 
 void LoginWindow::LoadDefaultProperty(const DiskPtr& request) {
-  const QString only = request == nullptr ? QString() : request->Text(u"login");
+  const QString only = request == nullptr ? QString() : request->Text(kOnlyProfile);
   cbProfile_->clear();
   const DiskCollectionPtr profiles =
       SelectObjects(context_.Objects, *context_.Session, object_type::kProfile);

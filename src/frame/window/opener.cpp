@@ -74,8 +74,8 @@ void Opener::PrintPageFile(const QString& path, const QString& title) {
   queue_.PostBrowserRequest(request);
 }
 
-void Opener::OpenObject(const QString& key, const QString& tag, RequestShow show,
-                        const QString& after, const QString& event) {
+void Opener::OpenObject(const QString& key, const QString& tag, RequestShow show, AfterStep after,
+                        const QString& event) {
   DialogRequest request;
   request.serialId = key;
   request.status = tag;
@@ -121,7 +121,7 @@ void Opener::OpenEvent(const QString& serialId) {
     return;
   }
   OpenObject(reference, isSettings ? reference : type, kShowModal,
-             isSettings ? QStringLiteral("public") : QString(), serialId);
+             isSettings ? AfterStep::ApplySettings : AfterStep::None, serialId);
 }
 
 }  // namespace vorn

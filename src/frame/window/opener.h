@@ -43,7 +43,7 @@ class Opener {
   /// Prints a page file without showing it.
   void PrintPageFile(const QString& path, const QString& title);
   /// `tag` is the object's type; `show`, `after` and `event` as the request has them.
-  void OpenObject(const QString& key, const QString& tag, RequestShow show, const QString& after,
+  void OpenObject(const QString& key, const QString& tag, RequestShow show, AfterStep after,
                   const QString& event = {});
   void MakeObject(const QString& type, const QString& parent);
   /// What a recorded event is about.

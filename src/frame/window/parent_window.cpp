@@ -123,7 +123,8 @@ void ParentWindow::ConnectPieces() {
   connect(area, &BrowserArea::ChosenChanged, this, showChosen);
   connect(area, &BrowserArea::StepWanted, this, [this](const QString& step) {
     if (step == first_step::kPassword) {
-      opener_.OpenObject(context_.Session->SerialID(), object_type::kProfile, kShowModal, {});
+      opener_.OpenObject(context_.Session->SerialID(), object_type::kProfile, kShowModal,
+                         AfterStep::None);
     } else if (auto* action = findChild<QAction*>(step)) {
       action->trigger();
     }
@@ -176,11 +177,11 @@ void ParentWindow::menuTools_Click(ToolsEntry entry) {
       traffic_.SendAndReceive();
       break;
     case ToolsEntry::Rules:
-      opener_.OpenObject(fixed_serial::kRules, fixed_serial::kRules, kShowModal, QString());
+      opener_.OpenObject(fixed_serial::kRules, fixed_serial::kRules, kShowModal, AfterStep::None);
       break;
     case ToolsEntry::Settings:
       opener_.OpenObject(fixed_serial::kSettings, fixed_serial::kSettings, kShowModal,
-                         QStringLiteral("public"));
+                         AfterStep::ApplySettings);
       break;
     case ToolsEntry::Cancel:
       closing_.Stay();

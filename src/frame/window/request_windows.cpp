@@ -27,28 +27,26 @@ RequestWindows::RequestWindows(Context& context, QWidget& window, BrowserArea& a
       profiles_(context.AppFolder + QStringLiteral("web")) {}
 
 RequestWindow* RequestWindows::Create(const Disk& request) {
-  const QString status = WindowRequest(request).Status();
-  if (status == u"browser") {
-    // A page that is only printed is none of those that the user arranges and acts on.
-    if (PageRequest::IsForPrinting(request)) return NewUnseenBrowser();
-    BrowserWindow* window = NewBrowser();
-    area_.Opened(request.SerialID(), window);
-    return window;
+  switch (WindowRequest(request).Wanted()) {
+    case WantedWindow::Pages:
+      return CreateBrowser(request);
+    case WantedWindow::Message:
+      return Tracked(new MessageWindow(context_, messagesHost_, events_));
+    case WantedWindow::Settings:
+      return Tracked(new SettingsWindow(context_, &window_));
+    case WantedWindow::Rules:
+      return Tracked(new RuleWindow(context_, &window_));
+    case WantedWindow::Object:
+      break;
   }
-  if (status == u"mail") {
-    auto* window = new MessageWindow(context_, messagesHost_, events_);
-    Track(window, window);
-    return window;
-  }
-  EditingWindow* window = nullptr;
-  if (status == fixed_serial::kSettings) {
-    window = new SettingsWindow(context_, &window_);
-  } else if (status == fixed_serial::kRules) {
-    window = new RuleWindow(context_, &window_);
-  } else {
-    window = new ObjectsWindow(context_, events_, &window_);
-  }
-  Track(window, window);
+  return Tracked(new ObjectsWindow(context_, events_, &window_));
+}
+
+// A page that is only printed is none of those that the user arranges and acts on.
+BrowserWindow* RequestWindows::CreateBrowser(const Disk& request) {
+  if (PageRequest::IsForPrinting(request)) return NewUnseenBrowser();
+  BrowserWindow* window = NewBrowser();
+  area_.Opened(request.SerialID(), window);
   return window;
 }
 

@@ -27,7 +27,7 @@ class RequestWindows {
   RequestWindows(Context& context, QWidget& window, BrowserArea& area, EventLog& events,
                  BrowserHost& pagesHost, MessageHost& messagesHost);
 
-  /// A window for a request, by its "status".
+  /// The window that a request wants.
   RequestWindow* Create(const Disk& request);
   BrowserWindow* NewBrowser();
   /// Those that are open, in their order.
@@ -41,7 +41,13 @@ class RequestWindows {
   BrowserProfiles& Profiles() { return profiles_; }
 
  private:
+  BrowserWindow* CreateBrowser(const Disk& request);
   BrowserWindow* NewUnseenBrowser();
+  template <class Window>
+  Window* Tracked(Window* window) {
+    Track(window, window);
+    return window;
+  }
   void Track(QObject* object, RequestWindow* window);
 
   Context& context_;

@@ -287,7 +287,7 @@ QList<AddressEntry> ReadTypedAddresses(const QString& typed) {
   // One whose name holds separators. A name that holds another's address is none.
   AddressEntry one = ReadTyped(typed);
   const bool holdsOthers = std::any_of(entries.begin(), entries.end() - 1, isGood);
-  if (holdsOthers || !IsGood(one)) one = {{}, MimeCodec::OneLine(typed), {}, {}, {}};
+  if (holdsOthers || !IsGood(one)) one = {{}, MimeCodec::OneLine(typed), {}};
   return {one};
 }
 
@@ -308,24 +308,28 @@ QString ParseAddressList(const QString& header) {
   return lines;
 }
 
-namespace {
-
-void FillForms(AddressEntry& entry) {
-  entry.canonical = entry.kind.toUpper() + QStringLiteral(": ") + entry.address;
-  entry.presentable = entry.address;
-  if (!entry.displayName.isEmpty()) {
-    entry.canonical += u' ' + entry.displayName;
-    entry.presentable = entry.displayName + QStringLiteral(" <") + entry.address + u'>';
-  }
+QString CanonicalLine(const AddressEntry& entry) {
+  if (entry.address.isEmpty()) return {};
+  const QString name = entry.displayName.isEmpty() ? QString() : u' ' + entry.displayName;
+  return entry.kind.toUpper() + QStringLiteral(": ") + entry.address + name;
 }
 
-}  // namespace
+QString PresentableAddress(const QString& name, const QString& address) {
+  if (name.isEmpty() || address.isEmpty()) return name + address;
+  return name + QStringLiteral(" <") + address + u'>';
+}
+
+QString QuotedString(const QString& name) {
+  QString marked = name;
+  marked.replace(u'\\', QStringLiteral("\\\\")).replace(u'"', QStringLiteral("\\\""));
+  return u'"' + marked + u'"';
+}
 
 AddressEntry WithWholeAddress(const AddressEntry& entry) {
   if (entry.address.contains(u'@') || entry.displayName.isEmpty()) return entry;
   static const QRegularExpression kBracketed(QStringLiteral("^([^<]+) <([^<>]+)>$"));
   static const QRegularExpression kCommented(QStringLiteral("^(\\S+) \\(([^()]+)\\)$"));
-  AddressEntry whole{entry.kind, entry.address + u' ' + entry.displayName, {}, {}, {}};
+  AddressEntry whole{entry.kind, entry.address + u' ' + entry.displayName, {}};
   if (const auto bracketed = kBracketed.match(whole.address); bracketed.hasMatch()) {
     whole.displayName = bracketed.captured(1);
     whole.address = bracketed.captured(2);
@@ -333,7 +337,6 @@ AddressEntry WithWholeAddress(const AddressEntry& entry) {
     whole.displayName = commented.captured(2);
     whole.address = commented.captured(1);
   }
-  FillForms(whole);
   return whole;
 }
 
@@ -356,23 +359,17 @@ AddressEntry ParseAddressEntry(const QString& line, bool keepsCase) {
   entry.address = blank < 0 ? rest : rest.left(blank);
   if (blank >= 0) entry.displayName = rest.mid(blank + 1);
   if (entry.displayName.startsWith(u' ')) entry.displayName.remove(0, 1);
-  FillForms(entry);
   return entry;
 }
 
 QString TypedForm(const AddressEntry& entry) {
   if (entry.address == kNoAddress) return entry.displayName;
-  if (entry.displayName.isEmpty()) return entry.address;
-  const QString address = QStringLiteral(" <") + entry.address + u'>';
-  const QString plain = entry.displayName + address;
+  const QString plain = PresentableAddress(entry);
+  if (entry.displayName.isEmpty()) return plain;
   const QList<AddressEntry> read = ReadTypedAddresses(plain);
-  if (read.size() == 1 && read[0].address == entry.address &&
-      read[0].displayName == entry.displayName) {
-    return plain;
-  }
-  QString quoted = entry.displayName;
-  quoted.replace(u'\\', QStringLiteral("\\\\")).replace(u'"', QStringLiteral("\\\""));
-  return u'"' + quoted + u'"' + address;
+  const bool isRead = read.size() == 1 && read[0].address == entry.address &&
+                      read[0].displayName == entry.displayName;
+  return isRead ? plain : PresentableAddress(QuotedString(entry.displayName), entry.address);
 }
 
 }  // namespace vorn

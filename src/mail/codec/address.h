@@ -10,9 +10,22 @@ struct AddressEntry {
   QString kind;  ///< as written, such as "to"; "BC", "NO" and "RE" for their long forms
   QString address;
   QString displayName;  ///< possibly empty
-  QString canonical;    ///< "KIND: address name"; empty without an address
-  QString presentable;  ///< "name <address>" or the address; empty without an address
 };
+
+/// The address line of an entry, "KIND: address name"; empty without an address.
+QString CanonicalLine(const AddressEntry& entry);
+
+/// An address as people read it, "name <address>" without quotes, or what there is of the two.
+/// Where it is shown, `ShownInLine` and `IsolatedAddress` keep marks in the name from turning the
+/// address round.
+QString PresentableAddress(const QString& name, const QString& address);
+inline QString PresentableAddress(const AddressEntry& entry) {
+  return PresentableAddress(entry.displayName, entry.address);
+}
+
+/// A name between quotes, as it stands before an address in a header field (RFC 5322 section
+/// 3.2.4).
+QString QuotedString(const QString& name);
 
 /// What stands in the place of an address that is missing.
 inline const QString kUnknownAddress = QStringLiteral("(不明なメールアドレス)");

@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <QTimeZone>
 
+#include "mail/codec/address.h"
 #include "mail/codec/list_splitting.h"
 #include "mail/codec/parsed_calendar.h"
 #include "mail/codec/recurrence_words.h"
@@ -53,8 +54,8 @@ QString Answer(icalparameter_partstat status) {
 QString Person(icalproperty* property, const char* value) {
   const QString address = CalendarAddress(value);
   icalparameter* name = icalproperty_get_first_parameter(property, ICAL_CN_PARAMETER);
-  const QString shown = name == nullptr ? QString() : OneLine(icalparameter_get_cn(name));
-  return shown.isEmpty() ? address : shown + QStringLiteral(" <") + address + u'>';
+  return PresentableAddress(name == nullptr ? QString() : OneLine(icalparameter_get_cn(name)),
+                            address);
 }
 
 // A point in time as it is shown, and the zone that it names where nobody knows that one.

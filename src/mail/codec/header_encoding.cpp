@@ -3,6 +3,7 @@
 #include <QStringList>
 #include <algorithm>
 
+#include "mail/codec/address.h"
 #include "mail/codec/character_kinds.h"
 #include "mail/codec/without_controls.h"
 
@@ -156,14 +157,11 @@ QByteArray EncodeRuns(const QByteArray& name, const QList<ValueRun>& runs, Outpu
 }
 
 // An ASCII name as it may stand before an address.
-QString QuotedName(const QString& name) {
+QString Phrase(const QString& name) {
   const bool hasSpecials = std::any_of(name.begin(), name.end(), [](QChar c) {
     return QStringView(u",;:<>()@[]\"\\.").contains(c);
   });
-  if (!hasSpecials) return name;
-  QString quoted = name;
-  quoted.replace(u'\\', QStringLiteral("\\\\")).replace(u'"', QStringLiteral("\\\""));
-  return u'"' + quoted + u'"';
+  return hasSpecials ? QuotedString(name) : name;
 }
 
 }  // namespace
@@ -200,7 +198,7 @@ QByteArray EncodeAddressField(const QByteArray& name, const QList<Mailbox>& mail
     // What has no room on a line is encoded, since a word cannot be folded.
     const bool isPlain = IsAscii(display) && !display.contains(QStringLiteral("=?")) &&
                          display.size() <= kLongestName;
-    runs.append({isPlain ? QuotedName(display) : display, !isPlain});
+    runs.append({isPlain ? Phrase(display) : display, !isPlain});
     runs.append({u'<' + address + u'>' + comma, false});
   }
   return EncodeRuns(name, runs, charset);

@@ -181,14 +181,6 @@ QByteArrayList HeaderFields(QByteArrayView source, QByteArrayView name) {
   return fields;
 }
 
-QByteArray HeaderAt(QByteArrayView source, qsizetype index) {
-  FieldWalker walker(source, 0, -1);
-  for (QByteArrayView field = walker.Next(); !field.isNull(); field = walker.Next()) {
-    if (NameLength(field) >= 0 && index-- == 0) return Unfold(field);
-  }
-  return {};
-}
-
 QByteArrayList AllHeaders(QByteArrayView source) {
   QByteArrayList fields;
   FieldWalker walker(source, 0, -1);

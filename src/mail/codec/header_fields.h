@@ -21,9 +21,6 @@ QByteArray HeaderField(QByteArrayView source, QByteArrayView name, qsizetype sta
 /// All fields of that name, of which there should be but one.
 QByteArrayList HeaderFields(QByteArrayView source, QByteArrayView name);
 
-/// The field at a 0-based position, in the same form; nothing after the last.
-QByteArray HeaderAt(QByteArrayView source, qsizetype index);
-
 /// Every field of the header block, in order and in the same form.
 QByteArrayList AllHeaders(QByteArrayView source);
 

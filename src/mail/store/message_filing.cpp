@@ -90,11 +90,6 @@ bool SetDust(DataSession& session, const QStringList& messages, bool dust) {
                   messages);
 }
 
-QString SelectMembers(const QString& folder) {
-  return QStringLiteral("SELECT SERIALID FROM folder WHERE FOLDERID = ") + QuoteSql(folder) +
-         QStringLiteral(" AND");
-}
-
 // Of a move what it changes: what is where it is put, or gone, is not moved.
 bool Narrow(DataSession& session, const Move& move, Move* narrowed) {
   const QString select = QStringLiteral("SELECT SERIALID FROM mail WHERE ");
@@ -105,7 +100,8 @@ bool Narrow(DataSession& session, const Move& move, Move* narrowed) {
     if (!FindAmong(session, others, *folder, &narrowed->into[folder.key()])) return false;
   }
   for (auto folder = move.outOf.begin(); folder != move.outOf.end(); ++folder) {
-    const QString members = SelectMembers(folder.key());
+    const QString members = QStringLiteral("SELECT SERIALID FROM folder WHERE FOLDERID = ") +
+                            QuoteSql(folder.key()) + QStringLiteral(" AND");
     if (!FindAmong(session, members, *folder, &narrowed->outOf[folder.key()])) return false;
   }
   return FindAmong(session, select + QStringLiteral("STATUS > 0 AND"), move.intoDust,
@@ -187,10 +183,6 @@ Result<QStringList> Received(Context& context, const QStringList& messages) {
       context,
       QStringLiteral("SELECT SERIALID FROM mail WHERE ABS(STATUS) = %1 AND").arg(kStatusReceived),
       messages);
-}
-
-Result<QStringList> Members(Context& context, const QStringList& messages, const QString& folder) {
-  return FindAmong(context, SelectMembers(folder), messages);
 }
 
 Result<> SetMark(Context& context, const QStringList& messages, FlagPosition mark, bool isSet) {

@@ -42,8 +42,6 @@ Result<Move> SetDust(Context& context, const QStringList& messages, bool dust,
                      UnderWay* underWay = nullptr);
 /// Those of the messages that were received.
 Result<QStringList> Received(Context& context, const QStringList& messages);
-/// Those of the messages that are in a hand-filled folder.
-Result<QStringList> Members(Context& context, const QStringList& messages, const QString& folder);
 /// Sets or takes away a mark that is only there or not: unopened, answered, forwarded, starred.
 /// What was not received is never unopened.
 Result<> SetMark(Context& context, const QStringList& messages, FlagPosition mark, bool isSet);

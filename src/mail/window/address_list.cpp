@@ -126,7 +126,7 @@ void AddressList::AddRow(const AddressEntry& entry) {
   }
   setItem(row, kAddress,
           new QTableWidgetItem(editable_ ? TypedForm(WithPlainName(entry))
-                                         : ShownInLine(entry.presentable)));
+                                         : ShownInLine(PresentableAddress(entry))));
   filling_ = false;
   MarkFault(row);
 }

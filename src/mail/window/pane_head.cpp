@@ -24,7 +24,7 @@ QString Addresses(const MessageModel& model, QStringView kind) {
   QStringList texts;
   for (const AddressEntry& entry : model.addresses) {
     if (kind.compare(entry.kind, Qt::CaseInsensitive) != 0) continue;
-    texts.append(IsolatedAddress(ShownInLine(entry.presentable).simplified()));
+    texts.append(IsolatedAddress(ShownInLine(PresentableAddress(entry)).simplified()));
   }
   const qsizetype more = texts.size() - kShownAddresses;
   const QString shown = texts.mid(0, kShownAddresses).join(QStringLiteral(", "));

@@ -10,9 +10,9 @@
 #include "kit/window/text_box.h"
 #include "objects/account.h"
 #include "objects/object_types.h"
+#include "objects/trusted_certificates.h"
 #include "storage/shown_text.h"
 #include "storage/ui.h"
-#include "transfer/net/trusted_certificates.h"
 #include "transfer/servers/known_providers.h"
 
 namespace vorn {
@@ -106,8 +106,8 @@ void AccountPage::ProposeName() {
 
 // False when the user has named servers of his own. Most log in by the whole address.
 bool AccountPage::Propose(MailServers servers) {
-  for (MailServer* server : {&servers.receiving, &servers.sending}) {
-    if (server->user.isEmpty() && answered_.contains(u'@')) server->user = answered_;
+  for (Endpoint* server : {&servers.receiving, &servers.sending}) {
+    if (server->who.user.isEmpty() && answered_.contains(u'@')) server->who.user = answered_;
   }
   auto* receiving = window()->findChild<ReceivePage*>();
   auto* sending = window()->findChild<SendPage*>();
@@ -142,7 +142,7 @@ void AccountPage::TakeFound(const MailServers& found) {
     return;
   }
   const QString none = Ui::tr("なし");
-  const auto name = [&none](const MailServer& server) {
+  const auto name = [&none](const Endpoint& server) {
     return server.host.isEmpty() ? none : server.host;
   };
   const QString text = Propose(servers)
@@ -188,17 +188,17 @@ QLineEdit* ServerPage::AddUser() {
 }
 
 bool ServerPage::IsUntouched() const {
-  return server_->text() == proposed_.host && user_->text() == proposed_.user;
+  return server_->text() == proposed_.host && user_->text() == proposed_.who.user;
 }
 
-void ServerPage::Propose(const MailServer& server) {
+void ServerPage::Propose(const Endpoint& server) {
   proposed_ = server;
   const bool isNone = server.host.isEmpty();
   const int security = isNone ? kFirstSecurity : static_cast<int>(server.security);
   server_->setText(server.host);
   security_->setCurrentIndex(security);
   port_->setText(QString::number(isNone ? ports_[security] : server.port));
-  user_->setText(server.user);
+  user_->setText(server.who.user);
 }
 
 // The port follows the security unless the user gave another one.
@@ -260,10 +260,10 @@ void ServerPage::AddCheckButton() {
 
 ConnectionTrial ServerPage::Trial() const {
   ConnectionTrial trial;
-  trial.server = server_->text();
-  trial.port = port_->text().toInt();
-  trial.security = static_cast<Security>(security_->currentIndex());
-  trial.trustedFingerprints = TrustedCertificates(trusted_->text()).For(trial.server);
+  trial.server.host = server_->text();
+  trial.server.port = port_->text().toInt();
+  trial.server.security = static_cast<Security>(security_->currentIndex());
+  trial.server.trustedFingerprints = TrustedCertificates(trusted_->text()).For(server_->text());
   return trial;
 }
 
@@ -331,9 +331,8 @@ ReceivePage::ReceivePage()
 
 ConnectionTrial ReceivePage::Trial() const {
   ConnectionTrial trial = ServerPage::Trial();
-  trial.apop = protocol_->currentIndex() == 1;
-  trial.user = user_->text();
-  trial.password = password_->text();
+  trial.mode = protocol_->currentIndex() == 1 ? kPopReceiveApop : kPopReceive;
+  trial.server.who = {user_->text(), password_->text()};
   return trial;
 }
 
@@ -382,11 +381,11 @@ SendPage::SendPage()
   AddCheckButton();
 }
 
-void SendPage::Propose(const MailServer& server) {
+void SendPage::Propose(const Endpoint& server) {
   ServerPage::Propose(server);
   // Who takes mail from everybody is rare.
-  authenticate_->setChecked(!server.user.isEmpty());
-  givenUser_ = server.user;
+  authenticate_->setChecked(!server.who.user.isEmpty());
+  givenUser_ = server.who.user;
   follows_ = true;
 }
 
@@ -416,10 +415,9 @@ void SendPage::FollowReceiving() {
 
 ConnectionTrial SendPage::Trial() const {
   ConnectionTrial trial = ServerPage::Trial();
-  trial.isSmtp = true;
+  trial.mode = kPopSend;
   trial.authenticate = authenticate_->isChecked();
-  trial.user = user_->text();
-  trial.password = password_->text();
+  trial.server.who = {user_->text(), password_->text()};
   return trial;
 }
 

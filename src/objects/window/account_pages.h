@@ -49,7 +49,7 @@ class ServerPage : public FormPage {
   /// Whether nobody has named a server here but `Propose`.
   bool IsUntouched() const;
   /// Fills the page; with an empty server it is as in the beginning but for the user.
-  virtual void Propose(const MailServer& server);
+  virtual void Propose(const Endpoint& server);
 
  protected:
   void AddSecurity();
@@ -68,7 +68,7 @@ class ServerPage : public FormPage {
 
   QString prefix_;
   QList<int> ports_;  // by security
-  MailServer proposed_;
+  Endpoint proposed_;
   QLineEdit* server_;
   QLineEdit* user_ = nullptr;
   QLineEdit* port_ = nullptr;
@@ -105,7 +105,7 @@ class SendPage : public ServerPage {
  public:
   SendPage();
   PageFault Check() override;
-  void Propose(const MailServer& server) override;
+  void Propose(const Endpoint& server) override;
 
  protected:
   ConnectionTrial Trial() const override;

@@ -191,7 +191,7 @@ QString BookPage::EditedLine(int row) const {
   if (address.isEmpty()) return {};
   const QString name = Cell(row, 1);
   const QString kind = ParseAddressEntry(FirstLine(row)).kind.toUpper();
-  return kind + QStringLiteral(": ") + address + (name.isEmpty() ? QString() : u' ' + name);
+  return CanonicalLine({kind, address, name});
 }
 
 void BookPage::AddLine(QTableWidget&, const QString& line) {
@@ -207,8 +207,7 @@ bool BookPage::TakeTyped(int row) {
   const QList<AddressEntry> read = ReadTypedAddresses(typed);
   if (read.size() != 1 || !IsMailAddress(read[0].address)) return false;
   const QString name = Cell(row, 1);
-  const QList<AddressEntry> whole =
-      ReadTypedAddresses(name + QStringLiteral(" <") + read[0].address + u'>');
+  const QList<AddressEntry> whole = ReadTypedAddresses(PresentableAddress(name, read[0].address));
   const bool isName = !name.isEmpty() && whole.size() == 1 && whole[0].address == read[0].address;
   List().item(row, 0)->setText(read[0].address);
   List().item(row, 1)->setText(isName           ? whole[0].displayName

@@ -65,7 +65,7 @@ void ObjectsWindow::BeginAtEntries() {
 
 bool ObjectsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   TakeRequest(request);
-  type_ = WindowRequest(*request).Status();
+  type_ = WindowRequest(*request).ObjectType();
   BuildPages(type_);
   resize(size().expandedTo(sizeHint()));
   findChild<QLineEdit*>(QStringLiteral("txDraw"))

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QWebEngineSettings>
 #include <QWebEngineView>
+#include <utility>
 
 #include "kit/window/plain_text.h"
 #include "present/link_command.h"
@@ -13,6 +14,14 @@ namespace vorn {
 namespace {
 
 constexpr int kWindowPauseMs = 1000;
+
+// What the program's script says in the folder's page before a blank (`page_script.h`).
+constexpr std::pair<QLatin1String, RowNews> kRowWords[] = {
+    {QLatin1String("vorn-row"), RowNews::Current},
+    {QLatin1String("vorn-kept"), RowNews::Kept},
+    {QLatin1String("vorn-left"), RowNews::Left},
+    {QLatin1String("vorn-twice"), RowNews::Twice},
+    {QLatin1String("vorn-chosen"), RowNews::Chosen}};
 
 QString BoxText(const QUrl& origin, const QString& text) {
   return Ui::tr("「%1」のページからのメッセージ:").arg(origin.host()) + QStringLiteral("\n\n") +
@@ -110,11 +119,12 @@ QWebEnginePage* LinkPage::createWindow(WebWindowType) {
 // A folder's page runs the program's script alone, which speaks in this way.
 void LinkPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& message, int,
                                         const QString&) {
-  static const QString kSign = QStringLiteral("vorn-");
-  if (localPage_.isEmpty() || !message.startsWith(kSign)) return;
+  if (localPage_.isEmpty()) return;
   const qsizetype blank = message.indexOf(u' ');
-  if (blank > 0)
-    Q_EMIT RowTold(message.sliced(kSign.size(), blank - kSign.size()), message.mid(blank + 1));
+  const QStringView said = QStringView(message).left(blank);
+  for (const auto& [word, news] : kRowWords) {
+    if (blank > 0 && said == word) Q_EMIT RowTold(news, message.mid(blank + 1));
+  }
 }
 
 // Whether the keys that the user presses now are this page's.

@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "mail/mail_request.h"
+#include "present/window/row_news.h"
 
 namespace vorn {
 
@@ -39,9 +40,8 @@ class LinkPage : public QWebEnginePage {
   void FirstNavigation(const QUrl& url);
   /// A link of a text of the program's own was followed.
   void StepFollowed(const QString& step);
-  /// On a folder's page a message became current by the user ("row") or when the page was made anew
-  /// ("kept", possibly none; "left" where it has gone), or was clicked twice ("twice").
-  void RowTold(const QString& what, const QString& serialId);
+  /// What a folder's page tells, mostly of a message.
+  void RowTold(vorn::RowNews news, const QString& serialId);
   /// A link to an address was clicked on a web page.
   void MailtoFollowed(const QString& url);
 

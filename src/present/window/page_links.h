@@ -3,6 +3,7 @@
 #include <QObject>
 
 #include "mail/mail_request.h"
+#include "present/window/row_news.h"
 
 class QUrl;
 
@@ -22,7 +23,7 @@ class PageLinks : public QObject {
  Q_SIGNALS:
   void CommandFollowed(const vorn::MailRequest& request);
   void StepFollowed(const QString& step);
-  void RowTold(const QString& what, const QString& serialId);
+  void RowTold(vorn::RowNews news, const QString& serialId);
   void MailtoFollowed(const QString& url);
   void FirstNavigation(const QUrl& url);
 };

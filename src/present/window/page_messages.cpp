@@ -76,12 +76,20 @@ void PageMessages::Follow(const MailRequest& request) {
   if (request.mode != OpenMode::Show || !split_.HasPane()) OpenInWindow(request);
 }
 
-void PageMessages::Told(const QString& what, const QString& message) {
-  if (what == u"chosen") SetChosen(message.toInt());
-  if (what == u"row") split_.ShowRow(message);
-  if (what == u"kept") split_.RowKept(message);
-  if (what == u"left") split_.RowLeft();
-  if (what == u"twice" && split_.HasPane()) OpenInWindow(MailRequest::Of(message));
+void PageMessages::Told(RowNews news, const QString& message) {
+  switch (news) {
+    case RowNews::Current:
+      return split_.ShowRow(message);
+    case RowNews::Kept:
+      return split_.RowKept(message);
+    case RowNews::Left:
+      return split_.RowLeft();
+    case RowNews::Twice:
+      if (split_.HasPane()) OpenInWindow(MailRequest::Of(message));
+      return;
+    case RowNews::Chosen:
+      return SetChosen(message.toInt());
+  }
 }
 
 void PageMessages::SetChosen(int count) {

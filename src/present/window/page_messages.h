@@ -7,6 +7,7 @@
 #include "mail/mail_request.h"
 #include "mail/open_message.h"
 #include "present/window/browser_host.h"
+#include "present/window/row_news.h"
 
 class QWidget;
 
@@ -37,7 +38,7 @@ class PageMessages : public QObject {
   /// A link to a message was clicked on the page.
   void Follow(const MailRequest& request);
   /// See `LinkPage::RowTold`.
-  void Told(const QString& what, const QString& message);
+  void Told(RowNews news, const QString& message);
   /// How many messages the user has chosen one by one.
   int CountChosen() const { return chosen_; }
   /// There is no current message any more, and none is chosen.

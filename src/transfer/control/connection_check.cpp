@@ -44,15 +44,10 @@ QString ConnectionCheck::RefusedCertificate() const {
 
 void ConnectionCheck::Start(const ConnectionTrial& trial) {
   pop_->Cancel();
-  pop_->Server = trial.server;
-  pop_->ServerPort = trial.port;
-  pop_->Encryption = trial.security;
-  pop_->User = trial.user;
-  pop_->Password = trial.password;
+  pop_->Target = trial.server;
+  pop_->Mode = trial.mode;
   pop_->Authenticate = trial.authenticate;
   pop_->LoginOnly = true;
-  pop_->TrustedFingerprints = trial.trustedFingerprints;
-  pop_->Mode = trial.isSmtp ? kPopSend : trial.apop ? kPopReceiveApop : kPopReceive;
   pop_->Start();
 }
 

@@ -2,7 +2,6 @@
 
 #include <QObject>
 #include <QString>
-#include <QStringList>
 #include <memory>
 
 #include "transfer/control/pop.h"
@@ -12,15 +11,9 @@ namespace vorn {
 
 /// A server and a login to try.
 struct ConnectionTrial {
-  bool isSmtp = false;
-  bool apop = false;
-  QString server;
-  int port = 0;
-  Security security = Security::None;
+  Endpoint server;
+  PopMode mode = kPopReceive;
   bool authenticate = true;
-  QString user;
-  QString password;
-  QStringList trustedFingerprints;
 };
 
 /// Tries a connection: connects, encrypts, logs in and leaves. Nothing is received or sent.

@@ -47,14 +47,13 @@ void Pop::Begin() {
 }
 
 std::unique_ptr<ServerConnection> Pop::MakeConnection() {
-  auto connection = std::make_unique<ServerConnection>(ServerTarget{
-      Server, ServerPort, Encryption, TrustedFingerprints, Addresses, Patience.TlsProbeMs});
+  auto connection = std::make_unique<ServerConnection>(Target, Addresses, Patience.TlsProbeMs);
   const auto on = [this, from = connection.get()](auto signal, auto handler) {
     connect(from, signal, this, handler);
   };
   on(&ServerConnection::Trying, [this] { clock_.WaitForConnection(); });
   on(&ServerConnection::Connected, [this] {
-    if (Encryption == Security::Tls) {
+    if (Target.security == Security::Tls) {
       clock_.WaitForConnection();
     } else {
       clock_.WaitForReply(false);
@@ -81,19 +80,14 @@ std::unique_ptr<MailSession> Pop::MakeSession() {
   const auto send = [this](const QByteArray& bytes) { connection_->Write(bytes); };
   const auto startTls = [this] { StartTls(); };
   if (Mode == kPopReceive || Mode == kPopReceiveApop) {
-    return std::make_unique<Pop3Session>(
-        Pop3Login{Server, {User, Password}, Mode == kPopReceiveApop, Encryption, LoginOnly},
-        *events_, send, startTls);
+    return std::make_unique<Pop3Session>(Pop3Login{Target, Mode == kPopReceiveApop, LoginOnly},
+                                         *events_, send, startTls);
   }
   const QString lineBreak = QStringLiteral("\r\n");
-  return std::make_unique<SmtpSession>(SmtpJob{Encryption,
-                                               Authenticate,
-                                               {User, Password},
-                                               MailFrom.section(lineBreak, 0, 0),
-                                               MailTo.split(lineBreak, Qt::SkipEmptyParts),
-                                               message_,
-                                               LoginOnly},
-                                       *events_, send, startTls);
+  return std::make_unique<SmtpSession>(
+      SmtpJob{Target, Authenticate, MailFrom.section(lineBreak, 0, 0),
+              MailTo.split(lineBreak, Qt::SkipEmptyParts), message_, LoginOnly},
+      *events_, send, startTls);
 }
 
 void Pop::StartTls() {

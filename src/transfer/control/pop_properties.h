@@ -3,9 +3,8 @@
 #include <QHostAddress>
 #include <QList>
 #include <QString>
-#include <QStringList>
 
-#include "objects/security.h"
+#include "objects/endpoint.h"
 
 namespace vorn {
 
@@ -31,25 +30,26 @@ struct ServerPatience {
 
 /// The properties of the transfer control `Pop`: which session it runs next.
 struct PopProperties {
-  QString Server;
-  int ServerPort = 0;
-  QString User;
-  QString Password;
+  PopProperties() = default;
+  PopProperties(const PopProperties&) = delete;
+  PopProperties& operator=(const PopProperties&) = delete;
+
+  /// The server, set as a whole, and the names of its parts.
+  Endpoint Target;
+  QString& Server = Target.host;
+  int& ServerPort = Target.port;
+  QString& User = Target.who.user;
+  QString& Password = Target.who.password;
   PopMode Mode = kPopReceive;
   QString MailFrom;
   QString MailTo;
-  /// How the connection is encrypted.
-  Security Encryption = Security::None;
-  /// Whether a send session logs in, as `User` with `Password`.
+  /// Whether a send session logs in.
   bool Authenticate = false;
   /// Ends the session after the login.
   bool LoginOnly = false;
   /// Free text kept for the owner: the plan job that the session serves.
   QString Tag;
   ServerPatience Patience;
-  /// Certificates, by their SHA-256 in hexadecimal, that the user trusts for this server although
-  /// they cannot be verified.
-  QStringList TrustedFingerprints;
   /// The server's addresses in the order in which they are tried; when empty, which is usual, the
   /// name service is asked for them.
   QList<QHostAddress> Addresses;

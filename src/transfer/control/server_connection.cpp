@@ -13,21 +13,21 @@ namespace {
 // What the socket may hold unread; beyond it the server has to wait.
 constexpr qint64 kReadBufferBytes = 1024 * 1024;
 
-QString CannotConnect(const ServerTarget& target, QAbstractSocket::SocketError error) {
+QString CannotConnect(const Endpoint& server, QAbstractSocket::SocketError error) {
   return Ui::tr(
              "サーバー「%1」（ポート%2）に接続できません。サーバー名、ポート番号、"
              "ネットワークの接続を確認してください。（%3）")
-      .arg(target.server)
-      .arg(target.port)
+      .arg(server.host)
+      .arg(server.port)
       .arg(SocketReason(error));
 }
 
-QString SpeaksTls(const ServerTarget& target) {
+QString SpeaksTls(const Endpoint& server) {
   return Ui::tr(
              "サーバー「%1」のポート%2は最初から暗号化する接続（TLS）のためのポートです。"
              "アカウントのセキュリティの設定かポート番号を確認してください。")
-      .arg(target.server)
-      .arg(target.port);
+      .arg(server.host)
+      .arg(server.port);
 }
 
 // The first byte of an alert or a handshake in TLS (RFC 8446 section 5.1); no greeting begins so.
@@ -39,9 +39,10 @@ bool BeginsTls(QSslSocket& socket) {
 
 }  // namespace
 
-ServerConnection::ServerConnection(ServerTarget target) : target_(std::move(target)) {
+ServerConnection::ServerConnection(Endpoint server, QList<QHostAddress> addresses, int tlsProbeMs)
+    : server_(std::move(server)), tlsProbeMs_(tlsProbeMs), addresses_(std::move(addresses)) {
   connect(&probe_, &TlsProbe::Answered, this, [this] {
-    if (!hasHeard_) Q_EMIT Failed(PopError::Tls, SpeaksTls(target_), {});
+    if (!hasHeard_) Q_EMIT Failed(PopError::Tls, SpeaksTls(server_), {});
   });
 }
 
@@ -51,19 +52,18 @@ ServerConnection::~ServerConnection() {
 }
 
 void ServerConnection::Open() {
-  addresses_ = target_.addresses;
-  if (const QHostAddress literal(target_.server); addresses_.isEmpty() && !literal.isNull()) {
+  if (const QHostAddress literal(server_.host); addresses_.isEmpty() && !literal.isNull()) {
     addresses_ = {literal};
   }
   if (TryNext()) return;
-  lookup_ = QHostInfo::lookupHost(target_.server, this, &ServerConnection::TakeAddresses);
+  lookup_ = QHostInfo::lookupHost(server_.host, this, &ServerConnection::TakeAddresses);
 }
 
 void ServerConnection::TakeAddresses(const QHostInfo& info) {
   if (info.lookupId() != lookup_) return;  // it was closed meanwhile
   addresses_ = info.addresses();
   if (TryNext()) return;
-  Q_EMIT Failed(PopError::Connect, CannotConnect(target_, QAbstractSocket::HostNotFoundError), {});
+  Q_EMIT Failed(PopError::Connect, CannotConnect(server_, QAbstractSocket::HostNotFoundError), {});
 }
 
 // A server may have several addresses, of which some do not answer from here.
@@ -73,9 +73,9 @@ bool ServerConnection::TryNext() {
   const QHostAddress address = addresses_.takeFirst();
   MakeSocket();
   Q_EMIT Trying();
-  const auto port = static_cast<quint16>(target_.port);
-  if (target_.encryption == Security::Tls) {
-    socket_->connectToHostEncrypted(address.toString(), port, target_.server);
+  const auto port = static_cast<quint16>(server_.port);
+  if (server_.security == Security::Tls) {
+    socket_->connectToHostEncrypted(address.toString(), port, server_.host);
   } else {
     socket_->connectToHost(address, port);
   }
@@ -85,19 +85,19 @@ bool ServerConnection::TryNext() {
 void ServerConnection::MakeSocket() {
   socket_ = std::make_unique<QSslSocket>();
   socket_->setReadBufferSize(kReadBufferBytes);
-  socket_->setPeerVerifyName(target_.server);
+  socket_->setPeerVerifyName(server_.host);
   connect(socket_.get(), &QSslSocket::connected, this, [this] {
     isConnected_ = true;
     // Small commands go out at once: they wait for no acknowledgement.
     socket_->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-    if (target_.encryption != Security::Tls) {
-      probe_.Start(target_.tlsProbeMs, socket_->peerAddress(), target_.port, target_.server);
+    if (server_.security != Security::Tls) {
+      probe_.Start(tlsProbeMs_, socket_->peerAddress(), server_.port, server_.host);
     }
     Q_EMIT Connected();
   });
   connect(socket_.get(), &QSslSocket::readyRead, this, [this] {
     if (!hasHeard_ && BeginsTls(*socket_)) {
-      Q_EMIT Failed(PopError::Tls, SpeaksTls(target_), {});
+      Q_EMIT Failed(PopError::Tls, SpeaksTls(server_), {});
     } else {
       Q_EMIT Ready();
     }
@@ -165,7 +165,7 @@ bool ServerConnection::IsHandshaking() const {
 void ServerConnection::VerificationFailed(const QList<QSslError>& errors) {
   const QString fingerprint =
       QString::fromLatin1(socket_->peerCertificate().digest(QCryptographicHash::Sha256).toHex());
-  if (target_.trustedFingerprints.contains(fingerprint)) {
+  if (server_.trustedFingerprints.contains(fingerprint)) {
     socket_->ignoreSslErrors();
     return;
   }
@@ -174,7 +174,7 @@ void ServerConnection::VerificationFailed(const QList<QSslError>& errors) {
   reasons.removeDuplicates();
   Q_EMIT Failed(PopError::Tls,
                 Ui::tr("サーバー「%1」の証明書を確認できないため、通信を中止しました。（%2）")
-                    .arg(target_.server, reasons.join(QStringLiteral("、"))),
+                    .arg(server_.host, reasons.join(QStringLiteral("、"))),
                 fingerprint);
 }
 
@@ -184,11 +184,11 @@ void ServerConnection::SocketFailed() {
     Q_EMIT Failed(PopError::Tls,
                   Ui::tr("サーバー「%1」との暗号化に失敗しました。ポート番号とセキュリティの"
                          "設定を確認してください。（%2）")
-                      .arg(target_.server, SocketReason(error)),
+                      .arg(server_.host, SocketReason(error)),
                   {});
   } else if (!isConnected_) {
     DropSocket();
-    if (!TryNext()) Q_EMIT Failed(PopError::Connect, CannotConnect(target_, error), {});
+    if (!TryNext()) Q_EMIT Failed(PopError::Connect, CannotConnect(server_, error), {});
   } else if (socket_->state() == QAbstractSocket::UnconnectedState) {
     // A connection that was there ends after the last bytes were read.
     isLost_ = true;

@@ -8,10 +8,9 @@
 #include <QObject>
 #include <QSslError>
 #include <QString>
-#include <QStringList>
 #include <memory>
 
-#include "objects/security.h"
+#include "objects/endpoint.h"
 #include "transfer/control/tls_probe.h"
 #include "transfer/protocol/pop_events.h"
 
@@ -19,23 +18,14 @@ class QSslSocket;
 
 namespace vorn {
 
-/// The server that a session connects to.
-struct ServerTarget {
-  QString server;
-  int port = 0;
-  Security encryption = Security::None;
-  QStringList trustedFingerprints;  ///< see `PopProperties`
-  QList<QHostAddress> addresses;    ///< likewise
-  int tlsProbeMs = 0;               ///< see `ServerPatience`
-};
-
 /// The connection of one session to its server: it tries the server's addresses one after the
 /// other, encrypts what goes over it and refuses certificates that nobody vouches for.
 class ServerConnection : public QObject {
   Q_OBJECT
 
  public:
-  explicit ServerConnection(ServerTarget target);
+  /// `addresses` as in `PopProperties`, `tlsProbeMs` as in `ServerPatience`.
+  ServerConnection(Endpoint server, QList<QHostAddress> addresses, int tlsProbeMs);
   ~ServerConnection() override;
 
   void Open();
@@ -77,7 +67,8 @@ class ServerConnection : public QObject {
   void VerificationFailed(const QList<QSslError>& errors);
   void SocketFailed();
 
-  ServerTarget target_;
+  Endpoint server_;
+  int tlsProbeMs_;
   std::unique_ptr<QSslSocket> socket_;
   TlsProbe probe_;
   QList<QHostAddress> addresses_;  // not tried yet

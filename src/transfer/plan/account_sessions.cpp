@@ -2,24 +2,14 @@
 
 #include "objects/account.h"
 #include "transfer/control/pop.h"
-#include "transfer/net/trusted_certificates.h"
 #include "transfer/plan/check_job.h"
 #include "transfer/plan/plan_host.h"
 #include "transfer/plan/session_record.h"
 
 namespace vorn {
 
-void AccountSessions::LoadServer(const AccountServer& server) {
-  pop_.Server = server.host;
-  pop_.ServerPort = server.port;
-  pop_.User = server.user;
-  pop_.Password = server.password;
-  pop_.Encryption = server.security;
-  pop_.TrustedFingerprints = TrustedCertificates(server.certificates).For(server.host);
-}
-
 void AccountSessions::LoadReceiving(const Account& account) {
-  LoadServer(account.Incoming());
+  pop_.Target = account.Incoming();
   pop_.Mode = account.Protocol() == InProtocol::Apop ? kPopReceiveApop : kPopReceive;
   pop_.LoginOnly = false;
 }

@@ -6,16 +6,13 @@ class Account;
 class CheckJob;
 class PlanHost;
 class Pop;
-struct AccountServer;
 
 /// What receive jobs and send jobs have in common: sessions at an account's servers.
 class AccountSessions {
  public:
   AccountSessions(Pop& pop, PlanHost& host) : pop_(pop), host_(host) {}
 
-  /// Loads the transfer control with a server and how to log in there.
-  void LoadServer(const AccountServer& server);
-  /// Loads it to receive for the account.
+  /// Loads the transfer control to receive for the account.
   void LoadReceiving(const Account& account);
   /// Whether the account's receive password is known, if need be by asking for it.
   bool KnowsPassword(Account& account);

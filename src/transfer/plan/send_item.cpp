@@ -31,9 +31,9 @@ std::optional<Account> SendItem::Sender() const {
 QString SendItem::Route() const {
   const std::optional<Account> account = Sender();
   if (!account) return {};
-  const AccountServer server = account->Outgoing();
+  const Endpoint server = account->Outgoing();
   return QStringList{server.host, QString::number(server.port),
-                     account->Authenticates() ? server.user : QString(), account->Address()}
+                     account->Authenticates() ? server.who.user : QString(), account->Address()}
       .join(u' ');
 }
 

@@ -143,7 +143,7 @@ void SendJobs::LoadSending(SendItem& message, const WaitingMessage& waiting) {
   for (const QString& line : message.FromLines().split(kLineBreak)) {
     if (!line.isEmpty()) sender.former.append(ParseAddressEntry(line));
   }
-  sessions_.LoadServer(account.Outgoing());
+  pop_.Target = account.Outgoing();
   pop_.Mode = kPopSend;
   pop_.LoginOnly = false;
   pop_.Authenticate = account.Authenticates();

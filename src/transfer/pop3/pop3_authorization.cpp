@@ -44,21 +44,17 @@ void Pop3Authorization::GoOnEncrypted() {
 // where it keeps the password from being read on the way.
 void Pop3Authorization::ChooseLogin(const QByteArray& capabilities) {
   if (login_.apop) return;
-  const bool isPrivate = tls_.IsEncrypted();
   offersUser_ = capabilities.isEmpty() || IsCapability(capabilities, "USER");
   const QByteArrayList offered = CapabilityArguments(capabilities, "SASL");
-  SaslExchange exchange(offered, isPrivate, login_.who);
+  SaslExchange exchange(offered, tls_.IsEncrypted(), login_.server.who);
   // Servers that list no mechanism like USER refuse USER too, also when they announce it.
-  const SaslMechanism* simplest = SaslExchange(offered, true, login_.who).Mechanism();
-  const bool takesUser = offersUser_ && simplest != nullptr && simplest->isPlainLogin;
-  if (!takesUser || (!isPrivate && exchange.Mechanism()->hidesPassword)) {
-    auth_ = std::move(exchange);
-  }
+  const bool takesUser = offersUser_ && SaslExchange::HasPlainLogin(offered);
+  if (!takesUser || !exchange.Mechanism()->isPlainLogin) auth_ = std::move(exchange);
 }
 
 // Every step of AUTH waits for the server's "+", so that no line is longer than old servers take.
 std::optional<PopFailure> Pop3Authorization::LogIn() {
-  if (!IsSafeArgument(login_.who.user) || !IsSafeArgument(login_.who.password)) {
+  if (!IsSafeArgument(login_.server.who.user) || !IsSafeArgument(login_.server.who.password)) {
     return PopFailure{PopError::Login,
                       Ui::tr("ユーザー名かパスワードに改行などの使えない文字があります。")};
   }
@@ -67,7 +63,7 @@ std::optional<PopFailure> Pop3Authorization::LogIn() {
   } else if (login_.apop) {
     return LogInByApop();
   } else {
-    pipeline_.Send("USER " + login_.who.user.toUtf8(), Pop3Command::User);
+    pipeline_.Send("USER " + login_.server.who.user.toUtf8(), Pop3Command::User);
   }
   return std::nullopt;
 }
@@ -77,16 +73,17 @@ std::optional<PopFailure> Pop3Authorization::LogInByApop() {
     return PopFailure{PopError::Login, Ui::tr("サーバーがAPOPに対応していません。アカウントの受信の"
                                               "種類をPOP3に変えてください。")};
   }
-  const QByteArray digest =
-      QCryptographicHash::hash(timestamp_ + login_.who.password.toUtf8(), QCryptographicHash::Md5);
+  const QByteArray digest = QCryptographicHash::hash(
+      timestamp_ + login_.server.who.password.toUtf8(), QCryptographicHash::Md5);
   redaction_.Add(digest.toHex());
-  pipeline_.Send("APOP " + login_.who.user.toUtf8() + ' ' + digest.toHex(), Pop3Command::Apop);
+  pipeline_.Send("APOP " + login_.server.who.user.toUtf8() + ' ' + digest.toHex(),
+                 Pop3Command::Apop);
   return std::nullopt;
 }
 
 std::optional<PopFailure> Pop3Authorization::TakeChallenge(const QByteArray& line) {
   const std::optional<QByteArray> answer = auth_.Answer(line.mid(2), redaction_);
-  if (!answer) return Refused(line);
+  if (!answer) return SaslExchange::Broken(line, redaction_);
   pipeline_.SendMore(*answer);
   return std::nullopt;
 }
@@ -96,9 +93,10 @@ std::optional<PopFailure> Pop3Authorization::TakeReply(Pop3Command command, bool
   if (command == Pop3Command::Capa) return TakeCapabilities({});
   if (command == Pop3Command::Stls) return BeginTls(ok, line, hasMore);
   if (ok && command == Pop3Command::User) {
-    pipeline_.Send("PASS " + login_.who.password.toUtf8(), Pop3Command::Pass);
+    pipeline_.Send("PASS " + login_.server.who.password.toUtf8(), Pop3Command::Pass);
     return std::nullopt;
   }
+  if (ok && !auth_.TrustsServer()) return SaslExchange::Broken(line, redaction_);
   if (ok) {
     state_ = State::LoggedIn;
     return std::nullopt;
@@ -106,15 +104,14 @@ std::optional<PopFailure> Pop3Authorization::TakeReply(Pop3Command command, bool
   return command == Pop3Command::Auth ? TryAnotherWay(line) : Refused(line);
 }
 
-// A mechanism that is refused before anything was proved by it is not there, whatever the server
-// lists. A server that keeps scrambled passwords offers one that hides the password and cannot
-// honour it. What else is refused is the password: it is not offered again, lest the server locks
-// the account.
+// A mechanism that is refused before anything was proved by it is not there for this user, whatever
+// the server lists. A server that keeps scrambled passwords may offer one that it cannot honour.
+// What else is refused is the password: it is not offered again, lest the server locks the account.
 std::optional<PopFailure> Pop3Authorization::TryAnotherWay(const QByteArray& line) {
-  const bool isMissing = !auth_.HasResponded();
-  const bool hides = auth_.Mechanism()->hidesPassword;
+  const bool isMissing = !auth_.HasProved();
+  const bool isDoubtful = auth_.Mechanism()->needsStoredPassword;
   if (isMissing && auth_.TryNext()) return LogIn();
-  if (offersUser_ && (isMissing || hides)) {
+  if (offersUser_ && (isMissing || isDoubtful)) {
     auth_ = {};
     return LogIn();
   }

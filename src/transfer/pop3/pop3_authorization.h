@@ -4,8 +4,8 @@
 #include <QString>
 #include <optional>
 
+#include "objects/endpoint.h"
 #include "transfer/pop3/pop3_pipeline.h"
-#include "transfer/protocol/credentials.h"
 #include "transfer/protocol/mail_session.h"
 #include "transfer/protocol/pop_events.h"
 #include "transfer/protocol/redaction.h"
@@ -16,10 +16,8 @@ namespace vorn {
 
 /// Whom a receive session logs in as, and how.
 struct Pop3Login {
-  QString server;
-  Credentials who;
+  Endpoint server;
   bool apop = false;
-  Security security = Security::None;
   bool loginOnly = false;  ///< end after the login, to try it or for "POP before SMTP"
 };
 
@@ -33,7 +31,7 @@ class Pop3Authorization {
       : login_(login),
         redaction_(redaction),
         pipeline_(pipeline),
-        tls_(login.security, TlsStep::Direction::Receiving) {}
+        tls_(login.server.security, TlsStep::Direction::Receiving) {}
 
   State GetState() const { return state_; }
   /// Whether the server said that it has UIDL, or that it lacks TOP.

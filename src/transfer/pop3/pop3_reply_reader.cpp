@@ -40,9 +40,10 @@ void Pop3ReplyReader::BeginBody(qint64 expectedSize, qsizetype limit, qsizetype 
   atLineStart_ = true;
 }
 
-// The length of the final dot's line at the start of `rest`, 0 when it is another line.
-qsizetype Pop3ReplyReader::TerminatorLength(QByteArrayView rest, bool* undecided) const {
-  *undecided = rest.size() < 3 && QByteArrayView(".\r\n").startsWith(rest);
+// The length of the final dot's line at the start of `rest`, 0 when it is another line; nothing as
+// long as it may be either.
+std::optional<qsizetype> Pop3ReplyReader::TerminatorLength(QByteArrayView rest) const {
+  if (rest.size() < 3 && QByteArrayView(".\r\n").startsWith(rest)) return std::nullopt;
   if (rest.startsWith(".\r\n")) return 3;
   return bareLf_.value_or(false) && rest.startsWith(".\n") ? 2 : 0;
 }
@@ -51,13 +52,12 @@ Pop3ReplyReader::Event Pop3ReplyReader::NextBody() {
   while (at_ < buffer_.size()) {
     const QByteArrayView rest = QByteArrayView(buffer_).sliced(at_);
     if (atLineStart_ && rest[0] == '.') {
-      bool undecided = false;
-      const qsizetype terminator = TerminatorLength(rest, &undecided);
-      if (terminator > 0) {
-        at_ += terminator;
+      const std::optional<qsizetype> terminator = TerminatorLength(rest);
+      if (!terminator) return Event::NeedMore;
+      if (*terminator > 0) {
+        at_ += *terminator;
         return Event::Body;
       }
-      if (undecided) return Event::NeedMore;
       ++at_;  // the stuffed dot
       atLineStart_ = false;
       continue;

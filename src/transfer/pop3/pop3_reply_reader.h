@@ -33,7 +33,7 @@ class Pop3ReplyReader {
   QByteArray TakeBody();
 
  private:
-  qsizetype TerminatorLength(QByteArrayView rest, bool* undecided) const;
+  std::optional<qsizetype> TerminatorLength(QByteArrayView rest) const;
   void Compact();
   void Append(QByteArrayView bytes);
 

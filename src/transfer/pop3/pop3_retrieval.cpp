@@ -43,7 +43,7 @@ QByteArray NameByContents(const QByteArray& data) {
 }  // namespace
 
 QString Pop3Retrieval::MessageId(const QByteArray& uidl) const {
-  return ScopedMessageId(login_.who.user, login_.server, uidl);
+  return ScopedMessageId(login_.server.who.user, login_.server.host, uidl);
 }
 
 bool Pop3Retrieval::Begin(const QByteArray& list, const std::optional<QByteArray>& uidl,

@@ -30,7 +30,7 @@ bool IsMultiLine(Pop3Command command) {
 Pop3Session::Pop3Session(Pop3Login login, PopEvents& events, std::function<void(QByteArray)> send,
                          std::function<void()> startTls)
     : login_(std::move(login)),
-      redaction_(login_.who),
+      redaction_(login_.server.who),
       events_(events),
       startTls_(std::move(startTls)),
       pipeline_(std::move(send)),

@@ -4,7 +4,7 @@
 #include <QList>
 #include <QString>
 
-#include "transfer/protocol/credentials.h"
+#include "objects/endpoint.h"
 
 namespace vorn {
 

@@ -4,44 +4,88 @@
 #include <algorithm>
 #include <utility>
 
+#include "storage/ui.h"
+#include "transfer/protocol/scram_proof.h"
+
 namespace vorn {
 namespace {
 
-QByteArray RespondPlain(const SaslStep& step) {  // RFC 4616
-  return '\0' + step.who.user.toUtf8() + '\0' + step.who.password.toUtf8();
+// RFC 4616.
+class PlainProof : public SaslProof {
+ public:
+  explicit PlainProof(const Credentials& who)
+      : response_(
+            {'\0' + who.user.toUtf8() + '\0' + who.password.toUtf8(), who.password.toUtf8()}) {}
+  std::optional<SaslResponse> Initial() override { return response_; }
+  // There are servers that ask again.
+  std::optional<SaslResponse> Answer(const QByteArray&) override {
+    if (std::exchange(hasAnswered_, true)) return std::nullopt;
+    return response_;
+  }
+
+ private:
+  SaslResponse response_;
+  bool hasAnswered_ = false;
+};
+
+// The name, then the password, whatever the prompts say.
+class LoginProof : public SaslProof {
+ public:
+  explicit LoginProof(const Credentials& who)
+      : responses_({{who.user.toUtf8()}, {who.password.toUtf8(), who.password.toUtf8()}}) {}
+  std::optional<SaslResponse> Answer(const QByteArray&) override {
+    if (responses_.isEmpty()) return std::nullopt;
+    return responses_.takeFirst();
+  }
+
+ private:
+  QList<SaslResponse> responses_;
+};
+
+// RFC 2195.
+class CramMd5Proof : public SaslProof {
+ public:
+  explicit CramMd5Proof(Credentials who) : who_(std::move(who)) {}
+  std::optional<SaslResponse> Answer(const QByteArray& challenge) override {
+    if (std::exchange(hasAnswered_, true)) return std::nullopt;
+    const QByteArray proof =
+        QMessageAuthenticationCode::hash(challenge, who_.password.toUtf8(), QCryptographicHash::Md5)
+            .toHex();
+    return SaslResponse{who_.user.toUtf8() + ' ' + proof, proof};
+  }
+
+ private:
+  Credentials who_;
+  bool hasAnswered_ = false;
+};
+
+template <class Proof>
+std::unique_ptr<SaslProof> Begun(const Credentials& who) {
+  return std::make_unique<Proof>(who);
 }
 
-QByteArray RespondLogin(const SaslStep& step) {
-  return (step.number == 0 ? step.who.user : step.who.password).toUtf8();
-}
-
-QByteArray RespondCramMd5(const SaslStep& step) {  // RFC 2195
-  using Code = QMessageAuthenticationCode;
-  const QByteArray proof =
-      Code::hash(step.challenge, step.who.password.toUtf8(), QCryptographicHash::Md5);
-  return step.who.user.toUtf8() + ' ' + proof.toHex();
-}
-
-// The simplest first.
+// The one that is preferred first: what proves both sides, then the simplest.
 constexpr SaslMechanism kMechanisms[] = {
+    {.name = "SCRAM-SHA-256",
+     .isPlainLogin = false,
+     .hidesPassword = true,
+     .needsStoredPassword = false,
+     .begin = Begun<ScramProof>},
     {.name = "PLAIN",
      .isPlainLogin = true,
      .hidesPassword = false,
-     .speaksFirst = true,
-     .steps = 2,
-     .respond = RespondPlain},
+     .needsStoredPassword = false,
+     .begin = Begun<PlainProof>},
     {.name = "LOGIN",
      .isPlainLogin = false,
      .hidesPassword = false,
-     .speaksFirst = false,
-     .steps = 2,
-     .respond = RespondLogin},
+     .needsStoredPassword = false,
+     .begin = Begun<LoginProof>},
     {.name = "CRAM-MD5",
      .isPlainLogin = false,
      .hidesPassword = true,
-     .speaksFirst = false,
-     .steps = 2,
-     .respond = RespondCramMd5},
+     .needsStoredPassword = true,
+     .begin = Begun<CramMd5Proof>},
 };
 
 }  // namespace
@@ -57,31 +101,47 @@ SaslExchange::SaslExchange(const QByteArrayList& offered, bool encrypted, Creden
   if (!encrypted && !hiding.isEmpty()) mechanisms_ = hiding;
 }
 
+bool SaslExchange::HasPlainLogin(const QByteArrayList& offered) {
+  return std::any_of(std::begin(kMechanisms), std::end(kMechanisms), [&](const auto& mechanism) {
+    return mechanism.isPlainLogin && offered.contains(mechanism.name);
+  });
+}
+
 bool SaslExchange::TryNext(bool hiding) {
   if (!mechanisms_.isEmpty()) mechanisms_.removeFirst();
   if (hiding) mechanisms_.removeIf([](const auto* mechanism) { return !mechanism->hidesPassword; });
-  step_ = 0;
+  hasProved_ = false;
   return !mechanisms_.isEmpty();
 }
 
 QByteArray SaslExchange::Begin(bool saysFirst, Redaction& redaction) {
+  proof_ = Mechanism()->begin(who_);
+  initial_ = proof_->Initial();
   const QByteArray command = QByteArray("AUTH ") + Mechanism()->name;
-  if (!saysFirst || !Mechanism()->speaksFirst) return command;
-  return command + ' ' + Respond({}, redaction);
+  if (!saysFirst || !initial_) return command;
+  return command + ' ' + Say(*std::exchange(initial_, std::nullopt), redaction);
 }
 
 std::optional<QByteArray> SaslExchange::Answer(const QByteArray& challenge, Redaction& redaction) {
-  if (Mechanism() == nullptr || step_ == Mechanism()->steps) return std::nullopt;
-  return Respond(QByteArray::fromBase64(challenge), redaction);
+  if (proof_ == nullptr) return std::nullopt;
+  const std::optional<SaslResponse> response =
+      initial_ ? std::exchange(initial_, std::nullopt)
+               : proof_->Answer(QByteArray::fromBase64(challenge));
+  if (!response) return std::nullopt;
+  return Say(*response, redaction);
 }
 
-// In base64. The user's name is no secret, alone or in front of what proves it.
-QByteArray SaslExchange::Respond(const QByteArray& challenge, Redaction& redaction) {
-  const QByteArray response =
-      Mechanism()->respond({.who = who_, .challenge = challenge, .number = step_++});
-  const qsizetype name = std::max(response.lastIndexOf(' '), response.lastIndexOf('\0'));
-  if (response != who_.user.toUtf8()) redaction.Add(response.sliced(name + 1));
-  return response.toBase64();
+QByteArray SaslExchange::Say(const SaslResponse& response, Redaction& redaction) {
+  if (!response.secret.isEmpty()) hasProved_ = true;
+  redaction.Add(response.secret);
+  return response.words.toBase64();
+}
+
+PopFailure SaslExchange::Broken(const QByteArray& reply, const Redaction& redaction) {
+  return {PopError::Protocol,
+          redaction.WithReply(Ui::tr("サーバーの応答がログインの手順に合わないため、ログインを中止"
+                                     "しました。"),
+                              reply)};
 }
 
 }  // namespace vorn

@@ -43,12 +43,17 @@ bool KnownMessages::HadIdentifiers(const QString& scope, int port) {
   return notes.Read(MailboxName(scope, port)) && notes.HasIdentifiers();
 }
 
-Result<KnownMessages::Name> KnownMessages::Ask(const QString& messageId, QStringList* files) {
+Result<KnownMessages::Known> KnownMessages::Ask(const QString& messageId) {
   const Result<KnownFiles::Holders> holders = files_.Ask(messageId);
   if (!holders) return holders.Error();  // neither stored twice nor deleted
-  *files = holders->files;
-  if (files->isEmpty()) absent_.insert(messageId);
-  if (files->isEmpty() && !holders->isErased) {
+  return Known{NameOf(messageId, *holders), holders->files};
+}
+
+KnownMessages::Name KnownMessages::NameOf(const QString& messageId,
+                                          const KnownFiles::Holders& holders) {
+  const QStringList& files = holders.files;
+  if (files.isEmpty()) absent_.insert(messageId);
+  if (files.isEmpty() && !holders.isErased) {
     // It may have had another name, or none, until now.
     const bool mayHaveHadAnother = listing_.IsUpset() || files_.HasUnnamed(scope_);
     const bool isElsewhere = listing_.IsElsewhere(messageId);
@@ -67,11 +72,11 @@ Result<KnownMessages::Name> KnownMessages::Ask(const QString& messageId, QString
   // Names without a listing are made of the contents.
   const bool mayBeAnother =
       listing_.Doubts(messageId) || (deletes_ && listing_.IsListed(messageId));
-  if (!mayBeAnother) return files->isEmpty() ? Name::Erased : Name::Stored;
+  if (!mayBeAnother) return files.isEmpty() ? Name::Erased : Name::Stored;
   listing_.Doubt(messageId);
-  if (files->isEmpty()) return Name::New;
+  if (files.isEmpty()) return Name::New;
   if (listing_.HasOtherSize(messageId)) return Name::New;
-  unsure_.insert(messageId, *files);
+  unsure_.insert(messageId, files);
   return Name::Unsure;
 }
 
@@ -99,15 +104,13 @@ bool KnownMessages::SaysWhatIsStored(const QString& messageId, const QByteArray&
 
 // Asked of what a name does not tell for sure: the server may have given it to another message, or
 // usually gives names and gave this one none.
-Result<StoredCopies::Found> KnownMessages::FindStored(const QString& messageId,
-                                                      const QByteArray& data, bool isTornOff,
-                                                      QString* storedAs) {
-  *storedAs = messageId;
+Result<StoredCopies::Copy> KnownMessages::FindStored(const QString& messageId,
+                                                     const QByteArray& data, bool isTornOff) {
   const bool lacksName = HasIdentifiers() && !listing_.IsListed(messageId);
   if (!listing_.Doubts(messageId) && !listing_.IsUpset() && !lacksName) {
-    return StoredCopies::Found::None;
+    return StoredCopies::Copy{StoredCopies::Found::None, messageId};
   }
-  return FindByContents(messageId, data, isTornOff, storedAs);
+  return FindByContents(messageId, data, isTornOff);
 }
 
 // Where something is deleted, no name counts before its message was compared.
@@ -116,51 +119,48 @@ bool KnownMessages::IsVouchedFor(const QString& messageId) const {
   return listing_.IsListed(messageId) && !listing_.Doubts(messageId);
 }
 
-Result<StoredCopies::Found> KnownMessages::FindByContents(const QString& messageId,
-                                                          const QByteArray& data, bool isTornOff,
-                                                          QString* storedAs) {
+Result<StoredCopies::Copy> KnownMessages::FindByContents(const QString& messageId,
+                                                         const QByteArray& data, bool isTornOff) {
+  using Copy = StoredCopies::Copy;
   using Found = StoredCopies::Found;
   using Trust = StoredCopies::Trust;
-  if (scope_.isEmpty()) return Found::None;
+  const Copy none{Found::None, messageId};
+  if (scope_.isEmpty()) return none;
   // Asked for the second time when another program has stored one meanwhile.
   const bool isNamed = !absent_.remove(messageId);
   const Trust trust = isTornOff                      ? Trust::Doubtful
                       : listing_.IsListed(messageId) ? Trust::Named
                                                      : Trust::Nameless;
-  const Result<Found> found = copies_.Find(messageId, data, isNamed, trust, storedAs);
-  if (!found) return found;
-  switch (*found) {
+  const Result<Copy> copy = copies_.Find(messageId, data, isNamed, trust);
+  if (!copy) return copy;
+  switch (copy->found) {
     case Found::Moved:
       // From one that is there to another; else the names of all have changed, and count from now.
-      if (listing_.IsListed(*storedAs)) listing_.Distrust();
-      listing_.ForgetAbsent(*storedAs);
-      return Found::Stored;
+      if (listing_.IsListed(copy->storedAs)) listing_.Distrust();
+      listing_.ForgetAbsent(copy->storedAs);
+      return Copy{Found::Stored, copy->storedAs};
     case Found::Elsewhere:
       listing_.NoteElsewhere(messageId);
-      return found;
+      return copy;
     case Found::Renewed:
       listing_.NoteRenewed(messageId);
-      return Found::None;
+      return none;
     case Found::Erased:
-      if (Settings(context_).IsCareful()) return found;
-      *storedAs = messageId;  // it is stored once more
-      return Found::None;
+      return Settings(context_).IsCareful() ? *copy : none;  // it is stored once more
     default:
-      return found;
+      return copy;
   }
 }
 
 // One of an archive or one that went missing has this name from now on; any other keeps its own.
-Result<> KnownMessages::NoteAlike(const QString& messageId, const QByteArray& data, bool isTornOff,
-                                  QString* storedAs) {
-  if (!HasIdentifiers()) return {};
-  const auto found = FindByContents(messageId, data, isTornOff, storedAs);
-  if (!found) return found.Error();
-  if (*found == StoredCopies::Found::None) {
-    listing_.NoteElsewhere(messageId);
-    *storedAs = QString::fromLatin1(SourceDigest(data).toHex());
-  }
-  return {};
+Result<QString> KnownMessages::NoteAlike(const QString& messageId, const QByteArray& data,
+                                         bool isTornOff) {
+  if (!HasIdentifiers()) return messageId;
+  const auto copy = FindByContents(messageId, data, isTornOff);
+  if (!copy) return copy.Error();
+  if (copy->found != StoredCopies::Found::None) return copy->storedAs;
+  listing_.NoteElsewhere(messageId);
+  return QString::fromLatin1(SourceDigest(data).toHex());
 }
 
 void KnownMessages::TakeBack(const QString& messageId) {

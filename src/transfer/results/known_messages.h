@@ -43,28 +43,31 @@ class KnownMessages {
     Stored,
     Erased,  ///< was stored and erased for good
   };
-  /// What the identifier tells. `files` gets the mail files that have a message of that name. Fails
-  /// when one cannot be asked: as far as anybody can know it is stored.
-  Result<Name> Ask(const QString& messageId, QStringList* files);
+  struct Known {
+    Name name = Name::New;
+    QStringList files;  ///< the mail files that have a message of that name
+  };
+  /// What the identifier tells. Fails when a file cannot be asked: as far as anybody can know it is
+  /// stored.
+  Result<Known> Ask(const QString& messageId);
   /// Whether the answer was `Unsure` and the header may tell.
   bool WantsHeader(const QString& messageId) const { return unsure_.contains(messageId); }
   /// Whether the header is that of the stored message of that name (`StoredCopyHasHeader`).
   bool ProvesHeader(const QString& messageId, const QByteArray& header);
   /// What the whole message tells where its name does not, otherwise `None`. One that `isTornOff`
-  /// may be another than that of the name, and takes no name from one that is found. `storedAs`
-  /// gets the name of that one, or a digest where it has none.
-  Result<StoredCopies::Found> FindStored(const QString& messageId, const QByteArray& data,
-                                         bool isTornOff, QString* storedAs);
+  /// may be another than that of the name, and takes no name from one that is found.
+  Result<StoredCopies::Copy> FindStored(const QString& messageId, const QByteArray& data,
+                                        bool isTornOff);
   /// Whether nothing is new in it beside what is stored under that name (`StoredCopySaysTheSame`).
   bool SaysWhatIsStored(const QString& messageId, const QByteArray& data);
   /// The same, whatever its name tells. Under a name of the mailbox the row takes that name; one of
   /// another mailbox, `Elsewhere`, keeps its own.
-  Result<StoredCopies::Found> FindByContents(const QString& messageId, const QByteArray& data,
-                                             bool isTornOff, QString* storedAs);
+  Result<StoredCopies::Copy> FindByContents(const QString& messageId, const QByteArray& data,
+                                            bool isTornOff);
 
-  /// Notes that the message is stored, under whatever name.
-  Result<> NoteAlike(const QString& messageId, const QByteArray& data, bool isTornOff,
-                     QString* storedAs);
+  /// Notes that the message is stored, under whatever name: which is that name, or a digest where
+  /// it has none.
+  Result<QString> NoteAlike(const QString& messageId, const QByteArray& data, bool isTornOff);
   /// Notes that an answer which does not fit was the message that is stored under that name.
   void NoteDoubtful(const QString& messageId, const QString& storedAs) {
     answers_.Note(messageId, storedAs);
@@ -96,6 +99,7 @@ class KnownMessages {
 
  private:
   bool IsVouchedFor(const QString& messageId) const;
+  Name NameOf(const QString& messageId, const KnownFiles::Holders& holders);
 
   Context& context_;
   KnownFiles files_;

@@ -87,37 +87,37 @@ std::optional<ServerCopy> ReceivedMail::MessageArrived(const QString& messageId,
                                                        const QByteArray& data, bool isTornOff) {
   using Received = MailStore::Received;
   if (groups_.HasFailed()) return {};
-  QString storedAs = messageId;
-  const auto found = isTornOff && known_.SaysWhatIsStored(messageId, data)
-                         ? StoredCopies::Found::Stored
-                         : known_.FindStored(messageId, data, isTornOff, &storedAs);
-  if (!found) return GiveUp(found.Error());
+  const auto known = isTornOff && known_.SaysWhatIsStored(messageId, data)
+                         ? StoredCopies::Copy{StoredCopies::Found::Stored, messageId}
+                         : known_.FindStored(messageId, data, isTornOff);
+  if (!known) return GiveUp(known.Error());
   // No filter leaves a header alone; a server that gives it has lost the rest, or the way to it.
   const bool lacksBody = isTornOff && !HasBody(data);
-  if (*found != StoredCopies::Found::None) {
+  if (known->found != StoredCopies::Found::None) {
     ++log_.Counts().known;
-    if (isTornOff && (lacksBody || !known_.CameBefore(messageId, storedAs))) {
-      return KeepTornOff(messageId, storedAs);
+    if (isTornOff && (lacksBody || !known_.CameBefore(messageId, known->storedAs))) {
+      return KeepTornOff(messageId, known->storedAs);
     }
     return NoteStored(messageId, true, DeletedIf(deletions_.OfStored()));
   }
   Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
   Describe(message, messageId, data);
-  const Result<Received> received = Store(message, messageId, data, isTornOff, &storedAs);
-  if (!received) return GiveUp(received.Error());
+  const Result<Stored> stored = Store(message, messageId, data, isTornOff);
+  if (!stored) return GiveUp(stored.Error());
+  const auto& [received, storedAs] = *stored;
   ServerCopy copy = DeletedIf(deletions_.OfNew());
   // Another account or program has received it since it was asked for.
-  if (*received != Received::Stored) {
+  if (received != Received::Stored) {
     ++log_.Counts().known;
     copy = DeletedIf(deletions_.OfStored());
-    if (*received == Received::Known) {
+    if (received == Received::Known) {
       copy = KeepUnlessWhole(MailDatabasePath(context_), messageId, copy);
     }
   }
-  const bool cameBefore = *received == Received::Alike && known_.CameBefore(messageId, storedAs);
+  const bool cameBefore = received == Received::Alike && known_.CameBefore(messageId, storedAs);
   const bool isKept = isTornOff && (lacksBody || !cameBefore);
   copy = isKept ? KeepTornOff(messageId, storedAs) : NoteStored(messageId, true, copy);
-  if (*received == Received::Stored && !groups_.Add(message.SerialID(), messageId, data.size())) {
+  if (received == Received::Stored && !groups_.Add(message.SerialID(), messageId, data.size())) {
     return {};
   }
   return copy;
@@ -135,22 +135,25 @@ void ReceivedMail::Describe(Disk& message, const QString& messageId, const QByte
 }
 
 // As a message that nobody knew of a moment ago.
-Result<MailStore::Received> ReceivedMail::Store(Disk& message, const QString& messageId,
-                                                const QByteArray& data, bool isTornOff,
-                                                QString* storedAs) {
+Result<ReceivedMail::Stored> ReceivedMail::Store(Disk& message, const QString& messageId,
+                                                 const QByteArray& data, bool isTornOff) {
   using Received = MailStore::Received;
+  QString storedAs = messageId;
   Result<Received> received = store_.StoreReceived(message, data);
   // Another program has stored one of that name since it was asked for; that one may be another.
   if (received == Received::Known && known_.HasIdentifiers()) {
-    const auto taken = known_.FindByContents(messageId, data, isTornOff, storedAs);
+    const auto taken = known_.FindByContents(messageId, data, isTornOff);
     if (!taken) return taken.Error();
-    if (*taken == StoredCopies::Found::None) received = store_.StoreReceived(message, data);
+    storedAs = taken->storedAs;
+    if (taken->found == StoredCopies::Found::None) received = store_.StoreReceived(message, data);
   }
   if (received == Received::Alike) {
-    const Result<> noted = known_.NoteAlike(messageId, data, isTornOff, storedAs);
+    const Result<QString> noted = known_.NoteAlike(messageId, data, isTornOff);
     if (!noted) return noted.Error();
+    storedAs = *noted;
   }
-  return received;
+  if (!received) return received.Error();
+  return Stored{*received, storedAs};
 }
 
 std::nullopt_t ReceivedMail::GiveUp(const StorageError& reason) {
@@ -187,16 +190,15 @@ bool ReceivedMail::MailboxListed(const QString& scope,
 
 std::optional<ServerCopy> ReceivedMail::AlreadyStored(const QString& messageId) {
   using Name = KnownMessages::Name;
-  QStringList files;
-  const Result<Name> name = known_.Ask(messageId, &files);
-  if (!name) {
-    TellUnknown(name.Error());
+  const auto known = known_.Ask(messageId);
+  if (!known) {
+    TellUnknown(known.Error());
     return ServerCopy::Stays;
   }
-  if (*name != Name::Stored && *name != Name::Erased) return {};
+  if (known->name != Name::Stored && known->name != Name::Erased) return {};
   // A server may give an identifier anew: nothing is deleted there that is not stored here.
-  ServerCopy copy = DeletedIf(deletions_.OfStored() && *name != Name::Erased);
-  for (const QString& file : files) copy = KeepUnlessWhole(file, messageId, copy);
+  ServerCopy copy = DeletedIf(deletions_.OfStored() && known->name != Name::Erased);
+  for (const QString& file : known->files) copy = KeepUnlessWhole(file, messageId, copy);
   ++log_.Counts().known;
   return NoteStored(messageId, false, copy);
 }

@@ -45,8 +45,12 @@ class ReceivedMail : public RetrievalEvents {
  private:
   bool IsReceiving() const;
   void Describe(Disk& message, const QString& messageId, const QByteArray& data) const;
-  Result<MailStore::Received> Store(Disk& message, const QString& messageId, const QByteArray& data,
-                                    bool isTornOff, QString* storedAs);
+  struct Stored {
+    MailStore::Received received;
+    QString storedAs;  // the name of the one that was there already
+  };
+  Result<Stored> Store(Disk& message, const QString& messageId, const QByteArray& data,
+                       bool isTornOff);
   std::nullopt_t GiveUp(const StorageError& reason);
   ServerCopy KeepTornOff(const QString& messageId, const QString& storedAs);
   ServerCopy NoteStored(const QString& messageId, bool proven, ServerCopy copy);

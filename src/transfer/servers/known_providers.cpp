@@ -77,8 +77,8 @@ std::optional<MailServers> KnownServers(const QString& address) {
     if (!IsOf(provider, domain)) continue;
     const QString user = provider.user == UserForm::Address ? address : address.first(at);
     const int port = provider.security == Security::Tls ? kSubmissions : kSubmission;
-    return MailServers{{HostOf(provider.receiving, domain), kPop3s, Security::Tls, user},
-                       {HostOf(provider.sending, domain), port, provider.security, user}};
+    return MailServers{{HostOf(provider.receiving, domain), kPop3s, Security::Tls, {user}},
+                       {HostOf(provider.sending, domain), port, provider.security, {user}}};
   }
   return std::nullopt;
 }

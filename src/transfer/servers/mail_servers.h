@@ -1,22 +1,14 @@
 #pragma once
 
-#include <QString>
-
-#include "transfer/protocol/mail_session.h"
+#include "objects/endpoint.h"
 
 namespace vorn {
 
-/// How mail of an address is received by POP3 or sent by SMTP; nothing when `host` is empty.
-struct MailServer {
-  QString host;
-  int port = 0;
-  Security security = Security::Tls;
-  QString user;
-};
-
+/// How mail of an address is received by POP3 and sent by SMTP: nothing without a host, and without
+/// the password.
 struct MailServers {
-  MailServer receiving;
-  MailServer sending;
+  Endpoint receiving;
+  Endpoint sending;
 
   bool IsEmpty() const { return receiving.host.isEmpty() && sending.host.isEmpty(); }
 };

@@ -49,8 +49,8 @@ QString Replaced(QString text, const QString& address) {
 }
 
 // The element that the reader is at, when it can be used.
-MailServer ReadServer(QXmlStreamReader& xml, const QString& address) {
-  MailServer server;
+Endpoint ReadServer(QXmlStreamReader& xml, const QString& address) {
+  Endpoint server;
   bool isEncrypted = false;
   bool takesPassword = false;
   while (xml.readNextStartElement()) {
@@ -58,7 +58,7 @@ MailServer ReadServer(QXmlStreamReader& xml, const QString& address) {
     const QString text = xml.readElementText(QXmlStreamReader::SkipChildElements).trimmed();
     if (name == u"hostname") server.host = Replaced(text, address);
     if (name == u"port") server.port = text.toInt();
-    if (name == u"username") server.user = Replaced(text, address);
+    if (name == u"username") server.who.user = Replaced(text, address);
     if (name == u"authentication") {
       takesPassword = takesPassword || text.startsWith(u"password") || text == u"plain";
     }
@@ -83,8 +83,8 @@ MailServers ReadConfiguration(const QByteArray& document, const QString& address
     if (!sends && xml.name() != u"incomingServer") continue;
     const bool isOurs = xml.attributes().value(QLatin1String("type")) ==
                         (sends ? QLatin1String("smtp") : QLatin1String("pop3"));
-    const MailServer server = ReadServer(xml, address);
-    MailServer& place = sends ? servers.sending : servers.receiving;
+    const Endpoint server = ReadServer(xml, address);
+    Endpoint& place = sends ? servers.sending : servers.receiving;
     if (isOurs && place.host.isEmpty()) place = server;
   }
   return xml.hasError() ? MailServers() : servers;
@@ -173,7 +173,7 @@ void ServerLookup::TakeService() {
   dns_.reset();
   if (!records.isEmpty() && IsHostName(records.first().target())) {
     (service.isSending ? found_.sending : found_.receiving) = {
-        records.first().target(), records.first().port(), service.security, address_};
+        records.first().target(), records.first().port(), service.security, {address_}};
   }
   AskNextService();
 }

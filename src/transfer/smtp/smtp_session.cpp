@@ -9,6 +9,7 @@ namespace vorn {
 namespace {
 
 constexpr int kClosing = 421;
+constexpr int kRefused = 535;  // who logs in (RFC 4954 section 6)
 constexpr int kNotInClear = 538;
 constexpr int kMoreWanted = 530;  // a login (RFC 4954 section 6), or STARTTLS (RFC 3207 section 4)
 
@@ -27,11 +28,11 @@ QString NotUnderstood() {
 SmtpSession::SmtpSession(SmtpJob job, PopEvents& events, std::function<void(QByteArray)> send,
                          std::function<void()> startTls)
     : job_(std::move(job)),
-      redaction_(job_.who),
+      redaction_(job_.server.who),
       events_(events),
       send_(std::move(send)),
       startTls_(std::move(startTls)),
-      tls_(job_.security, TlsStep::Direction::Sending) {}
+      tls_(job_.server.security, TlsStep::Direction::Sending) {}
 
 void SmtpSession::Fail(PopError code, const QString& text) {
   // Whatever cannot be understood after the end of the message may have been a yes.
@@ -188,7 +189,7 @@ void SmtpSession::TlsEstablished() {
 }
 
 void SmtpSession::BeginAuth() {
-  auth_ = SaslExchange(extensions_.AuthMechanisms(), tls_.IsEncrypted(), job_.who);
+  auth_ = SaslExchange(extensions_.AuthMechanisms(), tls_.IsEncrypted(), job_.server.who);
   if (auth_.Mechanism() == nullptr) {
     Fail(PopError::Login, Ui::tr("サーバーが送信時の認証に対応していません。アカウントの送信の"
                                  "設定を確認してください。"));
@@ -198,15 +199,19 @@ void SmtpSession::BeginAuth() {
   Send(auth_.Begin(true, redaction_));
 }
 
-// A refused password is not offered again: servers lock accounts after a few wrong ones.
+// A refused password is not offered again: servers lock accounts after a few wrong ones. One that
+// was not offered yet is not what is refused.
 void SmtpSession::GoOnWithAuth(int code) {
-  if (code == 235) return BeginEnvelope();
+  if (code == 235 && auth_.TrustsServer()) return BeginEnvelope();
   if (code == 334) {
     if (const auto answer = auth_.Answer(reader_.Text().mid(4), redaction_)) return Send(*answer);
   }
-  if (RefusesMechanism(code) && auth_.TryNext(code == kNotInClear)) {
-    return Send(auth_.Begin(true, redaction_));
+  if (code == 235 || code == 334) {
+    const PopFailure failure = SaslExchange::Broken(reader_.Text(), redaction_);
+    return Fail(failure.code, failure.text);
   }
+  const bool isMissing = RefusesMechanism(code) || (code == kRefused && !auth_.HasProved());
+  if (isMissing && auth_.TryNext(code == kNotInClear)) return Send(auth_.Begin(true, redaction_));
   LeaveAfter(PopError::Login,
              Ui::tr("ログインできません。ユーザー名とパスワードを確認してください。"));
 }

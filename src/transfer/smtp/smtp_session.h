@@ -19,9 +19,8 @@ namespace vorn {
 
 /// What a send session transmits, and as whom it logs in.
 struct SmtpJob {
-  Security security = Security::None;
+  Endpoint server;
   bool authenticate = false;
-  Credentials who;
   QString from;
   QStringList recipients;
   QByteArray source;

@@ -1,4 +1,4 @@
-#include "transfer/net/trusted_certificates.h"
+#include "objects/trusted_certificates.h"
 
 namespace vorn {
 namespace {

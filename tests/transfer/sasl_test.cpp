@@ -1,0 +1,159 @@
+// SCRAM-SHA-256, whose server has to prove itself too, as the RFC has it, and with servers that do
+// not.
+
+#include <gtest/gtest.h>
+
+#include "support/session_recorder.h"
+#include "transfer/pop3/pop3_session.h"
+#include "transfer/protocol/scram_proof.h"
+#include "transfer/smtp/smtp_session.h"
+
+namespace vorn {
+namespace {
+
+using test::SessionRecorder;
+
+Credentials Who() {
+  return {QStringLiteral("user"), QStringLiteral("pencil")};
+}
+
+// The example of RFC 7677 section 3.
+const QByteArray kNonce = "rOprNGfwEbeRWgbNEkqO";
+const QByteArray kNonces = kNonce + "%hvYDpWUa2RaTCAfuxFIlj)hNlF$k0";
+const QByteArray kServerFirst = "r=" + kNonces + ",s=W22ZaJ0SNY7soEsUEjb6gQ==,i=4096";
+const QByteArray kServerFinal = "v=6rriTRBi23WpRR/wtup+mMhUZUn/dB5nLTJRsjl95G4=";
+
+TEST(ScramTest, ProvesBothSidesAsInTheExample) {
+  ScramProof proof(Who(), kNonce);
+  EXPECT_EQ(proof.Initial()->words, "n,,n=user,r=" + kNonce);
+  const auto answer = proof.Answer(kServerFirst);
+  ASSERT_TRUE(answer);
+  EXPECT_EQ(answer->secret, "dHzbZapWIk4jUhN+Ute9ytag9zjfMHgsqmmiz7AndVQ=");
+  EXPECT_EQ(answer->words, "c=biws,r=" + kNonces + ",p=" + answer->secret);
+  EXPECT_FALSE(proof.TrustsServer());
+  ASSERT_TRUE(proof.Answer(kServerFinal));
+  EXPECT_TRUE(proof.TrustsServer());
+  EXPECT_FALSE(proof.Answer(kServerFinal)) << "there is nothing more to ask";
+}
+
+TEST(ScramTest, NamesAndPasswordsAreWrittenAsTheServerCompares) {
+  const auto first = [](const char16_t* user) {
+    return ScramProof({QString::fromUtf16(user), {}}, "x").Initial()->words;
+  };
+  EXPECT_EQ(first(u"a=b,c"), "n,,n=a=3Db=2Cc,r=x");
+  EXPECT_EQ(first(u"ｕｓｅｒ\u00AD"), "n,,n=user,r=x");
+  EXPECT_EQ(first(u"山田"), "n,,n=山田,r=x");
+  const auto answer = [](const char16_t* password) {
+    return ScramProof({QStringLiteral("user"), QString::fromUtf16(password)}, kNonce)
+        .Answer(kServerFirst)
+        ->secret;
+  };
+  EXPECT_EQ(answer(u"ｐｅｎｃｉｌ"), answer(u"pencil"));
+  EXPECT_NE(answer(u"Pencil"), answer(u"pencil"));
+  EXPECT_NE(answer(u"a\u0007"), answer(u"a")) << "what has no form stays as it is";
+}
+
+TEST(ScramTest, OneProofServesOnceAndTwoNeverHaveOneNonce) {
+  EXPECT_NE(ScramProof(Who()).Initial()->words, ScramProof(Who()).Initial()->words);
+  for (const QByteArray& serverFirst :
+       {QByteArray(), QByteArray("e=other-error"), "r=other" + kServerFirst.sliced(2),
+        "r=" + kNonce + ",s=W22ZaJ0SNY7soEsUEjb6gQ==,i=4096", "m=x," + kServerFirst,
+        "r=" + kNonces + ",i=4096,s=W22ZaJ0SNY7soEsUEjb6gQ==", "r=" + kNonces + ",s=,i=4096",
+        "r=" + kNonces + ",s=W22Z!,i=4096", "r=" + kNonces + ",s=W22Z"}) {
+    ScramProof proof(Who(), kNonce);
+    EXPECT_FALSE(proof.Answer(serverFirst)) << serverFirst.toStdString();
+    EXPECT_FALSE(proof.Answer(kServerFirst)) << "it is over";
+  }
+  // How often a server may have the password hashed: neither so seldom that it is soon guessed, nor
+  // for minutes.
+  for (const auto& [count, isTaken] : {std::pair("1", false),
+                                       {"4095", false},
+                                       {"4096", true},
+                                       {"600001", false},
+                                       {"2147483648", false},
+                                       {"-4096", false},
+                                       {"many", false}}) {
+    ScramProof proof(Who(), kNonce);
+    EXPECT_EQ(proof.Answer("r=" + kNonces + ",s=W22Z,i=" + count).has_value(), isTaken) << count;
+  }
+}
+
+// A server that goes through SCRAM with whoever comes and knows no password. `%` in its first
+// message is the client's nonce.
+struct HostileServer {
+  QByteArray first;
+  QByteArray final;
+};
+
+const HostileServer kHostile[] = {
+    {"r=other,s=W22Z,i=4096", {}},
+    {"r=%x,s=W22Z,i=1", {}},
+    {"r=%x,s=W22Z,i=2147483648", {}},
+    {"r=%x,s=W22Z,i=4096", "v=6rriTRBi23WpRR/wtup+mMhUZUn/dB5nLTJRsjl95G4="},
+    {"r=%x,s=W22Z,i=4096", "v="},
+    {"r=%x,s=W22Z,i=4096", {}},
+    {"r=%x,s=W22Z,i=4096", "e=invalid-proof"}};
+
+// Answers what the client says in its login, lines without their ends: `ask` before a challenge,
+// `in` when it lets the user in.
+QByteArray Answered(const HostileServer& server, const QByteArray& line, const QByteArray& ask,
+                    const QByteArray& in) {
+  const QByteArray said = QByteArray::fromBase64(line.sliced(line.lastIndexOf(' ') + 1));
+  if (said.startsWith("n,,")) {
+    QByteArray first = server.first;
+    first.replace('%', said.sliced(said.indexOf("r=") + 2));
+    return ask + first.toBase64() + "\r\n";
+  }
+  const bool hasMore = said.startsWith("c=") && !server.final.isEmpty();
+  return hasMore ? ask + server.final.toBase64() + "\r\n" : in;
+}
+
+TEST(ScramTest, AServerThatDoesNotKnowThePasswordIsNotBelieved) {
+  for (const HostileServer& server : kHostile) {
+    SessionRecorder smtpEvents;
+    QByteArray said;
+    SmtpJob job;
+    job.authenticate = true;
+    job.server.who = Who();
+    SmtpSession smtp(job, smtpEvents, [&said](const QByteArray& bytes) { said = bytes.trimmed(); });
+    smtp.Receive("220\r\n250-x\r\n250 AUTH PLAIN SCRAM-SHA-256\r\n");
+    EXPECT_TRUE(said.startsWith("AUTH SCRAM-SHA-256 biws")) << said.toStdString();
+    for (int turn = 0; turn < 3 && !smtp.Finished(); ++turn) {
+      smtp.Receive(Answered(server, said, "334 ", "235\r\n"));
+    }
+    EXPECT_TRUE(smtp.Finished());
+    EXPECT_EQ(smtpEvents.codes, QList{PopError::Protocol}) << server.first.toStdString();
+
+    SessionRecorder popEvents;
+    QByteArrayList lines;
+    Pop3Session pop3({{.who = Who()}}, popEvents,
+                     [&lines](const QByteArray& bytes) { lines += bytes.trimmed(); });
+    pop3.Receive("+OK\r\n");
+    pop3.Receive("+OK\r\nUSER\r\nSASL PLAIN SCRAM-SHA-256\r\n.\r\n");
+    EXPECT_EQ(lines.last(), "AUTH SCRAM-SHA-256");
+    pop3.Receive("+ \r\n");
+    for (int turn = 0; turn < 3 && !pop3.Finished(); ++turn) {
+      pop3.Receive(Answered(server, lines.last(), "+ ", "+OK\r\n"));
+    }
+    EXPECT_TRUE(pop3.Finished());
+    EXPECT_EQ(popEvents.codes, QList{PopError::Protocol}) << server.first.toStdString();
+    EXPECT_FALSE(lines.join(' ').contains("PASS")) << "nothing else is tried with such a server";
+  }
+}
+
+// Many servers list it for all and can do it only for those whose password they keep in its form.
+TEST(ScramTest, RefusedBeforeAProofItIsFollowedByTheNext) {
+  SessionRecorder events;
+  QByteArrayList said;
+  SmtpJob job;
+  job.authenticate = true;
+  job.server.who = Who();
+  SmtpSession smtp(job, events, [&said](const QByteArray& bytes) { said += bytes.trimmed(); });
+  smtp.Receive("220\r\n250-x\r\n250 AUTH SCRAM-SHA-256 PLAIN CRAM-MD5\r\n535 no\r\n");
+  EXPECT_EQ(said.last(), "AUTH CRAM-MD5") << "in clear no password is shown";
+  smtp.Receive("334 PDE+\r\n535 wrong\r\n221\r\n");
+  EXPECT_EQ(events.codes, QList{PopError::Login});
+}
+
+}  // namespace
+}  // namespace vorn
