@@ -105,7 +105,8 @@ void RunMessages() {
   std::vector<MessageIndex> indexes(messages.size());
   ReportMessages("vorn", "index columns", messages, MedianSeconds([&] {
                    for (size_t i = 0; i < messages.size(); ++i) {
-                     indexes[i] = IndexMessage(messages[i], QStringLiteral("001"), {kTextTypes});
+                     indexes[i] =
+                         IndexMessage(messages[i], FlagString(QStringLiteral("001")), {kTextTypes});
                    }
                  }));
   TextRequest request;

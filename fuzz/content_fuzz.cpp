@@ -9,7 +9,7 @@ using namespace vorn;
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const QByteArrayView source = fuzz::Bytes(data, size);
   const QStringList textTypes{QStringLiteral("text/plain")};
-  const MessageIndex index = IndexMessage(source, QStringLiteral("001"), {textTypes});
+  const MessageIndex index = IndexMessage(source, FlagString(QStringLiteral("001")), {textTypes});
   const auto direct = MimeCodec::ReadContent(source);
   const auto stored = MimeCodec::ParseContentIndex(index.content);
   fuzz::Require(direct.size() == stored.size() && !direct.empty());

@@ -81,7 +81,7 @@ QJsonValue Html(const QByteArray& source, const QString& contentIndex) {
 }
 
 MessageIndex Index(const QByteArray& source) {
-  return IndexMessage(source, QString(), {DefaultTextTypes(), MimeCodec::HasEndMark(source)});
+  return IndexMessage(source, FlagString(), {DefaultTextTypes(), MimeCodec::HasEndMark(source)});
 }
 
 QString Text(const QByteArray& source, const MessageIndex& index) {
@@ -99,7 +99,7 @@ QJsonObject Describe(const QByteArray& source) {
   return {{QStringLiteral("subject"), index.subject},
           {QStringLiteral("addressLines"), index.addressLines},
           {QStringLiteral("addresses"), Addresses(index.addressLines)},
-          {QStringLiteral("flag"), index.flags},
+          {QStringLiteral("flag"), index.flags.Text()},
           {QStringLiteral("fieldId"), QString::fromLatin1(MimeCodec::HeaderValue(
                                           MimeCodec::HeaderField(source, idName), idName.size()))},
           {QStringLiteral("parts"), Parts(records)},

@@ -5,6 +5,7 @@
 #include "ctl/command.h"
 #include "mail/codec/address.h"
 #include "mail/search/folder_listing.h"
+#include "mail/store/mail_row.h"
 #include "mail/store/message_rows.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
@@ -24,11 +25,11 @@ QString Sender(const QString& addressLines) {
   return {};
 }
 
-void PrintRow(const Recordset& row, bool asJson) {
-  const QString serialId = row.SerialID();
-  const QString subject = row.Fields(u"FIELD_SUBJECT").toString();
-  const QString from = Sender(row.Fields(u"FIELD_MAILADDRESS").toString());
-  const QString timestamp = row.Fields(u"FIELD_TIMESTAMP").toString();
+void PrintRow(const MailRow& row, bool asJson) {
+  const QString serialId = row.Serial();
+  const QString subject = row.Subject();
+  const QString from = Sender(row.AddressLines());
+  const QString timestamp = row.Timestamp();
   if (!asJson) {
     Print(QStringList{serialId, GeneralTimeText(timestamp), ShownInLine(from), ShownInLine(subject)}
               .join(u'\t'));
@@ -38,8 +39,8 @@ void PrintRow(const Recordset& row, bool asJson) {
                            {QStringLiteral("subject"), subject},
                            {QStringLiteral("from"), from},
                            {QStringLiteral("timestamp"), timestamp},
-                           {QStringLiteral("status"), row.Fields(u"STATUS").toInt()},
-                           {QStringLiteral("flag"), row.Fields(u"FIELD_FLAG").toString()}};
+                           {QStringLiteral("status"), row.State().Stored()},
+                           {QStringLiteral("flag"), row.Flags().Text()}};
   Print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
 }
 
@@ -56,7 +57,7 @@ int ListTheRest(Context& context, const QString& folder, const QSet<QString>& pr
   for (const FolderMessage& message : listing->messages) {
     if (printed.contains(message.serialId)) continue;
     const RecordsetPtr row = MessageRows(context.Data).Of(message.serialId);
-    if (row != nullptr && !row->Eof()) PrintRow(*row, asJson);
+    if (row != nullptr && !row->Eof()) PrintRow(MailRow(*row), asJson);
   }
   for (const UnreadableMessage& message : listing->unreadable) {
     Complain(QStringLiteral("読み込めません: ") + message.Name(), 0);
@@ -74,9 +75,9 @@ int ListFolder(Context& context, const Arguments& arguments) {
     return Complain(QStringLiteral("フォルダ「%1」はありません。").arg(name), kExitFailure);
   }
   QSet<QString> printed;
-  const Result<> complete = ReadFolderRows(context, folder, [&](const Recordset& row) {
+  const Result<> complete = ReadFolderRows(context, folder, [&](const MailRow& row) {
     PrintRow(row, asJson);
-    printed.insert(row.SerialID());
+    printed.insert(row.Serial());
   });
   if (!complete && complete.Error().kind == StorageError::Kind::Refused) {
     return Complain(

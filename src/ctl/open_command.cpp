@@ -74,7 +74,7 @@ int OpenFile(const Arguments& arguments) {
   const EditSettings settings = EditSettings::Defaults();
   StoredMessage message;
   message.source = *source;
-  const MessageIndex index = IndexMessage(message.source, QString(),
+  const MessageIndex index = IndexMessage(message.source, FlagString(),
                                           {settings.textTypes, false, settings.standardHeaders});
   message.contentIndex = index.content;
   message.addressLines = index.addressLines;

@@ -26,7 +26,7 @@ std::optional<QString> StoreWaiting(Context& context, CheckPlan& plan, const QSt
       return QStringLiteral("「%1」はメッセージのファイルではありません。").arg(name);
     }
     const auto request = std::make_shared<Disk>(NewMessageSerialID(context));
-    const MessageIndex index = IndexMessage(*source, QString(), {});
+    const MessageIndex index = IndexMessage(*source, FlagString(), {});
     if (!plan.ChooseSender(request->SerialID(), index.addressLines, index.subject)) {
       return QStringLiteral(
                  "「%1」の差出人のアカウントがありません。--account で選んでください。"
@@ -34,7 +34,7 @@ std::optional<QString> StoreWaiting(Context& context, CheckPlan& plan, const QSt
           .arg(name);
     }
     MessageBag::SetStatus(*request, kStatusWaiting);
-    MessageBag::SetFlags(*request, QStringLiteral("02"));
+    MessageBag::SetFlags(*request, kWrittenFlags);
     messages.emplace_back(request, *source);
   }
   const Result<> stored = MailStore(context).StoreMessages(messages);

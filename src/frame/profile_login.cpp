@@ -70,7 +70,7 @@ void SettleOlderFiles(Context& context) {
   }
   for (const QString& file : older) {
     context.Data.Damage().Add(file, {kOlderFile});
-    if (Outbox(context, file).DoubtWaiting() && NoteDamage(file, kOlderFile)) {
+    if (Outbox(context, file).DoubtWaiting() && NoteDamage(file, {kOlderFile})) {
       std::ignore = AcceptAge(context, file);  // else it is asked about once more
     }
   }

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include "mail/message_model.h"
+#include "mail/store/mail_row.h"
 #include "storage/data_session.h"
 
 namespace vorn {
@@ -31,7 +32,7 @@ class MailRequestBag {
   void SetEvent(const QString& serialId) { bag_.Let(kEvent, serialId); }
 
   /// Takes the columns of the message's row; the state and flags among them are the bag's.
-  void TakeRow(const Recordset& row);
+  void TakeRow(const MailRow& row);
   QString ContentIndex() const { return bag_.Text(kContent); }
   QString Subject() const { return bag_.Text(kSubject); }
   QString Timestamp() const { return bag_.Text(kTimestamp); }

@@ -61,14 +61,14 @@ bool MessageDocument::IsNew() const {
   return request_ != nullptr && Request().IsNew();
 }
 
-MessageBag::State MessageDocument::BeginSending() {
-  const MessageBag::State before = MessageBag(*request_).StateNow();
+StoredState MessageDocument::BeginSending() {
+  const StoredState before = MessageBag(*request_).State();
   Request().SetSent(true);
   MessageBag::SetStatus(*request_, kStatusWaiting);
   return before;
 }
 
-void MessageDocument::EndSending(MessageBag::State before) {
+void MessageDocument::EndSending(StoredState before) {
   Request().SetSent(false);
   MessageBag::SetState(*request_, before);
 }

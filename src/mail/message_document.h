@@ -62,8 +62,8 @@ class MessageDocument {
   bool IsWaiting() const { return Status() == kStatusWaiting; }
 
   /// It is to be stored as one that waits. Gives what `EndSending` takes when that does not happen.
-  MessageBag::State BeginSending();
-  void EndSending(MessageBag::State before);
+  StoredState BeginSending();
+  void EndSending(StoredState before);
   bool IsSending() const;
 
   /// What of its state is changed in the window.

@@ -1,6 +1,5 @@
 #include "mail/open_message.h"
 
-#include "mail/codec/flag_string.h"
 #include "mail/codec/inline_images.h"
 #include "mail/codec/message_code.h"
 #include "mail/codec/message_index.h"
@@ -9,6 +8,7 @@
 #include "mail/mail_request_bag.h"
 #include "mail/mailto.h"
 #include "mail/message_id.h"
+#include "mail/store/mail_row.h"
 #include "mail/store/mail_store.h"
 #include "mail/store/message_rows.h"
 #include "objects/account.h"
@@ -28,8 +28,9 @@ Result<bool> ReadRow(DataSession& data, Disk& request, QByteArray& source) {
   const RecordsetPtr row = MessageRows(data).Of(request.SerialID());
   if (row == nullptr || (row->Eof() && row->Failed())) return ReasonOf(data);
   if (row->Eof()) return false;
-  MailRequestBag(request).TakeRow(*row);
-  source = row->Fields(u"MAIL").toByteArray();
+  const MailRow message(*row);
+  MailRequestBag(request).TakeRow(message);
+  source = message.Source().value_or(QByteArray());
   if (row->Failed()) return row->Error();
   const Result<QString> folders = MessageRows(data).FoldersOf(request.SerialID());
   MessageBag::SetFolders(request, folders.ValueOr({}));
@@ -38,7 +39,7 @@ Result<bool> ReadRow(DataSession& data, Disk& request, QByteArray& source) {
 }
 
 bool IsUnopened(const Disk& request) {
-  return GetFlagChar(MessageBag(request).Flags(), kFlagNew, QStringLiteral("0")) != u"0";
+  return MessageBag(request).Flags().IsUnopened();
 }
 
 Sender DefaultSender(Context& context) {
@@ -101,10 +102,10 @@ void BeginNew(const MailRequestBag& request, const Sender& sender, const EditSet
   model.text = FormText({}, {}, model.signature, settings.signaturePlace).prepend(begun);
 }
 
-CharsetChoice ShownCharset(const StoredMessage& message, const QString& flags) {
+CharsetChoice ShownCharset(const StoredMessage& message, const FlagString& flags) {
   return message.isWritten
              ? WrittenCharset(message.source, message.contentIndex, message.charset.choice)
-             : CharsetChoiceOf(GetFlagChar(flags, kFlagCode, QStringLiteral("*")));
+             : CharsetChoiceOf(flags.At(kFlagCode, QStringLiteral("*")));
 }
 
 OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredCharset = true,
@@ -115,7 +116,7 @@ OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredChar
   const MessageBag stored(bag);
   if (!stored.HasStatus()) {
     MessageBag::SetStatus(bag, kStatusEdit);
-    MessageBag::SetFlags(bag, QStringLiteral("02"));
+    MessageBag::SetFlags(bag, kWrittenFlags);
   }
   FindStored(context, bag, marks, opened);
   if (opened.unreadable) return opened;
@@ -174,7 +175,7 @@ bool MarkOpened(Context& context, Disk& request) {
   if (!IsUnopened(request)) return false;
   const MessageBag stored(request);
   const OpenedDatabase mail(context, DatabaseKind::MailByPath, stored.File(context));
-  MessageBag::SetFlags(request, SetFlagChar(stored.Flags(), kFlagNew, QStringLiteral("0")));
+  MessageBag::SetFlags(request, stored.Flags().With(kFlagNew, QStringLiteral("0")));
   return mail &&
          static_cast<bool>(MailStore(context).UpdateMessageState(kStateFlag, request, false));
 }

@@ -24,7 +24,7 @@ void StateEdits::SetFolders(const QString& folders) {
 }
 
 void StateEdits::SetFlag(FlagPosition place, const QString& value) {
-  MessageBag::SetFlags(*request_, SetFlagChar(MessageBag(*request_).Flags(), place, value));
+  MessageBag::SetFlags(*request_, MessageBag(*request_).Flags().With(place, value));
 }
 
 void StateEdits::FollowStar(bool star) {

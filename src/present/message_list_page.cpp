@@ -55,7 +55,7 @@ QString NameOf(const Context& context, const QString& folder) {
 }
 
 // The hand-filled folders of a message, or else the one of its state.
-QString PlaceOf(Context& context, const QString& serialId, int status) {
+QString PlaceOf(Context& context, const QString& serialId, StoredState state) {
   QStringList names;
   const QString folders = MessageRows(context.Data).FoldersOf(serialId).ValueOr({});
   for (const QString& folder : folders.split(kLineBreak, Qt::SkipEmptyParts)) {
@@ -63,7 +63,7 @@ QString PlaceOf(Context& context, const QString& serialId, int status) {
   }
   names.removeAll(QString());  // folders that are gone
   if (!names.isEmpty()) return names.join(Ui::tr("、"));
-  switch (status) {
+  switch (state.status) {
     case kStatusReceived:
       return NameOf(context, fixed_serial::kInbox);
     case kStatusSent:
@@ -87,8 +87,8 @@ Result<MadePage<QByteArray>> MessageListPages::FolderPage(const QString& folder,
   const QString html = GetFolderLayout(context_, folder, template_).html;
   PageContent content = ReadContent(context_, folder);
   if (search.isEverywhere && !search.isEmpty()) {
-    content.placeOf = [this](const QString& serialId, int status) {
-      return PlaceOf(context_, serialId, status);
+    content.placeOf = [this](const QString& serialId, StoredState state) {
+      return PlaceOf(context_, serialId, state);
     };
   }
   return Fill(html, content, page, RowsOf(folder, search));

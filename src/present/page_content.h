@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "storage/disk.h"
+#include "storage/message_state.h"
 #include "storage/recordset.h"
 
 namespace vorn {
@@ -24,7 +25,7 @@ struct PageContent {
   /// `skipped` grows by those that have to be passed over for that.
   std::function<RecordsetPtr(qint64& skipped)> rowsAfter;
   /// The names of the folders that a message is in, for rows of more than one folder; else null.
-  std::function<QString(const QString& serialId, int status)> placeOf;
+  std::function<QString(const QString& serialId, StoredState state)> placeOf;
 };
 
 }  // namespace vorn

@@ -1,6 +1,7 @@
 #include "present/page_filler.h"
 
 #include "mail/codec/code_page_932.h"
+#include "mail/store/mail_row.h"
 #include "present/page_content.h"
 #include "storage/ui.h"
 
@@ -86,7 +87,7 @@ bool PageFiller::Handle(const PageTag& tag) {
   WritePending();
   pending_ = afterTag;
   if (role == TagRole::Row && rows_->Eof()) return false;
-  WriteText(TagText(*tag.definition, {*rows_, content_}, TakeChildren(tag)));
+  WriteText(TagText(*tag.definition, {MailRow(*rows_), content_}, TakeChildren(tag)));
   return true;
 }
 
@@ -118,7 +119,7 @@ bool PageFiller::HandleLink(const PageTag& tag, qsizetype afterTag) {
     pending_ = afterTag;
     const QList<const ChildTag*> children = TakeChildren(tag);
     // Only what was received can be answered or forwarded.
-    if (!children.isEmpty() && !PageRow{*rows_, content_}.IsReceived()) {
+    if (!children.isEmpty() && !PageRow{MailRow(*rows_), content_}.IsReceived()) {
       link_ = LinkState::Suppressed;
       return true;
     }

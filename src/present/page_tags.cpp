@@ -3,13 +3,11 @@
 #include <algorithm>
 
 #include "mail/codec/address.h"
-#include "mail/codec/flag_string.h"
 #include "mail/codec/message_code.h"
 #include "mail/codec/text_extraction.h"
 #include "mail/store/mail_store.h"
 #include "objects/any_object.h"
 #include "present/page_content.h"
-#include "storage/recordset.h"
 #include "storage/shown_text.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
@@ -70,21 +68,19 @@ QString OfMail(const PageRow& page, const QString& text) {
 
 QString SubjectText(const PageRow& page, const ChildTags&) {
   const bool escape = page.content.escape;
-  const QString stored = page.row.Fields(u"FIELD_SUBJECT").toString();
+  const QString stored = page.row.Subject();
   const QString subject = !escape || HasVisible(stored) ? stored : QString();
   QString text;
-  if (page.content.doubtful.contains(page.row.SerialID())) text += Ui::tr("【送信を確認】");
-  if (page.content.refused.contains(page.row.SerialID())) text += Ui::tr("【断られました】");
-  if (page.row.IsRowDamaged()) text += Unreadable();
+  if (page.content.doubtful.contains(page.row.Serial())) text += Ui::tr("【送信を確認】");
+  if (page.content.refused.contains(page.row.Serial())) text += Ui::tr("【断られました】");
+  if (page.row.IsDamaged()) text += Unreadable();
   if (subject.isEmpty()) return text + OfMail(page, Ui::tr("(件名なし)"));
   return text + (escape ? Isolated(WithoutTurns(WithoutHidden(subject))) : subject);
 }
 
 QString TimeStampText(const PageRow& page, const ChildTags& children) {
-  const QVariant time = page.row.Fields(u"FIELD_TIMESTAMP");
-  if (!time.isValid()) return {};
-  return children.isEmpty() ? GeneralTimeText(time.toString())
-                            : ShortTimeText(time.toString(), page.content.today);
+  const QString time = page.row.Timestamp();
+  return children.isEmpty() ? GeneralTimeText(time) : ShortTimeText(time, page.content.today);
 }
 
 // Of the kinds that the children name; the one without a kind asks for the first of them alone.
@@ -96,7 +92,7 @@ QString AddressText(const PageRow& page, const ChildTags& children) {
     kind.isEmpty() ? void(isShort = true) : kinds.append(kind);
   }
   QStringList shown;
-  const QString lines = page.row.Fields(u"FIELD_MAILADDRESS").toString();
+  const QString lines = page.row.AddressLines();
   for (const QString& line : lines.split(kLineBreak, Qt::SkipEmptyParts)) {
     const AddressEntry entry = ParseAddressEntry(line);
     if (!kinds.isEmpty() && !kinds.contains(entry.kind)) continue;
@@ -110,8 +106,7 @@ QString AddressText(const PageRow& page, const ChildTags& children) {
 
 // The mark, where a flag has the value.
 QString Mark(const PageRow& page, FlagPosition flag, QStringView value, const QString& mark) {
-  const QString flags = page.row.Fields(u"FIELD_FLAG").toString();
-  return GetFlagChar(flags, flag, QString()) == value ? mark : QString();
+  return page.row.Flags().At(flag) == value ? mark : QString();
 }
 
 QString NewMark(const PageRow& page) {
@@ -128,7 +123,7 @@ QString PriorityMark(const PageRow& page) {
 }
 
 QString StateMarks(const PageRow& page) {
-  const bool isEdited = qAbs(page.row.Fields(u"STATUS").toInt()) == kStatusEdit;
+  const bool isEdited = page.row.Status() == kStatusEdit;
   return (isEdited ? QStringLiteral("✎") : QString()) +
          Mark(page, kFlagStar, u"1", QStringLiteral("★")) +
          Mark(page, kFlagAnswered, u"1", QStringLiteral("↩")) +
@@ -136,31 +131,28 @@ QString StateMarks(const PageRow& page) {
 }
 
 QString SizeText(const PageRow& page, const ChildTags&) {
-  const qint64 bytes = page.row.ByteCount(u"MAIL");
+  const qint64 bytes = page.row.SourceBytes();
   if (bytes < 0) return Unreadable();
   const auto highestIndex = static_cast<double>(bytes - 1);
   return QString::number(highestIndex / 1024.0, 'f', 2);
 }
 
 QString PreviewText(const PageRow& page, const ChildTags&) {
-  const QString flags = page.row.Fields(u"FIELD_FLAG").toString();
   TextRequest request;
-  const QString contentIndex = page.row.Fields(u"FIELD_CONTENT").toString();
-  request.charset = StoredCharset(flags);
+  request.charset = StoredCharset(page.row.Flags());
   request.maximum = kPreviewBytes;
   request.textTypes = page.content.textTypes;
   request.withReports = page.IsReceived();
   request.withHtml = page.content.withHtml && page.IsReceived();
-  const QVariant source = page.row.Fields(u"MAIL");
-  if (!source.isValid()) return Unreadable();
-  const MessageText preview = GetMessageText(source.toByteArray(), contentIndex, request);
+  const std::optional<QByteArray> source = page.row.Source();
+  if (!source) return Unreadable();
+  const MessageText preview = GetMessageText(*source, page.row.ContentIndex(), request);
   return preview.produced ? OfMail(page, preview.text) : QString();
 }
 
 QString PlaceText(const PageRow& page, const ChildTags&) {
   if (!page.content.placeOf) return {};
-  const int status = page.row.Fields(u"STATUS").toInt();
-  return OfMail(page, page.content.placeOf(page.row.SerialID(), status));
+  return OfMail(page, page.content.placeOf(page.row.Serial(), page.row.State()));
 }
 
 QString FolderName(const PageRow& page) {
@@ -276,10 +268,6 @@ void List(const QString& tag, const TagEntry& entry, QList<LayoutTag>& list) {
 }
 
 }  // namespace
-
-bool PageRow::IsReceived() const {
-  return qAbs(row.Fields(u"STATUS").toInt()) == kStatusReceived;
-}
 
 PageTagTable CreatePageTagTable() {
   PageTagTable table;

@@ -5,20 +5,20 @@
 #include <QString>
 #include <span>
 
+#include "mail/store/mail_row.h"
 #include "present/tag_pattern.h"
 
 namespace vorn {
 
-class Recordset;
 struct PageContent;
 
 /// What the tags are written from.
 struct PageRow {
-  const Recordset& row;
+  MailRow row;
   const PageContent& content;
 
   /// Only what was received can be answered or forwarded.
-  bool IsReceived() const;
+  bool IsReceived() const { return row.Status() == kStatusReceived; }
 };
 
 /// What a section tag does in a template.

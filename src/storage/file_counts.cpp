@@ -13,12 +13,12 @@ const QByteArray kOlder = QByteArrayLiteral("older_copy");
 Result<qint64> FileCounts::Number(const QByteArray& select) {
   const Result<RecordsetPtr> row = AskOwn(data_, select, {});
   if (!row) return row.Error();
-  return (*row)->Fields(u"N").toLongLong();
+  return (*row)->FirstNumber();
 }
 
 Result<bool> FileCounts::Has(const QByteArray& table) {
   const Result<qint64> tables =
-      Number("SELECT COUNT(0) AS N FROM sqlite_master WHERE NAME = '" + table + '\'');
+      Number("SELECT COUNT(0) FROM sqlite_master WHERE NAME = '" + table + '\'');
   if (!tables) return tables.Error();
   return *tables > 0;
 }
@@ -27,11 +27,11 @@ Result<bool> FileCounts::Has(const QByteArray& table) {
 Result<qint64> FileCounts::Last(const QByteArray& table) {
   const Result<bool> has = Has(table);
   if (!has) return has.Error();
-  return *has ? Number("SELECT MAX(NUMBER) AS N FROM " + table) : 0;
+  return *has ? Number("SELECT MAX(NUMBER) FROM " + table) : 0;
 }
 
 Result<qint64> FileCounts::Messages() {
-  return Number("SELECT COUNT(0) AS N FROM mail");
+  return Number("SELECT COUNT(0) FROM mail");
 }
 
 Result<qint64> FileCounts::Changes() {

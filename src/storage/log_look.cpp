@@ -6,9 +6,9 @@
 
 #include "storage/change_count.h"
 #include "storage/connection.h"
+#include "storage/damage_note.h"
 #include "storage/file_lock.h"
 #include "storage/found_damage.h"
-#include "storage/known_damage.h"
 #include "storage/log_state.h"
 #include "storage/raw_pages.h"
 #include "storage/sole_use.h"
@@ -61,7 +61,7 @@ Result<> LookAtLog(Connection& connection, const QString& path, const QString& p
   connection.Damage().insert(kDamagedLog);
   if (log == LogState::Torn) return {};
   // Noted first: once it is set aside nothing shows that there was one.
-  if (maySetAside && NoteDamage(path, kDamagedLog) && SetLogAside(path)) return {};
+  if (maySetAside && NoteDamage(path, {kDamagedLog}) && SetLogAside(path)) return {};
   return StorageError{
       StorageError::Kind::Damaged,
       Ui::tr("記録ファイル「%1」が壊れているか、別のデータベースのものです。").arg(name)};

@@ -51,6 +51,8 @@ class Recordset {
   /// The length of a long binary column, without reading it.
   /// Negative when it cannot be read.
   qint64 ByteCount(QStringView column) const;
+  /// The first column of the current row as a number: what a question for a count answers.
+  qint64 FirstNumber() const { return RawValue(0).toLongLong(); }
   QString SerialID() const { return Fields(u"SERIALID").toString(); }
 
   void AddNew();

@@ -157,7 +157,7 @@ TEST(Addresses, EntriesAreTakenApart) {
 
 TEST(FlagString, PositionsAreReadAndWritten) {
   const auto set = [](const char16_t* flags, FlagPosition position, const char16_t* value) {
-    return SetFlagChar(QString::fromUtf16(flags), position, QString::fromUtf16(value));
+    return FlagString(QString::fromUtf16(flags)).With(position, QString::fromUtf16(value)).Text();
   };
   EXPECT_EQ(set(u"", kFlagNew, u"1"), QStringLiteral("001"));
   EXPECT_EQ(set(u"001", kFlagCode, u"-1"), QStringLiteral("001"));
@@ -165,12 +165,12 @@ TEST(FlagString, PositionsAreReadAndWritten) {
   EXPECT_EQ(set(u"02", kFlagCode, u"10"), QStringLiteral("02"));
   EXPECT_EQ(set(u"02", kFlagAttachment, u"ab"), QStringLiteral("0200"));
   EXPECT_EQ(set(u"02", kFlagCode, u""), QStringLiteral("02"));
-  EXPECT_EQ(GetFlagChar(QStringLiteral("02"), kFlagNew, QStringLiteral("0")), QStringLiteral("0"));
+  EXPECT_EQ(kWrittenFlags.At(kFlagNew, QStringLiteral("0")), QStringLiteral("0"));
 }
 
 TEST(MessageIndexing, PriorityAttachmentAndReplyHeaders) {
   const auto flags = [](const QByteArray& source) {
-    return IndexMessage(source, QStringLiteral("001"), {kTextTypes}).flags;
+    return IndexMessage(source, FlagString(QStringLiteral("001")), {kTextTypes}).flags.Text();
   };
   EXPECT_EQ(flags("Subject: x\r\n\r\nbody\r\n"), QStringLiteral("*210"));
   EXPECT_EQ(flags("X-Priority: 5\r\n\r\n"), QStringLiteral("*310"));
@@ -184,11 +184,11 @@ TEST(MessageIndexing, PriorityAttachmentAndReplyHeaders) {
   const QByteArray named = "Content-Type: text/plain; name=a.txt\r\n\r\nx";
   EXPECT_EQ(flags(both).at(3), u'1');
   EXPECT_EQ(flags(named).at(3), u'0');
-  EXPECT_EQ(IndexMessage(both, {}, {kTextTypes, false, true}).flags.at(3), u'0');
-  EXPECT_EQ(IndexMessage(named, {}, {kTextTypes, false, true}).flags.at(3), u'1');
+  EXPECT_EQ(IndexMessage(both, {}, {kTextTypes, false, true}).flags.Text().at(3), u'0');
+  EXPECT_EQ(IndexMessage(named, {}, {kTextTypes, false, true}).flags.Text().at(3), u'1');
   const QByteArray html = "Content-Type: text/html\r\n\r\n<p>x";
   EXPECT_EQ(flags(html).at(3), u'1');
-  EXPECT_EQ(IndexMessage(html, {}, {kTextTypes, false, true}).flags.at(3), u'0');
+  EXPECT_EQ(IndexMessage(html, {}, {kTextTypes, false, true}).flags.Text().at(3), u'0');
   const MessageIndex index =
       IndexMessage("Reply-To: no@x\r\nReplay-To: yes@x\r\nFrom: f@x\r\n\r\n", {}, {kTextTypes});
   EXPECT_EQ(index.addressLines, QStringLiteral("FROM: f@x\r\nREPLAY-TO: yes@x"));

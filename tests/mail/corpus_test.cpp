@@ -119,7 +119,7 @@ class CorpusTest : public testing::TestWithParam<std::string> {
     ASSERT_FALSE(wanted_.isEmpty());
     const QStringList textTypes = DefaultTextTypes();
     const MessageIndex index =
-        IndexMessage(source, QString(), {textTypes, MimeCodec::HasEndMark(source)});
+        IndexMessage(source, FlagString(), {textTypes, MimeCodec::HasEndMark(source)});
     ExpectHeader(index);
     if (wanted_.contains(QStringLiteral("text"))) {
       TextRequest request;

@@ -132,7 +132,7 @@ TEST_F(DamageTest, ADamagedStoreWaitsForTheUsersDecision) {
   EXPECT_TRUE(IsKnownDamaged(Context(), file_));
   ASSERT_TRUE(AcceptDamage(Context(), file_));
   EXPECT_FALSE(IsKnownDamaged(Context(), file_));
-  ASSERT_TRUE(NoteDamage(file_, QStringLiteral("log")));
+  ASSERT_TRUE(NoteDamage(file_, {QStringLiteral("log")}));
   EXPECT_TRUE(IsKnownDamaged(Context(), file_));
   // Also what befell the profile's database outlasts the program.
   const QString profile = QFileInfo(file_).path() + QStringLiteral("/profile.mbx");

@@ -251,7 +251,7 @@ TEST(InlineImagesTest, APictureInTheTextIsNoAttachment) {
   const auto isMarked = [&](const QByteArray& source) {
     const MessageIndex index = IndexMessage(source, {}, {DefaultTextTypes(), false, true});
     const bool isShown = ShownImages(source, index.content, CharsetChoice::Automatic).size() == 1;
-    const bool marked = GetFlagChar(index.flags, kFlagAttachment, {}) == u"1";
+    const bool marked = index.flags.Has(kFlagAttachment);
     EXPECT_NE(isShown, marked) << source.toStdString();
     return marked;
   };

@@ -15,6 +15,7 @@
 #include "mail/mail_request_bag.h"
 #include "mail/open_message.h"
 #include "mail/store/mail_store.h"
+#include "mail/store/message_bag.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "present/message_list_page.h"
@@ -178,7 +179,7 @@ class OnePathTest : public testing::Test {
   void LetCode(const QString& serial, int code) {
     Disk request(serial);
     const QString text = code < 0 ? QStringLiteral("*") : QString::number(code);
-    request.Let(QStringLiteral("Flag"), SetFlagChar(QStringLiteral("0200"), kFlagCode, text));
+    MessageBag::SetFlags(request, FlagString(QStringLiteral("0200")).With(kFlagCode, text));
     EXPECT_TRUE(MailStore(TheContext()).UpdateMessageState(kStateFlag, request, true));
   }
 

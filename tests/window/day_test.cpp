@@ -13,7 +13,6 @@
 #include <QTableWidget>
 
 #include "frame/window/console_tree.h"
-#include "mail/codec/flag_string.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/message_window.h"
 #include "mail/window/reading_pane.h"
@@ -21,6 +20,7 @@
 #include "objects/window/condition_editor.h"
 #include "objects/window/objects_window.h"
 #include "storage/databases.h"
+#include "storage/message_state.h"
 #include "support/real_servers.h"
 #include "transfer/window/rule_window.h"
 #include "window/program_fixture.h"

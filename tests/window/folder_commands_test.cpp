@@ -11,6 +11,7 @@
 
 #include "auxiliary/window/console_window.h"
 #include "mail/address_book.h"
+#include "mail/store/mail_row.h"
 #include "mail/store/message_filing.h"
 #include "mail/store/message_rows.h"
 #include "mail/window/message_window.h"
@@ -46,7 +47,7 @@ class FolderCommandsTest : public FolderPageTest {
   QString Mark(int number) const {
     const OpenedDatabase mail(program_->GetContext(), DatabaseKind::Mail);
     const RecordsetPtr row = MessageRows(program_->GetContext().Data).Of(Ids({number}).first());
-    return GetFlagChar(row->Fields(u"FIELD_FLAG").toString(), kFlagNew, QStringLiteral("0"));
+    return MailRow(*row).Flags().At(kFlagNew, QStringLiteral("0"));
   }
 };
 

@@ -14,7 +14,6 @@
 
 #include "frame/window/console_tree.h"
 #include "frame/window/node_commands.h"
-#include "mail/codec/flag_string.h"
 #include "mail/search/unread_count.h"
 #include "mail/store/mail_store.h"
 #include "mail/window/message_window.h"
@@ -22,6 +21,7 @@
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "objects/window/objects_window.h"
+#include "storage/message_state.h"
 #include "window/program_fixture.h"
 
 namespace vorn {

@@ -15,7 +15,7 @@
 #include <QTreeWidget>
 #include <QWebEngineView>
 
-#include "mail/codec/flag_string.h"
+#include "mail/store/mail_row.h"
 #include "mail/store/message_filing.h"
 #include "mail/store/message_rows.h"
 #include "mail/window/message_window.h"
@@ -49,7 +49,7 @@ class ReadingPaneTest : public FolderPageTest {
     Context& context = program_->GetContext();
     const OpenedDatabase mail(context, DatabaseKind::Mail);
     const RecordsetPtr row = MessageRows(context.Data).Of(Ids({number}).first());
-    return GetFlagChar(row->Fields(u"FIELD_FLAG").toString(), place, QStringLiteral("0"));
+    return MailRow(*row).Flags().At(place, QStringLiteral("0"));
   }
   bool AwaitMark(int number, FlagPosition place, const char* value) const {
     return WaitFor([&] { return Mark(number, place) == QLatin1String(value); });

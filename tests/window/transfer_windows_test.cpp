@@ -8,7 +8,7 @@
 #include <QTableWidget>
 #include <algorithm>
 
-#include "mail/codec/flag_string.h"
+#include "mail/store/mail_row.h"
 #include "mail/store/message_rows.h"
 #include "mail/window/message_window.h"
 #include "objects/object_loader.h"
@@ -17,6 +17,7 @@
 #include "objects/window/condition_editor.h"
 #include "objects/window/objects_window.h"
 #include "storage/databases.h"
+#include "storage/message_state.h"
 #include "support/fake_notifications.h"
 #include "transfer/window/rule_window.h"
 #include "transfer/window/task_tray.h"
@@ -215,19 +216,17 @@ TEST_F(TransferWindowsTest, TheDesktopTellsOfNewMailAndItsButtonsAct) {
     test::RunFor(100);  // its answer
     return desktop.Told.isEmpty() ? test::FakeNotifications::Shown() : desktop.Told.last();
   };
-  const auto count = [this](const std::function<bool(const Recordset&)>& counts) {
+  const auto count = [this](const std::function<bool(const MailRow&)>& counts) {
     const OpenedDatabase mail(Context(), DatabaseKind::Mail);
     int number = 0;
     for (const RecordsetPtr rows = MessageRows(Context().Data).All(); !rows->Eof();
          rows->MoveNext()) {
-      if (counts(*rows)) ++number;
+      if (counts(MailRow(*rows))) ++number;
     }
     return number;
   };
-  const auto isOpened = [](const Recordset& row) {
-    return GetFlagChar(row.Fields(u"FIELD_FLAG").toString(), kFlagNew, QString()) == u"0";
-  };
-  const auto isDust = [](const Recordset& row) { return row.Fields(u"STATUS").toInt() < 0; };
+  const auto isOpened = [](const MailRow& row) { return row.Flags().At(kFlagNew) == u"0"; };
+  const auto isDust = [](const MailRow& row) { return row.State().isDust; };
   const auto first = told("one", "From: A & B <a@x.example>\r\nSubject: <i>one</i>");
   EXPECT_EQ(first.summary, QStringLiteral("A & B"));
   EXPECT_EQ(first.body, QStringLiteral("&lt;i&gt;one&lt;/i&gt;"));

@@ -5,6 +5,7 @@
 #include "kit/window/plain_text.h"
 #include "mail/address_book.h"
 #include "mail/search/search_condition.h"
+#include "mail/store/mail_row.h"
 #include "mail/store/message_likeness.h"
 #include "mail/store/message_rows.h"
 #include "objects/any_object.h"
@@ -28,8 +29,8 @@ Result<StoredText> Read(Context& context, const QString& serialId) {
   if (!mail) return mail.Error();
   const RecordsetPtr row = MessageRows(context.Data).Of(serialId);
   if (row == nullptr || row->Eof()) return ReasonOf(context.Data);
-  return StoredText{row->Fields(u"FIELD_MAILADDRESS").toString(),
-                    row->Fields(u"MAIL").toByteArray()};
+  const MailRow message(*row);
+  return StoredText{message.AddressLines(), message.Source().value_or(QByteArray())};
 }
 
 // A failure is told.

@@ -9,7 +9,7 @@
 
 #include "kit/window/plain_text.h"
 #include "mail/codec/address.h"
-#include "mail/codec/flag_string.h"
+#include "mail/store/mail_row.h"
 #include "mail/store/message_rows.h"
 #include "objects/notice_settings.h"
 #include "storage/databases.h"
@@ -49,8 +49,9 @@ QList<Letter> ReadLetters(Context& context, const QStringList& messages) {
   for (const QString& message : messages) {
     const RecordsetPtr row = MessageRows(context.Data).Of(message);
     if (row == nullptr || row->Eof()) continue;
-    letters.append({ShownText(SenderIn(row->Fields(u"FIELD_MAILADDRESS").toString()), kMostInTitle),
-                    ShownText(row->Fields(u"FIELD_SUBJECT").toString(), kMostInTitle)});
+    const MailRow letter(*row);
+    letters.append({ShownText(SenderIn(letter.AddressLines()), kMostInTitle),
+                    ShownText(letter.Subject(), kMostInTitle)});
   }
   return letters;
 }
@@ -61,11 +62,8 @@ QStringList Unopened(Context& context, const QStringList& messages) {
   for (const QString& message : messages) {
     const RecordsetPtr row = mail ? MessageRows(context.Data).Of(message) : nullptr;
     if (row == nullptr || row->Eof()) continue;
-    const bool isThere = row->Fields(u"STATUS").toInt() > 0;  // and not in the dust bin
-    const QString flags = row->Fields(u"FIELD_FLAG").toString();
-    if (isThere && GetFlagChar(flags, kFlagNew, QStringLiteral("0")) != u"0") {
-      unopened.append(message);
-    }
+    const MailRow letter(*row);
+    if (!letter.State().isDust && letter.Flags().IsUnopened()) unopened.append(message);
   }
   return unopened;
 }

@@ -8,6 +8,7 @@
 #include "mail/archive/mail_archive.h"
 #include "mail/codec/message_date.h"
 #include "mail/codec/message_index.h"
+#include "mail/store/mail_row.h"
 #include "mail/store/mail_store.h"
 #include "mail/store/message_identity.h"
 #include "mail/store/message_rows.h"
@@ -31,10 +32,9 @@ QString ImportId(const QByteArray& source) {
 }
 
 // An imported message's bag, under the time at which it arrived.
-void FillMessage(Disk& message, const QByteArray& source, const QString& id,
-                 MessageBag::State state) {
+void FillMessage(Disk& message, const QByteArray& source, const QString& id, StoredState state) {
   MessageBag::SetMessageId(message, id);
-  MessageBag::SetFlags(message, QStringLiteral("000"));
+  MessageBag::SetFlags(message, FlagString(QStringLiteral("000")));
   MessageBag::SetState(message, state);
   const QDateTime date = MessageDate(source);
   if (date.isValid()) MessageBag::SetTimestamp(message, StoredTimeText(date));
@@ -56,11 +56,10 @@ class Importer {
     const RecordsetPtr rows = MessageRows(context_.Data).All();
     if (rows == nullptr) return ReasonOf(context_.Data);
     for (; !rows->Eof(); rows->MoveNext()) {
-      const UnreadableMessage stored{rows->SerialID(), rows->Fields(u"FIELD_SUBJECT").toString(),
-                                     rows->Fields(u"FIELD_TIMESTAMP").toString()};
-      ids_.insert(rows->Fields(u"FIELD_ID").toString(), stored);
-      stored_.insert(Key(stored.subject, rows->Fields(u"FIELD_MAILADDRESS").toString()),
-                     stored.serialId);
+      const MailRow row(*rows);
+      const UnreadableMessage stored{row.Serial(), row.Subject(), row.Timestamp()};
+      ids_.insert(row.MessageId(), stored);
+      stored_.insert(Key(stored.subject, row.AddressLines()), stored.serialId);
     }
     return ResultOf(context_.Data, !rows->Failed());
   }
@@ -95,7 +94,7 @@ class Importer {
     if (!opened) return;
     if (const RecordsetPtr rows = MessageRows(context_.Data).Names()) {
       for (; !rows->Eof(); rows->MoveNext()) {
-        counts_.imported += brought_.contains(rows->Fields(u"FIELD_ID").toString()) ? 1 : 0;
+        counts_.imported += brought_.contains(MailRow(*rows).MessageId()) ? 1 : 0;
       }
     }
   }
@@ -115,7 +114,7 @@ class Importer {
       return true;
     }
     ids_.insert(id, {});
-    const MessageIndex index = IndexMessage(source, QString(), options_);
+    const MessageIndex index = IndexMessage(source, FlagString(), options_);
     const QList<QString> alike = stored_.values(Key(index.subject, index.addressLines));
     return std::any_of(alike.begin(), alike.end(), [&](const QString& serialId) {
       const auto stored = store_.LoadMessageSource(Disk(serialId));

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "mail/codec/charset_recognition.h"
-#include "mail/codec/flag_string.h"
 #include "mail/codec/header_fields.h"
 #include "mail/codec/transfer_encoding.h"
 
@@ -80,8 +79,8 @@ int RecognizeCode(QByteArrayView source, const std::vector<ContentRecord>& recor
   return alike ? code : -1;
 }
 
-CharsetChoice StoredCharset(const QString& flags) {
-  return CharsetChoiceOf(GetFlagChar(flags, kFlagCode, QStringLiteral("0")));
+CharsetChoice StoredCharset(const FlagString& flags) {
+  return CharsetChoiceOf(flags.At(kFlagCode, QStringLiteral("0")));
 }
 
 CharsetChoice WrittenCharset(QByteArrayView source, const QString& contentIndex,

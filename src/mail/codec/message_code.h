@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "mail/codec/content_index.h"
+#include "mail/codec/flag_string.h"
 
 namespace vorn {
 
@@ -15,7 +16,7 @@ int RecognizeCode(QByteArrayView source, const std::vector<MimeCodec::ContentRec
                   const QStringList& textTypes);
 
 /// The choice that a message's flags hold; JIS where they are too short.
-CharsetChoice StoredCharset(const QString& flags);
+CharsetChoice StoredCharset(const FlagString& flags);
 
 /// The choice with which a message that this program wrote was written, of whose stored choice
 /// UTF-8 is no part.

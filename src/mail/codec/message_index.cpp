@@ -5,7 +5,6 @@
 
 #include "mail/codec/address.h"
 #include "mail/codec/attachments.h"
-#include "mail/codec/flag_string.h"
 #include "mail/codec/inline_images.h"
 #include "mail/codec/message_code.h"
 #include "mail/codec/mime_codec.h"
@@ -77,7 +76,7 @@ QString AddressLines(QByteArrayView source, const ReadingCode& code, bool standa
   return pieces.join(kLineBreak);
 }
 
-MessageIndex IndexMessage(QByteArrayView source, const QString& flags,
+MessageIndex IndexMessage(QByteArrayView source, const FlagString& flags,
                           const IndexOptions& options) {
   const bool marked = options.hasEndMark && source.endsWith("\r\n.\r\n");
   const std::vector<MimeCodec::ContentRecord> records = MimeCodec::ReadContent(
@@ -100,11 +99,9 @@ MessageIndex IndexMessage(QByteArrayView source, const QString& flags,
                                   ? HasFiles(records, options.textTypes, texts > 0,
                                              ShownImages(source, index.content, code))
                                   : texts != static_cast<qsizetype>(records.size());
-  index.flags = SetFlagChar(flags, kFlagAttachment, QString(hasAttachments ? u'1' : u'0'));
-  if (texts > 0) {
-    index.flags = SetFlagChar(index.flags, kFlagCode, CodeCharacter(number));
-  }
-  index.flags = SetPriority(index.flags, PriorityOf(source));
+  index.flags = flags.With(kFlagAttachment, QString(hasAttachments ? u'1' : u'0'));
+  if (texts > 0) index.flags = index.flags.With(kFlagCode, CodeCharacter(number));
+  index.flags = index.flags.WithPriority(PriorityOf(source));
   return index;
 }
 

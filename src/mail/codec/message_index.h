@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include "mail/codec/charset.h"
+#include "mail/codec/flag_string.h"
 
 namespace vorn {
 
@@ -13,7 +14,7 @@ struct MessageIndex {
   QString content;       ///< `FIELD_CONTENT`, the map of its parts
   QString subject;       ///< `FIELD_SUBJECT`
   QString addressLines;  ///< `FIELD_MAILADDRESS`
-  QString flags;         ///< `FIELD_FLAG`
+  FlagString flags;      ///< `FIELD_FLAG`
 };
 
 /// How a source is read for its index.
@@ -29,6 +30,7 @@ struct IndexOptions {
 QString AddressLines(QByteArrayView source, const ReadingCode& code, bool standardHeaders);
 
 /// Works out the index columns of a source. `flags` is the flag string to start from. Never fails.
-MessageIndex IndexMessage(QByteArrayView source, const QString& flags, const IndexOptions& options);
+MessageIndex IndexMessage(QByteArrayView source, const FlagString& flags,
+                          const IndexOptions& options);
 
 }  // namespace vorn

@@ -13,7 +13,7 @@ Result<int> CountMessages(Context& context, const FolderQuery& query) {
       context.Data.Recordset()->Failed()) {
     return ReasonOf(context.Data);
   }
-  return context.Data.Recordset()->Fields(u"N").toInt();
+  return static_cast<int>(context.Data.Recordset()->FirstNumber());
 }
 
 }  // namespace vorn

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <optional>
 
-#include "mail/codec/flag_string.h"
 #include "mail/search/search_condition.h"
 #include "mail/store/mail_store.h"
 #include "mail/store/message_pieces.h"
@@ -18,11 +17,9 @@ namespace {
 
 const QString kOldestFirst = QStringLiteral(" ORDER BY FIELD_TIMESTAMP ASC");
 
-FolderMessage Read(const Recordset& row) {
-  return {row.SerialID(), row.Fields(u"FIELD_SUBJECT").toString(),
-          row.Fields(u"FIELD_TIMESTAMP").toString(),
-          GetFlagChar(row.Fields(u"FIELD_FLAG").toString(), kFlagNew, QStringLiteral("0")) == u"0",
-          qAbs(row.Fields(u"STATUS").toInt()) == kStatusReceived};
+FolderMessage Read(const MailRow& row) {
+  return {row.Serial(), row.Subject(), row.Timestamp(), !row.Flags().IsUnopened(),
+          row.Status() == kStatusReceived};
 }
 
 // Lists what a statement finds. False when it could not be read to its end.
@@ -31,7 +28,7 @@ bool List(DataSession& data, const QString& select, std::vector<FolderMessage>& 
     return false;
   }
   const RecordsetPtr rows = data.Recordset();
-  for (; !rows->Eof(); rows->MoveNext()) messages.push_back(Read(*rows));
+  for (; !rows->Eof(); rows->MoveNext()) messages.push_back(Read(MailRow(*rows)));
   return !rows->Failed();
 }
 
@@ -66,20 +63,18 @@ class MessageSearch {
 
   bool CollectFromIndexes() {
     QHash<qint64, QString> times;
-    Walk(QStringLiteral("SELECT rowid AS N, FIELD_TIMESTAMP FROM mail ORDER BY FIELD_TIMESTAMP"),
-         [&](const Recordset& row) {
-           times.insert(row.Fields(u"N").toLongLong(), row.Fields(u"FIELD_TIMESTAMP").toString());
-         });
-    return Walk(QStringLiteral("SELECT rowid AS N, SERIALID FROM mail ORDER BY SERIALID"),
+    Walk(QStringLiteral("SELECT rowid, FIELD_TIMESTAMP FROM mail ORDER BY FIELD_TIMESTAMP"),
+         [&](const Recordset& row) { times.insert(row.FirstNumber(), MailRow(row).Timestamp()); });
+    return Walk(QStringLiteral("SELECT rowid, SERIALID FROM mail ORDER BY SERIALID"),
                 [&](const Recordset& row) {
-                  const qint64 number = row.Fields(u"N").toLongLong();
-                  known_.insert(row.SerialID(), {row.SerialID(), {}, times.value(number)});
+                  const QString time = times.value(row.FirstNumber());
+                  known_.insert(row.SerialID(), {row.SerialID(), {}, time});
                 });
   }
 
   bool CollectFromTable() {
     return Walk(QStringLiteral("SELECT * FROM mail"), [this](const Recordset& row) {
-      const FolderMessage message = Read(row);
+      const FolderMessage message = Read(MailRow(row));
       known_.insert(message.serialId, {message.serialId, message.subject, message.timestamp});
     });
   }
@@ -123,7 +118,7 @@ Result<FolderListing> ListFolderMessages(Context& context, const QString& folder
 }
 
 Result<> ReadFolderRows(Context& context, const QString& folder,
-                        const std::function<void(const Recordset& row)>& take) {
+                        const std::function<void(const MailRow& row)>& take) {
   const QString select = FolderSqlBuilder(context).Query(folder).Listing();
   if (select.isEmpty()) return StorageError{StorageError::Kind::NotFound, {}};
   const OpenedDatabase mail(context, DatabaseKind::Mail);
@@ -134,7 +129,7 @@ Result<> ReadFolderRows(Context& context, const QString& folder,
   }
   const RecordsetPtr rows = context.Data.Recordset();
   for (; !rows->Eof(); rows->MoveNext()) {
-    if (!rows->IsRowDamaged()) take(*rows);
+    if (!rows->IsRowDamaged()) take(MailRow(*rows));
   }
   return ResultOf(context.Data, !rows->Failed());
 }

@@ -6,9 +6,9 @@
 #include <functional>
 #include <vector>
 
+#include "mail/store/mail_row.h"
 #include "storage/context.h"
 #include "storage/file_check.h"
-#include "storage/recordset.h"
 #include "storage/result.h"
 
 namespace vorn {
@@ -34,7 +34,7 @@ Result<FolderListing> ListFolderMessages(Context& context, const QString& folder
 /// Hands over the rows of a folder's messages, oldest first, as far as they can be read. Says why
 /// where the list breaks off.
 Result<> ReadFolderRows(Context& context, const QString& folder,
-                        const std::function<void(const Recordset& row)>& take);
+                        const std::function<void(const MailRow& row)>& take);
 
 /// The question for the identifiers of a folder's messages, oldest first; empty when there is no
 /// such folder. A `ConditionRun` can ask it where the condition takes long.

@@ -48,11 +48,11 @@ QString FolderQuery::Listing() const {
 
 QString FolderQuery::Counting() const {
   if (IsEmpty()) return {};
-  return QStringLiteral("SELECT COUNT(*) AS N FROM (") + Listing() + u')';
+  return QStringLiteral("SELECT COUNT(*) FROM (") + Listing() + u')';
 }
 
 QString FolderQuery::Unread() const {
-  return UnreadRows(QStringLiteral("COUNT(*) AS N"));
+  return UnreadRows(QStringLiteral("COUNT(*)"));
 }
 
 QString FolderQuery::UnreadListing() const {

@@ -44,8 +44,8 @@ bool FolderRows::IsFew(DataSession& session) {
     if (!detail.startsWith(u"SEARCH") || !detail.contains(u"COVERING INDEX")) return false;
   }
   indexed_ = true;
-  if (!open(QStringLiteral("SELECT COUNT(*) AS N FROM (") + some + u')')) return false;
-  const qint64 found = session.Recordset()->Fields(u"N").toLongLong();
+  if (!open(QStringLiteral("SELECT COUNT(*) FROM (") + some + u')')) return false;
+  const qint64 found = session.Recordset()->FirstNumber();
   few_ = found < kFewRows;
   if (few_) count_ = found;
   return few_;
@@ -114,7 +114,7 @@ qint64 FolderRows::Count(DataSession& session) {
   if (KnownCount(session) >= 0 || (IsFew(session) && count_ >= 0)) return count_;
   if (session.OpenRecordset(query_.Counting(), CursorKind::ForwardOnly,
                             StatementTrust::UserCondition)) {
-    count_ = session.Recordset()->Fields(u"N").toLongLong();
+    count_ = session.Recordset()->FirstNumber();
   }
   return count_;
 }

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "mail/search/search_condition.h"
+#include "mail/store/mail_row.h"
 #include "mail/store/message_rows.h"
 #include "objects/list_settings.h"
 #include "storage/databases.h"
@@ -28,7 +29,7 @@ Result<std::optional<Moment>> MomentOf(DataSession& data, const QString& serialI
   const RecordsetPtr row = MessageRows(data).Of(serialId);
   if (row == nullptr) return ReasonOf(data);
   if (row->Eof()) return std::optional<Moment>();
-  return std::optional(Moment{row->Fields(u"FIELD_TIMESTAMP").toString(), serialId});
+  return std::optional(Moment{MailRow(*row).Timestamp(), serialId});
 }
 
 Result<RecordsetPtr> Ask(DataSession& data, const QString& select) {
@@ -104,10 +105,10 @@ Result<qint64> RowsBefore(Context& context, const QString& folder, const FolderS
   if (!held) return held.Error();
   if (held->isEmpty()) return missing;
   const Result<RecordsetPtr> before =
-      Ask(context.Data, QStringLiteral("SELECT COUNT(*) AS N FROM (%1) WHERE %2")
+      Ask(context.Data, QStringLiteral("SELECT COUNT(*) FROM (%1) WHERE %2")
                             .arg(query.Listing(), (*to)->Condition(Beyond(-PageStep(context)))));
   if (!before) return before.Error();
-  return (*before)->Fields(u"N").toLongLong();
+  return (*before)->FirstNumber();
 }
 
 }  // namespace vorn

@@ -3,6 +3,7 @@
 #include <QStringList>
 #include <algorithm>
 
+#include "mail/store/mail_row.h"
 #include "storage/sql_text.h"
 
 namespace vorn {
@@ -41,9 +42,9 @@ std::optional<RecordsetPtr> RowIndex::Open(DataSession& session, const QString& 
 std::optional<qint64> RowIndex::CountBetween(DataSession& session, const QString& since,
                                              const QString& until) const {
   const auto count = [&](const QString& source) -> std::optional<qint64> {
-    const auto rows = Open(session, QStringLiteral("COUNT(*) AS N"), source);
+    const auto rows = Open(session, QStringLiteral("COUNT(*)"), source);
     if (!rows) return std::nullopt;
-    return (*rows)->Fields(u"N").toLongLong();
+    return (*rows)->FirstNumber();
   };
   if (until.isEmpty()) return count(Since(since));
   const QString limit = QStringLiteral("FIELD_TIMESTAMP < ") + QuoteSql(until);
@@ -60,7 +61,7 @@ void RowIndex::NoteFromEnd(DataSession& session, qint64 count, qint64 row) {
       Since({}) +
       QStringLiteral(" ORDER BY FIELD_TIMESTAMP DESC LIMIT 1 OFFSET %1").arg(count - 1 - row);
   const auto rows = Open(session, QStringLiteral("FIELD_TIMESTAMP"), rest);
-  const QString time = rows ? (*rows)->Fields(u"FIELD_TIMESTAMP").toString() : QString();
+  const QString time = rows ? MailRow(**rows).Timestamp() : QString();
   if (time.isEmpty()) return;
   if (const auto from = CountBetween(session, time, {})) tail_ = Note{time, count - *from};
 }
@@ -78,7 +79,7 @@ bool RowIndex::Extend(DataSession& session) {
     const auto rows = Open(session, QStringLiteral("FIELD_TIMESTAMP"), rest);
     if (!rows) return false;
     atEnd = (*rows)->Eof();
-    time = (*rows)->Fields(u"FIELD_TIMESTAMP").toString();
+    time = MailRow(**rows).Timestamp();
   }
   const auto passed = CountBetween(session, last.since, atEnd ? QString() : time);
   if (!passed) return false;

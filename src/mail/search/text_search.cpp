@@ -48,7 +48,7 @@ bool TextSearch::Finds(Connection& connection, const QString& serialId) const {
   const Result<QByteArray> source = LongBinaryTable(connection).Read(row->Value(0).toLongLong());
   if (!source) return false;
   TextRequest request;
-  request.charset = StoredCharset(row->Value(2).toString());
+  request.charset = StoredCharset(FlagString(row->Value(2).toString()));
   request.textTypes = textTypes_;
   request.withReports = true;
   request.withHtml = true;

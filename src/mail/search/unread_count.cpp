@@ -11,7 +11,7 @@ qint64 CountUnread(Context& context, const QString& folder) {
   if (query.IsEmpty() || !mail) return -1;
   const bool counted = context.Data.OpenRecordset(query.Unread(), CursorKind::ForwardOnly,
                                                   StatementTrust::UserCondition);
-  return counted ? context.Data.Recordset()->Fields(u"N").toLongLong() : -1;
+  return counted ? context.Data.Recordset()->FirstNumber() : -1;
 }
 
 QString UnreadQuestion(Context& context, const QString& folder) {

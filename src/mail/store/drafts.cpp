@@ -1,5 +1,6 @@
 #include "mail/store/drafts.h"
 
+#include "mail/store/mail_row.h"
 #include "mail/store/mail_store.h"
 #include "mail/store/message_rows.h"
 #include "objects/any_object.h"
@@ -38,8 +39,7 @@ bool HasGoneOn(Context& context, const QString& message) {
   const OpenedDatabase opened(context, DatabaseKind::Mail);
   if (!opened) return false;
   const RecordsetPtr row = MessageRows(context.Data).Of(message);
-  const bool hasGone =
-      row != nullptr && !row->Eof() && qAbs(row->Fields(u"STATUS").toInt()) > kStatusEdit;
+  const bool hasGone = row != nullptr && !row->Eof() && MailRow(*row).Status() > kStatusEdit;
   return hasGone;
 }
 
@@ -87,7 +87,7 @@ Result<> Restore(Context& context, const QString& message) {
   if (draft == nullptr) return StorageError{StorageError::Kind::NotFound, {}};
   Disk request(message);
   MessageBag::SetStatus(request, kStatusEdit);
-  MessageBag::SetFlags(request, QStringLiteral("02"));
+  MessageBag::SetFlags(request, kWrittenFlags);
   const Result<QString> folders = ReadStoredFolders(context, message);
   if (!folders) return folders.Error();
   MessageBag::SetFolders(request, *folders);

@@ -1,5 +1,6 @@
 #include "mail/store/known_addresses.h"
 
+#include "mail/store/mail_row.h"
 #include "mail/store/message_rows.h"
 #include "objects/account.h"
 #include "objects/any_object.h"
@@ -55,12 +56,12 @@ void KnownAddresses::ReadSent() {
   if (rows == nullptr) return;
   QList<AddressEntry> entries;
   for (int i = 0; i < kSentMessages && !rows->Eof(); ++i, rows->MoveNext()) {
-    const QString time = rows->Fields(u"FIELD_TIMESTAMP").toString();
-    if (i == 0) readTo_ = time;
-    const QString message = time + rows->Fields(u"SERIALID").toString();
+    const MailRow row(*rows);
+    if (i == 0) readTo_ = row.Timestamp();
+    const QString message = row.Timestamp() + row.Serial();
     if (read_.contains(message)) continue;
     read_.insert(message);
-    entries += Recipients(rows->Fields(u"FIELD_MAILADDRESS").toString());
+    entries += Recipients(row.AddressLines());
   }
   recipients_ = entries + recipients_;
   // A message from the future, by a clock that was wrong, hides none.

@@ -1,6 +1,6 @@
 #include "mail/store/mail_store.h"
+#include "mail/store/mail_row.h"
 
-#include "mail/codec/flag_string.h"
 #include "mail/codec/message_index.h"
 #include "mail/store/message_identity.h"
 #include "mail/store/message_rows.h"
@@ -24,9 +24,9 @@ QString SelectRow(const Disk& request) {
 
 // What the user did with the message meanwhile, in another window, stays in the row.
 QString FlagsValue(const Disk& request) {
-  const QString flags = MessageBag(request).Flags();
-  if (flags.size() < kFlagAttachment) return QuoteSql(flags);
-  return QuoteSql(flags.left(kFlagAttachment)) +
+  const FlagString flags = MessageBag(request).Flags();
+  if (flags.Text().size() < kFlagAttachment) return QuoteSql(flags.Text());
+  return QuoteSql(flags.OfMessage().Text()) +
          QStringLiteral(" & SUBSTR(FIELD_FLAG, %1)").arg(kFlagAttachment + 1);
 }
 
@@ -148,12 +148,12 @@ bool MailStore::WriteMessage(const Disk& request, const QByteArray& source,
   row->SetField(QStringLiteral("SERIALID"), request.SerialID());
   if (isNew) row->SetField(QStringLiteral("FIELD_ID"), message.MessageId());
   row->SetField(QStringLiteral("MAIL"), source);
-  row->SetField(QStringLiteral("STATUS"), message.StateNow().Stored());
+  row->SetField(QStringLiteral("STATUS"), message.State().Stored());
   row->SetField(QStringLiteral("FIELD_TIMESTAMP"), message.Timestamp(data.Now()));
   row->SetField(QStringLiteral("FIELD_CONTENT"), index.content);
   row->SetField(QStringLiteral("FIELD_SUBJECT"), index.subject);
   row->SetField(QStringLiteral("FIELD_MAILADDRESS"), index.addressLines);
-  row->SetField(QStringLiteral("FIELD_FLAG"), index.flags);
+  row->SetField(QStringLiteral("FIELD_FLAG"), index.flags.Text());
   if (!row->Update()) return false;
   // A new message has no folders yet.
   const bool hasFolders = !isNew || !message.Folders().isEmpty();
@@ -168,7 +168,7 @@ Result<QByteArray> MailStore::LoadMessageSource(const Disk& request) {
   }
   const RecordsetPtr row = context_.Data.Recordset();
   const bool isThere = !row->Eof();
-  const QByteArray source = row->Fields(u"MAIL").toByteArray();
+  const QByteArray source = MailRow(*row).Source().value_or(QByteArray());
   if (row->Failed()) return row->Error();
   if (!isThere) return StorageError{StorageError::Kind::NotFound, {}};
   return source;
@@ -192,7 +192,7 @@ bool MailStore::WriteState(StateMask mask, const Disk& request) {
   DataSession& data = context_.Data;
   if (mask.testFlag(kStateStatus) &&
       !data.Execute(QStringLiteral("UPDATE mail SET STATUS = ") +
-                    QString::number(MessageBag(request).StateNow().Stored()) + Where(request))) {
+                    QString::number(MessageBag(request).State().Stored()) + Where(request))) {
     return false;
   }
   if (mask.testFlag(kStateFlag) && !data.Execute(QStringLiteral("UPDATE mail SET FIELD_FLAG = ") +
@@ -230,7 +230,7 @@ Result<> MailStore::CancelWaiting(const Disk& request) {
   DataSession& data = context_.Data;
   if (!data.Begin()) return ReasonOf(data);
   Result<> done = ResultOf(data, data.OpenRecordset(SelectRow(request), CursorKind::ForwardOnly));
-  if (done && qAbs(data.Recordset()->Fields(u"STATUS").toInt()) != kStatusWaiting) {
+  if (done && MailRow(*data.Recordset()).Status() != kStatusWaiting) {
     done = StorageError{StorageError::Kind::NotFound, {}};
   }
   if (done) {

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include "mail/codec/flag_string.h"
 #include "storage/context.h"
 #include "storage/databases.h"
 #include "storage/message_state.h"
@@ -29,25 +30,16 @@ class MessageBag {
   /// The identifier under which it came, by default its own.
   QString MessageId() const { return bag_.Text(kMessageId, bag_.SerialID()); }
   static void SetMessageId(Disk& bag, const QString& id) { bag.Let(kMessageId, id); }
-  /// What the column `STATUS` says.
-  struct State {
-    MessageStatus status = kStatusEdit;
-    bool isDust = false;
-
-    static State Of(int stored) { return {static_cast<MessageStatus>(qAbs(stored)), stored < 0}; }
-    int Stored() const { return isDust ? -status : status; }
-  };
-  State StateNow() const { return State::Of(bag_.Number(kStatus, kStatusEdit)); }
-  static void SetState(Disk& bag, State state) { bag.Let(kStatus, state.Stored()); }
+  StoredState State() const { return StoredState::Of(bag_.Number(kStatus, kStatusEdit)); }
+  static void SetState(Disk& bag, StoredState state) { bag.Let(kStatus, state.Stored()); }
   /// Its status, in the dust or not.
-  MessageStatus Status() const { return StateNow().status; }
-  bool IsDust() const { return StateNow().isDust; }
+  MessageStatus Status() const { return State().status; }
+  bool IsDust() const { return State().isDust; }
   bool HasStatus() const { return bag_.Get(kStatus).isValid(); }
   /// Out of the dust.
   static void SetStatus(Disk& bag, MessageStatus status) { SetState(bag, {status}); }
-  /// The flag string (`GetFlagChar`).
-  QString Flags() const { return bag_.Text(kFlags); }
-  static void SetFlags(Disk& bag, const QString& flags) { bag.Let(kFlags, flags); }
+  FlagString Flags() const { return FlagString(bag_.Text(kFlags)); }
+  static void SetFlags(Disk& bag, const FlagString& flags) { bag.Let(kFlags, flags.Text()); }
   /// The identifiers of the folders that it is filed in, one a line.
   QString Folders() const { return bag_.Text(kFolders); }
   static void SetFolders(Disk& bag, const QString& folders) { bag.Let(kFolders, folders); }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 
+#include "mail/store/mail_row.h"
 #include "mail/store/mail_store.h"
 #include "mail/store/message_pieces.h"
 #include "mail/store/message_rows.h"
@@ -56,7 +57,7 @@ bool ReadUnderWay(DataSession& session, const QStringList& messages, UnderWay* u
     }
     const RecordsetPtr rows = session.Recordset();
     for (; !rows->Eof(); rows->MoveNext()) {
-      underWay->insert(rows->SerialID(), rows->Fields(u"FIELD_SUBJECT").toString());
+      underWay->insert(rows->SerialID(), MailRow(*rows).Subject());
     }
     if (rows->Failed()) return false;
   }
@@ -217,8 +218,7 @@ int CountWaiting(Context& context, const QString& address) {
   int count = 0;
   if (const RecordsetPtr rows = MessageRows(context.Data).Waiting()) {
     for (; !rows->Eof(); rows->MoveNext()) {
-      const QStringList lines =
-          rows->Fields(u"FIELD_MAILADDRESS").toString().split(QStringLiteral("\r\n"));
+      const QStringList lines = MailRow(*rows).AddressLines().split(QStringLiteral("\r\n"));
       count += std::any_of(lines.begin(), lines.end(), [&address](const QString& line) {
         return line.startsWith(u"FROM:") && line.contains(address, Qt::CaseInsensitive);
       });

@@ -3,8 +3,8 @@
 #include <QMap>
 #include <QStringList>
 
-#include "mail/codec/flag_string.h"
 #include "storage/context.h"
+#include "storage/message_state.h"
 #include "storage/result.h"
 
 namespace vorn {

@@ -1,5 +1,6 @@
 #include "mail/store/message_rows.h"
 
+#include "mail/store/mail_row.h"
 #include "mail/store/mail_store.h"
 #include "storage/own_statement.h"
 #include "storage/session_result.h"
@@ -58,8 +59,8 @@ RecordsetPtr MessageRows::SentSince(const QString& time) {
 }
 
 qint64 MessageRows::LastNumber() {
-  const RecordsetPtr row = Select(QStringLiteral("SELECT MAX(rowid) AS N FROM mail"));
-  return row == nullptr || row->Eof() ? 0 : row->Fields(u"N").toLongLong();
+  const RecordsetPtr row = Select(QStringLiteral("SELECT MAX(rowid) FROM mail"));
+  return row == nullptr || row->Eof() ? 0 : row->FirstNumber();
 }
 
 bool MessageRows::Has(const QString& serialId) {
@@ -79,7 +80,7 @@ Result<QString> MessageRows::NameOf(qint64 row) {
   const Result<RecordsetPtr> found =
       AskOwn(data_, "SELECT FIELD_ID FROM mail WHERE ROWID = ?1", {row});
   if (!found) return found.Error();
-  return (*found)->Fields(u"FIELD_ID").toString();
+  return MailRow(**found).MessageId();
 }
 
 bool MessageRows::HasNamePrefix(const QString& prefix) {

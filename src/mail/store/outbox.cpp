@@ -1,5 +1,6 @@
 #include "mail/store/outbox.h"
 
+#include "mail/store/mail_row.h"
 #include "mail/store/mail_store.h"
 #include "mail/store/message_rows.h"
 #include "storage/database_sync.h"
@@ -19,16 +20,18 @@ QString Where(const QString& serialId) {
 }
 
 // Every storing writes a new time.
-QString Version(const Recordset& row) {
-  return row.Fields(u"FIELD_TIMESTAMP").toString() + u'/' + QString::number(row.ByteCount(u"MAIL"));
+QString Version(const MailRow& row) {
+  return row.Timestamp() + u'/' + QString::number(row.SourceBytes());
 }
 
 // The version of a message that waits and of which no attempt is known; empty of any other.
 Result<QString> WaitingVersion(DataSession& data, const QString& serialId) {
   const RecordsetPtr row = MessageRows(data).Untried(serialId);
   if (row == nullptr || row->Failed()) return ReasonOf(data);
-  if (row->Eof() || row->Fields(u"STATUS").toInt() != kStatusWaiting) return QString();
-  return Version(*row);
+  if (row->Eof()) return QString();
+  const MailRow message(*row);
+  if (message.State().Stored() != kStatusWaiting) return QString();
+  return Version(message);
 }
 
 Result<> ReadRow(DataSession& data, const QString& serialId, WaitingMessage& message) {
@@ -37,9 +40,10 @@ Result<> ReadRow(DataSession& data, const QString& serialId, WaitingMessage& mes
   const Result<QString> folders = MessageRows(data).FoldersOf(serialId);
   if (!folders) return folders.Error();
   message.folders = *folders;
-  message.source = row->Fields(u"MAIL").toByteArray();
-  message.addressLines = row->Fields(u"FIELD_MAILADDRESS").toString();
-  message.flags = row->Fields(u"FIELD_FLAG").toString();
+  const MailRow stored(*row);
+  message.source = stored.Source().value_or(QByteArray());
+  message.addressLines = stored.AddressLines();
+  message.flags = stored.Flags();
   if (row->Failed()) return row->Error();
   return message.source.isEmpty() ? StorageError() : Result<>();
 }
@@ -181,7 +185,7 @@ QList<DoubtfulMessage> Outbox::ReadDoubtful(const QString& condition) {
               .arg(condition),
           CursorKind::ForwardOnly)) {
     for (const RecordsetPtr rows = context_.Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
-      messages.append({rows->Fields(u"ID").toString(), rows->Fields(u"FIELD_SUBJECT").toString(),
+      messages.append({rows->Fields(u"ID").toString(), MailRow(*rows).Subject(),
                        rows->Fields(u"STARTED").toString(), rows->Fields(u"SERVER").toString(),
                        rows->Fields(u"REPLY").toString()});
     }

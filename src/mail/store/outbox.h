@@ -5,6 +5,7 @@
 #include <QString>
 #include <optional>
 
+#include "mail/codec/flag_string.h"
 #include "storage/context.h"
 #include "storage/databases.h"
 #include "storage/result.h"
@@ -15,7 +16,7 @@ namespace vorn {
 struct WaitingMessage {
   QByteArray source;
   QString addressLines;
-  QString flags;
+  FlagString flags;
   QString folders;  ///< folder identifiers, one a line
   QString version;  ///< changes whenever the message is stored
 };

@@ -22,7 +22,7 @@ QHash<QString, QString> SendRefusals::Routes() {
     return routes;
   }
   for (const RecordsetPtr rows = context_.Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
-    routes.insert(rows->Fields(u"SERIALID").toString(), rows->Fields(u"ROUTE").toString());
+    routes.insert(rows->SerialID(), rows->Fields(u"ROUTE").toString());
   }
   return routes;
 }

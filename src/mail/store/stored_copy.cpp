@@ -7,6 +7,8 @@
 #include "mail/codec/content_index.h"
 #include "mail/codec/header_decoding.h"
 #include "mail/codec/header_fields.h"
+#include "mail/store/erased_messages.h"
+#include "mail/store/mail_row.h"
 #include "mail/store/message_identity.h"
 #include "mail/store/message_rows.h"
 #include "mail/store/received_rows.h"
@@ -30,9 +32,9 @@ Result<NamedMessage> FindNamed(Context& context, const QString& messageId) {
   const RecordsetPtr row = MessageRows(context.Data).Named(messageId);
   if (row == nullptr || (row->Eof() && row->Failed())) return ReasonOf(context.Data);
   if (row->Eof()) return NamedMessage{false, StorageError{StorageError::Kind::NotFound, {}}};
-  const QVariant source = row->Fields(u"MAIL");
-  if (row->Failed() || !source.isValid()) return NamedMessage{true, row->Error()};
-  return NamedMessage{true, source.toByteArray()};
+  const std::optional<QByteArray> source = MailRow(*row).Source();
+  if (row->Failed() || !source) return NamedMessage{true, row->Error()};
+  return NamedMessage{true, *source};
 }
 
 // The lines of a body but for those that name and make the boundaries of its parts.
@@ -271,16 +273,9 @@ Result<> StoredCopies::LoadErased() {
   for (const QString& file : files_) {
     const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
     if (!opened) return opened.Error();
-    if (!context_.Data.OpenRecordset(QStringLiteral("SELECT FIELD_ID, HEX(DIGEST) FROM erased"),
-                                     CursorKind::ForwardOnly)) {
-      return ReasonOf(context_.Data);
-    }
-    const RecordsetPtr rows = context_.Data.Recordset();
-    for (; !rows->Eof(); rows->MoveNext()) {
-      erased.insert(QByteArray::fromHex(rows->Fields(u"HEX(DIGEST)").toByteArray()),
-                    rows->Fields(u"FIELD_ID").toString());
-    }
-    if (rows->Failed()) return rows->Error();
+    const auto names = ErasedMessages(context_.Data).ByDigest();
+    if (!names) return names.Error();
+    erased += *names;
   }
   erased.remove({});
   erased_ = erased;
@@ -289,14 +284,11 @@ Result<> StoredCopies::LoadErased() {
 
 // What was erased under another name is noted under this one as well, so that it is known by it.
 Result<> StoredCopies::NoteErased(const QString& messageId, const QByteArray& digest) {
-  const QString note = QStringLiteral(
-                           "INSERT OR REPLACE INTO erased (FIELD_ID, DIGEST) SELECT %1, DIGEST "
-                           "FROM erased WHERE HEX(DIGEST) = '%2' LIMIT 1")
-                           .arg(QuoteSql(messageId), QString::fromLatin1(digest.toHex().toUpper()));
   for (const QString& file : files_) {
     const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
     if (!opened) return opened.Error();
-    if (!context_.Data.Execute(note)) return ReasonOf(context_.Data);
+    const Result<> noted = ErasedMessages(context_.Data).NoteAlso(messageId, digest);
+    if (!noted) return noted.Error();
   }
   return {};
 }

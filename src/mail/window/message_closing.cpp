@@ -5,7 +5,6 @@
 #include <tuple>
 
 #include "kit/window/plain_text.h"
-#include "mail/codec/flag_string.h"
 #include "mail/codec/line_wrapping.h"
 #include "mail/compose_message.h"
 #include "mail/message_document.h"
@@ -19,6 +18,7 @@
 #include "mail/window/receipt_question.h"
 #include "mail/window/shown_signature.h"
 #include "objects/settings.h"
+#include "storage/message_state.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -117,7 +117,7 @@ QString HeaderOf(Priority priority) {
 template <Priority kPriority>
 void Prioritize(const Parts& parts) {
   Disk& bag = *parts.document.Bag();
-  MessageBag::SetFlags(bag, SetPriority(MessageBag(bag).Flags(), kPriority));
+  MessageBag::SetFlags(bag, MessageBag(bag).Flags().WithPriority(kPriority));
   parts.form.Headers().SetHeader(QStringLiteral("X-Priority:"), HeaderOf(kPriority));
   parts.window.SetEdited(true);
 }

@@ -87,7 +87,7 @@ void MessageSending::Send() {
                  "送信してよろしいですか？"))) {
     return;
   }
-  const MessageBag::State before = document_.BeginSending();
+  const StoredState before = document_.BeginSending();
   if (window_.close()) {
     new SecondClick(SecondClick::Lasts::UntilMoved);
     return;

@@ -184,7 +184,7 @@ void MessageWindow::ControlToolbarUpdate() {
 }
 
 MessageState MessageWindow::State() const {
-  const QString flags = MessageBag(*document_.Bag()).Flags();
+  const FlagString flags = MessageBag(*document_.Bag()).Flags();
   return {.status = document_.Status(),
           .isInDust = document_.IsInDust(),
           .isStored = !document_.IsNew(),
@@ -194,8 +194,8 @@ MessageState MessageWindow::State() const {
           .hasAttachments = !form_->Clips().Attachments().empty(),
           .hasArchive = form_->Clips().HasArchive(),
           .charset = document_.Code().charset,
-          .hasStar = GetFlagChar(flags, kFlagStar, QString()) == u"1",
-          .priority = PriorityIn(flags)};
+          .hasStar = flags.Has(kFlagStar),
+          .priority = flags.StoredPriority()};
 }
 
 void MessageWindow::ShowState() {

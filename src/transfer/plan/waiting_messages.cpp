@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "mail/store/mail_row.h"
 #include "mail/store/message_rows.h"
 #include "mail/store/outbox.h"
 #include "mail/store/send_refusals.h"
@@ -110,11 +111,11 @@ Result<> WaitingMessages::Find(const WaitingSearch& search, std::vector<SendItem
     const QString file = search.file.isEmpty() ? MailDatabasePath(context_) : search.file;
     const RecordsetPtr rows = MessageRows(context_.Data).WaitingUntried(search.serial);
     for (; rows != nullptr && !rows->Eof(); rows->MoveNext()) {
-      if (IsPlanned(rows->SerialID())) continue;
-      const QString lines = rows->Fields(u"FIELD_MAILADDRESS").toString();
-      SendItem message(rows->SerialID(), file, ProfileBag(*context_.Session).Password(), lines,
-                       rows->Fields(u"FIELD_SUBJECT").toString());
-      message.SetSender(senders_.AccountFor(lines));
+      const MailRow row(*rows);
+      if (IsPlanned(row.Serial())) continue;
+      SendItem message(row.Serial(), file, ProfileBag(*context_.Session).Password(),
+                       row.AddressLines(), row.Subject());
+      message.SetSender(senders_.AccountFor(row.AddressLines()));
       messages.push_back(message);
     }
     if (rows != nullptr && !rows->Failed()) return {};

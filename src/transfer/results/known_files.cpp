@@ -3,11 +3,12 @@
 #include <QFileInfo>
 #include <algorithm>
 
+#include "mail/store/erased_messages.h"
+#include "mail/store/mail_row.h"
 #include "mail/store/message_rows.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/profile_bag.h"
-#include "storage/sql_text.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -49,7 +50,7 @@ bool KnownFiles::HasSize(const QString& messageId, qint64 bytes) {
     const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
     if (!opened) return false;
     const RecordsetPtr row = MessageRows(context_.Data).Named(messageId);
-    return row != nullptr && !row->Eof() && row->ByteCount(u"MAIL") == bytes;
+    return row != nullptr && !row->Eof() && MailRow(*row).SourceBytes() == bytes;
   });
 }
 
@@ -65,16 +66,11 @@ bool KnownFiles::HasUnnamed(const QString& scope) {
 
 // In the open file. Who has thrown a message away for good does not want it once more.
 bool KnownFiles::IsErased(const QString& file, const QString& messageId) {
-  const auto any = [this](const QString& condition) {
-    return context_.Data.OpenRecordset(
-               QStringLiteral("SELECT FIELD_ID FROM erased%1 LIMIT 1").arg(condition),
-               CursorKind::ForwardOnly) &&
-           !context_.Data.Recordset()->Eof();
-  };
+  ErasedMessages erased(context_.Data);
   if (!hasErased_.contains(file)) {
-    hasErased_[file] = Settings(context_).IsCareful() && any(QString());
+    hasErased_[file] = Settings(context_).IsCareful() && !erased.IsEmpty();
   }
-  return hasErased_[file] && any(QStringLiteral(" WHERE FIELD_ID = ") + QuoteSql(messageId));
+  return hasErased_[file] && erased.Has(messageId);
 }
 
 }  // namespace vorn

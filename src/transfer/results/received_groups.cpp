@@ -4,9 +4,9 @@
 #include <tuple>
 #include <utility>
 
+#include "mail/store/erased_messages.h"
 #include "mail/store/message_rows.h"
 #include "storage/databases.h"
-#include "storage/sql_text.h"
 #include "storage/ui.h"
 #include "transfer/results/known_messages.h"
 #include "transfer/results/transfer_log.h"
@@ -80,11 +80,7 @@ bool ReceivedGroups::AreStillThere() {
     if (!opened) return false;
     if (MessageRows(context_.Data).Has(message.serialId)) return true;
     // The user may have erased it meanwhile, which this file notes.
-    return context_.Data.OpenRecordset(
-               QStringLiteral("SELECT FIELD_ID FROM erased WHERE FIELD_ID = ") +
-                   QuoteSql(message.messageId),
-               CursorKind::ForwardOnly) &&
-           !context_.Data.Recordset()->Eof();
+    return ErasedMessages(context_.Data).Has(message.messageId);
   };
   return std::all_of(ends_.begin(), ends_.end(), isKnown);
 }

@@ -21,8 +21,8 @@
 namespace vorn {
 namespace {
 
-const QString kNewFlags = QStringLiteral("001");  // new and unopened
-const QDate kFirstMail(1982, 8, 13);              // of RFC 822
+const FlagString kNewFlags(QStringLiteral("001"));  // new and unopened
+const QDate kFirstMail(1982, 8, 13);                // of RFC 822
 constexpr qint64 kClockOffS = 600;
 
 // When the user's own server took the message in, which noted it above all others. Invalid where

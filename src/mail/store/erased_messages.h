@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QByteArray>
+#include <QMultiHash>
+#include <QString>
+
+#include "storage/data_session.h"
+#include "storage/result.h"
+
+namespace vorn {
+
+/// What was received and erased for good, of the file that the session has open: the names under
+/// which it came, with the digests of the sources.
+class ErasedMessages {
+ public:
+  explicit ErasedMessages(DataSession& data) : data_(data) {}
+
+  /// Whether there is none, or the file cannot be asked.
+  bool IsEmpty();
+  /// False also where the file cannot be asked.
+  bool Has(const QString& messageId);
+  /// The names by digest; of the oldest entries the digest is empty.
+  Result<QMultiHash<QByteArray, QString>> ByDigest();
+  /// Notes what has that digest under a further name; nothing where none has it.
+  Result<> NoteAlso(const QString& messageId, const QByteArray& digest);
+
+ private:
+  bool HasAny(const QString& condition);
+
+  DataSession& data_;
+};
+
+}  // namespace vorn
