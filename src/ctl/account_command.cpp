@@ -3,6 +3,7 @@
 
 #include "ctl/command.h"
 #include "objects/account.h"
+#include "storage/ui.h"
 
 namespace vorn::ctl {
 namespace {
@@ -25,7 +26,7 @@ std::optional<QString> ReadValues(const Arguments& arguments, AccountValues& val
   const QString protocol =
       arguments.Text(QStringLiteral("in-protocol"), QStringLiteral("pop3")).toLower();
   if (protocol != u"pop3" && protocol != u"apop") {
-    return QStringLiteral("--in-protocol は pop3 か apop です。");
+    return Ui::tr("--in-protocol は pop3 か apop です。");
   }
   bool ok = true;
   values.name = arguments.Text(QStringLiteral("name"));
@@ -35,11 +36,11 @@ std::optional<QString> ReadValues(const Arguments& arguments, AccountValues& val
   values.outgoing.host = arguments.Text(QStringLiteral("out-server"));
   if (!ReadSecurity(arguments, QStringLiteral("in-security"), values.incoming.security) ||
       !ReadSecurity(arguments, QStringLiteral("out-security"), values.outgoing.security)) {
-    return QStringLiteral("--in-security と --out-security は none か starttls か tls です。");
+    return Ui::tr("--in-security と --out-security は none か starttls か tls です。");
   }
   values.incoming.port = arguments.Number(
       QStringLiteral("in-port"), kPop3Ports[static_cast<size_t>(values.incoming.security)], &ok);
-  if (!ok) return QStringLiteral("--in-port は数です。");
+  if (!ok) return Ui::tr("--in-port は数です。");
   values.incoming.user = arguments.Text(QStringLiteral("in-user"));
   values.protocol = protocol == u"apop" ? InProtocol::Apop : InProtocol::Pop3;
   values.deletesOnServer = arguments.Has(QStringLiteral("delete-on-server"));
@@ -47,7 +48,7 @@ std::optional<QString> ReadValues(const Arguments& arguments, AccountValues& val
   values.outgoing.port = arguments.Number(
       QStringLiteral("out-port"), kSmtpPorts[static_cast<size_t>(values.outgoing.security)], &ok);
   values.outgoing.user = arguments.Text(QStringLiteral("out-user"));
-  if (!ok) return QStringLiteral("--out-port は数です。");
+  if (!ok) return Ui::tr("--out-port は数です。");
   if (arguments.Has(QStringLiteral("out-password-fd"))) {
     const Result<QString> password = ReadSecret(arguments, QStringLiteral("out-password-fd"));
     if (!password) return password.Error().text;
@@ -68,8 +69,7 @@ int AddAccount(Context& context, const Arguments& arguments) {
   if (!valid) return Complain(valid.Error().text, kExitFailure);
   const Result<DiskPtr> account = CreateAccount(context, values);
   if (!account) {
-    return Complain(QStringLiteral("アカウントを保存できません。") + account.Error().text,
-                    kExitFailure);
+    return Complain(Ui::tr("アカウントを保存できません。") + account.Error().text, kExitFailure);
   }
   Print((*account)->SerialID());
   return kExitOk;

@@ -20,7 +20,7 @@ namespace {
 using ChildTags = QList<const ChildTag*>;
 
 const QString& NameOf(const AddressEntry& entry) {
-  return entry.displayName.isEmpty() ? entry.address : entry.displayName;
+  return entry.displayName.isEmpty() ? entry.presentable : entry.displayName;
 }
 
 // In its usual and its wide forms.
@@ -32,7 +32,7 @@ bool HasAt(const QString& text) {
 // message came from.
 QString ShownSender(const AddressEntry& entry) {
   const QString name = WithoutHidden(entry.displayName).simplified();
-  if (!HasVisible(name)) return entry.address;
+  if (!HasVisible(name)) return entry.displayName.isEmpty() ? entry.presentable : entry.address;
   QString others = name;
   others.remove(entry.address, Qt::CaseInsensitive);
   // In front, where a narrow column does not cut it off.
@@ -83,7 +83,7 @@ QString SubjectText(const PageRow& page, const ChildTags&) {
 QString TimeStampText(const PageRow& page, const ChildTags& children) {
   const QVariant time = page.row.Fields(u"FIELD_TIMESTAMP");
   if (!time.isValid()) return {};
-  return children.isEmpty() ? GeneralTimeText(time.toString())
+  return children.isEmpty() ? ShownTimeText(time.toString())
                             : ShortTimeText(time.toString(), page.content.today);
 }
 

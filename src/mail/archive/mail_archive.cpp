@@ -174,8 +174,8 @@ Result<QString> ReadArchive(const QString& path,
   reader.Read(QDir(path));
   if (!reader.Complete()) return reader.Complete().Error();
   if (reader.PassedOver() == 0) return QString();
-  return Ui::tr("メッセージのファイル（.emlか.mbox）でない%1個のファイルは取り込みませんでした。")
-      .arg(reader.PassedOver());
+  return Ui::tr("メッセージのファイル（.emlか.mbox）でない%n個のファイルは取り込みませんでした。",
+                nullptr, reader.PassedOver());
 }
 
 ArchiveWriter::ArchiveWriter(ArchiveFormat format, const QString& path, bool overwrite)

@@ -312,10 +312,12 @@ namespace {
 
 void FillForms(AddressEntry& entry) {
   entry.canonical = entry.kind.toUpper() + QStringLiteral(": ") + entry.address;
-  entry.presentable = entry.address;
+  const bool isUnknown = entry.address == kUnknownAddress;
+  const QString shown = isUnknown ? Ui::tr("(不明なメールアドレス)") : entry.address;
+  entry.presentable = shown;
   if (!entry.displayName.isEmpty()) {
     entry.canonical += u' ' + entry.displayName;
-    entry.presentable = entry.displayName + QStringLiteral(" <") + entry.address + u'>';
+    entry.presentable = entry.displayName + QStringLiteral(" <") + shown + u'>';
   }
 }
 
