@@ -144,10 +144,6 @@
         <translation>Stop</translation>
     </message>
     <message>
-        <source>.. %1通</source>
-        <translation>.. %1 messages</translation>
-    </message>
-    <message>
         <source>Maildirのフォルダ (*)</source>
         <translation>Maildir folder (*)</translation>
     </message>
@@ -172,20 +168,12 @@
         <translation>Import when sending and receiving has ended.</translation>
     </message>
     <message>
-        <source>%1通は保存済みでした。</source>
-        <translation> %1 were stored already.</translation>
-    </message>
-    <message>
         <source>フォルダ「%1」の書き出し</source>
         <translation>Export the Folder “%1”</translation>
     </message>
     <message>
         <source>メッセージの書き出し</source>
         <translation>Export Messages</translation>
-    </message>
-    <message>
-        <source>%1通を書き出しました。</source>
-        <translation>%1 messages were written.</translation>
     </message>
     <message>
         <source>ツール(&amp;T)</source>
@@ -384,14 +372,6 @@
         <translation>Choose the folder for the messages.</translation>
     </message>
     <message>
-        <source>メッセージ%1通を削除します。元には戻せません。よろしいですか？</source>
-        <translation>%1 messages will be deleted for good. Go on?</translation>
-    </message>
-    <message>
-        <source>前回、編集中のまま終了したメッセージが%1通あります。開きますか？</source>
-        <translation>%1 messages were being written when the program last ended. Open them?</translation>
-    </message>
-    <message>
         <source>送受信するアカウントがありません。ファイル &gt; 新規作成 &gt; アカウントで追加してください。</source>
         <translation>There is no account to send and receive with. Add one by File &gt; New &gt; Account.</translation>
     </message>
@@ -445,7 +425,7 @@
     </message>
     <message>
         <source>・</source>
-        <translation>・</translation>
+        <translation>, </translation>
     </message>
     <message>
         <source>メッセージを保存できません。</source>
@@ -655,7 +635,7 @@ Date: </translation>
     </message>
     <message>
         <source>このメッセージは、送信された方から開封通知の要求がされています。通知しますか？</source>
-        <translation>The sender asks to be told that this message has been read. Tell him?</translation>
+        <translation>The sender asks to be told that this message has been read. Tell the sender?</translation>
     </message>
     <message>
         <source>日本語ＪＩＳ(&amp;J)</source>
@@ -1150,10 +1130,6 @@ Date: </translation>
         <translation>Example: mail.FIELD_SUBJECT LIKE &apos;*meeting*&apos; AND STATUS = 4</translation>
     </message>
     <message>
-        <source>今は%1通のメッセージが当てはまります。</source>
-        <translation>%1 messages match now.</translation>
-    </message>
-    <message>
         <source>SQLの条件が書かれていません。</source>
         <translation>There is no SQL condition.</translation>
     </message>
@@ -1279,7 +1255,7 @@ Date: </translation>
     </message>
     <message>
         <source> 分</source>
-        <translation> minutes</translation>
+        <translation> min</translation>
     </message>
     <message>
         <source>受信したことを通知(&amp;R)</source>
@@ -1475,7 +1451,7 @@ Date: </translation>
     </message>
     <message>
         <source>くずかごに入れる(&amp;D)</source>
-        <translation>Throw Away (&amp;D)</translation>
+        <translation>Move to the Trash (&amp;D)</translation>
     </message>
     <message>
         <source>くずかごから出す(&amp;U)</source>
@@ -1787,7 +1763,7 @@ Date: </translation>
     </message>
     <message>
         <source>メッセージの一覧を取得できません。</source>
-        <translation>The list of messages cannot be had.</translation>
+        <translation>The list of messages cannot be fetched.</translation>
     </message>
     <message>
         <source>メッセージを受信できません。</source>
@@ -1876,14 +1852,6 @@ Date: </translation>
     <message>
         <source>サーバーが接続を切りました。メッセージは送信待ちのまま残ります。</source>
         <translation>The server closed the connection. The message stays waiting.</translation>
-    </message>
-    <message>
-        <source>メッセージを%1通受信しました。</source>
-        <translation>%1 messages were received.</translation>
-    </message>
-    <message>
-        <source>メッセージ条件により%1通を受信しませんでした。</source>
-        <translation>%1 messages were not received because of the rules.</translation>
     </message>
     <message>
         <source>受信したメッセージを保存できません。サーバーには残っています。</source>
@@ -2005,10 +1973,6 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <translation>Bookmarks</translation>
     </message>
     <message>
-        <source>メッセージ%1通をそれぞれのウィンドウで開きます。よろしいですか？</source>
-        <translation>%1 messages will be opened, each in a window of its own. Go on?</translation>
-    </message>
-    <message>
         <source>画面の状態を1行ずつ標準出力に書く（自動操作のため）</source>
         <translation>writes the state of the windows to the standard output, a line each (for automation)</translation>
     </message>
@@ -2019,14 +1983,6 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     <message>
         <source>「%1」は既にあります。上書きしますか？</source>
         <translation>“%1” exists already. Overwrite it?</translation>
-    </message>
-    <message>
-        <source>次の%1通は壊れていて読み込めないので、含まれていません。</source>
-        <translation>The following %1 are damaged and cannot be read; they are not included.</translation>
-    </message>
-    <message>
-        <source>送信を試みて、届いたかどうか分からないメッセージが%1通あります。開いて確かめますか？</source>
-        <translation>Messages whose sending was tried and of which nobody knows whether they arrived: %1. Open them?</translation>
     </message>
     <message>
         <source>保存されているメッセージを読み込めないため、取り込みません。</source>
@@ -2377,10 +2333,6 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
         <translation>“%1”: the beginning of the file is damaged, or it is no file of this profile.</translation>
     </message>
     <message>
-        <source>保存済みのもののうち、次の%1通は壊れていて読み込めません。</source>
-        <translation>Of what is stored, the following %1 are damaged and cannot be read.</translation>
-    </message>
-    <message>
         <source>データベースファイル「%1」が壊れています。</source>
         <translation>The database file “%1” is damaged.</translation>
     </message>
@@ -2414,11 +2366,11 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>「%1」はメッセージのファイルではありません。</source>
-        <translation>&quot;%1&quot; is not a message file.</translation>
+        <translation>“%1” is not a message file.</translation>
     </message>
     <message>
         <source>「%1」はメールアドレスではありません。</source>
-        <translation>&quot;%1&quot; is not a mail address.</translation>
+        <translation>“%1” is not a mail address.</translation>
     </message>
     <message>
         <source>画像.png</source>
@@ -2430,7 +2382,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>データベースファイル「%1」は、前に使ったときより古い状態です（古い複製か、記録ファイルが失われています）。送信待ちのメッセージは、送信済みかどうかを確かめてください。</source>
-        <translation>The database file &quot;%1&quot; is in an older state than when it was last used (it is an older copy, or its log is lost). Please find out whether the messages that wait to be sent have been sent already.</translation>
+        <translation>The database file “%1” is in an older state than when it was last used (it is an older copy, or its log is lost). Please find out whether the messages that wait to be sent have been sent already.</translation>
     </message>
     <message>
         <source>メールファイルが古い状態に戻っていたので、もう送信したかもしれません。</source>
@@ -2486,7 +2438,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>「%1」が壊れているため、送信しません。</source>
-        <translation>&quot;%1&quot; is damaged, so nothing is sent.</translation>
+        <translation>“%1” is damaged, so nothing is sent.</translation>
     </message>
     <message>
         <source>送信が済むと終了します。</source>
@@ -2498,11 +2450,11 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>「look.lock」に書き込めません。フォルダの権限を確認してください。</source>
-        <translation>&quot;look.lock&quot; cannot be written. Please check the permissions of the folder.</translation>
+        <translation>“look.lock” cannot be written. Please check the permissions of the folder.</translation>
     </message>
     <message>
         <source>「%1」はほかの利用者が作ったものです。メールのリンクやファイルをこのプログラムに渡すことはできません。</source>
-        <translation>&quot;%1&quot; was made by another user. Mail links and files cannot be handed over to this program.</translation>
+        <translation>“%1” was made by another user. Mail links and files cannot be handed over to this program.</translation>
     </message>
     <message>
         <source>送信し終えていないメッセージがあります。送信してから終了しますか？
@@ -2510,7 +2462,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
 「いいえ」を選ぶと、送信を中止して終了します。送信中のものは、届いたかどうか分からなくなることがあります。残りは送信待ちのままになります。</source>
         <translation>There are messages that have not been sent yet. Send them before the program ends?
 
-&quot;No&quot; stops sending and ends. Of what is being sent nobody may know whether it arrived; the rest goes on waiting.</translation>
+“No” stops sending and ends. Of what is being sent nobody may know whether it arrived; the rest goes on waiting.</translation>
     </message>
     <message>
         <source>種類の分からないデータ</source>
@@ -2551,7 +2503,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
 実際の中身: %3
 
 開きますか？</source>
-        <translation>Opening &quot;%1&quot; may harm your computer. It may be a program or hold one.
+        <translation>Opening “%1” may harm your computer. It may be a program or hold one.
 
 Kind by its name: %2
 What it holds: %3
@@ -2608,15 +2560,11 @@ Open it?</translation>
     </message>
     <message>
         <source>メールのファイルはフォルダ「%1」に残ります。</source>
-        <translation>Its mail files stay in the folder &quot;%1&quot;.</translation>
-    </message>
-    <message>
-        <source>メッセージのファイル（.emlか.mbox）でない%1個のファイルは取り込みませんでした。</source>
-        <translation>%1 files that are no message files (.eml or .mbox) were passed over.</translation>
+        <translation>Its mail files stay in the folder “%1”.</translation>
     </message>
     <message>
         <source>添付ファイル「%1」は、添付してから変わっています。今の内容で送信してよろしいですか？</source>
-        <translation>The file &quot;%1&quot; has changed since it was attached. Send it as it is now?</translation>
+        <translation>The file “%1” has changed since it was attached. Send it as it is now?</translation>
     </message>
     <message>
         <source>このプロファイルにログインすると変えられます</source>
@@ -2636,7 +2584,7 @@ Open it?</translation>
     </message>
     <message>
         <source>プロファイルのフォルダ「%1」にあるファイルだけを使えます。先にそこへコピーしてください。</source>
-        <translation>Only files in the profile&apos;s folder &quot;%1&quot; can be used. Copy it there first.</translation>
+        <translation>Only files in the profile&apos;s folder “%1” can be used. Copy it there first.</translation>
     </message>
     <message>
         <source>このファイルは一覧にあります。</source>
@@ -2652,23 +2600,15 @@ Open it?</translation>
     </message>
     <message>
         <source>ファイル「%1」は「OK」を押したときに削除します。残すときは一覧から外れるだけで、「既存のファイル」で戻せます。</source>
-        <translation>The file &quot;%1&quot; is deleted when &quot;OK&quot; is pressed. When it is kept it only leaves the list, and &quot;Existing File&quot; brings it back.</translation>
+        <translation>The file “%1” is deleted when “OK” is pressed. When it is kept it only leaves the list, and “Existing File” brings it back.</translation>
     </message>
     <message>
         <source>件名: </source>
         <translation>Subject: </translation>
     </message>
     <message>
-        <source>そのうち%1通はサーバーから削除します。</source>
-        <translation>%1 of them are deleted on the server.</translation>
-    </message>
-    <message>
         <source>サーバーの応答の順序が乱れています。</source>
         <translation>The server&apos;s answers are out of step.</translation>
-    </message>
-    <message>
-        <source>%1通を「%2」に取り込みました。</source>
-        <translation>Imported %1 messages into &quot;%2&quot;.</translation>
     </message>
     <message>
         <source>パスワードが分からないので、自動では受信しません。送受信を押すと入力できます。</source>
@@ -2716,7 +2656,7 @@ Open it?</translation>
     </message>
     <message>
         <source>いまの習慣で返信する(&amp;U)</source>
-        <translation>Reply as is &amp;usual today</translation>
+        <translation>Reply the way that is &amp;usual today</translation>
     </message>
     <message>
         <source>関係者に宛先の人も含め、引用の1行目にも記号を付けます。</source>
@@ -2940,7 +2880,7 @@ Open it?</translation>
     </message>
     <message>
         <source>「%1」のファイルは暗号化されています。パスワードを入力して下さい。</source>
-        <translation>The files in &quot;%1&quot; are encrypted. Enter the password.</translation>
+        <translation>The files in “%1” are encrypted. Enter the password.</translation>
     </message>
     <message>
         <source>パスワードが違うか、ファイルが壊れています。もう一度入力して下さい。</source>
@@ -2948,11 +2888,7 @@ Open it?</translation>
     </message>
     <message>
         <source>「%1」を開けません。壊れているか、知らない形式です。</source>
-        <translation>&quot;%1&quot; cannot be opened. It is damaged or of an unknown form.</translation>
-    </message>
-    <message>
-        <source>サーバーが知らせた大きさと合わないメッセージが%1通ありました。サーバーには残します。</source>
-        <translation>%1 messages did not fit the size that the server announced. They are left on the server.</translation>
+        <translation>“%1” cannot be opened. It is damaged or of an unknown form.</translation>
     </message>
     <message>
         <source>最後にログインしたプロファイルが既定になります。</source>
@@ -2972,7 +2908,7 @@ Open it?</translation>
     </message>
     <message>
         <source>」「</source>
-        <translation>&quot;, &quot;</translation>
+        <translation>”, “</translation>
     </message>
     <message>
         <source>（先頭の%1個です）</source>
@@ -3076,15 +3012,11 @@ Open it?</translation>
     </message>
     <message>
         <source>「%1」のスクリプトは止めてあります。</source>
-        <translation>Scripts of &quot;%1&quot; are stopped.</translation>
+        <translation>Scripts of “%1” are stopped.</translation>
     </message>
     <message>
         <source>（繰り返しのうちの1回です）</source>
         <translation>(One of a series)</translation>
-    </message>
-    <message>
-        <source>（ほかに%1件の予定があります）</source>
-        <translation>(And %1 more appointments)</translation>
     </message>
     <message>
         <source>予定への返事として、カレンダーに伝わります（本文の返事の言葉は変わっていません）:</source>
@@ -3096,11 +3028,11 @@ Open it?</translation>
     </message>
     <message>
         <source>添付ファイル「%1」は、添付してから変わっています。今の内容で保存してよろしいですか？</source>
-        <translation>The attached file &quot;%1&quot; has changed since it was attached. Save it with its present content?</translation>
+        <translation>The attached file “%1” has changed since it was attached. Save it with its present content?</translation>
     </message>
     <message>
         <source>予定への招待です。そのうち「%1」に返事をしますか？</source>
-        <translation>An invitation. Answer &quot;%1&quot;, which is one of its appointments?</translation>
+        <translation>An invitation. Answer “%1”, which is one of its appointments?</translation>
     </message>
     <message>
         <source>タブで表示(&amp;B)</source>
@@ -3109,10 +3041,6 @@ Open it?</translation>
     <message>
         <source>すべてのフォルダの表示形式(&amp;A)</source>
         <translation>Layout of &amp;All Folders</translation>
-    </message>
-    <message>
-        <source>自分で作ったレイアウトのフォルダが%1個あります。それも変えますか？</source>
-        <translation>%1 folders have layouts of their own. Change them as well?</translation>
     </message>
     <message>
         <source>前</source>
@@ -3144,11 +3072,11 @@ Open it?</translation>
     </message>
     <message>
         <source>%1通をくずかごに入れました。</source>
-        <translation>Moved %1 to the dust bin.</translation>
+        <translation>Moved %1 to the trash.</translation>
     </message>
     <message>
         <source>%1通をくずかごから出しました。</source>
-        <translation>Took %1 out of the dust bin.</translation>
+        <translation>Took %1 out of the trash.</translation>
     </message>
     <message>
         <source>選んだメッセージの表示(&amp;P)</source>
@@ -3380,11 +3308,11 @@ Open it?</translation>
     </message>
     <message>
         <source>最後から%1番目の</source>
-        <translation>%1. last </translation>
+        <translation>no. %1 from the last </translation>
     </message>
     <message>
         <source>第%1</source>
-        <translation>%1. </translation>
+        <translation>no. %1 </translation>
     </message>
     <message>
         <source>%1曜日</source>
@@ -3396,15 +3324,11 @@ Open it?</translation>
     </message>
     <message>
         <source>のうち%1番目の日</source>
-        <translation>, the %1. of them</translation>
+        <translation>, no. %1 of them</translation>
     </message>
     <message>
         <source>末日</source>
         <translation>last day</translation>
-    </message>
-    <message>
-        <source>末日の%1日前</source>
-        <translation>%1 days before the last</translation>
     </message>
     <message>
         <source>%1日</source>
@@ -3413,10 +3337,6 @@ Open it?</translation>
     <message>
         <source>%1月</source>
         <translation>month %1</translation>
-    </message>
-    <message>
-        <source>、全%1回</source>
-        <translation>, %1 times</translation>
     </message>
     <message>
         <source>、%1まで</source>
@@ -3504,7 +3424,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>この行は%1文字、%2桁</source>
-        <translation>This line: %1 characters, %2 columns</translation>
+        <translation>This line: characters %1, columns %2</translation>
     </message>
     <message>
         <source>このようなメールをフォルダに集める(&amp;G)..</source>
@@ -3643,10 +3563,6 @@ Messages stand in a table, what you choose is shown below it, and folders open i
         <translation>Saved as “%1”.</translation>
     </message>
     <message>
-        <source>%1個のファイルを「%2」に保存しました。</source>
-        <translation>%1 files were saved in “%2”.</translation>
-    </message>
-    <message>
         <source>受信</source>
         <comment>folder</comment>
         <translation>Inbox</translation>
@@ -3734,18 +3650,6 @@ Messages stand in a table, what you choose is shown below it, and folders open i
         <translation>Events</translation>
     </message>
     <message>
-        <source>大きすぎる画像%1個は表示していません。</source>
-        <translation>%1 image(s) are not shown because they are too large.</translation>
-    </message>
-    <message>
-        <source>画像が多すぎるため、%1個は表示していません。</source>
-        <translation>%1 image(s) are not shown because there are too many.</translation>
-    </message>
-    <message>
-        <source>このコンピューターやその近くのネットワークにある画像%1個は、安全のため読み込んでいません。</source>
-        <translation>%1 image(s) on this computer or its own network were not loaded, for safety.</translation>
-    </message>
-    <message>
         <source>中止(&amp;C)</source>
         <translation>S&amp;top</translation>
     </message>
@@ -3786,10 +3690,6 @@ Messages stand in a table, what you choose is shown below it, and folders open i
         <translation>Taken back: %1</translation>
     </message>
     <message>
-        <source>背景など、ほかの形で書かれたリモート画像%1個は表示しません。</source>
-        <translation>%1 remote images that are written in other forms, such as backgrounds, are not shown.</translation>
-    </message>
-    <message>
         <source>ファイル「%1」%2の場所にあるのは、パスワードが変わる前の古い複製です。つなぎ直すと、今のパスワードに合わせた複製に替わり、このファイルは別の名前で残ります。</source>
         <translation>What stands in the place of the file “%1”%2 is an older copy, from before the password changed. If you reconnect it, a copy that fits the present password takes its place, and this file is kept under another name.</translation>
     </message>
@@ -3808,10 +3708,6 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     <message>
         <source>%1を「%2」に登録しました。</source>
         <translation>%1 was added to “%2”.</translation>
-    </message>
-    <message>
-        <source>%1件のアドレスを「%2」に登録しました。</source>
-        <translation>%1 addresses were added to “%2”.</translation>
     </message>
     <message>
         <source>登録できるメールアドレスがありません。</source>
@@ -3899,7 +3795,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
 名前が示す種類: %3
 
 開きますか？</source>
-        <translation>What &quot;%1&quot; holds cannot be checked (%2). There may be macros or other programs in it. Open it only if it comes from somebody you know and you expected it.
+        <translation>What “%1” holds cannot be checked (%2). There may be macros or other programs in it. Open it only if it comes from somebody you know and you expected it.
 
 Kind by its name: %3
 
@@ -4052,10 +3948,6 @@ and what was erased is not received again.</translation>
         <translation>Save &amp;All..</translation>
     </message>
     <message>
-        <source>%1個の添付ファイルを「%2」に保存しました。</source>
-        <translation>Saved %1 attachments to “%2”.</translation>
-    </message>
-    <message>
         <source>「%1」を開くプログラムがありません。ファイルに保存しますか？</source>
         <translation>There is no program that opens “%1”. Save it to a file?</translation>
     </message>
@@ -4110,10 +4002,6 @@ and what was erased is not received again.</translation>
     <message>
         <source>「%1」に入れられるのは、受信したメッセージだけです。</source>
         <translation>Only received messages can be put into “%1”.</translation>
-    </message>
-    <message>
-        <source>%1 バイト</source>
-        <translation>%1 bytes</translation>
     </message>
     <message>
         <source>（差出人 %1）</source>
@@ -4209,11 +4097,11 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>サーバーに断られたので、送信しませんでした。開いて送信をキャンセルし、直してからもう一度送信してください。</source>
-        <translation>The server refused it, so it was not sent. Open it, cancel the sending, mend it and send it again.</translation>
+        <translation>The server refused it, so it was not sent. Open it, cancel the sending, correct it and send it again.</translation>
     </message>
     <message>
         <source>サーバーに断られたままなので、送信しませんでした。開いて送信をキャンセルし、直してからもう一度送信してください。</source>
-        <translation>The server has refused it before, so it was not sent. Open it, cancel the sending, mend it and send it again.</translation>
+        <translation>The server has refused it before, so it was not sent. Open it, cancel the sending, correct it and send it again.</translation>
     </message>
     <message>
         <source>「%1」は件名にもアドレスにもありません。本文を検索しています…</source>
@@ -4234,6 +4122,525 @@ and what was erased is not received again.</translation>
     <message>
         <source>サーバーの応答がログインの手順に合わないため、ログインを中止しました。</source>
         <translation>The server’s answer does not fit the way to log in, so the login was given up.</translation>
+    </message>
+    <message>
+        <source>--in-protocol は pop3 か apop です。</source>
+        <translation>--in-protocol takes pop3 or apop.</translation>
+    </message>
+    <message>
+        <source>--in-security と --out-security は none か starttls か tls です。</source>
+        <translation>--in-security and --out-security take none, starttls or tls.</translation>
+    </message>
+    <message>
+        <source>--in-port は数です。</source>
+        <translation>--in-port takes a number.</translation>
+    </message>
+    <message>
+        <source>--out-port は数です。</source>
+        <translation>--out-port takes a number.</translation>
+    </message>
+    <message>
+        <source>アカウントを保存できません。</source>
+        <translation>The account cannot be saved. </translation>
+    </message>
+    <message>
+        <source>使い方: vornctl import パス... [--folder フォルダ] [--json]</source>
+        <translation>usage: vornctl import PATH... [--folder FOLDER] [--json]</translation>
+    </message>
+    <message>
+        <source>フォルダ「%1」はありません。</source>
+        <translation>There is no folder “%1”.</translation>
+    </message>
+    <message>
+        <source>保存済みですが読み込めません: </source>
+        <translation>Stored, but cannot be read: </translation>
+    </message>
+    <message>
+        <source>取り込み %1通、保存済み %2通</source>
+        <translation>imported: %1, stored already: %2</translation>
+    </message>
+    <message>
+        <source>使い方: vornctl export フォルダ [--format mbox|maildir|eml] --out パス [--overwrite]</source>
+        <translation>usage: vornctl export FOLDER [--format mbox|maildir|eml] --out PATH [--overwrite]</translation>
+    </message>
+    <message>
+        <source>読み込めません: </source>
+        <translation>Cannot be read: </translation>
+    </message>
+    <message numerus="yes">
+        <source>書き出し %n通</source>
+        <translation>
+            <numerusform>%n message exported</numerusform>
+            <numerusform>%n messages exported</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>、読み込めないもの %1通</source>
+        <translation>, cannot be read: %1</translation>
+    </message>
+    <message>
+        <source>--%1 の値がありません。</source>
+        <translation>--%1 needs a value.</translation>
+    </message>
+    <message>
+        <source>--%1 を読み込めません。</source>
+        <translation>--%1 cannot be read.</translation>
+    </message>
+    <message>
+        <source>正常です。</source>
+        <translation>in order.</translation>
+    </message>
+    <message>
+        <source>  読み込めません: </source>
+        <translation>  Cannot be read: </translation>
+    </message>
+    <message>
+        <source>--charset は jis、euc、sjis、utf8、auto、--mime は base64、qp、uu のどれかです。</source>
+        <translation>--charset takes jis, euc, sjis, utf8 or auto, --mime takes base64, qp or uu.</translation>
+    </message>
+    <message>
+        <source>--body-file を読み込めません。</source>
+        <translation>--body-file cannot be read.</translation>
+    </message>
+    <message>
+        <source>--out に書き込めません。</source>
+        <translation>--out cannot be written.</translation>
+    </message>
+    <message>
+        <source>終わるのを待っています。</source>
+        <translation> Waiting for it to end.</translation>
+    </message>
+    <message>
+        <source>使い方: vornctl doubtful [list [--json] | again メッセージ | sent メッセージ]</source>
+        <translation>usage: vornctl doubtful [list [--json] | again MESSAGE | sent MESSAGE]</translation>
+    </message>
+    <message>
+        <source>「%1」は、届いたかどうか分からないメッセージではありません。</source>
+        <translation>“%1” is no message of which nobody knows whether it arrived.</translation>
+    </message>
+    <message>
+        <source>「%1」の扱いを決められません。</source>
+        <translation>Nothing could be decided about “%1”. </translation>
+    </message>
+    <message>
+        <source>添付: %1（%2、%3バイト）</source>
+        <translation>Attachment: %1 (%2, bytes: %3)</translation>
+    </message>
+    <message>
+        <source>使い方: vornctl inspect ファイル|- [--json]</source>
+        <translation>usage: vornctl inspect FILE|- [--json]</translation>
+    </message>
+    <message>
+        <source>一覧を最後まで読み込めません。</source>
+        <translation>The list cannot be read to its end. </translation>
+    </message>
+    <message>
+        <source>フォルダ「%1」のプロパティで条件を見直してください。</source>
+        <translation> Look at the conditions in the properties of the folder “%1”.</translation>
+    </message>
+    <message>
+        <source>使い方: vornctl [--data フォルダ] [--profile 名前] [--password-fd 番号]
+      [--create] [--reconnect ファイル]... [--former-password-fd 番号] コマンド
+
+</source>
+        <translation>usage: vornctl [--data FOLDER] [--profile NAME] [--password-fd N]
+      [--create] [--reconnect FILE]... [--former-password-fd N] COMMAND
+
+</translation>
+    </message>
+    <message>
+        <source>  account add --name 名前 --address アドレス [--display 表示名]
+      --in-server サーバー [--in-port ポート] --in-user ユーザー --in-password-fd 番号
+      [--in-protocol pop3|apop] [--in-security none|starttls|tls] [--delete-on-server]
+      [--out-server サーバー] [--out-port ポート] [--out-security none|starttls|tls]
+      [--out-user ユーザー --out-password-fd 番号] [--default]
+  receive [--account 名前] [--json]
+  send [ファイル]... [--account 名前] [--json]
+  doubtful [list [--json] | again メッセージ | sent メッセージ]
+  list フォルダ [--json]
+  page フォルダ [--page 番号] --out ファイル
+  rules list|add 条件|test ファイル|- [--json]
+  import パス... [--folder フォルダ] [--json]      （mbox、Maildir、eml）
+  export フォルダ [--format mbox|maildir|eml] --out パス [--overwrite] [--json]
+  check [--accept-damage] [--json]
+  inspect ファイル|- [--json]
+  open 0-6 ファイル|-|メッセージ [--json]
+  compose --from アドレス --to アドレス [--cc アドレス] [--bcc アドレス] --subject 件名
+      --body-file ファイル [--attach ファイル]... [--charset jis|euc|sjis|utf8|auto]
+      [--mime base64|qp|uu] --out ファイル
+
+</source>
+        <translation>  account add --name NAME --address ADDRESS [--display NAME]
+      --in-server SERVER [--in-port PORT] --in-user USER --in-password-fd N
+      [--in-protocol pop3|apop] [--in-security none|starttls|tls] [--delete-on-server]
+      [--out-server SERVER] [--out-port PORT] [--out-security none|starttls|tls]
+      [--out-user USER --out-password-fd N] [--default]
+  receive [--account NAME] [--json]
+  send [FILE]... [--account NAME] [--json]
+  doubtful [list [--json] | again MESSAGE | sent MESSAGE]
+  list FOLDER [--json]
+  page FOLDER [--page N] --out FILE
+  rules list|add RULE|test FILE|- [--json]
+  import PATH... [--folder FOLDER] [--json]      (mbox, Maildir, eml)
+  export FOLDER [--format mbox|maildir|eml] --out PATH [--overwrite] [--json]
+  check [--accept-damage] [--json]
+  inspect FILE|- [--json]
+  open 0-6 FILE|-|MESSAGE [--json]
+  compose --from ADDRESS --to ADDRESS [--cc ADDRESS] [--bcc ADDRESS] --subject SUBJECT
+      --body-file FILE [--attach FILE]... [--charset jis|euc|sjis|utf8|auto]
+      [--mime base64|qp|uu] --out FILE
+
+</translation>
+    </message>
+    <message>
+        <source>フォルダは「受信」などの名前かシリアル番号です。パスワードは引数に書かず、ファイル記述子から
+読み込みます。プロファイルのファイルがなくなったときは、--reconnect でつなぎ直すか、--create で
+空のファイルを作ります。終了コード: 0 成功、1 失敗、2 使い方の誤り、3 ログインの失敗、
+4 読み込めないメッセージを除いて終了</source>
+        <translation>A folder is named by its name, such as Inbox, or its serial identifier. Passwords are never
+written as arguments, but read from a file descriptor. When a file of the profile is lost,
+--reconnect brings it back and --create makes an empty one. Exit codes: 0 done, 1 failed,
+2 wrong usage, 3 the login failed, 4 done but for messages that cannot be read</translation>
+    </message>
+    <message>
+        <source>
+ファイルをつなぎ直すときは --reconnect ファイル を、新しい空のファイルを作るときは --create を付けてください。--reconnect は、そのファイルの複製を今のパスワードに合わせて元の場所に置き、指定したファイルは変えません。</source>
+        <translation>
+Add --reconnect FILE to reconnect the file, or --create to make a new, empty one. --reconnect puts a copy of that file, fitted to the present password, in its old place, and does not change the file that is named.</translation>
+    </message>
+    <message>
+        <source>
+そのファイルのときのパスワードか回復コードを --former-password-fd で渡してください。</source>
+        <translation>
+Give the password or the recovery code of that time with --former-password-fd.</translation>
+    </message>
+    <message>
+        <source>vornctl check で調べてください。</source>
+        <translation> Look into it with vornctl check.</translation>
+    </message>
+    <message>
+        <source>壊れていることを記録できません。</source>
+        <translation>It cannot be recorded that it is damaged.</translation>
+    </message>
+    <message>
+        <source>--%1 は使えません。</source>
+        <translation>--%1 cannot be used here.</translation>
+    </message>
+    <message>
+        <source>使い方: vornctl open 0-6 ファイル|メッセージ [--json]</source>
+        <translation>usage: vornctl open 0-6 FILE|MESSAGE [--json]</translation>
+    </message>
+    <message>
+        <source>メッセージ「%1」を読み込めません。</source>
+        <translation>The message “%1” cannot be read.</translation>
+    </message>
+    <message>
+        <source>--page は1以上の数、--out はファイル名です。</source>
+        <translation>--page takes a number from 1 on, --out the name of a file.</translation>
+    </message>
+    <message>
+        <source>ページを作成できません。</source>
+        <translation>The page cannot be made. </translation>
+    </message>
+    <message>
+        <source>受信 %1通、受信済み %2通、停止 %3通、サーバーから削除 %4通、エラー %5件（%6秒）</source>
+        <translation>received: %1, known already: %2, stopped: %3, deleted on the server: %4, errors: %5 (%6 s)</translation>
+    </message>
+    <message>
+        <source>アカウント「%1」はありません。</source>
+        <translation>There is no account “%1”.</translation>
+    </message>
+    <message>
+        <source>受信するアカウントがありません。</source>
+        <translation>There is no account to receive from.</translation>
+    </message>
+    <message>
+        <source>受信しません。vornctl check で調べ、そのまま受信するなら vornctl check --accept-damage を実行してください。</source>
+        <translation> Nothing is received. Look into it with vornctl check; to receive all the same, run vornctl check --accept-damage.</translation>
+    </message>
+    <message>
+        <source>条件は「from:」か「x-mailer:」で始め、後にパターンを続けてください。</source>
+        <translation>Begin the rule with “from:” or “x-mailer:”, followed by a pattern.</translation>
+    </message>
+    <message>
+        <source>受信しません: </source>
+        <translation>not received: </translation>
+    </message>
+    <message>
+        <source>（サーバーから削除します）</source>
+        <translation> (deleted on the server)</translation>
+    </message>
+    <message>
+        <source>受信します。</source>
+        <translation>received.</translation>
+    </message>
+    <message>
+        <source>使い方: vornctl rules list|add 条件|test ファイル|- [--json]</source>
+        <translation>usage: vornctl rules list|add RULE|test FILE|- [--json]</translation>
+    </message>
+    <message>
+        <source>「%1」の差出人のアカウントがありません。--account で選んでください。何も送信していません。</source>
+        <translation>There is no account for the sender of “%1”. Choose one with --account. Nothing was sent.</translation>
+    </message>
+    <message>
+        <source>メッセージを保存できません。何も送信していません。</source>
+        <translation>The messages cannot be stored. Nothing was sent. </translation>
+    </message>
+    <message>
+        <source>送信 %1通、エラー %2件</source>
+        <translation>sent: %1, errors: %2</translation>
+    </message>
+    <message>
+        <source>送信できなかったメッセージは「待ち」に残っています。ファイルを指定しないvornctl sendで送信します（同じファイルをもう一度指定すると2通になります）。</source>
+        <translation>Messages that could not be sent stay in “Waiting”. vornctl send without a file sends them (naming the same file again would send it twice).</translation>
+    </message>
+    <message numerus="yes">
+        <source>届いたかどうか分からないメッセージが%n通あります。vornctl doubtful で確かめてください。</source>
+        <translation>
+            <numerusform>Nobody knows whether %n message arrived. Look into it with vornctl doubtful.</numerusform>
+            <numerusform>Nobody knows whether %n messages arrived. Look into it with vornctl doubtful.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n通を「%1」に取り込みました。</source>
+        <translation>
+            <numerusform>Imported %n message into “%1”.</numerusform>
+            <numerusform>Imported %n messages into “%1”.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n通は保存済みでした。</source>
+        <translation>
+            <numerusform> %n was stored already.</numerusform>
+            <numerusform> %n were stored already.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>保存済みのもののうち、次の%n通は壊れていて読み込めません。</source>
+        <translation>
+            <numerusform>Of what is stored, the following message is damaged and cannot be read.</numerusform>
+            <numerusform>Of what is stored, the following %n messages are damaged and cannot be read.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n通を書き出しました。</source>
+        <translation>
+            <numerusform>%n message was written.</numerusform>
+            <numerusform>%n messages were written.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>次の%n通は壊れていて読み込めないので、含まれていません。</source>
+        <translation>
+            <numerusform>The following message is damaged and cannot be read; it is not included.</numerusform>
+            <numerusform>The following %n messages are damaged and cannot be read; they are not included.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>自分で作ったレイアウトのフォルダが%n個あります。それも変えますか？</source>
+        <translation>
+            <numerusform>%n folder has a layout of its own. Change it as well?</numerusform>
+            <numerusform>%n folders have layouts of their own. Change them as well?</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n件のアドレスを「%1」に登録しました。</source>
+        <translation>
+            <numerusform>%n address was added to “%1”.</numerusform>
+            <numerusform>%n addresses were added to “%1”.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>メッセージ%n通を削除します。元には戻せません。よろしいですか？</source>
+        <translation>
+            <numerusform>%n message will be deleted for good. Go on?</numerusform>
+            <numerusform>%n messages will be deleted for good. Go on?</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>メッセージ%n通をそれぞれのウィンドウで開きます。よろしいですか？</source>
+        <translation>
+            <numerusform>%n message will be opened in a window of its own. Go on?</numerusform>
+            <numerusform>%n messages will be opened, each in a window of its own. Go on?</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>送信を試みて、届いたかどうか分からないメッセージが%n通あります。開いて確かめますか？</source>
+        <translation>
+            <numerusform>Sending %n message was tried, and nobody knows whether it arrived. Open it?</numerusform>
+            <numerusform>Sending %n messages was tried, and nobody knows whether they arrived. Open them?</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>前回、編集中のまま終了したメッセージが%n通あります。開きますか？</source>
+        <translation>
+            <numerusform>%n message was being written when the program last ended. Open it?</numerusform>
+            <numerusform>%n messages were being written when the program last ended. Open them?</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>.. %n通</source>
+        <translation>
+            <numerusform>.. %n message</numerusform>
+            <numerusform>.. %n messages</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>メッセージのファイル（.emlか.mbox）でない%n個のファイルは取り込みませんでした。</source>
+        <translation>
+            <numerusform>%n file that is no message file (.eml or .mbox) was passed over.</numerusform>
+            <numerusform>%n files that are no message files (.eml or .mbox) were passed over.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n バイト</source>
+        <translation>
+            <numerusform>%n byte</numerusform>
+            <numerusform>%n bytes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>（ほかに%n件の予定があります）</source>
+        <translation>
+            <numerusform>(And %n more appointment)</numerusform>
+            <numerusform>(And %n more appointments)</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>末日の%n日前</source>
+        <translation>
+            <numerusform>%n day before the last</numerusform>
+            <numerusform>%n days before the last</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>、全%n回</source>
+        <translation>
+            <numerusform>, once</numerusform>
+            <numerusform>, %n times</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n個の添付ファイルを「%1」に保存しました。</source>
+        <translation>
+            <numerusform>Saved %n attachment to “%1”.</numerusform>
+            <numerusform>Saved %n attachments to “%1”.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n個のファイルを「%1」に保存しました。</source>
+        <translation>
+            <numerusform>%n file was saved in “%1”.</numerusform>
+            <numerusform>%n files were saved in “%1”.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>大きすぎる画像%n個は表示していません。</source>
+        <translation>
+            <numerusform>%n image is not shown because it is too large.</numerusform>
+            <numerusform>%n images are not shown because they are too large.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>画像が多すぎるため、%n個は表示していません。</source>
+        <translation>
+            <numerusform>%n image is not shown because there are too many.</numerusform>
+            <numerusform>%n images are not shown because there are too many.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>このコンピューターやその近くのネットワークにある画像%n個は、安全のため読み込んでいません。</source>
+        <translation>
+            <numerusform>%n image on this computer or its own network was not loaded, for safety.</numerusform>
+            <numerusform>%n images on this computer or its own network were not loaded, for safety.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>背景など、ほかの形で書かれたリモート画像%n個は表示しません。</source>
+        <translation>
+            <numerusform>%n remote image that is written in another form, such as a background, is not shown.</numerusform>
+            <numerusform>%n remote images that are written in other forms, such as backgrounds, are not shown.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>今は%n通のメッセージが当てはまります。</source>
+        <translation>
+            <numerusform>%n message matches now.</numerusform>
+            <numerusform>%n messages match now.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>メッセージを%n通受信しました。</source>
+        <translation>
+            <numerusform>%n message was received.</numerusform>
+            <numerusform>%n messages were received.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>サーバーが知らせた大きさと合わないメッセージが%n通ありました。サーバーには残します。</source>
+        <translation>
+            <numerusform>%n message did not fit the size that the server announced. It is left on the server.</numerusform>
+            <numerusform>%n messages did not fit the size that the server announced. They are left on the server.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>メッセージ条件により%n通を受信しませんでした。</source>
+        <translation>
+            <numerusform>%n message was not received because of the rules.</numerusform>
+            <numerusform>%n messages were not received because of the rules.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>そのうち%n通はサーバーから削除します。</source>
+        <translation>
+            <numerusform>%n of them is deleted on the server.</numerusform>
+            <numerusform>%n of them are deleted on the server.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>「%1」</source>
+        <translation>“%1”</translation>
+    </message>
+    <message>
+        <source>(不明なメールアドレス)</source>
+        <translation>(unknown mail address)</translation>
+    </message>
+    <message>
+        <source> ／ </source>
+        <translation> / </translation>
+    </message>
+    <message>
+        <source>（%1）</source>
+        <translation> (%1)</translation>
+    </message>
+    <message>
+        <source>「%1」: </source>
+        <translation>“%1”: </translation>
+    </message>
+    <message>
+        <source>・</source>
+        <comment>list</comment>
+        <translation>• </translation>
+    </message>
+    <message>
+        <source>第1</source>
+        <translation>first </translation>
+    </message>
+    <message>
+        <source>第2</source>
+        <translation>second </translation>
+    </message>
+    <message>
+        <source>第3</source>
+        <translation>third </translation>
+    </message>
+    <message>
+        <source>第4</source>
+        <translation>fourth </translation>
+    </message>
+    <message>
+        <source>第5</source>
+        <translation>fifth </translation>
     </message>
 </context>
 </TS>

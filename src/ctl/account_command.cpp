@@ -3,6 +3,7 @@
 
 #include "ctl/command.h"
 #include "objects/account.h"
+#include "storage/ui.h"
 
 namespace vorn::ctl {
 namespace {
@@ -25,7 +26,7 @@ std::optional<QString> ReadValues(const Arguments& arguments, AccountValues& val
   const QString protocol =
       arguments.Text(QStringLiteral("in-protocol"), QStringLiteral("pop3")).toLower();
   if (protocol != u"pop3" && protocol != u"apop") {
-    return QStringLiteral("--in-protocol は pop3 か apop です。");
+    return Ui::tr("--in-protocol は pop3 か apop です。");
   }
   values.name = arguments.Text(QStringLiteral("name"));
   values.address = arguments.Text(QStringLiteral("address"));
@@ -34,11 +35,11 @@ std::optional<QString> ReadValues(const Arguments& arguments, AccountValues& val
   values.outgoing.host = arguments.Text(QStringLiteral("out-server"));
   if (!ReadSecurity(arguments, QStringLiteral("in-security"), values.incoming.security) ||
       !ReadSecurity(arguments, QStringLiteral("out-security"), values.outgoing.security)) {
-    return QStringLiteral("--in-security と --out-security は none か starttls か tls です。");
+    return Ui::tr("--in-security と --out-security は none か starttls か tls です。");
   }
   const auto inPort = arguments.Number(QStringLiteral("in-port"),
                                        kPop3Ports[static_cast<size_t>(values.incoming.security)]);
-  if (!inPort) return QStringLiteral("--in-port は数です。");
+  if (!inPort) return Ui::tr("--in-port は数です。");
   values.incoming.port = *inPort;
   values.incoming.who.user = arguments.Text(QStringLiteral("in-user"));
   values.protocol = protocol == u"apop" ? InProtocol::Apop : InProtocol::Pop3;
@@ -46,7 +47,7 @@ std::optional<QString> ReadValues(const Arguments& arguments, AccountValues& val
   values.isDefault = arguments.Has(QStringLiteral("default"));
   const auto outPort = arguments.Number(QStringLiteral("out-port"),
                                         kSmtpPorts[static_cast<size_t>(values.outgoing.security)]);
-  if (!outPort) return QStringLiteral("--out-port は数です。");
+  if (!outPort) return Ui::tr("--out-port は数です。");
   values.outgoing.port = *outPort;
   values.outgoing.who.user = arguments.Text(QStringLiteral("out-user"));
   if (arguments.Has(QStringLiteral("out-password-fd"))) {
@@ -69,8 +70,7 @@ int AddAccount(Context& context, const Arguments& arguments) {
   if (!valid) return Complain(valid.Error().text, kExitFailure);
   const Result<DiskPtr> account = CreateAccount(context, values);
   if (!account) {
-    return Complain(QStringLiteral("アカウントを保存できません。") + account.Error().text,
-                    kExitFailure);
+    return Complain(Ui::tr("アカウントを保存できません。") + account.Error().text, kExitFailure);
   }
   Print((*account)->SerialID());
   return kExitOk;

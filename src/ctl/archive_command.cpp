@@ -5,6 +5,7 @@
 #include "mail/archive/export_messages.h"
 #include "mail/archive/import_messages.h"
 #include "mail/archive/mail_archive.h"
+#include "storage/ui.h"
 
 namespace vorn::ctl {
 namespace {
@@ -25,7 +26,7 @@ void Report(const QJsonObject& counts, const QString& text, bool asJson) {
 int Import(Context& context, const Arguments& arguments) {
   const QStringList paths = arguments.Words().mid(1);
   if (paths.isEmpty()) {
-    return Complain(QStringLiteral("使い方: vornctl import パス... [--folder フォルダ] [--json]"),
+    return Complain(Ui::tr("使い方: vornctl import パス... [--folder フォルダ] [--json]"),
                     kExitUsage);
   }
   QString folder;
@@ -33,7 +34,7 @@ int Import(Context& context, const Arguments& arguments) {
     const QString name = arguments.Text(QStringLiteral("folder"));
     folder = FindFolder(context, name);
     if (folder.isEmpty()) {
-      return Complain(QStringLiteral("フォルダ「%1」はありません。").arg(name), kExitFailure);
+      return Complain(Ui::tr("フォルダ「%1」はありません。").arg(name), kExitFailure);
     }
   }
   ImportCounts counts;
@@ -42,12 +43,12 @@ int Import(Context& context, const Arguments& arguments) {
     if (complete) complete = ImportMessages(context, path, folder, &counts);
   }
   for (const UnreadableMessage& message : std::as_const(counts.unreadable)) {
-    Complain(QStringLiteral("保存済みですが読み込めません: ") + message.Name(), 0);
+    Complain(Ui::tr("保存済みですが読み込めません: ") + message.Name(), 0);
   }
   Report({{QStringLiteral("imported"), counts.imported},
           {QStringLiteral("known"), counts.known},
           {QStringLiteral("unreadable"), ToJson(counts.unreadable)}},
-         QStringLiteral("取り込み %1通、保存済み %2通").arg(counts.imported).arg(counts.known),
+         Ui::tr("取り込み %1通、保存済み %2通").arg(counts.imported).arg(counts.known),
          arguments.Has(QStringLiteral("json")));
   if (!complete) return Complain(complete.Error().text, kExitFailure);
   if (!counts.notice.isEmpty()) Complain(counts.notice, 0);
@@ -59,27 +60,26 @@ int Export(Context& context, const Arguments& arguments) {
   const auto format = FormatOf(arguments.Text(QStringLiteral("format"), QStringLiteral("mbox")));
   const QString out = arguments.Text(QStringLiteral("out"));
   if (name.isEmpty() || !format || out.isEmpty()) {
-    return Complain(
-        QStringLiteral("使い方: vornctl export フォルダ [--format mbox|maildir|eml] --out パス "
-                       "[--overwrite]"),
-        kExitUsage);
+    return Complain(Ui::tr("使い方: vornctl export フォルダ [--format mbox|maildir|eml] --out パス "
+                           "[--overwrite]"),
+                    kExitUsage);
   }
   const QString folder = FindFolder(context, name);
   if (folder.isEmpty()) {
-    return Complain(QStringLiteral("フォルダ「%1」はありません。").arg(name), kExitFailure);
+    return Complain(Ui::tr("フォルダ「%1」はありません。").arg(name), kExitFailure);
   }
   const ExportOutcome outcome =
       ExportMessages(context, {folder, *format, out, arguments.Has(QStringLiteral("overwrite"))});
   for (const UnreadableMessage& message : outcome.unreadable) {
-    Complain(QStringLiteral("読み込めません: ") + message.Name(), 0);
+    Complain(Ui::tr("読み込めません: ") + message.Name(), 0);
   }
   if (!outcome.complete) return Complain(outcome.error, kExitFailure);
   Report({{QStringLiteral("exported"), outcome.count},
           {QStringLiteral("unreadable"), ToJson(outcome.unreadable)}},
-         QStringLiteral("書き出し %1通").arg(outcome.count) +
+         Ui::tr("書き出し %n通", nullptr, outcome.count) +
              (outcome.unreadable.isEmpty()
                   ? QString()
-                  : QStringLiteral("、読み込めないもの %1通").arg(outcome.unreadable.size())),
+                  : Ui::tr("、読み込めないもの %1通").arg(outcome.unreadable.size())),
          arguments.Has(QStringLiteral("json")));
   return outcome.unreadable.isEmpty() ? kExitOk : kExitPartly;
 }

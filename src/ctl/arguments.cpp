@@ -2,6 +2,8 @@
 
 #include <QFile>
 
+#include "storage/ui.h"
+
 namespace vorn::ctl {
 
 Arguments::Arguments(const QStringList& line, const QSet<QString>& switches) {
@@ -24,7 +26,7 @@ Arguments::Arguments(const QStringList& line, const QSet<QString>& switches) {
     } else if (i + 1 < line.size()) {
       Add(name, line[++i]);
     } else {
-      error_ = QStringLiteral("--%1 の値がありません。").arg(name);
+      error_ = Ui::tr("--%1 の値がありません。").arg(name);
     }
   }
 }
@@ -53,8 +55,7 @@ Result<QString> ReadSecret(const Arguments& arguments, const QString& option) {
   const std::optional<int> descriptor = arguments.Number(option, -1);
   QFile file;
   if (!descriptor || !file.open(*descriptor, QFile::ReadOnly)) {
-    return StorageError{StorageError::Kind::Other,
-                        QStringLiteral("--%1 を読み込めません。").arg(option)};
+    return StorageError{StorageError::Kind::Other, Ui::tr("--%1 を読み込めません。").arg(option)};
   }
   QByteArray line = file.readLine();
   while (line.endsWith('\n') || line.endsWith('\r')) line.chop(1);

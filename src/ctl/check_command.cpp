@@ -10,6 +10,7 @@
 #include "storage/known_damage.h"
 #include "storage/profile_bag.h"
 #include "storage/shown_text.h"
+#include "storage/ui.h"
 
 namespace vorn::ctl {
 namespace {
@@ -28,9 +29,9 @@ void Report(const QString& path, const FileFindings& findings, bool asJson) {
     return;
   }
   Print(name + QStringLiteral(": ") +
-        (findings.IsSound() ? QStringLiteral("正常です。") : findings.problems.join(u' ')));
+        (findings.IsSound() ? Ui::tr("正常です。") : findings.problems.join(u' ')));
   for (const UnreadableMessage& message : findings.unreadable) {
-    Print(QStringLiteral("  読み込めません: ") + ShownInLine(message.Name()));
+    Print(Ui::tr("  読み込めません: ") + ShownInLine(message.Name()));
   }
 }
 
@@ -76,7 +77,7 @@ int CheckFiles(Context& context, const Arguments& arguments) {
     remembered = Remember(context, file.path, findings, accept) && remembered;
   }
   if (accept && !remembered) {
-    return Complain(QStringLiteral("判断を保存できません。"), kExitFailure);
+    return Complain(Ui::tr("判断を保存できません。"), kExitFailure);
   }
   return sound ? kExitOk : kExitFailure;
 }

@@ -4,6 +4,7 @@
 #include "ctl/command.h"
 #include "mail/compose_message.h"
 #include "storage/serial_id.h"
+#include "storage/ui.h"
 #include "storage/whole_file.h"
 
 namespace vorn::ctl {
@@ -40,7 +41,7 @@ bool AddAddresses(MessageModel& model, const QString& kind, const QStringList& v
   for (const QString& value : values) {
     for (AddressEntry entry : ReadTypedAddresses(value)) {
       if (!IsMailAddress(entry.address)) {
-        Complain(QStringLiteral("「%1」はメールアドレスではありません。").arg(value), kExitUsage);
+        Complain(Ui::tr("「%1」はメールアドレスではありません。").arg(value), kExitUsage);
         return false;
       }
       entry.kind = kind;
@@ -66,14 +67,14 @@ int Compose(const Arguments& arguments) {
               options.charset) ||
       !Choose(kEncodings, arguments.Text(QStringLiteral("mime"), QStringLiteral("base64")),
               options.settings.mimeEncode)) {
-    return Complain(QStringLiteral("--charset は jis、euc、sjis、utf8、auto、--mime は base64、qp、"
-                                   "uu のどれかです。"),
+    return Complain(Ui::tr("--charset は jis、euc、sjis、utf8、auto、--mime は base64、qp、"
+                           "uu のどれかです。"),
                     kExitUsage);
   }
   bool ok = true;
   model.subject = arguments.Text(QStringLiteral("subject"));
   model.text = QString::fromUtf8(ReadAll(arguments.Text(QStringLiteral("body-file")), &ok));
-  if (!ok) return Complain(QStringLiteral("--body-file を読み込めません。"), kExitFailure);
+  if (!ok) return Complain(Ui::tr("--body-file を読み込めません。"), kExitFailure);
   for (const auto& [kind, option] : {std::pair{QStringLiteral("TO"), QStringLiteral("to")},
                                      {QStringLiteral("CC"), QStringLiteral("cc")},
                                      {QStringLiteral("BC"), QStringLiteral("bcc")},
@@ -82,7 +83,7 @@ int Compose(const Arguments& arguments) {
   }
   for (const QString& path : arguments.All(QStringLiteral("attach"))) {
     ReadAll(path, &ok);
-    if (!ok) return Complain(QStringLiteral("「%1」を読み込めません。").arg(path), kExitFailure);
+    if (!ok) return Complain(Ui::tr("「%1」を読み込めません。").arg(path), kExitFailure);
     const QString name = QFileInfo(path).fileName();
     model.attachments.push_back({name, ContentTypeOf(name), true, path, {}});
   }
@@ -95,7 +96,7 @@ int Compose(const Arguments& arguments) {
   };
   const QString out = arguments.Text(QStringLiteral("out"));
   if (WriteWhole(out, ComposeMessage(model, options))) return kExitOk;
-  return Complain(QStringLiteral("--out に書き込めません。"), kExitFailure);
+  return Complain(Ui::tr("--out に書き込めません。"), kExitFailure);
 }
 
 }  // namespace vorn::ctl

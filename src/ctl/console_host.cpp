@@ -5,6 +5,7 @@
 #include <QTimer>
 
 #include "ctl/command.h"
+#include "storage/ui.h"
 
 namespace vorn::ctl {
 namespace {
@@ -21,7 +22,7 @@ void ConsoleHost::AddEvent(EventLevel level, EventMode, const QString&, const QS
 
 void ConsoleHost::WorkIsHeld(const QString& sentence) {
   if (sentence.isEmpty()) return;
-  Complain(sentence + QStringLiteral("終わるのを待っています。"), 0);
+  Complain(sentence + Ui::tr("終わるのを待っています。"), 0);
 }
 
 double RunPlan(MailTraffic& traffic) {

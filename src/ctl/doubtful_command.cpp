@@ -5,6 +5,7 @@
 #include "mail/store/outbox.h"
 #include "storage/databases.h"
 #include "storage/time_text.h"
+#include "storage/ui.h"
 
 namespace vorn::ctl {
 namespace {
@@ -38,17 +39,16 @@ int Doubtful(Context& context, const Arguments& arguments) {
     return kExitOk;
   }
   if (serialId.isEmpty() || (verb != u"again" && verb != u"sent")) {
-    return Complain(QStringLiteral("使い方: vornctl doubtful [list [--json] | again メッセージ | "
-                                   "sent メッセージ]"),
+    return Complain(Ui::tr("使い方: vornctl doubtful [list [--json] | again メッセージ | "
+                           "sent メッセージ]"),
                     kExitUsage);
   }
   const Result<> done = verb == u"again" ? outbox.SendAgain(serialId) : outbox.KeepAsSent(serialId);
   if (done) return kExitOk;
   const bool isNone = done.Error().kind == StorageError::Kind::NotFound;
   return Complain(
-      isNone ? QStringLiteral("「%1」は、届いたかどうか分からないメッセージではありません。")
-                   .arg(serialId)
-             : QStringLiteral("「%1」の扱いを決められません。").arg(serialId) + done.Error().text,
+      isNone ? Ui::tr("「%1」は、届いたかどうか分からないメッセージではありません。").arg(serialId)
+             : Ui::tr("「%1」の扱いを決められません。").arg(serialId) + done.Error().text,
       kExitFailure);
 }
 

@@ -111,14 +111,14 @@ QJsonObject Describe(const QByteArray& source) {
 
 void PrintText(const QByteArray& source) {
   const MessageIndex index = Index(source);
-  Print(QStringLiteral("件名: ") + index.subject);
+  Print(Ui::tr("件名: ") + index.subject);
   Print(index.addressLines);
   Print(QString());
   Print(Text(source, index));
   const auto records = MimeCodec::ParseContentIndex(index.content, source);
   for (const auto& value : Attachments(source, records)) {
     const QJsonObject attachment = value.toObject();
-    Print(QStringLiteral("添付: %1（%2、%3バイト）")
+    Print(Ui::tr("添付: %1（%2、%3バイト）")
               .arg(attachment[QStringLiteral("name")].toString(),
                    attachment[QStringLiteral("type")].toString())
               .arg(attachment[QStringLiteral("size")].toInteger()));
@@ -131,11 +131,11 @@ int Inspect(const Arguments& arguments) {
   const QString name = arguments.Words().value(1);
   const QStringList unknown = arguments.Unknown({QStringLiteral("json"), QStringLiteral("data")});
   if (name.isEmpty() || !unknown.isEmpty()) {
-    return Complain(QStringLiteral("使い方: vornctl inspect ファイル|- [--json]"), kExitUsage);
+    return Complain(Ui::tr("使い方: vornctl inspect ファイル|- [--json]"), kExitUsage);
   }
   const auto source = ReadFile(name);
   if (!source) {
-    return Complain(QStringLiteral("「%1」を読み込めません。").arg(name), kExitFailure);
+    return Complain(Ui::tr("「%1」を読み込めません。").arg(name), kExitFailure);
   }
   if (arguments.Has(QStringLiteral("json"))) {
     Print(QString::fromUtf8(QJsonDocument(Describe(*source)).toJson(QJsonDocument::Compact)));

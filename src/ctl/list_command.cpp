@@ -50,9 +50,9 @@ int ListTheRest(Context& context, const QString& folder, const QSet<QString>& pr
   const Result<FolderListing> listing = ListFolderMessages(context, folder);
   const OpenedDatabase mail(context, DatabaseKind::Mail);
   if (!listing || !mail) {
-    return Complain(QStringLiteral("一覧を最後まで読み込めません。") +
-                        (listing ? mail.Error() : listing.Error()).text,
-                    kExitFailure);
+    return Complain(
+        Ui::tr("一覧を最後まで読み込めません。") + (listing ? mail.Error() : listing.Error()).text,
+        kExitFailure);
   }
   for (const FolderMessage& message : listing->messages) {
     if (printed.contains(message.serialId)) continue;
@@ -60,7 +60,7 @@ int ListTheRest(Context& context, const QString& folder, const QSet<QString>& pr
     if (row != nullptr && !row->Eof()) PrintRow(MailRow(*row), asJson);
   }
   for (const UnreadableMessage& message : listing->unreadable) {
-    Complain(QStringLiteral("読み込めません: ") + message.Name(), 0);
+    Complain(Ui::tr("読み込めません: ") + message.Name(), 0);
   }
   return kExitPartly;
 }
@@ -72,7 +72,7 @@ int ListFolder(Context& context, const Arguments& arguments) {
   const bool asJson = arguments.Has(QStringLiteral("json"));
   const QString folder = FindFolder(context, name);
   if (folder.isEmpty()) {
-    return Complain(QStringLiteral("フォルダ「%1」はありません。").arg(name), kExitFailure);
+    return Complain(Ui::tr("フォルダ「%1」はありません。").arg(name), kExitFailure);
   }
   QSet<QString> printed;
   const Result<> complete = ReadFolderRows(context, folder, [&](const MailRow& row) {
@@ -80,10 +80,9 @@ int ListFolder(Context& context, const Arguments& arguments) {
     printed.insert(row.Serial());
   });
   if (!complete && complete.Error().kind == StorageError::Kind::Refused) {
-    return Complain(
-        QStringLiteral("一覧を最後まで読み込めません。") + complete.Error().text +
-            QStringLiteral("フォルダ「%1」のプロパティで条件を見直してください。").arg(name),
-        kExitFailure);
+    return Complain(Ui::tr("一覧を最後まで読み込めません。") + complete.Error().text +
+                        Ui::tr("フォルダ「%1」のプロパティで条件を見直してください。").arg(name),
+                    kExitFailure);
   }
   return complete ? kExitOk : ListTheRest(context, folder, printed, asJson);
 }

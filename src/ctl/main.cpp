@@ -11,50 +11,64 @@
 
 #include "ctl/command.h"
 #include "desktop/desktop_secrets.h"
+#include "frame/language_texts.h"
 #include "frame/process_privacy.h"
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
+#include "frame/ui_language.h"
 #include "objects/any_object.h"
 #include "objects/lost_files.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "storage/known_damage.h"
 #include "storage/shown_text.h"
+#include "storage/ui.h"
 
 namespace vorn::ctl {
 namespace {
 
 constexpr qsizetype kMostInComplaint = 20000;  // may name many messages
-constexpr char16_t kUsage[] =
-    u"使い方: vornctl [--data フォルダ] [--profile 名前] [--password-fd 番号]\n"
-    u"      [--create] [--reconnect ファイル]... [--former-password-fd 番号] コマンド\n"
-    u"\n"
-    u"  account add --name 名前 --address アドレス [--display 表示名]\n"
-    u"      --in-server サーバー [--in-port ポート] --in-user ユーザー --in-password-fd 番号\n"
-    u"      [--in-protocol pop3|apop] [--in-security none|starttls|tls] [--delete-on-server]\n"
-    u"      [--out-server サーバー] [--out-port ポート] [--out-security none|starttls|tls]\n"
-    u"      [--out-user ユーザー --out-password-fd 番号] [--default]\n"
-    u"  receive [--account 名前] [--json]\n"
-    u"  send [ファイル]... [--account 名前] [--json]\n"
-    u"  doubtful [list [--json] | again メッセージ | sent メッセージ]\n"
-    u"  list フォルダ [--json]\n"
-    u"  page フォルダ [--page 番号] --out ファイル\n"
-    u"  rules list|add 条件|test ファイル|- [--json]\n"
-    u"  import パス... [--folder フォルダ] [--json]      （mbox、Maildir、eml）\n"
-    u"  export フォルダ [--format mbox|maildir|eml] --out パス [--overwrite] [--json]\n"
-    u"  check [--accept-damage] [--json]\n"
-    u"  inspect ファイル|- [--json]\n"
-    u"  open 0-6 ファイル|-|メッセージ [--json]\n"
-    u"  compose --from アドレス --to アドレス [--cc アドレス] [--bcc アドレス] --subject 件名\n"
-    u"      --body-file ファイル [--attach ファイル]... [--charset jis|euc|sjis|utf8|auto]\n"
-    u"      [--mime base64|qp|uu] --out ファイル\n"
-    u"\n"
-    u"フォルダは「受信」などの名前かシリアル番号です。パスワードは引数に書かず、ファイル記述子から"
-    u"\n"
-    u"読み込みます。プロファイルのファイルがなくなったときは、--reconnect でつなぎ直すか、--create "
-    u"で\n"
-    u"空のファイルを作ります。終了コード: 0 成功、1 失敗、2 使い方の誤り、3 ログインの失敗、\n"
-    u"4 読み込めないメッセージを除いて終了";
+QString Usage() {
+  return Ui::tr(
+             "使い方: vornctl [--data フォルダ] [--profile 名前] [--password-fd 番号]\n"
+             "      [--create] [--reconnect ファイル]... [--former-password-fd 番号] コマンド\n"
+             "\n") +
+         Ui::tr(
+             "  account add --name 名前 --address アドレス [--display 表示名]\n"
+             "      --in-server サーバー [--in-port ポート] --in-user ユーザー --in-password-fd "
+             "番号\n"
+             "      [--in-protocol pop3|apop] [--in-security none|starttls|tls] "
+             "[--delete-on-server]\n"
+             "      [--out-server サーバー] [--out-port ポート] [--out-security "
+             "none|starttls|tls]\n"
+             "      [--out-user ユーザー --out-password-fd 番号] [--default]\n"
+             "  receive [--account 名前] [--json]\n"
+             "  send [ファイル]... [--account 名前] [--json]\n"
+             "  doubtful [list [--json] | again メッセージ | sent メッセージ]\n"
+             "  list フォルダ [--json]\n"
+             "  page フォルダ [--page 番号] --out ファイル\n"
+             "  rules list|add 条件|test ファイル|- [--json]\n"
+             "  import パス... [--folder フォルダ] [--json]      （mbox、Maildir、eml）\n"
+             "  export フォルダ [--format mbox|maildir|eml] --out パス [--overwrite] [--json]\n"
+             "  check [--accept-damage] [--json]\n"
+             "  inspect ファイル|- [--json]\n"
+             "  open 0-6 ファイル|-|メッセージ [--json]\n"
+             "  compose --from アドレス --to アドレス [--cc アドレス] [--bcc アドレス] --subject "
+             "件名\n"
+             "      --body-file ファイル [--attach ファイル]... [--charset "
+             "jis|euc|sjis|utf8|auto]\n"
+             "      [--mime base64|qp|uu] --out ファイル\n"
+             "\n") +
+         Ui::tr(
+             "フォルダは「受信」などの名前かシリアル番号です。パスワードは引数に書かず、ファイル記"
+             "述"
+             "子から\n"
+             "読み込みます。プロファイルのファイルがなくなったときは、--reconnect "
+             "でつなぎ直すか、--create で\n"
+             "空のファイルを作ります。終了コード: 0 成功、1 失敗、2 使い方の誤り、3 "
+             "ログインの失敗、\n"
+             "4 読み込めないメッセージを除いて終了");
+}
 
 struct Command {
   QString name;
@@ -108,7 +122,7 @@ Result<> LogInToProfile(Context& context, const Arguments& arguments) {
   if (const Result<> started = StartUp(context, folder); !started) return started;
   if (context.Objects.IsEmpty()) {
     const Result<DiskPtr> made = CreateFirstProfile(context);
-    if (!made) return made.Error().Behind(QStringLiteral("プロファイルを作成できません。"));
+    if (!made) return made.Error().Behind(Ui::tr("プロファイルを作成できません。"));
   }
   for (const QString& notice : context.Notices) Complain(notice, 0);
   const LostFileChoice choice{arguments.Has(QStringLiteral("create")),
@@ -119,14 +133,14 @@ Result<> LogInToProfile(Context& context, const Arguments& arguments) {
   if (loggedIn) return loggedIn;
   StorageError reason = loggedIn.Error();
   if (reason.kind == StorageError::Kind::NotFound) {
-    reason.text += QStringLiteral(
+    reason.text += Ui::tr(
         "\nファイルをつなぎ直すときは --reconnect ファイル を、新しい空の"
         "ファイルを作るときは --create を付けてください。--reconnect は、そのファイルの複製を今の"
         "パスワードに合わせて元の場所に置き、指定したファイルは変えません。");
   }
   if (!choice.reconnect.isEmpty() && choice.former.isEmpty() &&
       reason.kind == StorageError::Kind::WrongPassword) {
-    reason.text += QStringLiteral(
+    reason.text += Ui::tr(
         "\nそのファイルのときのパスワードか回復コードを --former-password-fd で渡してください。");
   }
   return reason;
@@ -139,10 +153,10 @@ bool TellDamage(Context& context) {
   for (const QString& file : files) {
     const auto damage = FindDamage(context, file);
     Complain(DamageWords(damage.value_or(KnownDamage{QFileInfo(file).fileName(), {}, {}, false})) +
-                 QStringLiteral("vornctl check で調べてください。"),
+                 Ui::tr("vornctl check で調べてください。"),
              0);
   }
-  if (!isKept) Complain(QStringLiteral("壊れていることを記録できません。"), 0);
+  if (!isKept) Complain(Ui::tr("壊れていることを記録できません。"), 0);
   return !files.isEmpty();
 }
 
@@ -152,7 +166,7 @@ int RunCommand(const Command& command, const Arguments& arguments) {
       QStringLiteral("create"), QStringLiteral("reconnect"), QStringLiteral("former-password-fd")};
   const QStringList unknown = arguments.Unknown(command.options + everywhere);
   if (!unknown.isEmpty()) {
-    return Complain(QStringLiteral("--%1 は使えません。").arg(unknown.first()), kExitUsage);
+    return Complain(Ui::tr("--%1 は使えません。").arg(unknown.first()), kExitUsage);
   }
   Context context;
   context.Secrets = DesktopSecrets();
@@ -176,7 +190,7 @@ int Run(const QStringList& line) {
     return kExitOk;
   }
   if (arguments.Has(QStringLiteral("help"))) {
-    Print(QString::fromUtf16(kUsage));
+    Print(Usage());
     return kExitOk;
   }
   const QString words = arguments.Words().join(u' ');
@@ -189,7 +203,7 @@ int Run(const QStringList& line) {
       return RunCommand(command, arguments);
     }
   }
-  return Complain(QString::fromUtf16(kUsage), kExitUsage);
+  return Complain(Usage(), kExitUsage);
 }
 
 }  // namespace
@@ -233,6 +247,10 @@ QJsonArray ToJson(const QList<UnreadableMessage>& messages) {
 QString FindFolder(Context& context, const QString& nameOrSerial) {
   const DiskPtr named = FindObjectByName(context, object_type::kFolder, nameOrSerial);
   if (named != nullptr) return named->SerialID();
+  for (const DiskPtr& object : context.Objects) {
+    const AnyObject any(*object);
+    if (any.Is(object_type::kFolder) && any.ShownName() == nameOrSerial) return object->SerialID();
+  }
   const DiskPtr folder = context.Objects.Find(nameOrSerial);
   const bool isFolder = folder != nullptr && AnyObject(*folder).Is(object_type::kFolder);
   return isFolder ? nameOrSerial : QString();
@@ -250,5 +268,6 @@ int main(int argc, char** argv) {
 #endif
   vorn::ForbidCoreDumps();
   const QCoreApplication application(argc, argv);
+  const vorn::LanguageTexts texts(vorn::UiLanguage());
   return vorn::ctl::Run(QCoreApplication::arguments().mid(1));
 }

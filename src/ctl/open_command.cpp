@@ -11,6 +11,7 @@
 #include "mail/message_model.h"
 #include "mail/open_message.h"
 #include "storage/time_text.h"
+#include "storage/ui.h"
 
 namespace vorn::ctl {
 namespace {
@@ -44,7 +45,7 @@ std::optional<OpenMode> ModeIn(const Arguments& arguments) {
       !arguments.Words().value(2).isEmpty()) {
     return static_cast<OpenMode>(mode);
   }
-  Complain(QStringLiteral("使い方: vornctl open 0-6 ファイル|メッセージ [--json]"), 0);
+  Complain(Ui::tr("使い方: vornctl open 0-6 ファイル|メッセージ [--json]"), 0);
   return std::nullopt;
 }
 
@@ -68,7 +69,7 @@ int OpenFile(const Arguments& arguments) {
   const QString name = arguments.Words().value(2);
   const auto source = ReadFile(name);
   if (!source) {
-    return Complain(QStringLiteral("「%1」を読み込めません。").arg(name), kExitFailure);
+    return Complain(Ui::tr("「%1」を読み込めません。").arg(name), kExitFailure);
   }
 
   const EditSettings settings = EditSettings::Defaults();
@@ -79,7 +80,7 @@ int OpenFile(const Arguments& arguments) {
   message.contentIndex = index.content;
   message.addressLines = index.addressLines;
   message.charset = StoredCharset(index.flags);
-  message.timestamp = GeneralTimeText(CurrentTimeText());
+  message.timestamp = CurrentTimeText();
   return PrintModel(arguments, OpenSource(message, *mode, IsNew(*mode), settings, {},
                                           QStringLiteral(".VORN <" VORN_VERSION ">")));
 }
@@ -100,9 +101,8 @@ int OpenStored(Context& context, const Arguments& arguments) {
   request.SetNew(IsNew(*mode));
   const OpenedMessage opened = OpenMessage(context, bag);
   if (opened.unreadable || !opened.found) {
-    return Complain(
-        QStringLiteral("メッセージ「%1」を読み込めません。").arg(arguments.Words().value(2)),
-        kExitFailure);
+    return Complain(Ui::tr("メッセージ「%1」を読み込めません。").arg(arguments.Words().value(2)),
+                    kExitFailure);
   }
   return PrintModel(arguments, opened.model);
 }

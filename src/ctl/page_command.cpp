@@ -3,6 +3,7 @@
 
 #include "ctl/command.h"
 #include "present/message_list_page.h"
+#include "storage/ui.h"
 #include "storage/whole_file.h"
 
 namespace vorn::ctl {
@@ -12,16 +13,15 @@ int WritePage(Context& context, const Arguments& arguments) {
   const QString out = arguments.Text(QStringLiteral("out"));
   const int page = arguments.Number(QStringLiteral("page"), 1).value_or(0);
   if (out.isEmpty() || page < 1) {
-    return Complain(QStringLiteral("--page は1以上の数、--out はファイル名です。"), kExitUsage);
+    return Complain(Ui::tr("--page は1以上の数、--out はファイル名です。"), kExitUsage);
   }
   const QString folder = FindFolder(context, name);
   if (folder.isEmpty()) {
-    return Complain(QStringLiteral("フォルダ「%1」はありません。").arg(name), kExitFailure);
+    return Complain(Ui::tr("フォルダ「%1」はありません。").arg(name), kExitFailure);
   }
   const auto written = MessageListPages(context).CreateMessageListPage(folder, page);
   if (!written) {
-    return Complain(QStringLiteral("ページを作成できません。") + written.Error().text,
-                    kExitFailure);
+    return Complain(Ui::tr("ページを作成できません。") + written.Error().text, kExitFailure);
   }
   // Written anew, as private as the page was.
   const auto bytes = ReadFile(written->content);
@@ -32,7 +32,7 @@ int WritePage(Context& context, const Arguments& arguments) {
       file.write(*bytes) == bytes->size() && FinishFile(file)) {
     return kExitOk;
   }
-  return Complain(QStringLiteral("「%1」に書き込めません。").arg(out), kExitFailure);
+  return Complain(Ui::tr("「%1」に書き込めません。").arg(out), kExitFailure);
 }
 
 }  // namespace vorn::ctl

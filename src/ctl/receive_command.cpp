@@ -9,6 +9,7 @@
 #include "objects/profile.h"
 #include "objects/select_objects.h"
 #include "storage/known_damage.h"
+#include "storage/ui.h"
 #include "transfer/mail_traffic.h"
 
 namespace vorn::ctl {
@@ -29,8 +30,7 @@ DiskCollectionPtr ChooseAccounts(Context& context, const Arguments& arguments) {
 
 void Report(const ReceiveCounts& counts, int deleted, double seconds, bool asJson) {
   if (!asJson) {
-    Print(QStringLiteral(
-              "受信 %1通、受信済み %2通、停止 %3通、サーバーから削除 %4通、エラー %5件（%6秒）")
+    Print(Ui::tr("受信 %1通、受信済み %2通、停止 %3通、サーバーから削除 %4通、エラー %5件（%6秒）")
               .arg(counts.stored)
               .arg(counts.known)
               .arg(counts.stopped)
@@ -51,19 +51,19 @@ void Report(const ReceiveCounts& counts, int deleted, double seconds, bool asJso
 int Receive(Context& context, const Arguments& arguments) {
   const DiskCollectionPtr accounts = ChooseAccounts(context, arguments);
   if (accounts == nullptr) {
-    return Complain(QStringLiteral("アカウント「%1」はありません。")
-                        .arg(arguments.Text(QStringLiteral("account"))),
-                    kExitFailure);
+    return Complain(
+        Ui::tr("アカウント「%1」はありません。").arg(arguments.Text(QStringLiteral("account"))),
+        kExitFailure);
   }
   if (accounts->IsEmpty()) {
-    return Complain(QStringLiteral("受信するアカウントがありません。"), kExitFailure);
+    return Complain(Ui::tr("受信するアカウントがありません。"), kExitFailure);
   }
   const QString damaged = FirstDamaged(context, ProfileFiles(context, *context.Session));
   if (!damaged.isEmpty()) {
     const auto damage = FindDamage(context, damaged);
     return Complain((damage ? DamageWords(*damage) : damaged) +
-                        QStringLiteral("受信しません。vornctl check で調べ、そのまま受信するなら "
-                                       "vornctl check --accept-damage を実行してください。"),
+                        Ui::tr("受信しません。vornctl check で調べ、そのまま受信するなら "
+                               "vornctl check --accept-damage を実行してください。"),
                     kExitFailure);
   }
   ConsoleHost console;

@@ -12,25 +12,25 @@ namespace {
 
 int AddRule(Context& context, const QString& line) {
   if (ReceiveStopRules(line).IsEmpty()) {
-    return Complain(QStringLiteral("条件は「from:」か「x-mailer:」で始め、後にパターンを続けて"
-                                   "ください。"),
+    return Complain(Ui::tr("条件は「from:」か「x-mailer:」で始め、後にパターンを続けて"
+                           "ください。"),
                     kExitUsage);
   }
   if (StopsEverything(line)) {
-    return Complain(QStringLiteral("「%1」はすべてのメッセージに合います。").arg(line), kExitUsage);
+    return Complain(Ui::tr("「%1」はすべてのメッセージに合います。").arg(line), kExitUsage);
   }
   RulesObject rules(context);
   const QString lines = rules.Lines();
   rules.SetLines(lines.isEmpty() ? line : lines + kLineBreak + line);
   const Result<> saved = SaveObject(context, DatabaseKind::Profile, *rules.Bag());
   if (saved) return kExitOk;
-  return Complain(QStringLiteral("保存できませんでした。") + saved.Error().text, kExitFailure);
+  return Complain(Ui::tr("保存できませんでした。") + saved.Error().text, kExitFailure);
 }
 
 int TestRules(Context& context, const QString& name, bool asJson) {
   const auto source = ReadFile(name);
   if (!source) {
-    return Complain(QStringLiteral("「%1」を読み込めません。").arg(name), kExitFailure);
+    return Complain(Ui::tr("「%1」を読み込めません。").arg(name), kExitFailure);
   }
   const RulesObject rules(context);
   const auto rule = ReceiveStopRules(rules.Lines()).FirstMatch(*source);
@@ -42,10 +42,10 @@ int TestRules(Context& context, const QString& name, bool asJson) {
     if (rule) outcome[QStringLiteral("rule")] = *rule;
     Print(QString::fromUtf8(QJsonDocument(outcome).toJson(QJsonDocument::Compact)));
   } else if (rule) {
-    Print(QStringLiteral("受信しません: ") + *rule +
-          (deletes ? QStringLiteral("（サーバーから削除します）") : QString()));
+    Print(Ui::tr("受信しません: ") + *rule +
+          (deletes ? Ui::tr("（サーバーから削除します）") : QString()));
   } else {
-    Print(QStringLiteral("受信します。"));
+    Print(Ui::tr("受信します。"));
   }
   return kExitOk;
 }
@@ -63,7 +63,7 @@ int Rules(Context& context, const Arguments& arguments) {
   if (action == u"test" && !argument.isEmpty()) {
     return TestRules(context, argument, arguments.Has(QStringLiteral("json")));
   }
-  return Complain(QStringLiteral("使い方: vornctl rules list|add 条件|test ファイル|- [--json]"),
+  return Complain(Ui::tr("使い方: vornctl rules list|add 条件|test ファイル|- [--json]"),
                   kExitUsage);
 }
 

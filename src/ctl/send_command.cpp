@@ -11,6 +11,7 @@
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
+#include "storage/ui.h"
 
 namespace vorn::ctl {
 namespace {
@@ -21,14 +22,14 @@ std::optional<QString> StoreWaiting(Context& context, CheckPlan& plan, const QSt
   std::vector<std::pair<DiskPtr, QByteArray>> messages;
   for (const QString& name : names) {
     const auto source = ReadFile(name);
-    if (!source) return QStringLiteral("「%1」を読み込めません。").arg(name);
+    if (!source) return Ui::tr("「%1」を読み込めません。").arg(name);
     if (!BeginsWithHeaderField(*source)) {
-      return QStringLiteral("「%1」はメッセージのファイルではありません。").arg(name);
+      return Ui::tr("「%1」はメッセージのファイルではありません。").arg(name);
     }
     const auto request = std::make_shared<Disk>(NewMessageSerialID(context));
     const MessageIndex index = IndexMessage(*source, FlagString(), {});
     if (!plan.ChooseSender(request->SerialID(), index.addressLines, index.subject)) {
-      return QStringLiteral(
+      return Ui::tr(
                  "「%1」の差出人のアカウントがありません。--account で選んでください。"
                  "何も送信していません。")
           .arg(name);
@@ -39,7 +40,7 @@ std::optional<QString> StoreWaiting(Context& context, CheckPlan& plan, const QSt
   }
   const Result<> stored = MailStore(context).StoreMessages(messages);
   if (stored) return {};
-  return QStringLiteral("メッセージを保存できません。何も送信していません。") + stored.Error().text;
+  return Ui::tr("メッセージを保存できません。何も送信していません。") + stored.Error().text;
 }
 
 }  // namespace
@@ -50,9 +51,9 @@ int Send(Context& context, const Arguments& arguments) {
     const DiskPtr account =
         FindObjectByName(context, object_type::kAccount, arguments.Text(QStringLiteral("account")));
     if (account == nullptr) {
-      return Complain(QStringLiteral("アカウント「%1」はありません。")
-                          .arg(arguments.Text(QStringLiteral("account"))),
-                      kExitFailure);
+      return Complain(
+          Ui::tr("アカウント「%1」はありません。").arg(arguments.Text(QStringLiteral("account"))),
+          kExitFailure);
     }
     console.account = account->SerialID();
   }
@@ -72,18 +73,18 @@ int Send(Context& context, const Arguments& arguments) {
                              {QStringLiteral("seconds"), seconds}};
     Print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
   } else {
-    Print(QStringLiteral("送信 %1通、エラー %2件").arg(counts.sent).arg(counts.errors));
+    Print(Ui::tr("送信 %1通、エラー %2件").arg(counts.sent).arg(counts.errors));
   }
   if (counts.errors > 0 && arguments.Words().size() > 1) {
-    Complain(QStringLiteral("送信できなかったメッセージは「待ち」に残っています。ファイルを指定"
-                            "しないvornctl sendで送信します（同じファイルをもう一度指定すると"
-                            "2通になります）。"),
+    Complain(Ui::tr("送信できなかったメッセージは「待ち」に残っています。ファイルを指定"
+                    "しないvornctl sendで送信します（同じファイルをもう一度指定すると"
+                    "2通になります）。"),
              0);
   }
   if (doubtful > 0) {
-    Complain(QStringLiteral("届いたかどうか分からないメッセージが%1通あります。vornctl doubtful "
-                            "で確かめてください。")
-                 .arg(doubtful),
+    Complain(Ui::tr("届いたかどうか分からないメッセージが%n通あります。vornctl doubtful "
+                    "で確かめてください。",
+                    nullptr, doubtful),
              0);
   }
   return counts.errors + console.Failures() + doubtful == 0 ? kExitOk : kExitFailure;

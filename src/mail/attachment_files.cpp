@@ -134,8 +134,8 @@ QString FreePath(const QString& folder, const QString& name) {
 }
 
 QString SizeText(qint64 bytes) {
-  if (bytes < 1024) return Ui::tr("%1 バイト").arg(bytes);
-  return QLocale::c().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat);
+  if (bytes < 1024) return Ui::tr("%n バイト", nullptr, static_cast<int>(bytes));
+  return QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat);
 }
 
 }  // namespace vorn

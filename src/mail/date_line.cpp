@@ -1,6 +1,7 @@
 #include "mail/date_line.h"
 
 #include "mail/codec/message_date.h"
+#include "storage/shown_form.h"
 #include "storage/time_text.h"
 #include "storage/ui.h"
 
@@ -21,20 +22,19 @@ QString DateLine(QByteArrayView source, const QString& stored) {
   if (!sent.isValid()) return {};
   const QDateTime here = sent.toLocalTime();
   const QString zone = QStringLiteral(" (") + ZoneText(sent.offsetFromUtc()) + u')';
-  QString line = here.toString(QStringLiteral("yyyy/MM/dd H:mm"));
+  QString line = Shown(here, QStringLiteral("yyyy/MM/dd H:mm"));
   if (here.offsetFromUtc() == sent.offsetFromUtc()) {
     line += zone;
   } else {
     const bool isSameDay = here.date() == sent.date();
-    line +=
-        Ui::tr("（差出人 %1）")
-            .arg(sent.toString(isSameDay ? QStringLiteral("H:mm") : QStringLiteral("M/d H:mm")) +
-                 zone);
+    line += Ui::tr("（差出人 %1）")
+                .arg(Shown(sent, isSameDay ? QStringLiteral("H:mm") : QStringLiteral("M/d H:mm")) +
+                     zone);
   }
   const QDateTime arrived = StoredTime(stored);
   if (!arrived.isValid() || qAbs(sent.secsTo(arrived)) <= kDayS) return line;
   return line + QStringLiteral("  ") +
-         Ui::tr("届いた日時 %1 と1日以上違います").arg(GeneralTimeText(stored));
+         Ui::tr("届いた日時 %1 と1日以上違います").arg(ShownTimeText(stored));
 }
 
 }  // namespace vorn

@@ -13,7 +13,9 @@
 #include "objects/reply_line.h"
 #include "objects/setting_keys.h"
 #include "objects/settings.h"
+#include "storage/shown_form.h"
 #include "storage/shown_text.h"
+#include "storage/time_text.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -240,7 +242,7 @@ OpenedText TextIn(const StoredMessage& message, OpenMode mode, const QString& su
                   const EditSettings& settings) {
   if (mode == OpenMode::Receipt) {
     return {Ui::tr("下記内容のメールを受信したことをお知らせいたします。\r\n\r\n件名： ") +
-            subject + Ui::tr("\r\n日時： ") + message.timestamp};
+            subject + Ui::tr("\r\n日時： ") + ShownTimeText(message.timestamp)};
   }
   TextRequest request;
   request.charset = message.charset;
@@ -390,9 +392,8 @@ void TakeForm(const StoredMessage& message, OpenMode mode, const QString& subjec
   }
   const QDateTime sent = SentDate(message.source);
   // By the clock of whoever answers, as lists and windows show it.
-  const QString date = sent.isValid()
-                           ? sent.toLocalTime().toString(QStringLiteral("yyyy/MM/dd H:mm"))
-                           : message.timestamp.section(u':', 0, 1);
+  const QDateTime here = sent.isValid() ? sent.toLocalTime() : StoredTime(message.timestamp);
+  const QString date = here.isValid() ? Shown(here, QStringLiteral("yyyy/MM/dd H:mm")) : QString();
   QString line;
   if (IsReply(mode) && settings.editMode && !model.text.Get().isEmpty()) {
     line = AttributionLine(settings.replyLine, FirstFrom(written), date);

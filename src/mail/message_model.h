@@ -97,7 +97,7 @@ struct StoredMessage {
   QByteArray source;
   QString contentIndex;
   QString addressLines;
-  QString timestamp;
+  QString timestamp;       ///< as it is stored (see `StoredTime`)
   bool isWritten = false;  ///< by the user: edited, waiting or sent
   ReadingCode charset;
 };

@@ -17,7 +17,6 @@
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "storage/session_result.h"
-#include "storage/time_text.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -127,7 +126,7 @@ OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredChar
   // Of one that was erased while its window is open nothing of the last reading is left.
   const bool isGone = !opened.found && shown.isEmpty() && !request.IsNew();
   if (!isGone) message.addressLines = request.AddressLines();
-  message.timestamp = GeneralTimeText(request.Timestamp());
+  message.timestamp = request.Timestamp();
   message.charset = applyStoredCharset ? ReadingCode(StoredCharset(stored.Flags())) : code;
   const OpenMode mode = request.Mode();
   message.isWritten = stored.Status() < kStatusReceived;

@@ -277,7 +277,7 @@ QString LostFilesText(const QList<LostFile>& lost) {
   }
   lines.append(names.isEmpty()
                    ? Ui::tr("フォルダにはほかのデータベースがありません。")
-                   : Ui::tr("フォルダにあるファイル: %1").arg(names.join(QStringLiteral("、"))));
+                   : Ui::tr("フォルダにあるファイル: %1").arg(names.join(Ui::tr("、"))));
   return lines.join(u'\n');
 }
 

@@ -18,7 +18,7 @@ namespace {
 using ChildTags = QList<const ChildTag*>;
 
 const QString& NameOf(const AddressEntry& entry) {
-  return entry.displayName.isEmpty() ? entry.address : entry.displayName;
+  return entry.displayName.isEmpty() ? PresentableAddress(entry) : entry.displayName;
 }
 
 // In its usual and its wide forms.
@@ -30,7 +30,8 @@ bool HasAt(const QString& text) {
 // message came from.
 QString ShownSender(const AddressEntry& entry) {
   const QString name = WithoutHidden(entry.displayName).simplified();
-  if (!HasVisible(name)) return entry.address;
+  if (!HasVisible(name))
+    return entry.displayName.isEmpty() ? PresentableAddress(entry) : entry.address;
   QString others = name;
   others.remove(entry.address, Qt::CaseInsensitive);
   // In front, where a narrow column does not cut it off.
@@ -80,7 +81,7 @@ QString SubjectText(const PageRow& page, const ChildTags&) {
 
 QString TimeStampText(const PageRow& page, const ChildTags& children) {
   const QString time = page.row.Timestamp();
-  return children.isEmpty() ? GeneralTimeText(time) : ShortTimeText(time, page.content.today);
+  return children.isEmpty() ? ShownTimeText(time) : ShortTimeText(time, page.content.today);
 }
 
 // Of the kinds that the children name; the one without a kind asks for the first of them alone.

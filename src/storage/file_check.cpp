@@ -220,10 +220,9 @@ void FileFindings::AddOlderFile() {
 }
 
 QString UnreadableMessage::Name() const {
-  const QString shown =
-      subject.isEmpty() ? Ui::tr("件名不明") : QStringLiteral("「%1」").arg(subject);
-  return shown + QStringLiteral("（%1）").arg(timestamp.isEmpty() ? Ui::tr("日付不明")
-                                                                  : GeneralTimeText(timestamp));
+  const QString shown = subject.isEmpty() ? Ui::tr("件名不明") : Ui::tr("「%1」").arg(subject);
+  return shown +
+         Ui::tr("（%1）").arg(timestamp.isEmpty() ? Ui::tr("日付不明") : ShownTimeText(timestamp));
 }
 
 Result<> RequireContents(DataSession& data, FileContents contents) {

@@ -12,7 +12,7 @@ StorageError FileError(const QString& path, StorageError error) {
   if (error.kind == StorageError::Kind::WrongPassword && QFileInfo(path).size() % kPageBytes != 0) {
     error = {StorageError::Kind::Damaged, Ui::tr("ファイルが途中で切れているか、壊れています。")};
   }
-  error.text = QStringLiteral("「%1」: ").arg(QFileInfo(path).fileName()) + error.text;
+  error.text = Ui::tr("「%1」: ").arg(QFileInfo(path).fileName()) + error.text;
   return error;
 }
 

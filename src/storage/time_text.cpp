@@ -1,5 +1,7 @@
 #include "storage/time_text.h"
 
+#include "storage/shown_form.h"
+
 namespace vorn {
 
 QString CurrentTimeText() {
@@ -20,11 +22,18 @@ QDateTime StoredTime(const QString& stored) {
 }
 
 // Only the digits are rearranged: the stored time is local, whatever zone this machine is in now.
+// A local time that a zone's clock skips is invalid as a moment, yet its parts are right.
 QString GeneralTimeText(const QString& stored) {
   const QDateTime time = StoredTime(stored);
-  // A local time that a zone's clock skips is invalid as a moment, yet its parts are right.
   return time.date().isValid() ? time.date().toString(QStringLiteral("yyyy/MM/dd")) + u' ' +
                                      time.time().toString(QStringLiteral("H:mm:ss"))
+                               : QString();
+}
+
+QString ShownTimeText(const QString& stored) {
+  const QDateTime time = StoredTime(stored);
+  return time.date().isValid() ? Shown(time.date(), QStringLiteral("yyyy/MM/dd")) + u' ' +
+                                     Shown(time.time(), QStringLiteral("H:mm:ss"))
                                : QString();
 }
 
@@ -32,9 +41,9 @@ QString ShortTimeText(const QString& stored, const QDate& today) {
   const QDateTime time = StoredTime(stored);
   const QDate date = time.date();
   if (!date.isValid()) return {};
-  if (date == today) return time.time().toString(QStringLiteral("H:mm"));
-  return date.toString(date.year() == today.year() ? QStringLiteral("M/d")
-                                                   : QStringLiteral("yyyy/MM/dd"));
+  if (date == today) return Shown(time.time(), QStringLiteral("H:mm"));
+  return Shown(date,
+               date.year() == today.year() ? QStringLiteral("M/d") : QStringLiteral("yyyy/MM/dd"));
 }
 
 }  // namespace vorn

@@ -94,6 +94,48 @@ class Commands(unittest.TestCase):
         self.assertEqual(self.receive(code=1)["errors"], 1)
         self.assertIn("接続できません", self.errors)
 
+    def test_the_locale_chooses_the_language(self):
+        for variable in ("LC_ALL", "LC_MESSAGES", "LANG", "LANGUAGE"):
+            self.environment.pop(variable, None)
+        options = sorted(re.findall(r"--[a-z-]+", self.run_ctl("--help")))
+        self.environment["LC_MESSAGES"] = "en_US.UTF-8"
+        japanese = re.compile("[\u3000-\u30ff\u4e00-\u9fff\uff00-\uffef]")
+        self.assertEqual(sorted(re.findall(r"--[a-z-]+", self.run_ctl("--help"))), options)
+        mail = pathlib.Path(self.folder.name) / "mail.eml"
+        mail.write_bytes(b"From: nobody@example.com\r\nTo: b@x\r\nSubject: s\r\n\r\ntext\r\n")
+        self.add_account(name="work")
+        for code, *arguments in (
+                (0, "--help"), (2,), (2, "account", "add", "--in-protocol", "imap"),
+                (2, "account", "add", "--in-security", "x"), (2, "account", "add", "--in-port", "x"),
+                (2, "account", "add", "--out-port", "x"), (2, "receive", "--account"),
+                (2, "receive", "--frobnicate", "x"), (1, "receive", "--account", "nobody"),
+                (0, "receive"), (0, "list", "Inbox", "--json"), (1, "list", "nowhere"),
+                (1, "send", str(mail)), (1, "send", "/nonexistent"), (1, "send", "--account", "x"),
+                (0, "send"), (2, "doubtful", "again"), (1, "doubtful", "again", "x"),
+                (2, "page", "Inbox"), (1, "page", "x", "--out", "x"),
+                (2, "rules", "add", "subject: x"), (2, "rules", "add", "from: *"), (2, "rules"),
+                (0, "rules", "add", "from: *nobody*"), (0, "rules", "test", str(mail)),
+                (2, "import"), (1, "import", "/nonexistent"), (0, "import", str(mail)),
+                (2, "export", "Inbox"), (1, "export", "x", "--out", "x"),
+                (0, "export", "Inbox", "--out", str(mail) + ".mbox"),
+                (1, "export", "Inbox", "--out", str(mail) + ".mbox"), (0, "check"),
+                (2, "inspect"), (1, "inspect", "/nonexistent"), (0, "inspect", str(mail)),
+                (2, "open", "9", "x"), (1, "open", "0", "mail_x"), (1, "open", "0", "/nonexistent"),
+                (2, "compose", "--charset", "x"), (1, "compose", "--body-file", "/nonexistent"),
+                (2, "compose", "--body-file", str(mail), "--to", "x y"),
+                (3, "--profile", "x", "list", "Inbox"), (3, "--password-fd", "0", "check")):
+            told = self.run_ctl(*arguments, code=code, stdin=b"wrong\n")
+            told = "" if arguments[:1] == ["list"] and code == 0 else told  # of messages
+            self.assertIsNone(japanese.search(told + self.errors), (arguments, told, self.errors))
+        self.add_account(name="work", code=1)
+        self.assertIn("work", self.errors)
+        self.assertIsNone(japanese.search(self.errors), self.errors)
+        self.server.kill()
+        self.server.wait()
+        self.run_ctl("receive", code=1)
+        self.assertIn("cannot be reached", self.errors)
+        self.assertIsNone(japanese.search(self.errors), self.errors)
+
     def test_rules_stop_mail_by_its_header(self):
         (pathlib.Path(self.folder.name) / "sales.eml").write_bytes(b"From: Sales <s@x.example>\r\n\r\n")
         self.run_ctl("rules", "add", "subject: *", code=2)
@@ -173,6 +215,8 @@ class Commands(unittest.TestCase):
             self.data = os.path.join(self.folder.name, "data")
         # Another program that fetched the same mail has noted in it what was read.
         box = pathlib.Path(self.folder.name) / "archive-mbox"
+        # But for the one with bare line feeds, each names its sender.
+        self.assertEqual(box.read_bytes().count(b"\nFrom VORN"), 1)
         noted = re.sub(rb"(?m)^(From \S+ .*\r?\n)", rb"\1Status: RO\nX-UIDL: 7\n", box.read_bytes())
         other = pathlib.Path(self.folder.name) / "noted.mbox"
         other.write_bytes(noted)

@@ -276,7 +276,7 @@ class ExportTargetTest : public testing::Test {
     ArchiveWriter writer(format, path, overwrite);
     Result<> written = writer.Open();
     if (written) {
-      written = writer.Write("Subject: new\r\n\r\nx\r\n", QStringLiteral("new"), true);
+      written = writer.Write("Subject: new\r\n\r\nx\r\n", {QStringLiteral("new"), true});
     }
     error_ = written.Error().text;
     return written && (!finish || writer.Close());

@@ -5,6 +5,7 @@
 #include <QBuffer>
 #include <QDir>
 #include <QTemporaryDir>
+#include <QTimeZone>
 
 #include "mail/archive/mail_archive.h"
 #include "mail/archive/mbox.h"
@@ -101,10 +102,29 @@ TEST(MboxTest, WhatIsWrittenIsReadUnchanged) {
                           "C: 3\r\n\r\n\r\n\r\n",
                           "no header\r\nFrom " + QByteArray(70000, 'x'),
                           "Content-Length: 3\r\n\r\nabc\r\n\r\nFrom -\r\nD: 4\r\n\r\n",
-                          QByteArray("E: 5\r\n\r\n\0\x1a\xff\r", 12)};
+                          QByteArray("E: 5\r\n\r\n\0\x1a\xff\r", 12),
+                          "F: 6\r\n\r\nx\r\n\r",
+                          "G: 7\r\n\r\nx\r\n"};
   QByteArray text;
-  for (const QByteArray& message : messages) text += MboxEntry(message);
+  for (const QByteArray& message : messages) {
+    text += MboxEntry(message, "a@b.c", QDateTime({2026, 11, 3}, {9, 5, 7}, Qt::UTC));
+  }
   EXPECT_EQ(Read(text), messages);
+  // Also in the form that every entry had once.
+  text.replace("From a@b.c Tue Nov  3 09:05:07 2026\n", "From VORN Thu Jan  1 00:00:00 1970\n");
+  EXPECT_EQ(Read(text), messages);
+}
+
+TEST(MboxTest, ASeparatorNamesSenderAndTime) {
+  const QDateTime time({2026, 11, 3}, {1, 5, 7}, QTimeZone("Asia/Tokyo"));
+  const auto separator = [](const QByteArray& sender, const QDateTime& when) {
+    return MboxEntry("A: 1\r\n\r\n", sender, when).split('\n').first();
+  };
+  EXPECT_EQ(separator("a@b.c", time), "From a@b.c Mon Nov  2 16:05:07 2026");
+  for (const QByteArray& none : {QByteArray(), QByteArray("\"a b\"@c"), QByteArray("a\n@c"),
+                                 QByteArray("\xE3\x81\x82@c"), QByteArray(400, 'a')}) {
+    EXPECT_EQ(separator(none, {}), "From MAILER-DAEMON Thu Jan  1 00:00:00 1970");
+  }
 }
 
 // What is no message was stored as one without text.
@@ -175,8 +195,8 @@ TEST(MailArchiveTest, AMaildirTellsWhatWasRead) {
   const QString path = folder.filePath(QStringLiteral("maildir"));
   ArchiveWriter writer(ArchiveFormat::Maildir, path, false);
   ASSERT_TRUE(writer.Open());
-  ASSERT_TRUE(writer.Write("A: read\r\n\r\n", QStringLiteral("a"), true));
-  ASSERT_TRUE(writer.Write("A: new\r\n\r\n", QStringLiteral("b"), false));
+  ASSERT_TRUE(writer.Write("A: read\r\n\r\n", {QStringLiteral("a"), true}));
+  ASSERT_TRUE(writer.Write("A: new\r\n\r\n", {QStringLiteral("b"), false}));
   ASSERT_TRUE(writer.Close());
   const auto names = [&path](const char* part) {
     return QDir(path + u'/' + QLatin1String(part)).entryList(QDir::Files);

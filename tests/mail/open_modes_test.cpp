@@ -37,7 +37,7 @@ class OpenModes : public testing::Test {
     const MessageIndex index = IndexMessage(message.source, {}, {settings_.textTypes});
     message.contentIndex = index.content;
     message.addressLines = index.addressLines;
-    message.timestamp = QStringLiteral("2026/11/24 9:00:00");
+    message.timestamp = QStringLiteral("2026-11-24 09:00:00");
     message.isWritten = isWritten_;
     return OpenSource(message, mode, isNew_, settings_, sender_, QStringLiteral(".VORN <x>"));
   }

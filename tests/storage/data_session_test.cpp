@@ -456,5 +456,24 @@ TEST(TimeText, ShortOnesSayWhatADayNeeds) {
   EXPECT_EQ(text(u"yesterday"), QString());
 }
 
+TEST(TimeText, ShownOnesHaveTheFormOfTheLocale) {
+  const QString stored = QStringLiteral("2026-11-03 09:05:07.123");
+  const QLocale before;
+  for (const auto& [locale, whole, day] : {
+           std::tuple{"ja_JP", "2026/11/03 9:05:07", "11/3"},
+           {"C", "2026/11/03 9:05:07", "11/3"},
+           {"en_US", "11/3/2026 9:05:07 AM", "11/3"},
+           {"en_GB", "03/11/2026 09:05:07", "03/11"},
+           {"de_DE", "03.11.2026 09:05:07", "03.11"},
+           {"sv_SE", "2026-11-03 09:05:07", "11-03"},
+       }) {
+    QLocale::setDefault(QLocale(QLatin1String(locale)));
+    EXPECT_EQ(ShownTimeText(stored), QLatin1String(whole));
+    EXPECT_EQ(ShortTimeText(stored, QDate(2026, 12, 1)), QLatin1String(day));
+    EXPECT_EQ(GeneralTimeText(stored), QStringLiteral("2026/11/03 9:05:07"));
+  }
+  QLocale::setDefault(before);
+}
+
 }  // namespace
 }  // namespace vorn

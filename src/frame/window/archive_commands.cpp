@@ -111,17 +111,16 @@ void ArchiveCommands::Import(const QStringList& paths) {
   host_.MessageStored();
   const DiskPtr inbox = context_.Objects.Find(fixed_serial::kInbox);
   const QString text =
-      Ui::tr("%1通を「%2」に取り込みました。")
-          .arg(counts.imported)
+      Ui::tr("%n通を「%1」に取り込みました。", nullptr, counts.imported)
           .arg(inbox == nullptr ? QString() : AnyObject(*inbox).ShownName()) +
-      (counts.known > 0 ? Ui::tr("%1通は保存済みでした。").arg(counts.known) : QString());
+      (counts.known > 0 ? Ui::tr("%n通は保存済みでした。", nullptr, counts.known) : QString());
   const QString amiss = imported ? counts.notice : imported.Error().text;
   if (!amiss.isEmpty()) {
     ShowBox(&window_, QMessageBox::Warning, amiss + u'\n' + text);
   } else if (!counts.unreadable.isEmpty()) {
     WarnOf(&window_, text,
-           Ui::tr("保存済みのもののうち、次の%1通は壊れていて読み込めません。")
-               .arg(counts.unreadable.size()),
+           Ui::tr("保存済みのもののうち、次の%n通は壊れていて読み込めません。", nullptr,
+                  static_cast<int>(counts.unreadable.size())),
            counts.unreadable);
   } else {
     ShowBox(&window_, QMessageBox::Information, text);
@@ -168,14 +167,14 @@ void ArchiveCommands::TellExported(const ExportOutcome& outcome) {
     ShowBox(&window_, QMessageBox::Warning, outcome.error);
     return;
   }
-  const QString text = Ui::tr("%1通を書き出しました。").arg(outcome.count);
+  const QString text = Ui::tr("%n通を書き出しました。", nullptr, outcome.count);
   if (outcome.unreadable.isEmpty()) {
     ShowBox(&window_, QMessageBox::Information, text);
     return;
   }
   WarnOf(&window_, text,
-         Ui::tr("次の%1通は壊れていて読み込めないので、含まれていません。")
-             .arg(outcome.unreadable.size()),
+         Ui::tr("次の%n通は壊れていて読み込めないので、含まれていません。", nullptr,
+                static_cast<int>(outcome.unreadable.size())),
          outcome.unreadable);
 }
 

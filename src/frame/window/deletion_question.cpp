@@ -34,7 +34,7 @@ QString DeletionWarning(Context& context, const DiskPtr& object) {
     }
     if (!users.isEmpty()) {
       return Ui::tr("このフォルダは次のフォルダの条件に使われています: %1")
-          .arg(users.join(QStringLiteral("、")));
+          .arg(users.join(Ui::tr("、")));
     }
   }
   if (type == object_type::kAccount) {

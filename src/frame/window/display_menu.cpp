@@ -90,10 +90,11 @@ void DisplayMenu::PlacePane(PanePlace place) {
 void DisplayMenu::ChooseLayout(const QString& id) {
   OwnLayouts own = OwnLayouts::Kept;
   if (const qsizetype count = CountOwnLayouts(context_); count > 0) {
-    const auto answer = ShowBox(
-        &window_, QMessageBox::Question,
-        Ui::tr("自分で作ったレイアウトのフォルダが%1個あります。それも変えますか？").arg(count),
-        QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::No);
+    const auto answer =
+        ShowBox(&window_, QMessageBox::Question,
+                Ui::tr("自分で作ったレイアウトのフォルダが%n個あります。それも変えますか？",
+                       nullptr, static_cast<int>(count)),
+                QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::No);
     if (answer == QMessageBox::Cancel) return;
     if (answer == QMessageBox::Yes) own = OwnLayouts::Removed;
   }

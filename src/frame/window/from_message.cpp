@@ -70,7 +70,7 @@ QString Sentence(const Disk& book, const QList<AddressEntry>& people, int added)
   if (added == 0) return Ui::tr("「%1」には、もう登録されています。").arg(name);
   return added == 1 && people.size() == 1
              ? Ui::tr("%1を「%2」に登録しました。").arg(who, name)
-             : Ui::tr("%1件のアドレスを「%2」に登録しました。").arg(added).arg(name);
+             : Ui::tr("%n件のアドレスを「%1」に登録しました。", nullptr, added).arg(name);
 }
 
 }  // namespace

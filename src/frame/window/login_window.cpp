@@ -54,7 +54,7 @@ class BusySign {
 LoginWindow::LoginWindow(Context& context, QWidget* parent)
     : QDialog(parent), context_(context), cbProfile_(new QComboBox), txPassword_(new QLineEdit) {
   setObjectName(QStringLiteral("login"));
-  setWindowTitle(Ui::tr("プロファイルの選択(&L)").remove(QStringLiteral("(&L)")));
+  setWindowTitle(Ui::tr("プロファイルの選択(&L)").remove(QStringLiteral("(&L)")).trimmed());
   setWindowIcon(Icon(QStringLiteral("mail")));
   cbProfile_->setObjectName(QStringLiteral("cbProfile"));
   txPassword_->setObjectName(QStringLiteral("txPassword"));

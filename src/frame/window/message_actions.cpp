@@ -190,10 +190,11 @@ void MessageActions::CarryBack(const Move& move) {
 }
 
 QStringList MessageActions::Delete(const QStringList& messages) {
-  const auto answer = ShowBox(
-      &window_, QMessageBox::Question,
-      Ui::tr("メッセージ%1通を削除します。元には戻せません。よろしいですか？").arg(messages.size()),
-      QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  const auto answer =
+      ShowBox(&window_, QMessageBox::Question,
+              Ui::tr("メッセージ%n通を削除します。元には戻せません。よろしいですか？", nullptr,
+                     static_cast<int>(messages.size())),
+              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return {};
   UnderWay underWay;
   const Result<> done = DeleteMessages(context_, messages, &underWay);
@@ -230,8 +231,7 @@ QStringList MessageActions::End(const Result<>& done, const QStringList& message
   } else if (!underWay.isEmpty()) {
     ShowBox(&window_, QMessageBox::Information,
             Ui::tr("送信中なので、そのままにしました: %1")
-                .arg(QStringLiteral("「") + underWay.values().join(QStringLiteral("」「")) +
-                     QStringLiteral("」")));
+                .arg(Ui::tr("「%1」").arg(underWay.values().join(Ui::tr("」「")))));
   }
   host_.MessageStored();
   QStringList changed = done ? messages : QStringList();

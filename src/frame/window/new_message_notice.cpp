@@ -36,9 +36,9 @@ QString SenderIn(const QString& addressLines) {
   for (const QString& line : addressLines.split(kLineBreak)) {
     const AddressEntry entry = ParseAddressEntry(line);
     if (entry.kind.compare(u"from", Qt::CaseInsensitive) != 0) continue;
-    return entry.displayName.isEmpty() ? entry.address : entry.displayName;
+    return entry.displayName.isEmpty() ? PresentableAddress(entry) : entry.displayName;
   }
-  return kUnknownAddress;
+  return Ui::tr("(不明なメールアドレス)");
 }
 
 // Of one that cannot be read nothing is said.
@@ -170,8 +170,8 @@ void NewMessageNotice::Ask(const QStringList& messages) {
 void NewMessageNotice::Open(const QStringList& messages) {
   if (messages.size() > kMostUnasked &&
       ShowBox(&window_, QMessageBox::Question,
-              Ui::tr("メッセージ%1通をそれぞれのウィンドウで開きます。よろしいですか？")
-                  .arg(messages.size()),
+              Ui::tr("メッセージ%n通をそれぞれのウィンドウで開きます。よろしいですか？", nullptr,
+                     static_cast<int>(messages.size())),
               QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel) != QMessageBox::Ok) {
     return;
   }

@@ -6,8 +6,8 @@
 
 #include "frame/end_signals.h"
 #include "frame/instance_messages.h"
+#include "frame/language_texts.h"
 #include "frame/single_instance.h"
-#include "frame/window/language_texts.h"
 #include "kit/window/focus_return.h"
 #include "kit/window/screen_fit.h"
 #include "kit/window/text_keys.h"

@@ -26,9 +26,9 @@ QStringList AskOfDoubtful(Context& context, QWidget& window) {
   for (const DoubtfulMessage& message : outbox.Doubtful()) messages.append(message.serialId);
   const bool opens =
       !messages.isEmpty() &&
-      IsWanted(window, Ui::tr("送信を試みて、届いたかどうか分からないメッセージが%1通あります。"
-                              "開いて確かめますか？")
-                           .arg(messages.size()));
+      IsWanted(window, Ui::tr("送信を試みて、届いたかどうか分からないメッセージが%n通あります。"
+                              "開いて確かめますか？",
+                              nullptr, static_cast<int>(messages.size())));
   return opens ? messages : QStringList();
 }
 
@@ -36,8 +36,8 @@ QStringList AskOfDrafts(Context& context, QWidget& window) {
   QStringList drafts = Drafts::LeftBehind(context);
   const bool opens =
       !drafts.isEmpty() &&
-      IsWanted(window, Ui::tr("前回、編集中のまま終了したメッセージが%1通あります。開きますか？")
-                           .arg(drafts.size()));
+      IsWanted(window, Ui::tr("前回、編集中のまま終了したメッセージが%n通あります。開きますか？",
+                              nullptr, static_cast<int>(drafts.size())));
   if (!opens) return {};
   drafts.removeIf([&](const QString& serialId) { return !Drafts::Restore(context, serialId); });
   return drafts;

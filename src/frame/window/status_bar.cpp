@@ -140,7 +140,7 @@ void MainStatusBar::Tell(const QString& sentence, bool isFailure) {
   }
   QStringList& mine = isFailure ? failures_ : results_;
   if (!mine.contains(sentence)) mine.append(sentence);
-  Show((results_ + failures_).join(QStringLiteral(" ／ ")));
+  Show((results_ + failures_).join(Ui::tr(" ／ ")));
 }
 
 void MainStatusBar::BeginCheck(bool isAsked) {

@@ -37,7 +37,7 @@ ProgressWindow::~ProgressWindow() {
 bool ProgressWindow::Show(int done) {
   if (clock_.elapsed() < kTurnMs) return true;
   clock_.restart();
-  if (dialog_ != nullptr) dialog_->setLabelText(title_ + Ui::tr(".. %1通").arg(done));
+  if (dialog_ != nullptr) dialog_->setLabelText(title_ + Ui::tr(".. %n通", nullptr, done));
   TakeTurn({});
   return !IsEnded();
 }

@@ -3,6 +3,7 @@
 #include "mail/codec/content_index.h"
 #include "mail/store/mail_store.h"
 #include "objects/settings.h"
+#include "storage/time_text.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -30,8 +31,8 @@ ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
       continue;
     }
     const bool hasMark = leavesMarks && !message.isReceived;
-    written = writer.Write(hasMark ? MimeCodec::WithoutEndMark(*source) : *source, message.subject,
-                           message.opened);
+    written = writer.Write(hasMark ? MimeCodec::WithoutEndMark(*source) : *source,
+                           {message.subject, message.opened, StoredTime(message.timestamp)});
     if (written) ++outcome.count;
     if (written && progress && !progress(outcome.count)) {
       written = StorageError{StorageError::Kind::Other, Ui::tr("中止しました。")};

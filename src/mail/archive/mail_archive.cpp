@@ -10,6 +10,8 @@
 
 #include "mail/archive/mbox.h"
 #include "mail/attachment_files.h"
+#include "mail/codec/address.h"
+#include "mail/codec/mime_codec.h"
 #include "storage/ui.h"
 #include "storage/whole_file.h"
 
@@ -148,6 +150,16 @@ class FolderReader {
   int passedOver_ = 0;
 };
 
+// The address of the first author; empty when there is none.
+QByteArray SenderOf(const QByteArray& source) {
+  const QByteArray field = MimeCodec::HeaderField(source, "FROM:");
+  if (field.isNull()) return {};
+  const QString lines =
+      ParseAddressList(MimeCodec::DecodeHeader(field, 0, {}, MimeCodec::HeaderUse::AddressList));
+  const AddressEntry first = WithWholeAddress(ParseAddressEntry(lines.section(kLineBreak, 0, 0)));
+  return IsMailAddress(first.address) ? first.address.toUtf8() : QByteArray();
+}
+
 }  // namespace
 
 Result<QString> ReadArchive(const QString& path,
@@ -162,8 +174,8 @@ Result<QString> ReadArchive(const QString& path,
   reader.Read(QDir(path));
   if (!reader.Complete()) return reader.Complete().Error();
   if (reader.PassedOver() == 0) return QString();
-  return Ui::tr("メッセージのファイル（.emlか.mbox）でない%1個のファイルは取り込みませんでした。")
-      .arg(reader.PassedOver());
+  return Ui::tr("メッセージのファイル（.emlか.mbox）でない%n個のファイルは取り込みませんでした。",
+                nullptr, reader.PassedOver());
 }
 
 ArchiveWriter::ArchiveWriter(ArchiveFormat format, const QString& path, bool overwrite)
@@ -236,22 +248,23 @@ void ArchiveWriter::RemoveParts() {
   isOpen_ = false;
 }
 
-Result<> ArchiveWriter::Write(const QByteArray& source, const QString& name, bool opened) {
+Result<> ArchiveWriter::Write(const QByteArray& source, const ArchiveNote& note) {
   ++count_;
   const QString number = QStringLiteral("%1").arg(count_, 7, 10, QLatin1Char('0'));
   const QDir folder(parts_);
   if (format_ == ArchiveFormat::Eml) {
     return WriteFile(
-        folder.filePath(number + u'_' + SafeFileName(name).left(60) + QStringLiteral(".eml")),
+        folder.filePath(number + u'_' + SafeFileName(note.name).left(60) + QStringLiteral(".eml")),
         source);
   }
   if (format_ == ArchiveFormat::Maildir) {
     return WriteFile(
-        folder.filePath((opened ? QStringLiteral("cur/") : QStringLiteral("new/")) + number +
-                        QStringLiteral(".vorn") + (opened ? QStringLiteral(":2,S") : QString())),
+        folder.filePath((note.opened ? QStringLiteral("cur/") : QStringLiteral("new/")) + number +
+                        QStringLiteral(".vorn") +
+                        (note.opened ? QStringLiteral(":2,S") : QString())),
         source);
   }
-  const QByteArray bytes = MboxEntry(source);
+  const QByteArray bytes = MboxEntry(source, SenderOf(source), note.time);
   return mbox_.write(bytes) == bytes.size() ? Result<>() : CannotWrite(path_);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QLockFile>
@@ -24,6 +25,13 @@ enum class ArchiveFormat { Mbox, Maildir, Eml };
 Result<QString> ReadArchive(const QString& path,
                             const std::function<bool(const QByteArray&)>& take);
 
+/// What an archive tells of a message beside its source.
+struct ArchiveNote {
+  QString name;         ///< what a file is called after, such as the subject
+  bool opened = false;  ///< whether it was read
+  QDateTime time = {};  ///< when it came or was written
+};
+
 /// Writes messages to a file (mbox) or folder (Maildir, Eml), unchanged. They are gathered under
 /// another name beside it and get theirs in `Close`: a writer that ends before leaves nothing under
 /// that name, and what a killed one left is removed by the next one.
@@ -38,8 +46,7 @@ class ArchiveWriter {
 
   /// Fails when the target exists, is being written by another program or cannot be made.
   Result<> Open();
-  /// `name` is what a file is called after, such as the subject; `opened` whether it was read.
-  Result<> Write(const QByteArray& source, const QString& name, bool opened);
+  Result<> Write(const QByteArray& source, const ArchiveNote& note);
   /// Puts everything in its place. When it cannot be, what was there is as it was.
   Result<> Close();
 

@@ -1,15 +1,19 @@
 #include "mail/archive/mbox.h"
 
+#include <QLocale>
 #include <QRegularExpression>
+#include <algorithm>
 #include <utility>
 
 namespace vorn {
 namespace {
 
-// The separator of the files this program writes: what follows is exactly as it was stored.
-constexpr char kOwnSeparator[] = "From VORN Thu Jan  1 00:00:00 1970\n";
+// The separator of this program for what others could not give back unchanged, and of all that it
+// wrote once: what follows is exactly as it was stored.
+constexpr char kExactSeparator[] = "From VORN Thu Jan  1 00:00:00 1970\n";
 constexpr char kFrom[] = "From ";
 constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";  // which some editors leave behind
+constexpr qsizetype kLongestSender = 320;          // RFC 5321, sections 4.5.3.1.1 and 4.5.3.1.2
 constexpr qint64 kProbedBytes = 1000;  // of what follows a separator, and of a separator
 
 bool IsEmptyLine(QByteArrayView line) {
@@ -21,6 +25,13 @@ bool IsFromLine(QByteArrayView line, bool quoted) {
   qsizetype at = 0;
   while (at < line.size() && line[at] == '>') ++at;
   return (!quoted || at > 0) && line.sliced(at).startsWith(kFrom);
+}
+
+// A message with the line ends of mail (RFC 5322) below a separator with those of a file was not
+// touched when it was put there.
+bool BeginsWithCrLfLine(QByteArrayView text) {
+  const qsizetype end = text.indexOf('\n');
+  return end > 0 && text[end - 1] == '\r';
 }
 
 // The forms of the C library's asctime with what programs add to it, of RFC 5322 and ISO 8601.
@@ -67,8 +78,10 @@ class MboxReader {
   }
 
  private:
-  void Begin(QByteArrayView separator) {
-    isOwn_ = separator == QByteArrayView(kOwnSeparator);
+  void Begin(const QByteArray& separator) {
+    isExact_ = separator == kExactSeparator;
+    isOwn_ =
+        isExact_ || (!separator.endsWith("\r\n") && BeginsWithCrLfLine(file_.peek(kProbedBytes)));
     inHeader_ = true;
     headerBytes_ = 0;
     afterEmptyLine_ = false;
@@ -77,7 +90,7 @@ class MboxReader {
 
   // Within a message of this program every "From " is quoted, and its last line may have no end.
   bool IsSeparator(const QByteArray& line) {
-    if (isOwn_ && line == kOwnSeparator) return true;
+    if (isOwn_ && line == kExactSeparator) return true;
     if ((!afterEmptyLine_ && !isOwn_) || !line.startsWith(kFrom)) return false;
     return (!datesNeeded_ || HasDate(line)) && PrecedesMessage(file_.peek(kProbedBytes));
   }
@@ -132,10 +145,10 @@ class MboxReader {
     if (source.isEmpty()) return true;
     if (isWhole) return take_(WithCrLf(source));
     const bool hasBody = source.size() > headerBytes_;
-    if (isOwn_ || (hasBody && source.endsWith("\n\n"))) {
-      source.chop(1);
-    } else if (hasBody && source.endsWith("\r\n\r\n")) {
+    if (!isExact_ && hasBody && source.endsWith("\r\n\r\n")) {
       source.chop(2);
+    } else if (isOwn_ || (hasBody && source.endsWith("\n\n"))) {
+      source.chop(1);
     }
     return take_(isOwn_ ? source : WithCrLf(source));
   }
@@ -144,7 +157,8 @@ class MboxReader {
   const std::function<bool(const QByteArray&)>& take_;
   QByteArray message_;
   bool datesNeeded_ = true;
-  bool isOwn_ = false;
+  bool isExact_ = false;
+  bool isOwn_ = false;  // as this program writes: nothing but a line feed before the separator
   bool inHeader_ = true;
   bool afterEmptyLine_ = false;
   bool isWhole_ = false;
@@ -152,14 +166,33 @@ class MboxReader {
   qint64 length_ = -1;
 };
 
+// The form of asctime in UTC (RFC 4155, appendix A); a time that is none gives the earliest.
+QByteArray Separator(const QByteArray& sender, const QDateTime& time) {
+  const bool fits = !sender.isEmpty() && sender.size() <= kLongestSender;
+  const bool isPlain =
+      fits && std::all_of(sender.begin(), sender.end(), [](char c) { return c > ' ' && c <= '~'; });
+  const QDateTime utc = time.isValid() ? time.toUTC() : QDateTime::fromSecsSinceEpoch(0, Qt::UTC);
+  const QLocale english = QLocale::c();
+  return kFrom + (isPlain ? sender : QByteArrayLiteral("MAILER-DAEMON")) + ' ' +
+         english.toString(utc, QStringLiteral("ddd MMM ")).toLatin1() +
+         QByteArray::number(utc.date().day()).rightJustified(2) +
+         english.toString(utc, QStringLiteral(" HH:mm:ss yyyy")).toLatin1() + '\n';
+}
+
+// Whether an entry is read as it was written below a separator that any program could have made.
+bool IsReadUnchanged(const QByteArray& entry, const QByteArray& source) {
+  const QByteArray start = entry.first(qMin(entry.size(), kProbedBytes));
+  return BeginsWithCrLfLine(start) && BeginsWithHeaderField(start) && !source.endsWith('\r');
+}
+
 }  // namespace
 
 bool ReadMbox(QIODevice& file, const std::function<bool(const QByteArray&)>& take) {
   return MboxReader(file, take).Run();
 }
 
-QByteArray MboxEntry(const QByteArray& source) {
-  QByteArray entry = kOwnSeparator;
+QByteArray MboxEntry(const QByteArray& source, const QByteArray& sender, const QDateTime& time) {
+  QByteArray entry;
   for (qsizetype at = 0; at < source.size();) {
     const qsizetype lineFeed = source.indexOf('\n', at);
     const qsizetype end = lineFeed < 0 ? source.size() : lineFeed + 1;
@@ -168,7 +201,8 @@ QByteArray MboxEntry(const QByteArray& source) {
     entry += line;
     at = end;
   }
-  return entry += '\n';
+  entry += '\n';
+  return (IsReadUnchanged(entry, source) ? Separator(sender, time) : kExactSeparator) + entry;
 }
 
 bool BeginsWithHeaderField(const QByteArray& text) {

@@ -315,8 +315,9 @@ QString CanonicalLine(const AddressEntry& entry) {
 }
 
 QString PresentableAddress(const QString& name, const QString& address) {
-  if (name.isEmpty() || address.isEmpty()) return name + address;
-  return name + QStringLiteral(" <") + address + u'>';
+  const QString shown = address == kUnknownAddress ? Ui::tr("(不明なメールアドレス)") : address;
+  if (name.isEmpty() || address.isEmpty()) return name + shown;
+  return name + QStringLiteral(" <") + shown + u'>';
 }
 
 QString QuotedString(const QString& name) {

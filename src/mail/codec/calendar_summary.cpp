@@ -8,6 +8,7 @@
 #include "mail/codec/list_splitting.h"
 #include "mail/codec/parsed_calendar.h"
 #include "mail/codec/recurrence_words.h"
+#include "storage/shown_form.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -103,7 +104,7 @@ QString Period(icalcomponent* event) {
   if (icaltime_is_null_time(start)) return {};
   icaltimetype end = icalcomponent_get_dtend(event);
   const auto [from, zone] = TimeOf(event, ICAL_DTSTART_PROPERTY, start);
-  const QString begin = from.toString(Format(start.is_date));
+  const QString begin = Shown(from, Format(start.is_date));
   if (icaltime_is_null_time(end)) return WithZone(begin, zone);
   if (end.is_date) icaltime_adjust(&end, -1, 0, 0, 0);  // the day after the last
   const bool hasEnd = icalcomponent_get_first_property(event, ICAL_DTEND_PROPERTY) != nullptr;
@@ -111,7 +112,7 @@ QString Period(icalcomponent* event) {
       TimeOf(event, hasEnd ? ICAL_DTEND_PROPERTY : ICAL_DTSTART_PROPERTY, end).local;
   if (to <= from) return WithZone(begin, zone);
   const bool isClock = !end.is_date && to.date() == from.date();
-  const QString until = to.toString(isClock ? QStringLiteral("HH:mm") : Format(end.is_date));
+  const QString until = Shown(to, isClock ? QStringLiteral("HH:mm") : Format(end.is_date));
   return WithZone(begin + Ui::tr("～") + until, zone);
 }
 
@@ -119,7 +120,7 @@ QString Due(icalcomponent* todo) {
   const icaltimetype due = icalcomponent_get_due(todo);
   if (icaltime_is_null_time(due)) return {};
   const auto [time, zone] = TimeOf(todo, ICAL_DUE_PROPERTY, due);
-  return WithZone(time.toString(Format(due.is_date)), zone);
+  return WithZone(Shown(time, Format(due.is_date)), zone);
 }
 
 class Summary {
@@ -192,9 +193,10 @@ QString CalendarSummary(const QString& calendar, bool withDescription) {
     if (summaries.size() == kMostShown) break;
     summaries.append(Summary(event).Run(MethodOf(event), withDescription));
   }
-  const auto rest = static_cast<qsizetype>(events.size()) - summaries.size();
+  const auto rest = static_cast<int>(events.size()) - static_cast<int>(summaries.size());
   summaries.removeAll(QString());
-  if (rest > 0) summaries.append(Ui::tr("（ほかに%1件の予定があります）").arg(rest) + kLineBreak);
+  if (rest > 0)
+    summaries.append(Ui::tr("（ほかに%n件の予定があります）", nullptr, rest) + kLineBreak);
   return summaries.join(kLineBreak);
 }
 

@@ -218,7 +218,7 @@ class Writer {
 
   QString MarkerOfItem() {
     const QString indent(2 * qBound(qsizetype{0}, lists_.size() - 1, qsizetype{kDeepest}), u' ');
-    if (lists_.isEmpty() || lists_.last() == kUnordered) return indent + Ui::tr("・");
+    if (lists_.isEmpty() || lists_.last() == kUnordered) return indent + Ui::tr("・", "list");
     return indent + QString::number(lists_.last()++) + QStringLiteral(". ");
   }
 

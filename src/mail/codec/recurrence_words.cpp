@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <span>
 
+#include "storage/shown_form.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -47,6 +48,9 @@ QString DayName(icalrecurrencetype_weekday day) {
 // "第2" or "最後の" before what is counted.
 QString PlaceInMonth(int number) {
   if (number == -1) return Ui::tr("最後の");
+  const QString first[] = {Ui::tr("第1"), Ui::tr("第2"), Ui::tr("第3"), Ui::tr("第4"),
+                           Ui::tr("第5")};
+  if (number >= 1 && number <= static_cast<int>(std::size(first))) return first[number - 1];
   return number < 0 ? Ui::tr("最後から%1番目の").arg(-number) : Ui::tr("第%1").arg(number);
 }
 
@@ -71,7 +75,7 @@ QString DaysOfMonth(const icalrecurrencetype& rule) {
   QStringList days;
   for (const short day : ValuesOf(rule.by_month_day)) {
     if (day == -1) days.append(Ui::tr("末日"));
-    if (day < -1) days.append(Ui::tr("末日の%1日前").arg(-day - 1));
+    if (day < -1) days.append(Ui::tr("末日の%n日前", nullptr, -day - 1));
     if (day > 0) days.append(Ui::tr("%1日").arg(day));
   }
   return days.join(Ui::tr("・"));
@@ -86,7 +90,7 @@ QString Months(const icalrecurrencetype& rule) {
 }
 
 QString End(const icalrecurrencetype& rule) {
-  if (rule.count > 0) return Ui::tr("、全%1回").arg(rule.count);
+  if (rule.count > 0) return Ui::tr("、全%n回", nullptr, rule.count);
   if (icaltime_is_null_time(rule.until)) return {};
   const icaltimetype until = rule.until;
   const QDate day = until.is_date || !icaltime_is_utc(until)
@@ -94,7 +98,7 @@ QString End(const icalrecurrencetype& rule) {
                         : QDateTime::fromSecsSinceEpoch(
                               icaltime_as_timet_with_zone(until, icaltimezone_get_utc_timezone()))
                               .date();
-  return Ui::tr("、%1まで").arg(day.toString(QStringLiteral("yyyy/MM/dd")));
+  return Ui::tr("、%1まで").arg(Shown(day, QStringLiteral("yyyy/MM/dd")));
 }
 
 bool HasWords(const icalrecurrencetype& rule) {

@@ -101,9 +101,9 @@ void AttachmentOutput::SaveAll(const std::vector<ModelAttachment>& attachments) 
   }
   const qsizetype saved = static_cast<qsizetype>(attachments.size()) - faults.size();
   if (saved > 0) {
-    TellDone(list_, Ui::tr("%1個の添付ファイルを「%2」に保存しました。")
-                        .arg(saved)
-                        .arg(QDir::toNativeSeparators(folder)));
+    TellDone(list_,
+             Ui::tr("%n個の添付ファイルを「%1」に保存しました。", nullptr, static_cast<int>(saved))
+                 .arg(QDir::toNativeSeparators(folder)));
   }
   if (!faults.isEmpty()) Tell(faults.join(u'\n'));
 }
@@ -197,8 +197,8 @@ void AttachmentOutput::Unpack(const ModelAttachment& archive) {
       UnpackByDialog(context_, &list_, ReadAttachment(archive, source_).ValueOr({}), archive.name,
                      MidAddress(source_));
   if (self == nullptr || unpacked.files == 0) return;
-  TellDone(list_, Ui::tr("%1個のファイルを「%2」に保存しました。")
-                      .arg(unpacked.files)
+  TellDone(list_, Ui::tr("%n個のファイルを「%1」に保存しました。", nullptr,
+                         static_cast<int>(unpacked.files))
                       .arg(QDir::toNativeSeparators(unpacked.folder)));
 }
 

@@ -36,7 +36,7 @@ void DoubtBar::Show(const DoubtfulMessage& message) {
       message.server.isEmpty()
           ? Ui::tr("メールファイルが古い状態に戻っていたので、もう送信したかもしれません。")
           : Ui::tr("いつ送信を試みたか: %1（サーバー「%2」）")
-                .arg(GeneralTimeText(message.started), message.server)};
+                .arg(ShownTimeText(message.started), message.server)};
   if (!message.reply.isEmpty()) lines.append(Ui::tr("サーバーの応答: %1").arg(message.reply));
   label_->setText(ShownText(lines.join(u'\n')));
   show();

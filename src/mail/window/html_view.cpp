@@ -234,14 +234,18 @@ void HtmlView::Load(RemoteImages images) {
 void HtmlView::TellOfImages(const ImagesLeftOut& leftOut) {
   QStringList words;
   if (offers_ && !isButtonTaken_) words.append(OfferWords());
-  const auto count = [&words](int images, const QString& text) {
-    if (images > 0) words.append(text.arg(images));
+  const auto tell = [&words](int images, const QString& text) {
+    if (images > 0) words.append(text);
   };
-  count(largeInside_ + leftOut.tooLarge, Ui::tr("大きすぎる画像%1個は表示していません。"));
-  count(leftOut.tooMany, Ui::tr("画像が多すぎるため、%1個は表示していません。"));
-  count(leftOut.nearby, Ui::tr("このコンピューターやその近くのネットワークにある画像%1個は、安全の"
-                               "ため読み込んでいません。"));
-  count(otherImages_, Ui::tr("背景など、ほかの形で書かれたリモート画像%1個は表示しません。"));
+  const int large = largeInside_ + leftOut.tooLarge;
+  tell(large, Ui::tr("大きすぎる画像%n個は表示していません。", nullptr, large));
+  tell(leftOut.tooMany,
+       Ui::tr("画像が多すぎるため、%n個は表示していません。", nullptr, leftOut.tooMany));
+  tell(leftOut.nearby, Ui::tr("このコンピューターやその近くのネットワークにある画像%n個は、安全の"
+                              "ため読み込んでいません。",
+                              nullptr, leftOut.nearby));
+  tell(otherImages_, Ui::tr("背景など、ほかの形で書かれたリモート画像%n個は表示しません。", nullptr,
+                            otherImages_));
   words_->setText(words.join(u'\n'));
   button_->setVisible(offers_);
   notice_->setVisible(!words.isEmpty());

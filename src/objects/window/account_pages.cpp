@@ -288,7 +288,7 @@ void ServerPage::ShowException() {
   exception_->setVisible(!lines.isEmpty());
   exception_->setText(Ui::tr("確認できない証明書を信頼しています（SHA-256 %1…）。"
                              "<a href=\"#\">取り消す</a>")
-                          .arg(lines.join(QStringLiteral("…、"))));
+                          .arg(lines.join(u'…' + Ui::tr("、"))));
 }
 
 void ServerPage::ShowResult(bool ok, const QString& text) {

@@ -32,7 +32,7 @@ struct Matches {
 };
 
 QString MatchesText(int count) {
-  return Ui::tr("今は%1通のメッセージが当てはまります。").arg(count);
+  return Ui::tr("今は%n通のメッセージが当てはまります。", nullptr, count);
 }
 
 Matches CountMatches(Context& context, const Disk& folder, int limitMs) {

@@ -18,10 +18,11 @@ namespace {
 constexpr qsizetype kManyWindows = 5;
 
 bool AgreesToOpen(QWidget& window, qsizetype windows) {
-  const auto answer = ShowBox(
-      &window, QMessageBox::Question,
-      Ui::tr("メッセージ%1通をそれぞれのウィンドウで開きます。よろしいですか？").arg(windows),
-      QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  const auto answer =
+      ShowBox(&window, QMessageBox::Question,
+              Ui::tr("メッセージ%n通をそれぞれのウィンドウで開きます。よろしいですか？", nullptr,
+                     static_cast<int>(windows)),
+              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   return answer == QMessageBox::Ok;
 }
 

@@ -174,7 +174,7 @@ void ServerConnection::VerificationFailed(const QList<QSslError>& errors) {
   reasons.removeDuplicates();
   Q_EMIT Failed(PopError::Tls,
                 Ui::tr("サーバー「%1」の証明書を確認できないため、通信を中止しました。（%2）")
-                    .arg(server_.host, reasons.join(QStringLiteral("、"))),
+                    .arg(server_.host, reasons.join(Ui::tr("、"))),
                 fingerprint);
 }
 

@@ -147,8 +147,10 @@ QString Redaction::Words(const QByteArray& reply) const {
 
 QString Redaction::WithReply(const QString& sentence, const QByteArray& reply) const {
   // A bracket of the server's must not end ours, or it goes on in the program's voice.
-  const QString words = Words(reply).replace(u'（', u'(').replace(u'）', u')');
-  return sentence + Ui::tr("（サーバーの応答: ") + words + u'）';
+  const QString end = Ui::tr("）");
+  QString words = Words(reply).replace(u'（', u'(').replace(u'）', u')');
+  if (end == u")") words.replace(u'(', u'[').replace(u')', u']');
+  return sentence + Ui::tr("（サーバーの応答: ") + words + end;
 }
 
 }  // namespace vorn

@@ -64,17 +64,18 @@ void ReceivedMail::End() {
     if (!noted) log_.ListingFailed(noted.Error());  // they are looked for once more
   }
   if (groups_.Written() > 0 && !groups_.HasFailed()) {
-    log_.Add(Ui::tr("メッセージを%1通受信しました。").arg(groups_.Written()));
+    log_.Add(Ui::tr("メッセージを%n通受信しました。", nullptr, groups_.Written()));
   }
   if (tornOff_ > 0) {
-    log_.Add(Ui::tr("サーバーが知らせた大きさと合わないメッセージが%1通ありました。サーバーには"
-                    "残します。")
-                 .arg(tornOff_));
+    log_.Add(
+        Ui::tr("サーバーが知らせた大きさと合わないメッセージが%n通ありました。サーバーには"
+               "残します。",
+               nullptr, tornOff_));
   }
   if (stopped_ > 0) {
-    log_.Add(Ui::tr("メッセージ条件により%1通を受信しませんでした。").arg(stopped_));
+    log_.Add(Ui::tr("メッセージ条件により%n通を受信しませんでした。", nullptr, stopped_));
     if (deletions_.Stopped() > 0) {
-      log_.Add(Ui::tr("そのうち%1通はサーバーから削除します。").arg(deletions_.Stopped()));
+      log_.Add(Ui::tr("そのうち%n通はサーバーから削除します。", nullptr, deletions_.Stopped()));
     }
   }
 }

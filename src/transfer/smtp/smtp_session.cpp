@@ -252,7 +252,7 @@ void SmtpSession::EnvelopeDone() {
   if (!refusals_.isEmpty()) {
     events_.Error(PopError::Refused,
                   Ui::tr("宛先をサーバーに断られました。アドレスを確認してください。") +
-                      refusals_.join(u'、'));
+                      refusals_.join(Ui::tr("、")));
     Leave();
     return;
   }

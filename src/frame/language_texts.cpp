@@ -1,4 +1,4 @@
-#include "frame/window/language_texts.h"
+#include "frame/language_texts.h"
 
 #include <QCoreApplication>
 #include <QLibraryInfo>
@@ -7,11 +7,12 @@
 namespace vorn {
 namespace {
 
-// Another country that reads English keeps its own dates.
+// Another country that reads English keeps its own dates; a system without a language has none.
 QLocale LocaleFor(const QString& language) {
   const QLocale system = QLocale::system();
   const bool isJapanese = language == u"ja";
-  if (isJapanese == (system.language() == QLocale::Japanese)) return system;
+  if (system.language() != QLocale::C && isJapanese == (system.language() == QLocale::Japanese))
+    return system;
   return QLocale(isJapanese ? QLocale::Japanese : QLocale::English);
 }
 
@@ -28,6 +29,10 @@ LanguageTexts::LanguageTexts(const QString& language) {
   use(toolkit_, QStringLiteral("qtbase_") + language,
       QLibraryInfo::path(QLibraryInfo::TranslationsPath));
   use(toolkitGaps_, QStringLiteral("toolkit_") + language, own);
+}
+
+LanguageTexts::~LanguageTexts() {
+  QLocale::setDefault(before_);
 }
 
 }  // namespace vorn

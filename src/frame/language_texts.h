@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLocale>
 #include <QString>
 #include <QTranslator>
 
@@ -11,8 +12,12 @@ class LanguageTexts {
  public:
   /// "ja" or "en".
   explicit LanguageTexts(const QString& language);
+  ~LanguageTexts();
+  LanguageTexts(const LanguageTexts&) = delete;
+  LanguageTexts& operator=(const LanguageTexts&) = delete;
 
  private:
+  QLocale before_;  // the locale that had been set
   QTranslator program_;
   QTranslator toolkit_;
   QTranslator toolkitGaps_;
