@@ -73,7 +73,7 @@
     </message>
     <message>
         <source>プロファイル「%1」はありません。</source>
-        <translation>There is no profile “%1”.</translation>
+        <translation>There is no profile &quot;%1&quot;.</translation>
     </message>
     <message>
         <source>ログインできませんでした。入力したプロファイル情報を確認してください。</source>
@@ -85,7 +85,7 @@
     </message>
     <message>
         <source>プロファイル一覧のファイル「%1」を開けません。%2</source>
-        <translation>The file of the profiles, “%1”, cannot be opened. %2</translation>
+        <translation>The file of the profiles, &quot;%1&quot;, cannot be opened. %2</translation>
     </message>
     <message>
         <source>プロファイル</source>
@@ -177,11 +177,7 @@
     </message>
     <message>
         <source>フォルダ「%1」の書き出し</source>
-        <translation>Export the Folder “%1”</translation>
-    </message>
-    <message>
-        <source>メッセージの書き出し</source>
-        <translation>Export Messages</translation>
+        <translation>Export the Folder &quot;%1&quot;</translation>
     </message>
     <message>
         <source>%1通を書き出しました。</source>
@@ -405,7 +401,7 @@
     </message>
     <message>
         <source>アカウント「%1」の受信のパスワードを入力してください。</source>
-        <translation>Enter the password for receiving with the account “%1”.</translation>
+        <translation>Enter the password for receiving with the account &quot;%1&quot;.</translation>
     </message>
     <message>
         <source>印刷</source>
@@ -413,7 +409,7 @@
     </message>
     <message>
         <source>データフォルダ「%1」を作成できません。</source>
-        <translation>The data folder “%1” cannot be made.</translation>
+        <translation>The data folder &quot;%1&quot; cannot be made.</translation>
     </message>
     <message>
         <source>は既に起動しています。</source>
@@ -429,7 +425,7 @@
     </message>
     <message>
         <source>添付ファイル「%1」を読み込めません。</source>
-        <translation>The attachment “%1” cannot be read.</translation>
+        <translation>The attachment &quot;%1&quot; cannot be read.</translation>
     </message>
     <message>
         <source>添付ファイル[%1].dat</source>
@@ -453,23 +449,23 @@
     </message>
     <message>
         <source>「%1」にメッセージがありません。</source>
-        <translation>There is no message in “%1”.</translation>
+        <translation>There is no message in &quot;%1&quot;.</translation>
     </message>
     <message>
         <source>「%1」を読み込めません。</source>
-        <translation>“%1” cannot be read.</translation>
+        <translation>&quot;%1&quot; cannot be read.</translation>
     </message>
     <message>
         <source>「%1」はもうあります。</source>
-        <translation>“%1” exists already.</translation>
+        <translation>&quot;%1&quot; exists already.</translation>
     </message>
     <message>
         <source>「%1」に書き込めません。</source>
-        <translation>“%1” cannot be written.</translation>
+        <translation>&quot;%1&quot; cannot be written.</translation>
     </message>
     <message>
         <source>「%1」に書き込めません。ディスクの空き容量を確認してください。</source>
-        <translation>“%1” cannot be written. Check the free space of the disk.</translation>
+        <translation>&quot;%1&quot; cannot be written. Check the free space of the disk.</translation>
     </message>
     <message>
         <source>開封通知： </source>
@@ -567,7 +563,7 @@ Date: </translation>
     </message>
     <message>
         <source>「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。</source>
-        <translation>“%1” cannot be saved. Check the folder and the free space of the disk.</translation>
+        <translation>&quot;%1&quot; cannot be saved. Check the folder and the free space of the disk.</translation>
     </message>
     <message>
         <source>開く(&amp;O)</source>
@@ -1747,23 +1743,23 @@ Date: </translation>
     </message>
     <message>
         <source>サーバー「%1」（ポート%2）に接続できません。サーバー名、ポート番号、ネットワークの接続を確認してください。（%3）</source>
-        <translation>The server “%1” (port %2) cannot be reached. Check the server name, the port and the network connection. (%3)</translation>
+        <translation>The server &quot;%1&quot; (port %2) cannot be reached. Check the server name, the port and the network connection. (%3)</translation>
     </message>
     <message>
         <source>サーバー「%1」の証明書を確認できないため、通信を中止しました。（%2）</source>
-        <translation>The certificate of the server “%1” cannot be verified, so the connection was ended. (%2)</translation>
+        <translation>The certificate of the server &quot;%1&quot; cannot be verified, so the connection was ended. (%2)</translation>
     </message>
     <message>
         <source>サーバー「%1」との暗号化に失敗しました。ポート番号とセキュリティの設定を確認してください。（%2）</source>
-        <translation>The connection to the server “%1” could not be encrypted. Check the port and the security setting. (%2)</translation>
+        <translation>The connection to the server &quot;%1&quot; could not be encrypted. Check the port and the security setting. (%2)</translation>
     </message>
     <message>
         <source>サーバー「%1」に接続できません（時間切れ）。サーバー名とネットワークの接続を確認してください。</source>
-        <translation>The server “%1” cannot be reached (time-out). Check the server name and the network connection.</translation>
+        <translation>The server &quot;%1&quot; cannot be reached (time-out). Check the server name and the network connection.</translation>
     </message>
     <message>
         <source>サーバー「%1」の応答がありません（時間切れ）。しばらくしてからもう一度実行してください。</source>
-        <translation>The server “%1” does not answer (time-out). Try again in a while.</translation>
+        <translation>The server &quot;%1&quot; does not answer (time-out). Try again in a while.</translation>
     </message>
     <message>
         <source>受信中に接続が切れました。受信済みのメッセージは保存されています。もう一度受信してください。</source>
@@ -2018,7 +2014,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>「%1」は既にあります。上書きしますか？</source>
-        <translation>“%1” exists already. Overwrite it?</translation>
+        <translation>&quot;%1&quot; exists already. Overwrite it?</translation>
     </message>
     <message>
         <source>次の%1通は壊れていて読み込めないので、含まれていません。</source>
@@ -2034,11 +2030,11 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>「%1」には書き出したメッセージのほかのものがあるので、置き換えません。</source>
-        <translation>“%1” holds other things than exported messages and is not replaced.</translation>
+        <translation>&quot;%1&quot; holds other things than exported messages and is not replaced.</translation>
     </message>
     <message>
         <source>「%1」には別の書き出しが書き込んでいます。</source>
-        <translation>Another export is writing to “%1”.</translation>
+        <translation>Another export is writing to &quot;%1&quot;.</translation>
     </message>
     <message>
         <source>もう一度送信(&amp;G)</source>
@@ -2094,7 +2090,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>記録ファイル「%1」が壊れているか、別のデータベースのものです。</source>
-        <translation>The log “%1” is damaged or belongs to another database.</translation>
+        <translation>The log &quot;%1&quot; is damaged or belongs to another database.</translation>
     </message>
     <message>
         <source>データベースファイルを作成できません。</source>
@@ -2102,11 +2098,11 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>「%1」はありません。</source>
-        <translation>“%1” does not exist.</translation>
+        <translation>&quot;%1&quot; does not exist.</translation>
     </message>
     <message>
         <source>「%1」の近くに誤りがあります。</source>
-        <translation>There is a mistake near “%1”.</translation>
+        <translation>There is a mistake near &quot;%1&quot;.</translation>
     </message>
     <message>
         <source>パスワードが違うか、ファイルの先頭が壊れています。</source>
@@ -2178,7 +2174,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>フォルダ「%1」に書き込めません。</source>
-        <translation>The folder “%1” cannot be written to.</translation>
+        <translation>The folder &quot;%1&quot; cannot be written to.</translation>
     </message>
     <message>
         <source>ほかのプログラムがデータベースを作成しています。</source>
@@ -2186,15 +2182,15 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>「%1」: 前のパスワードのままです。</source>
-        <translation>“%1”: still under the former password.</translation>
+        <translation>&quot;%1&quot;: still under the former password.</translation>
     </message>
     <message>
         <source>パスワードの変更を完了できません。「%1」の新しいファイルがありません。</source>
-        <translation>The password change cannot be completed. The new file of “%1” is missing.</translation>
+        <translation>The password change cannot be completed. The new file of &quot;%1&quot; is missing.</translation>
     </message>
     <message>
         <source>パスワードの変更を完了できません。「%1」の新しいファイルが壊れています。</source>
-        <translation>The password change cannot be completed. The new file of “%1” is damaged.</translation>
+        <translation>The password change cannot be completed. The new file of &quot;%1&quot; is damaged.</translation>
     </message>
     <message>
         <source>使っているプログラム: %1</source>
@@ -2218,19 +2214,19 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>「%1」が壊れているため、受信しません。</source>
-        <translation>Nothing is received, since “%1” is damaged.</translation>
+        <translation>Nothing is received, since &quot;%1&quot; is damaged.</translation>
     </message>
     <message>
         <source>サーバー「%1」の応答が遅すぎるため、通信を中止しました。しばらくしてからもう一度実行してください。</source>
-        <translation>The server “%1” answers too slowly; the connection was ended. Try again in a while.</translation>
+        <translation>The server &quot;%1&quot; answers too slowly; the connection was ended. Try again in a while.</translation>
     </message>
     <message>
         <source>サーバー「%1」のポート%2は最初から暗号化する接続（TLS）のためのポートです。アカウントのセキュリティの設定かポート番号を確認してください。</source>
-        <translation>Port %2 of the server “%1” is for connections that are encrypted from the start (TLS). Check the account&apos;s security setting or the port number.</translation>
+        <translation>Port %2 of the server &quot;%1&quot; is for connections that are encrypted from the start (TLS). Check the account&apos;s security setting or the port number.</translation>
     </message>
     <message>
         <source>サーバー「%1」の応答がありません（時間切れ）。ポート番号とセキュリティの設定を確認してください。</source>
-        <translation>The server “%1” does not answer (time-out). Check the port number and the security setting.</translation>
+        <translation>The server &quot;%1&quot; does not answer (time-out). Check the port number and the security setting.</translation>
     </message>
     <message>
         <source>サーバーがヘッダーだけの受信（TOP）に対応していないため、メッセージ条件はメッセージを受信してから調べます。</source>
@@ -2246,7 +2242,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>メッセージ「%1」を読み込めないので、送信しませんでした。</source>
-        <translation>The message “%1” cannot be read and was not sent. </translation>
+        <translation>The message &quot;%1&quot; cannot be read and was not sent. </translation>
     </message>
     <message>
         <source>この宛先をサーバーに断られたので、送信しませんでした。</source>
@@ -2258,11 +2254,11 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>アドレス「%1」の@より前に、このサーバーが扱えない文字があります（SMTPUTF8に対応していません）。半角の英数字のアドレスを使ってください。</source>
-        <translation>The address “%1” has characters before the @ that this server cannot handle (it lacks SMTPUTF8). Use an address in ASCII.</translation>
+        <translation>The address &quot;%1&quot; has characters before the @ that this server cannot handle (it lacks SMTPUTF8). Use an address in ASCII.</translation>
     </message>
     <message>
         <source>差出人のアドレス「%1」をサーバーに断られました。</source>
-        <translation>The server refused the sender “%1”.</translation>
+        <translation>The server refused the sender &quot;%1&quot;.</translation>
     </message>
     <message>
         <source>宛先をサーバーに断られました。アドレスを確認してください。</source>
@@ -2294,7 +2290,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>「%1」: ファイルの先頭が壊れています。パスワードは正しく、メッセージのファイルは開けます。</source>
-        <translation>“%1”: the beginning of the file is damaged. The password is right; the message file can be opened.</translation>
+        <translation>&quot;%1&quot;: the beginning of the file is damaged. The password is right; the message file can be opened.</translation>
     </message>
     <message>
         <source>なくなったファイルを元に戻せません。</source>
@@ -2302,7 +2298,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>プロファイル一覧のファイルを読めないため、「%1」という名前で残しました。</source>
-        <translation>The list of profiles cannot be read; it was kept under the name “%1”.</translation>
+        <translation>The list of profiles cannot be read; it was kept under the name &quot;%1&quot;.</translation>
     </message>
     <message>
         <source>プロファイル一覧を、フォルダにある%1個のプロファイルから作り直しました。名前はログインすると元に戻ります。</source>
@@ -2330,15 +2326,15 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>ファイル「%1」%2が空になっています。</source>
-        <translation>The file “%1” %2 is empty.</translation>
+        <translation>The file &quot;%1&quot; %2 is empty.</translation>
     </message>
     <message>
         <source>ファイル「%1」%2がありません。</source>
-        <translation>The file “%1” %2 is missing.</translation>
+        <translation>The file &quot;%1&quot; %2 is missing.</translation>
     </message>
     <message>
         <source>「%1」がそのファイルです。</source>
-        <translation>“%1” is that file.</translation>
+        <translation>&quot;%1&quot; is that file.</translation>
     </message>
     <message>
         <source>フォルダにはほかのデータベースがありません。</source>
@@ -2350,15 +2346,15 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>「%1」は、なくなったファイルではありません。</source>
-        <translation>“%1” is not the lost file.</translation>
+        <translation>&quot;%1&quot; is not the lost file.</translation>
     </message>
     <message>
         <source>「%1」は使用中です。</source>
-        <translation>“%1” is in use.</translation>
+        <translation>&quot;%1&quot; is in use.</translation>
     </message>
     <message>
         <source>「%1」を元に戻せません。</source>
-        <translation>“%1” cannot be brought back.</translation>
+        <translation>&quot;%1&quot; cannot be brought back.</translation>
     </message>
     <message>
         <source>プロファイル%1</source>
@@ -2370,11 +2366,11 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>データベースファイル「%1」がありません。</source>
-        <translation>The database file “%1” is missing.</translation>
+        <translation>The database file &quot;%1&quot; is missing.</translation>
     </message>
     <message>
         <source>「%1」: ファイルの先頭が壊れているか、このプロファイルのファイルではありません。</source>
-        <translation>“%1”: the beginning of the file is damaged, or it is no file of this profile.</translation>
+        <translation>&quot;%1&quot;: the beginning of the file is damaged, or it is no file of this profile.</translation>
     </message>
     <message>
         <source>保存済みのもののうち、次の%1通は壊れていて読み込めません。</source>
@@ -2382,7 +2378,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>データベースファイル「%1」が壊れています。</source>
-        <translation>The database file “%1” is damaged.</translation>
+        <translation>The database file &quot;%1&quot; is damaged.</translation>
     </message>
     <message>
         <source>読み込めないメッセージがあるかもしれません。決めるまでは受信せず、サーバーのメッセージも削除しません。</source>
@@ -2406,11 +2402,11 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>記録ファイル「%1」を読み込めません。</source>
-        <translation>The log “%1” cannot be read.</translation>
+        <translation>The log &quot;%1&quot; cannot be read.</translation>
     </message>
     <message>
         <source>ファイル「%1」%2の場所にあるのは、別のデータベースか、先頭の壊れたファイルです。</source>
-        <translation>In the place of the file “%1”%2 there is another database, or a file whose beginning is damaged.</translation>
+        <translation>In the place of the file &quot;%1&quot;%2 there is another database, or a file whose beginning is damaged.</translation>
     </message>
     <message>
         <source>「%1」はメッセージのファイルではありません。</source>
@@ -2692,11 +2688,11 @@ Open it?</translation>
     </message>
     <message>
         <source>「%1」のページからのメッセージ:</source>
-        <translation>The page at “%1” says:</translation>
+        <translation>The page at &quot;%1&quot; says:</translation>
     </message>
     <message>
         <source>「%1」はすべてのメッセージに合います。</source>
-        <translation>“%1” matches every message.</translation>
+        <translation>&quot;%1&quot; matches every message.</translation>
     </message>
     <message>
         <source>サーバーからの削除をやめました。</source>
@@ -3000,7 +2996,7 @@ Open it?</translation>
     </message>
     <message>
         <source>メッセージの指定「%1」では読めない文字があります。</source>
-        <translation>Some characters cannot be read in “%1”, which the message declares.</translation>
+        <translation>Some characters cannot be read in &quot;%1&quot;, which the message declares.</translation>
     </message>
     <message>
         <source>文字コードを選んで読む</source>
@@ -3028,7 +3024,7 @@ Open it?</translation>
     </message>
     <message>
         <source>この画面では「%1」として読んでいます。</source>
-        <translation>Read as “%1” in this window.</translation>
+        <translation>Read as &quot;%1&quot; in this window.</translation>
     </message>
     <message>
         <source>文字コードを選んで読む(&amp;M)..</source>
@@ -3044,7 +3040,7 @@ Open it?</translation>
     </message>
     <message>
         <source>「%1」はフォルダなので添付できません。</source>
-        <translation>“%1” is a folder and cannot be attached.</translation>
+        <translation>&quot;%1&quot; is a folder and cannot be attached.</translation>
     </message>
     <message>
         <source>このファイルは今のパスワードでは開けません。一覧から外したときのパスワードを入力してください。</source>
@@ -3452,15 +3448,15 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>鍵のファイル「%1」は、このプロファイルのものではありません。</source>
-        <translation>The key file “%1” is not this profile&apos;s. </translation>
+        <translation>The key file &quot;%1&quot; is not this profile&apos;s. </translation>
     </message>
     <message>
         <source>鍵のファイル「%1」が壊れているか、読む権限がありません。</source>
-        <translation>The key file “%1” is damaged, or you may not read it. </translation>
+        <translation>The key file &quot;%1&quot; is damaged, or you may not read it. </translation>
     </message>
     <message>
         <source>鍵のファイル「%1」がありません。</source>
-        <translation>The key file “%1” is missing. </translation>
+        <translation>The key file &quot;%1&quot; is missing. </translation>
     </message>
     <message>
         <source>元のファイルを戻すか、パスワードの欄に回復コードを入力してください。</source>
@@ -3468,7 +3464,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>データフォルダ「%1」には、ほかの利用者も書き込めます。ほかの利用者が書き込めないフォルダに変えてください。</source>
-        <translation>Other users can write to the data folder “%1”. Please change it so that they cannot.</translation>
+        <translation>Other users can write to the data folder &quot;%1&quot;. Please change it so that they cannot.</translation>
     </message>
     <message>
         <source>回復コードと同じ形のものは、パスワードにできません。</source>
@@ -3640,7 +3636,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>「%1」に保存しました。</source>
-        <translation>Saved as “%1”.</translation>
+        <translation>Saved as &quot;%1&quot;.</translation>
     </message>
     <message>
         <source>%1個のファイルを「%2」に保存しました。</source>
@@ -3791,7 +3787,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>ファイル「%1」%2の場所にあるのは、パスワードが変わる前の古い複製です。つなぎ直すと、今のパスワードに合わせた複製に替わり、このファイルは別の名前で残ります。</source>
-        <translation>What stands in the place of the file “%1”%2 is an older copy, from before the password changed. If you reconnect it, a copy that fits the present password takes its place, and this file is kept under another name.</translation>
+        <translation>What stands in the place of the file &quot;%1&quot;%2 is an older copy, from before the password changed. If you reconnect it, a copy that fits the present password takes its place, and this file is kept under another name.</translation>
     </message>
     <message>
         <source>このファイルのときのパスワード、または回復コードを入力してください。</source>
@@ -3803,7 +3799,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>「%1」には、もう登録されています。</source>
-        <translation>Already in “%1”.</translation>
+        <translation>Already in &quot;%1&quot;.</translation>
     </message>
     <message>
         <source>%1を「%2」に登録しました。</source>
@@ -3839,11 +3835,11 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>ディスクの空き容量が足りないので、「%1」を今のパスワードに合わせられません。</source>
-        <translation>There is not enough room on the disk to bring “%1” under the present password.</translation>
+        <translation>There is not enough room on the disk to bring &quot;%1&quot; under the present password.</translation>
     </message>
     <message>
         <source>「%1」は壊れているので、今のパスワードに合わせられません。</source>
-        <translation>“%1” is damaged and cannot be brought under the present password.</translation>
+        <translation>&quot;%1&quot; is damaged and cannot be brought under the present password.</translation>
     </message>
     <message>
         <source>%1通を選択</source>
@@ -3867,7 +3863,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>「%1」はこのパスワードで開けますが、メッセージのファイルは開けません。どちらかが、パスワードが変わる前の古い複製です。今のパスワードを入力してください。</source>
-        <translation>“%1” opens with this password, but the file of messages does not. One of them is an older copy from before the password changed. Enter the present password.</translation>
+        <translation>&quot;%1&quot; opens with this password, but the file of messages does not. One of them is an older copy from before the password changed. Enter the present password.</translation>
     </message>
     <message>
         <source>このパスワードで開けるのは、最後に使ったときのものではないファイルだけです。入力したのが変える前のパスワードなら、今のパスワードを入力してください。</source>
@@ -3985,15 +3981,15 @@ Do you want that?</translation>
     </message>
     <message>
         <source>「%1」を作成しています。</source>
-        <translation>“%1” is being made.</translation>
+        <translation>&quot;%1&quot; is being made.</translation>
     </message>
     <message>
         <source>「%1」に書き込めません。ディスクの空き容量とフォルダの権限を確認してください。</source>
-        <translation>“%1” cannot be written. Please check the free space on the disk and the permissions of the folder.</translation>
+        <translation>&quot;%1&quot; cannot be written. Please check the free space on the disk and the permissions of the folder.</translation>
     </message>
     <message>
         <source>プロファイルの鍵はデスクトップのキーリングにあり、読めません（鍵のファイル「%1」）。キーリングのロックを解除してもう一度ログインしてください。鍵がなくなっているときは、パスワードの欄に回復コードを入力してください。</source>
-        <translation>The profile’s key is in the desktop’s keyring and cannot be read (key file “%1”). Unlock the keyring and log in again. If the key is gone, enter the recovery code as the password.</translation>
+        <translation>The profile’s key is in the desktop’s keyring and cannot be read (key file &quot;%1&quot;). Unlock the keyring and log in again. If the key is gone, enter the recovery code as the password.</translation>
     </message>
     <message>
         <source>パスワードがないので、メールは、デスクトップのキーリングにある鍵で暗号化されています。プロファイルのフォルダを手に入れた人は読めませんが、このパソコンにあなたとしてログインした人は読めます。それも防ぐには、パスワードを決めてください。キーリングの鍵がなくなると回復コードでしか読めないので、回復コードを印刷して保管してください。パスワードを決めると、今の回復コードは使えなくなります。</source>
@@ -4057,7 +4053,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>「%1」を開くプログラムがありません。ファイルに保存しますか？</source>
-        <translation>There is no program that opens “%1”. Save it to a file?</translation>
+        <translation>There is no program that opens &quot;%1&quot;. Save it to a file?</translation>
     </message>
     <message>
         <source>同じアドレスのアカウントのうち、送信に使うものにします。</source>
@@ -4089,7 +4085,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>「%1」に一致するメッセージはありません。</source>
-        <translation>No message matches “%1”.</translation>
+        <translation>No message matches &quot;%1&quot;.</translation>
     </message>
     <message>
         <source>すべてのフォルダを検索する</source>
@@ -4109,7 +4105,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>「%1」に入れられるのは、受信したメッセージだけです。</source>
-        <translation>Only received messages can be put into “%1”.</translation>
+        <translation>Only received messages can be put into &quot;%1&quot;.</translation>
     </message>
     <message>
         <source>%1 バイト</source>
@@ -4121,7 +4117,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>「%1」を選ぶと使えます。</source>
-        <translation>Usable with “%1”.</translation>
+        <translation>Usable with &quot;%1&quot;.</translation>
     </message>
     <message>
         <source>開封通知を求められたときに、送るかどうかを尋ねます。</source>
@@ -4161,7 +4157,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>「%1」で始まるものが%2個あります。続きを入力するか、↑ ↓ で選んでください。</source>
-        <translation>%2 names begin with “%1”. Type on, or choose with ↑ ↓.</translation>
+        <translation>%2 names begin with &quot;%1&quot;. Type on, or choose with ↑ ↓.</translation>
     </message>
     <message>
         <source>大きいのでここには表示しません。添付ファイルを開いてください。</source>
@@ -4217,7 +4213,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>「%1」は件名にもアドレスにもありません。本文を検索しています…</source>
-        <translation>No subject or address has “%1”. Searching texts…</translation>
+        <translation>No subject or address has &quot;%1&quot;. Searching texts…</translation>
     </message>
     <message>
         <source>%1通以上</source>
@@ -4230,6 +4226,94 @@ and what was erased is not received again.</translation>
     <message>
         <source>サーバーがログインか暗号化を求めています。アカウントの送信の設定を確認してください。</source>
         <translation>The server wants a login or encryption. Please check the account’s settings for sending.</translation>
+    </message>
+    <message>
+        <source>取り込んだメッセージを入れるフォルダを選択してください。</source>
+        <translation>Choose the folder for the imported messages.</translation>
+    </message>
+    <message>
+        <source>「%1」の取り込み</source>
+        <translation>Importing &quot;%1&quot;</translation>
+    </message>
+    <message>
+        <source>取り込みを元に戻せませんでした。</source>
+        <translation>The import could not be undone. </translation>
+    </message>
+    <message>
+        <source>取り込んでから変更された%1通は残しました。</source>
+        <translation>Kept %1 messages that were changed since the import.</translation>
+    </message>
+    <message>
+        <source>「%1」の書き出し</source>
+        <translation>Exporting &quot;%1&quot;</translation>
+    </message>
+    <message>
+        <source>送信できていないメッセージ %1通</source>
+        <translation>Messages not sent: %1</translation>
+    </message>
+    <message>
+        <source>%1通を未開封にしました。</source>
+        <translation>Marked %1 messages as unopened.</translation>
+    </message>
+    <message>
+        <source>%1通を開封済みにしました。</source>
+        <translation>Marked %1 messages as opened.</translation>
+    </message>
+    <message>
+        <source>%1通のスターを変えました。</source>
+        <translation>Changed the stars of %1 messages.</translation>
+    </message>
+    <message>
+        <source>.. %1 / %2通</source>
+        <translation>.. %1 / %2 messages</translation>
+    </message>
+    <message>
+        <source>サーバーに断られたので、送信していません。送信をキャンセルし、直してからもう一度送信してください。</source>
+        <translation>Not sent, because the server refused it. Cancel the sending, correct the message and send it again.</translation>
+    </message>
+    <message>
+        <source>いつ送信を試みたか: %1</source>
+        <translation>Tried at: %1</translation>
+    </message>
+    <message>
+        <source>アカウントを作成(&amp;A)..</source>
+        <translation>Create an &amp;Account..</translation>
+    </message>
+    <message>
+        <source>送信するアカウントがまだないので、このメッセージは送信できません。書いておくことはできます。</source>
+        <translation>There is no account yet to send this message with. You can write it now.</translation>
+    </message>
+    <message>
+        <source>行の高さ（表、カード）(&amp;D)</source>
+        <translation>Row Height (Table, Cards) (&amp;D)</translation>
+    </message>
+    <message>
+        <source>普通</source>
+        <translation>Normal</translation>
+    </message>
+    <message>
+        <source>広い</source>
+        <translation>Roomy</translation>
+    </message>
+    <message>
+        <source>狭い</source>
+        <translation>Dense</translation>
+    </message>
+    <message>
+        <source>接続中 …（%1）</source>
+        <translation>Connecting … (%1)</translation>
+    </message>
+    <message>
+        <source>送信中 …（あと%1通、%2）</source>
+        <translation>Sending … (%1 to go, %2)</translation>
+    </message>
+    <message>
+        <source>新着を確認中 …（%1）</source>
+        <translation>Checking for new messages … (%1)</translation>
+    </message>
+    <message>
+        <source>%1 / %2 通を受信中 …（%3）</source>
+        <translation>Receiving %1 / %2 messages … (%3)</translation>
     </message>
 </context>
 </TS>
