@@ -33,6 +33,7 @@ bool HasAt(const QString& text) {
 QString ShownSender(const AddressEntry& entry) {
   const QString name = WithoutHidden(entry.displayName).simplified();
   if (!HasVisible(name)) return entry.address;
+  if (entry.address == kNoAddress) return name;
   QString others = name;
   others.remove(entry.address, Qt::CaseInsensitive);
   // In front, where a narrow column does not cut it off.
