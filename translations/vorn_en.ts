@@ -172,10 +172,6 @@
         <translation>Export the Folder “%1”</translation>
     </message>
     <message>
-        <source>メッセージの書き出し</source>
-        <translation>Export Messages</translation>
-    </message>
-    <message>
         <source>ツール(&amp;T)</source>
         <translation>&amp;Tools</translation>
     </message>
@@ -4641,6 +4637,94 @@ Give the password or the recovery code of that time with --former-password-fd.</
     <message>
         <source>第5</source>
         <translation>fifth </translation>
+    </message>
+    <message>
+        <source>取り込んだメッセージを入れるフォルダを選択してください。</source>
+        <translation>Choose the folder for the imported messages.</translation>
+    </message>
+    <message>
+        <source>「%1」の取り込み</source>
+        <translation>Importing “%1”</translation>
+    </message>
+    <message>
+        <source>取り込みを元に戻せませんでした。</source>
+        <translation>The import could not be undone. </translation>
+    </message>
+    <message>
+        <source>取り込んでから変更された%1通は残しました。</source>
+        <translation>Kept %1 messages that were changed since the import.</translation>
+    </message>
+    <message>
+        <source>「%1」の書き出し</source>
+        <translation>Exporting “%1”</translation>
+    </message>
+    <message>
+        <source>送信できていないメッセージ %1通</source>
+        <translation>Messages not sent: %1</translation>
+    </message>
+    <message>
+        <source>%1通を未開封にしました。</source>
+        <translation>Marked %1 messages as unopened.</translation>
+    </message>
+    <message>
+        <source>%1通を開封済みにしました。</source>
+        <translation>Marked %1 messages as opened.</translation>
+    </message>
+    <message>
+        <source>%1通のスターを変えました。</source>
+        <translation>Changed the stars of %1 messages.</translation>
+    </message>
+    <message>
+        <source>.. %1 / %2通</source>
+        <translation>.. %1 / %2 messages</translation>
+    </message>
+    <message>
+        <source>サーバーに断られたので、送信していません。送信をキャンセルし、直してからもう一度送信してください。</source>
+        <translation>Not sent, because the server refused it. Cancel the sending, correct the message and send it again.</translation>
+    </message>
+    <message>
+        <source>いつ送信を試みたか: %1</source>
+        <translation>Tried at: %1</translation>
+    </message>
+    <message>
+        <source>アカウントを作成(&amp;A)..</source>
+        <translation>Create an &amp;Account..</translation>
+    </message>
+    <message>
+        <source>送信するアカウントがまだないので、このメッセージは送信できません。書いておくことはできます。</source>
+        <translation>There is no account yet to send this message with. You can write it now.</translation>
+    </message>
+    <message>
+        <source>行の高さ（表、カード）(&amp;D)</source>
+        <translation>Row Height (Table, Cards) (&amp;D)</translation>
+    </message>
+    <message>
+        <source>普通</source>
+        <translation>Normal</translation>
+    </message>
+    <message>
+        <source>広い</source>
+        <translation>Roomy</translation>
+    </message>
+    <message>
+        <source>狭い</source>
+        <translation>Dense</translation>
+    </message>
+    <message>
+        <source>接続中 …（%1）</source>
+        <translation>Connecting … (%1)</translation>
+    </message>
+    <message>
+        <source>送信中 …（あと%1通、%2）</source>
+        <translation>Sending … (%1 to go, %2)</translation>
+    </message>
+    <message>
+        <source>新着を確認中 …（%1）</source>
+        <translation>Checking for new messages … (%1)</translation>
+    </message>
+    <message>
+        <source>%1 / %2 通を受信中 …（%3）</source>
+        <translation>Receiving %1 / %2 messages … (%3)</translation>
     </message>
 </context>
 </TS>

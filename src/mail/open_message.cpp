@@ -183,6 +183,17 @@ bool IsHtmlFirst(Context& context, const MessageModel& model) {
   return model.isTextOfHtml && Settings(context).IsHtmlFirst();
 }
 
+bool HasAccount(Context& context) {
+  return !SelectObjects(context.Objects, *context.Session, object_type::kAccount, kSelectEnabled)
+              ->IsEmpty();
+}
+
+QString SenderLine(Context& context) {
+  const Sender sender = DefaultSender(context);
+  if (sender.address.isEmpty()) return {};
+  return QStringLiteral("FROM: ") + (sender.address + u' ' + sender.display).trimmed();
+}
+
 QString SignatureOf(Context& context, const QString& address) {
   return DefaultSender(context).SignatureOf(address);
 }

@@ -53,6 +53,11 @@ bool MarkOpened(Context& context, Disk& request);
 /// and the setting "HtmlFirst" says so.
 bool IsHtmlFirst(Context& context, const MessageModel& model);
 
+/// Whether any account sends messages; and the address line ("FROM: address name") of the one that
+/// sends those that name none, empty without one.
+bool HasAccount(Context& context);
+QString SenderLine(Context& context);
+
 /// The signature of the account with that address.
 QString SignatureOf(Context& context, const QString& address);
 

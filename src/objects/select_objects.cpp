@@ -16,7 +16,8 @@ bool PassesFilter(const Disk& object, const QString& type, const Disk& owner,
   }
   if (filter.contains(type)) return true;
   if (type != object_type::kFolder) return false;
-  return (filter.contains(u"static") && FolderObject(object).IsFilledByHand()) ||
+  return (filter.contains(u"inbox") && object.SerialID() == fixed_serial::kInbox) ||
+         (filter.contains(u"static") && FolderObject(object).IsFilledByHand()) ||
          (filter.contains(u"active") && AnyObject(object).Draw().contains(u"active"));
 }
 

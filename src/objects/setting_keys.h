@@ -16,6 +16,7 @@ inline const QString kEventsFolded = QStringLiteral("EventsFolded");
 inline const QString kShownOnce = QStringLiteral("ShownOnce");
 inline const QString kPageEscape = QStringLiteral("PageEscape");
 inline const QString kReadingPane = QStringLiteral("ReadingPane");
+inline const QString kRowHeight = QStringLiteral("RowHeight");
 inline const QString kHtmlFirst = QStringLiteral("HtmlFirst");
 inline const QString kToolbarIcon = QStringLiteral("ToolbarIcon");
 inline const QString kStatusBar = QStringLiteral("Statusbar");

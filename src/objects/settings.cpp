@@ -24,6 +24,10 @@ PanePlace Settings::ReadingPane() const {
   return static_cast<PanePlace>(qBound(0, bag_->Number(setting::kReadingPane), 2));
 }
 
+RowHeight Settings::Rows() const {
+  return static_cast<RowHeight>(qBound(0, bag_->Number(setting::kRowHeight), 2));
+}
+
 LanguageChoice Settings::Language() const {
   return static_cast<LanguageChoice>(qBound(0, bag_->Number(setting::kLanguage), 2));
 }

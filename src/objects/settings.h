@@ -11,6 +11,9 @@ namespace vorn {
 /// Where the message that is chosen in a list is shown.
 enum class PanePlace { Nowhere = 0, Under = 1, Right = 2 };
 
+/// How much room a message has in a list.
+enum class RowHeight { Normal = 0, Roomy = 1, Dense = 2 };
+
 /// The language of the interface from the next start on.
 enum class LanguageChoice { System = 0, Japanese = 1, English = 2 };
 
@@ -40,6 +43,7 @@ class Settings {
   void SetReadingPane(PanePlace place) {
     bag_->Let(setting::kReadingPane, static_cast<int>(place));
   }
+  RowHeight Rows() const;
   /// Whether a message that is only HTML opens as HTML.
   bool IsHtmlFirst() const { return bag_->Flag(setting::kHtmlFirst); }
   /// Whether tool bars have icons alone.

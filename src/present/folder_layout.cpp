@@ -4,6 +4,7 @@
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
+#include "objects/settings.h"
 #include "present/ready_layouts.h"
 
 namespace vorn {
@@ -12,8 +13,9 @@ namespace {
 const QString kHtml = QStringLiteral("_html");
 
 // Not stored as text, so that folders have the form that the present version gives it.
-QString ReadyTemplate(const QString& id, const QString& folder, const QString& defaultTemplate) {
-  const QList<ReadyLayout> all = ReadyLayouts(folder);
+QString ReadyTemplate(Context& context, const QString& folder, const QString& defaultTemplate) {
+  const QString id = SharedLayout(context);
+  const QList<ReadyLayout> all = ReadyLayouts(folder, Settings(context).Rows());
   for (const ReadyLayout& layout : all) {
     if (layout.id == id && layout.id != all.first().id) return layout.html;
   }
@@ -43,7 +45,7 @@ FolderLayout GetFolderLayout(Context& context, const QString& folder,
 }
 
 QString SharedTemplate(Context& context, const QString& folder, const QString& defaultTemplate) {
-  return ReadyTemplate(SharedLayout(context), folder, defaultTemplate);
+  return ReadyTemplate(context, folder, defaultTemplate);
 }
 
 QString SharedLayout(Context& context) {

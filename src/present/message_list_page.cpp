@@ -44,7 +44,7 @@ PageContent ReadContent(Context& context, const QString& folder) {
   for (const DoubtfulMessage& message : Outbox(context, MailDatabasePath(context)).Doubtful()) {
     content.doubtful.insert(message.serialId);
   }
-  const auto refused = SendRefusals(context, MailDatabasePath(context)).Routes();
+  const auto refused = SendRefusals(context, MailDatabasePath(context)).All();
   content.refused = {refused.keyBegin(), refused.keyEnd()};
   return content;
 }

@@ -30,8 +30,10 @@ bool HasAt(const QString& text) {
 // message came from.
 QString ShownSender(const AddressEntry& entry) {
   const QString name = WithoutHidden(entry.displayName).simplified();
-  if (!HasVisible(name))
+  if (!HasVisible(name)) {
     return entry.displayName.isEmpty() ? PresentableAddress(entry) : entry.address;
+  }
+  if (entry.address == kNoAddress) return name;
   QString others = name;
   others.remove(entry.address, Qt::CaseInsensitive);
   // In front, where a narrow column does not cut it off.

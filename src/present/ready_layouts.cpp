@@ -28,27 +28,43 @@ html { scroll-padding-top: 3em; } /* no row hides behind the head */
 body { margin: 0; background: var(--back); color: var(--text);
        font: 10pt/1.5 "Noto Sans CJK JP", "Yu Gothic UI", "Meiryo", sans-serif; }
 table { width: 100%; border-collapse: collapse; table-layout: fixed; }
-th { position: sticky; top: 0; background: var(--head); color: var(--soft); font-weight: normal;
-     text-align: left; padding: 6px 10px; border-bottom: 1px solid var(--line); white-space: nowrap;
+th { position: sticky; top: 0; z-index: 1; background: var(--head); color: var(--soft);
+     font-weight: normal; text-align: left; padding: 6px 8px; border-bottom: 1px solid var(--line); white-space: nowrap;
      overflow: hidden; }
-td { padding: 6px 10px; border-bottom: 1px solid var(--line); white-space: nowrap;
+td { padding: {pad} 8px; border-bottom: 1px solid var(--line); white-space: nowrap;
      overflow: hidden; text-overflow: ellipsis; }
 a { color: var(--text); text-decoration: none; }
 a:hover { color: var(--link); text-decoration: underline; }
-.m○ .subject a, .m○ .from { font-weight: bold; }
+a:focus-visible { outline: 2px solid var(--link); outline-offset: -2px; border-radius: 3px; }
+.m○ .subject > a, .m○ .from { font-weight: bold; }
 .m○ .marks { color: var(--mark); }
 /* A ring says "all right" in Japan; what is unopened has a disc. */
 .new { font-size: 0; } .m○ .new::before { content: "●"; font-size: 10pt; }
-.marks { width: 5em; } .from { width: clamp(7em, 22vw, 20em); } .date { width: 5.5em; }
-.do { width: 8em; }
-td.date, td.do, td.do a { color: var(--soft); }
-td.do a:hover { color: var(--link); }
+.marks { width: 4.5em; } .from { width: clamp(7em, 17vw, 20em); } .date { width: 5.5em; }
+td.date { color: var(--soft); }
+/* Pictures leave the subject its room. Their words are there for who hears the page. */
+td.subject { position: relative; padding-right: 60px; }
+.do { position: absolute; right: 4px; top: 0; bottom: 0; display: flex; align-items: center; }
+.do a { display: block; padding: 4px; font-size: 0; line-height: 0; color: var(--soft); }
+.do a:hover { color: var(--link); }
+.do a::before { content: ""; display: block; width: 16px; height: 16px; background: currentColor;
+                forced-color-adjust: none; }
+.do a[href^="REPLAY" i]::before {
+  clip-path: path("M6.5 2.5 1 8l5.5 5.5V10c4 0 6.5 1 8.5 4-.5-5-3.5-8-8.5-8Z"); }
+.do a[href^="FORWARD" i]::before {
+  clip-path: path("M9.5 2.5 15 8l-5.5 5.5V10c-4 0-6.5 1-8.5 4 .5-5 3.5-8 8.5-8Z"); }
 .place { color: var(--soft); border: 1px solid var(--line); border-radius: 4px; padding: 0 .4em;
          margin-right: .5em; font-size: 9pt; }
 .place:empty { display: none; }
 /* The subject is the last to go where there is little room. */
-@media (max-width: 46em) { .do { display: none; } }
-@media (max-width: 30em) { .marks { width: 2em; } .from { width: 30vw; } td, th { padding: 6px; } }
+@media (max-width: 46em) {
+  td.subject { padding-right: 8px; }
+  .do { visibility: hidden; right: 2px; top: 2px; bottom: 2px; background: var(--back); }
+  .row:hover .do, .row:focus-within .do, .vorn-current .do { visibility: visible; }
+}
+@media (max-width: 30em) {
+  .marks { width: 2em; } .from { width: 26vw; } td, th { padding-left: 6px; padding-right: 6px; }
+}
 @media (max-width: 22em) { .date { display: none; } }
 .none td { color: var(--soft); text-align: center; padding: 3em 10px; border: 0; }
 .none:not(:last-child) { display: none; } /* rows follow */
@@ -56,15 +72,14 @@ td.do a:hover { color: var(--link); }
 </head>
 <body>
 <table>
-<tr><th class="marks"></th><th class="from">{who}</th><th>{subject}</th><th class="date">{time}</th>
-<th class="do"></th></tr>
-<tr class="none"><td colspan="5">{none}</td></tr>
+<tr><th class="marks"></th><th class="from">{who}</th><th>{subject}</th><th class="date">{time}</th></tr>
+<tr class="none"><td colspan="4">{none}</td></tr>
 <+MAIL>
 <tr class="row m<+FLAG><NEW>"><td class="marks"><span class="new"><+FLAG><NEW></span><+FLAG><CLIP><PRIORITY><STATE></td>
 <td class="from"><+MAILADDRESS><{tag}><SHORT></td>
-<td class="subject"><span class="place"><+PLACE></span><+DIALOG><+SUBJECT><+DIALOG></td>
-<td class="date" title="<+TIMESTAMP>"><+TIMESTAMP><SHORT></td>
-<td class="do"><+DIALOG><REPLAY>{reply}<+DIALOG> <+DIALOG><FORWARD>{forward}<+DIALOG></td></tr>
+<td class="subject"><span class="place"><+PLACE></span><+DIALOG><+SUBJECT><+DIALOG>
+<span class="do"><span title="{reply}"><+DIALOG><REPLAY>{reply}<+DIALOG></span><span title="{forward}"><+DIALOG><FORWARD>{forward}<+DIALOG></span></span></td>
+<td class="date" title="<+TIMESTAMP>"><+TIMESTAMP><SHORT></td></tr>
 <+MAIL>
 </table>
 </body>
@@ -85,11 +100,11 @@ constexpr char kCards[] = R"html(<!DOCTYPE html>
 }
 body { margin: 0; padding: 12px; background: var(--back); color: var(--text);
        font: 10pt/1.6 "Noto Sans CJK JP", "Yu Gothic UI", "Meiryo", sans-serif;
-       display: grid; grid-template-columns: repeat(auto-fill, minmax(19em, 1fr)); gap: 12px;
+       display: grid; grid-template-columns: repeat(auto-fill, minmax(19em, 1fr)); gap: calc(6px + {pad});
        align-items: start; }
 h1 { grid-column: 1 / -1; font-size: 11pt; font-weight: normal; color: var(--soft); margin: 0; }
 article { background: var(--card); border: 1px solid var(--line); border-left: 4px solid var(--line);
-          border-radius: 8px; padding: 10px 14px; overflow: hidden; }
+          border-radius: 8px; padding: calc(4px + {pad}) 14px; overflow: hidden; }
 article.m○ { border-left-color: var(--link); }
 article header { display: flex; justify-content: space-between; gap: 1em; color: var(--soft);
                  font-size: 9pt; white-space: nowrap; }
@@ -125,9 +140,22 @@ QString Lines(const char* text) {
   return QString::fromUtf8(text).replace(u'\n', QStringLiteral("\r\n"));
 }
 
+// Above and below a message.
+QString Padding(RowHeight rows) {
+  switch (rows) {
+    case RowHeight::Roomy:
+      return QStringLiteral("11px");
+    case RowHeight::Dense:
+      return QStringLiteral("2px");
+    case RowHeight::Normal:
+      break;
+  }
+  return QStringLiteral("6px");
+}
+
 // The words in the language of the interface, and the address column that tells something: in a
 // folder of one's own messages all have one sender.
-QString Worded(const char* text, const QString& folder) {
+QString Worded(const char* text, const QString& folder, RowHeight rows) {
   const bool isSent = folder == fixed_serial::kOutbox || folder == fixed_serial::kEditWait;
   const std::pair<const char16_t*, QString> words[] = {
       {u"{who}", isSent ? Ui::tr("宛先") : Ui::tr("送信者")},
@@ -137,7 +165,8 @@ QString Worded(const char* text, const QString& folder) {
       {u"{reply}", Ui::tr("返信")},
       {u"{replyall}", Ui::tr("全員に返信")},
       {u"{forward}", Ui::tr("転送")},
-      {u"{none}", Ui::tr("メッセージはありません。")}};
+      {u"{none}", Ui::tr("メッセージはありません。")},
+      {u"{pad}", Padding(rows)}};
   QString html = Lines(text);
   for (const auto& [mark, word] : words) html.replace(QString::fromUtf16(mark), word);
   return html;
@@ -145,10 +174,10 @@ QString Worded(const char* text, const QString& folder) {
 
 }  // namespace
 
-QList<ReadyLayout> ReadyLayouts(const QString& folder) {
+QList<ReadyLayout> ReadyLayouts(const QString& folder, RowHeight rows) {
   return {{QStringLiteral("standard"), Ui::tr("標準"), DefaultPageTemplate()},
-          {QStringLiteral("table"), Ui::tr("表"), Worded(kTable, folder)},
-          {QStringLiteral("cards"), Ui::tr("カード"), Worded(kCards, folder)}};
+          {QStringLiteral("table"), Ui::tr("表"), Worded(kTable, folder, rows)},
+          {QStringLiteral("cards"), Ui::tr("カード"), Worded(kCards, folder, rows)}};
 }
 
 }  // namespace vorn

@@ -3,6 +3,8 @@
 #include <QList>
 #include <QString>
 
+#include "objects/settings.h"
+
 namespace vorn {
 
 /// A page template that comes with the program, in the template language of folder pages.
@@ -12,8 +14,8 @@ struct ReadyLayout {
   QString html;
 };
 
-/// The ready-made templates for a folder, which in folders of sent messages show whom they went to;
-/// the first is the default one.
-QList<ReadyLayout> ReadyLayouts(const QString& folder);
+/// The ready-made templates for a folder, which in folders of sent messages show whom they went to,
+/// with rows of that height; the first is the default one, which knows no height.
+QList<ReadyLayout> ReadyLayouts(const QString& folder, RowHeight rows = RowHeight::Normal);
 
 }  // namespace vorn

@@ -112,11 +112,13 @@ bool CreateSendAttempts(Connection& connection) {
              "FROM send_attempt WHERE SERIALID = OLD.SERIALID; END");
 }
 
-// What a server has refused for good, until the message is another one, waits no longer or goes.
+// What a server has refused for good, with its words, until the message is another one, waits no
+// longer or goes.
 bool CreateSendRefusals(Connection& connection) {
   const QByteArray forget = " BEGIN DELETE FROM send_refusal WHERE SERIALID = OLD.SERIALID; END";
   return connection.Run(
-             "CREATE TABLE IF NOT EXISTS send_refusal (SERIALID TEXT PRIMARY KEY, ROUTE TEXT)") &&
+             "CREATE TABLE IF NOT EXISTS send_refusal (SERIALID TEXT PRIMARY KEY, ROUTE TEXT, "
+             "TRIED DATETIME, REPLY TEXT)") &&
          connection.Run(
              "CREATE TRIGGER IF NOT EXISTS send_refusal_is_past AFTER UPDATE OF STATUS, MAIL ON "
              "mail WHEN NEW.MAIL IS NOT OLD.MAIL OR ABS(NEW.STATUS) <> ABS(OLD.STATUS)" +
@@ -161,6 +163,11 @@ bool CreateReceivedIdentity(Connection& connection) {
       "CREATE TABLE IF NOT EXISTS received_identity (IDENTITY INTEGER PRIMARY KEY, SERIALID TEXT)");
 }
 
+// What the rules stopped and left on its server, of which the user has been told.
+bool CreateToldStops(Connection& connection) {
+  return connection.Run("CREATE TABLE IF NOT EXISTS told_stop (DIGEST INTEGER PRIMARY KEY)");
+}
+
 // From 2 to 3 sources got digests and identifiers became unique.
 bool PrepareMessages(Connection& connection) {
   return AddDigests(connection) && TellDoublesApart(connection) &&
@@ -192,6 +199,14 @@ bool PrepareOnServer(Connection& connection) {
              "CASE DELETIONS WHEN 2 THEN 3 ELSE 0 END WHEN DELETIONS = -2 THEN 2 WHEN DELETIONS > "
              "0 THEN 1 ELSE 0 END FROM former_on_server") &&
          connection.Run("DROP TABLE former_on_server");
+}
+
+// From 10 to 11 refusals got the time and the server's words.
+bool PrepareRefusals(Connection& connection) {
+  bool exists = false;
+  return HasColumn(connection, "send_refusal", QStringLiteral("REPLY"), &exists) || !exists ||
+         (connection.Run("ALTER TABLE send_refusal ADD COLUMN TRIED DATETIME") &&
+          connection.Run("ALTER TABLE send_refusal ADD COLUMN REPLY TEXT"));
 }
 
 }  // namespace
@@ -227,7 +242,7 @@ bool CompleteSchema(Connection& connection) {
         CreateSendRefusals(connection) && CreateLateDigests(connection) &&
         CreateErased(connection) && CreateOnServer(connection) &&
         CreateDoubtfulAnswers(connection) && CreateReceivedIdentity(connection) &&
-        CreateLastLongBinary(connection, "mail"))) {
+        CreateToldStops(connection) && CreateLastLongBinary(connection, "mail"))) {
     return false;
   }
   if (!connection.Run("PRAGMA application_id = " + QByteArray::number(kApplicationId)) ||
@@ -246,11 +261,12 @@ bool MigrateSchema(Connection& connection) {
   // messages being sent. From 3 to 4: what was erased. From 4 to 6: what the servers have.
   // From 6 to 7: what tells received messages. From 7 to 8: the highest number of long binary data.
   // From 8 to 9: answers that did not fit. From 9 to 10: what was refused; the last builds with 9
-  // had made it in new files.
+  // had made it in new files. From 10 to 11: what was said of refusals, and of stopped messages.
   if (!connection.Begin()) return false;
   const bool prepared =
-      !HasTable(connection, "mail") || ((version >= 3 || PrepareMessages(connection)) &&
-                                        PrepareErased(connection) && PrepareOnServer(connection));
+      !HasTable(connection, "mail") ||
+      ((version >= 3 || PrepareMessages(connection)) && PrepareErased(connection) &&
+       PrepareOnServer(connection) && PrepareRefusals(connection));
   if (prepared && CompleteSchema(connection) && connection.Commit()) return true;
   connection.Rollback();
   return false;

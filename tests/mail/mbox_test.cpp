@@ -7,8 +7,10 @@
 #include <QTemporaryDir>
 #include <QTimeZone>
 
+#include "mail/archive/import_messages.h"
 #include "mail/archive/mail_archive.h"
 #include "mail/archive/mbox.h"
+#include "mail/store/message_filing.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -172,6 +174,32 @@ TEST(MailArchiveTest, AFolderIsReadWithAllThatLiesInIt) {
   std::sort(subjects.begin(), subjects.end());
   EXPECT_EQ(subjects, "1234567");
   EXPECT_TRUE(read->contains(QStringLiteral("1個のファイル"))) << read->toStdString();
+}
+
+TEST(MailArchiveTest, AnImportIsTakenBackButForWhatWasUsed) {
+  test::TestProfile profile;
+  Context& context = profile.Get();
+  const QTemporaryDir folder;
+  const QString shelf = QStringLiteral("shelf");
+  for (const char* name : {"1", "2", "3", "4"}) {
+    test::WriteFile(folder.filePath(QLatin1String(name) + QStringLiteral(".eml")),
+                    QByteArray("From: a@x\r\nSubject: ") + name + "\r\n\r\ntext\r\n");
+  }
+  ImportCounts counts;
+  ASSERT_TRUE(ImportMessages(context, folder.path(), shelf, &counts));
+  const auto flags = FlagsOf(context, counts.brought);
+  ASSERT_EQ(flags->size(), 4);
+  // One got a mark, one was thrown away and one is somewhere else as well.
+  EXPECT_TRUE(ToggleStar(context, {counts.brought[0]}));
+  EXPECT_TRUE(SetDust(context, {counts.brought[1]}, true));
+  EXPECT_TRUE(MoveMessages(context, {.into = {{QStringLiteral("other"), {counts.brought[2]}}}}));
+  EXPECT_EQ(DeleteUnchanged(context, *flags, QString()), qsizetype{0}) << "they are filed";
+  EXPECT_EQ(DeleteUnchanged(context, *flags, shelf), qsizetype{1});
+  EXPECT_EQ(Members(context, counts.brought, shelf)->size(), 3);
+  // It was not erased by the user, and comes again.
+  ImportCounts again;
+  EXPECT_TRUE(ImportMessages(context, folder.path(), shelf, &again));
+  EXPECT_EQ(again.imported, 1);
 }
 
 TEST(MailArchiveTest, AFileThatIsNoMessageIsRefusedByName) {

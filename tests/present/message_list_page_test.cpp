@@ -119,6 +119,8 @@ TEST_F(MessageListPageTest, AFolderHasItsOwnLayoutOrTheSharedOne) {
   EXPECT_TRUE(text(fixed_serial::kInbox).contains(QStringLiteral("<td class=\"from\">Sato</td>")));
   // Whom one's own messages went to, for all have one sender.
   EXPECT_TRUE(text(fixed_serial::kOutbox).contains(QStringLiteral("<td class=\"from\">t@x</td>")));
+  Settings(context).Bag()->Let(QStringLiteral("RowHeight"), static_cast<int>(RowHeight::Dense));
+  EXPECT_TRUE(text(fixed_serial::kInbox).contains(QStringLiteral("td { padding: 2px ")));
   // Whoever has made a layout keeps it until he says otherwise.
   EXPECT_EQ(Filled("mine"), QByteArray("mine"));
   EXPECT_EQ(CountOwnLayouts(context), 1);

@@ -164,12 +164,18 @@ TEST_F(DataSessionTest, AFileOfTheLastVersionGetsTheTablesOfThisOne) {
   ASSERT_TRUE(data_.Open(path_, kPassword));
   const QStringList all = tables();
   ASSERT_TRUE(all.contains(QStringLiteral("send_refusal")));
-  ASSERT_TRUE(data_.Execute(QStringLiteral("DROP TABLE send_refusal")));
-  ASSERT_TRUE(data_.Execute(QStringLiteral("PRAGMA user_version = 9")));
+  for (const char16_t* statement :
+       {u"DROP TABLE told_stop", u"DROP TABLE send_refusal",
+        u"CREATE TABLE send_refusal (SERIALID TEXT PRIMARY KEY, ROUTE TEXT)",
+        u"INSERT INTO send_refusal VALUES ('a', 'way')", u"PRAGMA user_version = 10"}) {
+    ASSERT_TRUE(data_.Execute(QString::fromUtf16(statement)));
+  }
   data_.CloseAll();
   ASSERT_TRUE(data_.Open(path_, kPassword));
   EXPECT_EQ(tables(), all);
-  EXPECT_EQ(all.size(), 12) << "a table more asks for a version more";
+  EXPECT_EQ(Values(QStringLiteral("SELECT ROUTE AS V FROM send_refusal WHERE REPLY IS NULL")),
+            QStringList({QStringLiteral("way")}));
+  EXPECT_EQ(all.size(), 13) << "a table more asks for a version more";
 }
 
 TEST_F(DataSessionTest, AMessageThatIsBeingSentCannotBeChanged) {

@@ -58,7 +58,10 @@ class SessionRecorder : public PopEvents, public RetrievalEvents, public Handove
   void StopTakenBack(StopDoubt) override { told.append(QStringLiteral("taken back")); }
   void SessionStarted() override { ++started; }
   void SessionEnded() override { ++ended; }
-  void Progress(qint64 total, qint64 done) override { EXPECT_LE(done, total); }
+  void Progress(qint64 total, qint64 done, const FetchedMessages& messages) override {
+    EXPECT_LE(done, total);
+    EXPECT_LE(messages.come, messages.wanted);
+  }
   void Log(const QString& text) override { log.append(text); }
   bool WantsHeaders() override { return wantsHeaders; }
   bool MakeDurable() override { return durable; }

@@ -42,10 +42,11 @@ class RecordingHost : public PlanHost, public StatusPanel {
   void ShowStatus(const QString& text, const QString& icon) override {
     if (icon == u"maildown" || icon == u"mailup") progress.append(text);
   }
+  void ShowWork(const QString& words) override { work.append(words); }
 
   QList<DiskPtr> requests;
   QList<int> levels;
-  QStringList categories, log, progress, held;
+  QStringList categories, log, progress, work, held;
   QString chosenAccount, typedPassword;
   int passwordQuestions = 0;
   int periodic = 0;

@@ -61,6 +61,7 @@ TEST_F(StoppedReceivingTest, AStoppedMessageIsOfferedAgainUntilItIsDeleted) {
   EXPECT_EQ(Subjects(4), QStringList{QStringLiteral("1")});
   EXPECT_TRUE(LastLog().contains(QStringLiteral("1通を受信しませんでした")));
   EXPECT_EQ(Receive().stopped, 1);
+  EXPECT_FALSE(LastLog().contains(QStringLiteral("受信しませんでした"))) << "it is told of once";
   EXPECT_EQ(server.Messages.size(), 2);
   EXPECT_EQ(server.Count("TOP"), 3);
 

@@ -1,6 +1,7 @@
 // Receiving through `Pop` from a server that tests control, into a real store.
 
 #include "mail/store/mail_store.h"
+#include "objects/account.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
 #include "transfer/receive_fixture.h"
@@ -139,12 +140,21 @@ TEST_F(ReceiveTest, LargeAndRandomMessagesArriveWhole) {
   noise += "\r\n";
   server_.AddMessage("noise", noise);
   server_.AddMessage("empty", "\r\n");
-  profile_.AddAccount(server_.Port());
+  const DiskPtr account = profile_.AddAccount(server_.Port());
   EXPECT_EQ(Receive().stored, 2);
   const auto sizes = profile_.Select(
       QStringLiteral("SELECT LENGTH(DATA) AS V FROM long_binary ORDER BY LENGTH(DATA) DESC"));
   EXPECT_EQ(sizes.value(0).toLongLong(), noise.size());
   EXPECT_EQ(host_.progress.last(), QStringLiteral("100.0"));
+  const QString name = Account(account).Name();
+  EXPECT_TRUE(host_.work.contains(QStringLiteral("0 / 2 通を受信中 …（%1）").arg(name)));
+  EXPECT_TRUE(host_.work.contains(QStringLiteral("2 / 2 通を受信中 …（%1）").arg(name)));
+  EXPECT_EQ(host_.work.last(), QString());
+  // What is here already is none of those that are fetched.
+  server_.AddMessage("more", "Subject: more\r\n\r\ntext\r\n");
+  host_.work.clear();
+  EXPECT_EQ(Receive().stored, 1);
+  EXPECT_TRUE(host_.work.contains(QStringLiteral("1 / 1 通を受信中 …（%1）").arg(name)));
 }
 
 TEST_F(ReceiveTest, ThePeriodicJobRunsWhenItsMinuteHasCome) {

@@ -11,6 +11,7 @@
 
 #include "auxiliary/window/console_window.h"
 #include "mail/address_book.h"
+#include "mail/codec/flag_string.h"
 #include "mail/store/mail_row.h"
 #include "mail/store/message_filing.h"
 #include "mail/store/message_rows.h"
@@ -162,6 +163,25 @@ TEST_F(FolderCommandsTest, WhatIsDeletedForGoodIsNotOfferedBack) {
   Press(Qt::Key_Z, Qt::ControlModifier);
   Chosen();
   EXPECT_FALSE(Child<QLabel>(*program_->Parent(), u"lbDone").isVisible());
+}
+
+// The last thing, and not one that was deleted before it.
+TEST_F(FolderCommandsTest, AMarkIsTakenBackBeforeADeletion) {
+  Begin(2, 100);
+  const auto star = [this] {
+    const auto flags = FlagsOf(program_->GetContext(), Ids({2}));
+    return GetFlagChar(flags->value(Ids({2}).first()), kFlagStar, QStringLiteral("0"));
+  };
+  Press(Qt::Key_Home);
+  Press(Qt::Key_Delete);
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
+  Press(Qt::Key_S);
+  EXPECT_TRUE(WaitFor([&star] { return star() == u"1"; }));
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_TRUE(WaitFor([&star] { return star() == u"0"; }));
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 2")));
 }
 
 TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {

@@ -2,6 +2,7 @@
 // windows.
 
 #include <QFileDialog>
+#include <QLabel>
 #include <QLocale>
 #include <QMdiArea>
 #include <QMenu>
@@ -9,6 +10,7 @@
 #include <QRegularExpression>
 #include <QSplitter>
 #include <QToolBar>
+#include <QToolButton>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 #include <atomic>
@@ -155,9 +157,19 @@ TEST_F(OpeningTest, MailIsImportedAndExportedByMenu) {
     EXPECT_TRUE(InModal<QFileDialog>([entry] { entry->trigger(); }, choose(path)));
     EXPECT_TRUE(WaitFor([&told] { return !told.isEmpty(); }));
   };
-  run(Entry(u"menuFiles", QStringLiteral("ファイルから取り込む")), mbox);
-  EXPECT_EQ(told, QStringLiteral("2通を「受信」に取り込みました。"));
-  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("imported one")); }));
+  QAction* import = Entry(u"menuFiles", QStringLiteral("ファイルから取り込む"));
+  const auto& done = Child<QLabel>(*program_->Parent(), u"lbDone");
+  const auto importIt = [&] {
+    EXPECT_TRUE(InModal<QFileDialog>([import] { import->trigger(); }, choose(mbox)));
+    EXPECT_EQ(done.text(), QStringLiteral("2通を「受信」に取り込みました。"));
+    EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("imported one")); }));
+  };
+  importIt();
+  auto& undo = Child<QToolButton>(*program_->Parent(), u"cmUndo");
+  undo.click();
+  EXPECT_TRUE(WaitFor([this] { return !PageText().contains(QStringLiteral("imported one")); }));
+  EXPECT_FALSE(PageText().contains(QStringLiteral("two")));
+  importIt();
   run(Entry(u"menuFiles", QStringLiteral("ファイルから取り込む")), mbox);
   EXPECT_EQ(told, QStringLiteral("0通を「受信」に取り込みました。2通は保存済みでした。"));
   const QString out = folder_.path() + QStringLiteral("/out");
@@ -286,6 +298,21 @@ TEST_F(OpeningTest, TheToolbarActsOnTheChosenMessageAndHelpIsShown) {
     return at > 0 && at < guide->height() &&
            ScriptIn(*guide, QStringLiteral("scrollY")).toDouble() > 0;
   }));
+  // One guide is enough; the menu leads to what is open.
+  const auto windows = [this] {
+    auto& menu = Child<QMenu>(*program_->Parent(), u"menuWindows");
+    Q_EMIT menu.aboutToShow();
+    QStringList open;
+    for (const QAction* entry : menu.actions()) {
+      if (entry->text().startsWith(u'&')) open.append(entry->text());
+    }
+    return open;
+  };
+  const QStringList before = windows();
+  EXPECT_EQ(before.filter(QStringLiteral("使い方")).size(), 1);
+  EXPECT_EQ(before.size(), 2);
+  QTest::keyClick(program_->Parent(), Qt::Key_F1);
+  EXPECT_EQ(windows(), before);
 }
 
 }  // namespace

@@ -230,6 +230,13 @@ TEST_F(SendingWindowTest, ARefusedRecipientIsMarkedInTheMessage) {
     if (!list->item(row, 1)->icon().isNull()) marked.append(list->item(row, 1)->text());
   }
   EXPECT_EQ(marked, QStringList{QStringLiteral("a@example.jp")});
+  const auto* reason = window.findChild<QFrame*>(QStringLiteral("frRefused"))->findChild<QLabel*>();
+  EXPECT_TRUE(reason->text().contains(QStringLiteral("550 no such user")));
+  EXPECT_TRUE(reason->isVisible());
+  const QTreeWidgetItem* waiting =
+      tree->findItems(QStringLiteral("待ち"), Qt::MatchExactly | Qt::MatchRecursive).value(0);
+  EXPECT_TRUE(WaitFor([waiting] { return waiting->text(1) == QStringLiteral("!1"); }))
+      << waiting->text(1).toStdString();
 }
 
 // The message would be in doubt at the next start.

@@ -8,13 +8,17 @@
 #include <functional>
 #include <optional>
 
+#include "auxiliary/window/console_window.h"
+#include "frame/window/page_actions.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/progress_window.h"
 #include "mail/archive/export_messages.h"
 #include "mail/archive/import_messages.h"
 #include "mail/search/folder_listing.h"
+#include "mail/store/message_filing.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
+#include "objects/select_objects.h"
 #include "present/window/condition_wait.h"
 #include "storage/condition_limit.h"
 #include "storage/condition_run.h"
@@ -66,6 +70,11 @@ void WarnOf(QWidget* parent, const QString& text, const QString& which,
   box.exec();
 }
 
+// The inbox shows what is in no folder.
+QString FiledIn(const QString& folder) {
+  return folder == fixed_serial::kInbox ? QString() : folder;
+}
+
 struct FormatChoice {
   ArchiveFormat format;
   QString filter;
@@ -80,19 +89,39 @@ QList<FormatChoice> Formats() {
 
 }  // namespace
 
-void ArchiveCommands::ImportFiles() {
+void ArchiveCommands::ImportFiles(const QString& current) {
   Import(AskFilesToOpen(context_, &window_, FileTask::Import, Ui::tr("メッセージの取り込み"),
-                        Ui::tr("メッセージ (*.eml *.mbox *.mbx);;すべてのファイル (*)")));
+                        Ui::tr("メッセージ (*.eml *.mbox *.mbx);;すべてのファイル (*)")),
+         current);
 }
 
-void ArchiveCommands::ImportFolder() {
+void ArchiveCommands::ImportFolder(const QString& current) {
   const QString folder = AskFolder(context_, &window_, FileTask::Import,
                                    Ui::tr("取り込むフォルダ（Maildirまたはemlファイル）"));
-  if (!folder.isEmpty()) Import({folder});
+  if (!folder.isEmpty()) Import({folder}, current);
 }
 
-void ArchiveCommands::Import(const QStringList& paths) {
-  if (paths.isEmpty()) return;
+QString ArchiveCommands::NameOf(const QString& folder) const {
+  const DiskPtr object = context_.Objects.Find(folder);
+  return object == nullptr ? QString() : AnyObject(*object).ShownName();
+}
+
+// Where there is no folder that is filled by hand there is nothing to ask. Empty: the user
+// declines.
+QString ArchiveCommands::AskTarget(const QString& current) {
+  const QString kinds = QStringLiteral("inbox") + kLineBreak + QStringLiteral("static");
+  const auto targets = SelectObjects(context_.Objects, *context_.Session, kinds);
+  if (targets->Count() <= 1) return fixed_serial::kInbox;
+  const bool holdsMessages = targets->Find(current) != nullptr;
+  return InputTree(context_, &window_, Ui::tr("メッセージの取り込み"),
+                   Ui::tr("取り込んだメッセージを入れるフォルダを選択してください。"), kinds,
+                   holdsMessages ? current : fixed_serial::kInbox)
+      .value_or(QString());
+}
+
+void ArchiveCommands::Import(const QStringList& paths, const QString& current) {
+  const QString folder = paths.isEmpty() ? QString() : AskTarget(current);
+  if (folder.isEmpty()) return;
   if (traffic_.Control().Busy()) {
     ShowBox(&window_, QMessageBox::Information, Ui::tr("送受信が終わってから取り込んでください。"));
     return;
@@ -101,18 +130,24 @@ void ArchiveCommands::Import(const QStringList& paths) {
   ImportCounts counts;
   Result<> imported;
   {
-    ProgressWindow progress(&window_, Ui::tr("メッセージの取り込み"));
+    ProgressWindow progress(&window_,
+                            paths.size() > 1
+                                ? Ui::tr("メッセージの取り込み")
+                                : Ui::tr("「%1」の取り込み").arg(QFileInfo(paths[0]).fileName()));
     for (const QString& path : paths) {
       if (!imported) break;
-      imported = ImportMessages(context_, path, QString(), &counts,
+      imported = ImportMessages(context_, path, FiledIn(folder), &counts,
                                 [&progress](int done) { return progress.Show(done); });
     }
   }
   host_.MessageStored();
-  const DiskPtr inbox = context_.Objects.Find(fixed_serial::kInbox);
+  TellImported(imported, counts, folder);
+}
+
+void ArchiveCommands::TellImported(const Result<>& imported, const ImportCounts& counts,
+                                   const QString& folder) {
   const QString text =
-      Ui::tr("%n通を「%1」に取り込みました。", nullptr, counts.imported)
-          .arg(inbox == nullptr ? QString() : AnyObject(*inbox).ShownName()) +
+      Ui::tr("%n通を「%1」に取り込みました。", nullptr, counts.imported).arg(NameOf(folder)) +
       (counts.known > 0 ? Ui::tr("%n通は保存済みでした。", nullptr, counts.known) : QString());
   const QString amiss = imported ? counts.notice : imported.Error().text;
   if (!amiss.isEmpty()) {
@@ -122,8 +157,32 @@ void ArchiveCommands::Import(const QStringList& paths) {
            Ui::tr("保存済みのもののうち、次の%n通は壊れていて読み込めません。", nullptr,
                   static_cast<int>(counts.unreadable.size())),
            counts.unreadable);
-  } else {
+  } else if (counts.imported == 0) {
     ShowBox(&window_, QMessageBox::Information, text);
+  }
+  if (counts.imported > 0) OfferUndo(text, counts.brought, folder);
+}
+
+// With the marks that the messages have now: what has others by then has been used.
+void ArchiveCommands::OfferUndo(const QString& done, const QStringList& messages,
+                                const QString& folder) {
+  const Result<MessageFlags> flags = FlagsOf(context_, messages);
+  if (!flags) return;  // the next one who reads the file tells why
+  // A box must not stand inside the engine's answer, which the undoing waits for.
+  actions_.Offer(done, [this, now = *flags, folder] {
+    QTimer::singleShot(0, &window_, [this, now, folder] { TakeBack(now, folder); });
+  });
+}
+
+void ArchiveCommands::TakeBack(const MessageFlags& flags, const QString& folder) {
+  const Result<qsizetype> gone = DeleteUnchanged(context_, flags, FiledIn(folder));
+  host_.MessageStored();
+  if (!gone) {
+    ShowBox(&window_, QMessageBox::Critical,
+            Ui::tr("取り込みを元に戻せませんでした。") + gone.Error().text);
+  } else if (*gone < flags.size()) {
+    ShowBox(&window_, QMessageBox::Information,
+            Ui::tr("取り込んでから変更された%1通は残しました。").arg(flags.size() - *gone));
   }
 }
 
@@ -149,11 +208,13 @@ void ArchiveCommands::Export(const QString& folder, const QString& name) {
   }
   ExportOutcome outcome;
   {
-    ProgressWindow progress(&window_, Ui::tr("メッセージの書き出し"));
+    ProgressWindow progress(&window_, Ui::tr("「%1」の書き出し").arg(name));
     const Result<FolderListing> listing = ListFolder(context_, folder, progress);
     if (listing) {
-      outcome = ExportMessages(context_, {folder, choice.format, path, true, *listing},
-                               [&progress](int written) { return progress.Show(written); });
+      const auto count = static_cast<int>(listing->messages.size());
+      outcome =
+          ExportMessages(context_, {folder, choice.format, path, true, *listing},
+                         [&progress, count](int written) { return progress.Show(written, count); });
     } else {
       outcome.error = listing.Error().text;
     }

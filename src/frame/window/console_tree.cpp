@@ -36,6 +36,14 @@ bool IsBelow(const QTreeWidgetItem* item, const QTreeWidgetItem* above) {
   return false;
 }
 
+// Among its siblings by their keys, as the objects are read at the next start.
+void Insert(QTreeWidgetItem& place, QTreeWidgetItem* node) {
+  const QString key = node->data(0, kKeyRole).toString();
+  int at = 0;
+  while (at < place.childCount() && place.child(at)->data(0, kKeyRole).toString() < key) ++at;
+  place.insertChild(at, node);
+}
+
 bool IsControlHeld() {
   return QApplication::keyboardModifiers().testFlag(Qt::ControlModifier);
 }
@@ -121,17 +129,18 @@ void ConsoleTree::ShowObject(const Disk& object) {
   const QSignalBlocker quiet(this);
   QTreeWidgetItem*& node = nodes_[object.SerialID()];
   if (node == nullptr) {
-    node = new QTreeWidgetItem(place);
+    node = new QTreeWidgetItem;
     node->setFlags(node->flags() | Qt::ItemIsEditable);
+    node->setData(0, kKeyRole, object.SerialID());
+    Insert(*place, node);
   } else if (node->parent() != place && node != place && !IsBelow(place, node)) {
     node->parent()->removeChild(node);
-    place->addChild(node);
+    Insert(*place, node);
   }
   place->setExpanded(true);
   node->setText(0, AnyObject(object).ShownName());
   node->setToolTip(0, ShownToolTip(AnyObject(object).ShownTip()));
   node->setIcon(0, Icon(AnyObject(object).Draw()));
-  node->setData(0, kKeyRole, object.SerialID());
   node->setData(0, kTagRole, AnyObject(object).Type());
 }
 
@@ -153,7 +162,7 @@ void ConsoleTree::RemoveNode(const QString& serialId) {
   if (node == nullptr) return;
   for (QTreeWidgetItem* below : node->takeChildren()) {
     QTreeWidgetItem* place = Group(below->data(0, kTagRole).toString());
-    (place != nullptr ? place : topLevelItem(0))->addChild(below);
+    Insert(place != nullptr ? *place : *topLevelItem(0), below);
     below->setExpanded(true);
   }
   delete node;
@@ -196,15 +205,26 @@ void ConsoleTree::SelectNode(const QString& serialId) {
   if (QTreeWidgetItem* node = nodes_.value(serialId)) setCurrentItem(node);
 }
 
-void ConsoleTree::SetUnread(const QString& serialId, qint64 count) {
+void ConsoleTree::SetUnread(const QString& serialId, qint64 count, qint64 unsent) {
   QTreeWidgetItem* node = nodes_.value(serialId);
   if (node == nullptr) return;
   const QSignalBlocker quiet(this);
-  node->setText(kCountColumn, count > 0 ? QString::number(count) : QString());
+  QStringList numbers;
+  QStringList words;
+  if (unsent > 0) {
+    numbers.append(u'!' + QString::number(unsent));
+    words.append(Ui::tr("送信できていないメッセージ %1通").arg(unsent));
+  }
+  if (count > 0) {
+    numbers.append(QString::number(count));
+    words.append(Ui::tr("未開封 %1通").arg(count));
+  }
+  node->setText(kCountColumn, numbers.join(u' '));
   node->setTextAlignment(kCountColumn, Qt::AlignRight | Qt::AlignVCenter);
-  node->setToolTip(kCountColumn, count > 0 ? Ui::tr("未開封 %1通").arg(count) : QString());
+  node->setToolTip(kCountColumn, ShownToolTip(words.join(Ui::tr("、"))));
+  node->setData(kCountColumn, Qt::AccessibleTextRole, words.join(Ui::tr("、")));
   QFont font = node->font(0);
-  font.setBold(count > 0);
+  font.setBold(!numbers.isEmpty());
   for (int column = 0; column < kColumns; ++column) node->setFont(column, font);
 }
 

@@ -28,8 +28,9 @@ class ConsoleTree : public QTreeWidget, public EventView {
   bool HasEvents() const;
   void RemoveEvents();
   void SelectNode(const QString& serialId);
-  /// Shows beside a folder how many of its messages are not yet opened; nothing for none.
-  void SetUnread(const QString& serialId, qint64 count);
+  /// Shows beside a folder how many of its messages are not yet opened; nothing for none. With
+  /// `unsent` these are, before them, those that were refused or are doubtful.
+  void SetUnread(const QString& serialId, qint64 count, qint64 unsent = 0);
   /// The serial identifiers of the folders in the tree, from the top.
   QStringList Folders() const;
 

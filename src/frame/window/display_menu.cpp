@@ -7,6 +7,7 @@
 #include "frame/window/folder_changes.h"
 #include "frame/window/folder_panes.h"
 #include "frame/window/request_windows.h"
+#include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "objects/save_object.h"
 #include "objects/settings.h"
@@ -43,8 +44,8 @@ void DisplayMenu::AddLayouts() {
   QMenu* menu = addMenu(Ui::tr("すべてのフォルダの表示形式(&A)"));
   auto* group = new QActionGroup(menu);
   for (const ReadyLayout& layout : ReadyLayouts({})) {
-    QAction* action =
-        menu->addAction(layout.name, this, [this, id = layout.id] { ChooseLayout(id); });
+    QAction* action = menu->addAction(Icon(QStringLiteral("layout") + layout.id), layout.name, this,
+                                      [this, id = layout.id] { ChooseLayout(id); });
     action->setCheckable(true);
     action->setData(layout.id);
     group->addAction(action);
@@ -63,14 +64,14 @@ void DisplayMenu::AddPanes() {
   QMenu* menu = addMenu(Ui::tr("選んだメッセージの表示(&P)"));
   menu->setObjectName(QStringLiteral("menuPane"));
   auto* group = new QActionGroup(menu);
-  const auto add = [this, menu, group](const QString& text, PanePlace place) {
-    QAction* action = menu->addAction(text, this, [this, place] { PlacePane(place); });
+  const auto add = [this, menu, group](const QString& key, const QString& text, PanePlace place) {
+    QAction* action = menu->addAction(Icon(key), text, this, [this, place] { PlacePane(place); });
     action->setCheckable(true);
     group->addAction(action);
   };
-  add(Ui::tr("しない(&N)"), PanePlace::Nowhere);
-  add(Ui::tr("一覧の下(&B)"), PanePlace::Under);
-  add(Ui::tr("一覧の右(&R)"), PanePlace::Right);
+  add(QStringLiteral("panenone"), Ui::tr("しない(&N)"), PanePlace::Nowhere);
+  add(QStringLiteral("paneunder"), Ui::tr("一覧の下(&B)"), PanePlace::Under);
+  add(QStringLiteral("paneright"), Ui::tr("一覧の右(&R)"), PanePlace::Right);
   connect(menu, &QMenu::aboutToShow, this, [this, group] {
     const PanePlace shown = Settings(context_).ReadingPane();
     group->actions()[static_cast<int>(shown)]->setChecked(true);

@@ -16,7 +16,7 @@ FileMenu::FileMenu(const Parts& parts, QWidget* parent)
     : QMenu(Ui::tr("ファイル(&F)"), parent),
       panes_(parts.panes),
       opener_(parts.opener),
-      archive_(parts.context, parts.window, parts.messages, parts.traffic.Traffic(),
+      archive_(parts.context, parts.window, parts.messages, parts.actions, parts.traffic.Traffic(),
                parts.traffic.Timer()) {
   setObjectName(QStringLiteral("menuFiles"));
   AddCreation();
@@ -65,9 +65,10 @@ void FileMenu::AddNodeCommands() {
 
 void FileMenu::AddArchive() {
   addAction(Ui::tr("ファイルから取り込む(&I).."), this, [this] {
-    archive_.ImportFiles();
+    archive_.ImportFiles(panes_.CurrentFolder());
   })->setObjectName(first_step::kImport);
-  addAction(Ui::tr("フォルダから取り込む(&O).."), this, [this] { archive_.ImportFolder(); });
+  addAction(Ui::tr("フォルダから取り込む(&O).."), this,
+            [this] { archive_.ImportFolder(panes_.CurrentFolder()); });
   QAction* write = addAction(Ui::tr("フォルダの書き出し(&W).."), this, [this] {
     const QString folder = panes_.CurrentFolder();
     archive_.Export(folder, panes_.Tree().NodeText(folder));

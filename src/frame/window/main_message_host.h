@@ -5,6 +5,7 @@
 #include "frame/window/opener.h"
 #include "mail/store/known_addresses.h"
 #include "mail/window/message_host.h"
+#include "objects/object_types.h"
 #include "transfer/plan/check_plan.h"
 
 namespace vorn {
@@ -47,6 +48,7 @@ class MainMessageHost : public MessageHost {
   void StopAlike(const QString& serialId) override { MakeRule(serialId, true); }
   QStringList OfferedAddresses() override { return known_.Offers(); }
   void AddToBook(const QStringList& serialIds) override;
+  void MakeAccount() override { parts_.opener.MakeObject(object_type::kAccount, QString()); }
   bool IsClosing() const override { return parts_.closing.IsClosing(); }
   void MessageStored() override { parts_.changes.Note(); }
 

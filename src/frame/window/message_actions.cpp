@@ -33,6 +33,19 @@ Words DustWords(bool dust) {
   };
 }
 
+Words OpenedWords(bool isNew) {
+  return [isNew](qsizetype count) {
+    return (isNew ? Ui::tr("%1通を未開封にしました。") : Ui::tr("%1通を開封済みにしました。"))
+        .arg(count);
+  };
+}
+
+auto SetNew(Context& context, bool isNew) {
+  return [&context, isNew](const QStringList& messages) {
+    return SetMark(context, messages, kFlagNew, isNew);
+  };
+}
+
 }  // namespace
 
 QStringList MessageActions::Act(MessageAction action, const QStringList& messages,
@@ -46,12 +59,19 @@ QStringList MessageActions::Act(MessageAction action, const QStringList& message
     case MessageAction::File:
       return ChooseFolder(messages, folder);
     case MessageAction::MarkUnopened:
-    case MessageAction::MarkOpened:
-      End(SetMark(context_, messages, kFlagNew, action == MessageAction::MarkUnopened), messages);
+    case MessageAction::MarkOpened: {
+      const bool isNew = action == MessageAction::MarkUnopened;
+      Mark(messages, SetNew(context_, isNew), SetNew(context_, !isNew), OpenedWords(isNew));
       return {};
-    case MessageAction::ToggleStar:
-      End(vorn::ToggleStar(context_, messages), messages);
+    }
+    case MessageAction::ToggleStar: {
+      const auto toggle = [this](const QStringList& starred) {
+        return vorn::ToggleStar(context_, starred);
+      };
+      Mark(messages, toggle, toggle,
+           [](qsizetype count) { return Ui::tr("%1通のスターを変えました。").arg(count); });
       return {};
+    }
     case MessageAction::ToDust:
       return isDust ? Delete(messages) : ChangeDust(messages, true);
   }
@@ -187,6 +207,22 @@ void MessageActions::CarryBack(const Move& move) {
   const Result<Move> moved = MoveMessages(context_, move, &underWay);
   const QStringList back = End(moved ? Result<>() : moved.Error(), move.Messages(), underWay);
   if (returned_ && !back.isEmpty()) returned_(back);
+}
+
+// Marks messages, and tells how many have other marks now.
+void MessageActions::Mark(const QStringList& messages, const Marking& mark, const Marking& back,
+                          const Words& words) {
+  const Result<MessageFlags> before = FlagsOf(context_, messages);
+  const Result<> done = before ? mark(messages) : before.Error();
+  End(done, messages);
+  const Result<MessageFlags> after = FlagsOf(context_, messages);
+  if (!done || !after || !told_) return;
+  QStringList changed;
+  for (const QString& message : messages) {
+    if (before->value(message) != after->value(message)) changed.append(message);
+  }
+  if (changed.isEmpty()) return;
+  told_(words(changed.size()), [this, back, changed] { End(back(changed), changed); });
 }
 
 QStringList MessageActions::Delete(const QStringList& messages) {

@@ -52,6 +52,9 @@ class MessageActions {
   QStringList Carry(const Move& move, const QStringList& messages,
                     const std::function<QString(qsizetype)>& words);
   void CarryBack(const Move& move);
+  using Marking = std::function<Result<>(const QStringList&)>;
+  void Mark(const QStringList& messages, const Marking& mark, const Marking& back,
+            const std::function<QString(qsizetype)>& words);
   QString NameOf(const QString& folder) const;
   QStringList Delete(const QStringList& messages);
   bool IsFilledByHand(const QString& folder) const;

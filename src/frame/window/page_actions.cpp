@@ -28,16 +28,19 @@ QString PageActions::Place() const {
 }
 
 void PageActions::ConnectActions() {
-  actions_.OnDone([this](const QString& done, std::function<void()> undo) {
-    offeredAt_ = Place();
-    status_.OfferUndo(done, std::move(undo));
-  });
+  actions_.OnDone(
+      [this](const QString& done, std::function<void()> undo) { Offer(done, std::move(undo)); });
   // The next key means it, in the list where it was taken back.
   actions_.OnReturned([this](const QStringList& messages) {
     if (takesBack_ != nullptr) takesBack_->Folder().GoToReturned(messages);
   });
   actions_.OnDeleted([this] { status_.ForgetSteps(); });
   actions_.OnFolderMade([this](const QString& folder) { panes_.Tree().RefreshNode(folder); });
+}
+
+void PageActions::Offer(const QString& done, std::function<void()> undo) {
+  offeredAt_ = Place();
+  status_.OfferUndo(done, std::move(undo));
 }
 
 // After what was asked of the page before, whose answer comes later.

@@ -25,6 +25,8 @@ class PageActions : public QObject {
     return actions_.Act(action, messages, folder);
   }
   void EmptyDustBin() { actions_.EmptyDustBin(); }
+  /// Offers to take back what was done otherwise.
+  void Offer(const QString& done, std::function<void()> undo);
   /// A message of the page in use was dropped on a folder of the tree. One that belongs to a choice
   /// of several brings the others along.
   void Drop(const QString& message, const QString& folder);

@@ -1,13 +1,17 @@
 #include "frame/window/page_menus.h"
 
 #include <QFile>
+#include <QMdiSubWindow>
 #include <QShortcut>
 #include <QTextDocument>
+#include <utility>
 
 #include "frame/window/browser_area.h"
 #include "frame/window/console_tree.h"
 #include "frame/window/folder_panes.h"
 #include "frame/window/request_windows.h"
+#include "kit/window/plain_text.h"
+#include "mail/window/message_window.h"
 #include "present/window/browser_window.h"
 #include "present/window/first_use.h"
 #include "present/window/shown_folder.h"
@@ -36,7 +40,7 @@ PageMessageMenu::PageMessageMenu(BrowserArea& area, QWidget* parent)
   });
 }
 
-WindowMenu::WindowMenu(FolderPanes& panes, QWidget* parent)
+WindowMenu::WindowMenu(FolderPanes& panes, const RequestWindows& windows, QWidget* parent)
     : QMenu(Ui::tr("ウィンドウ(&W)"), parent) {
   setObjectName(QStringLiteral("menuWindows"));
   BrowserArea* area = &panes.Area();
@@ -55,6 +59,36 @@ WindowMenu::WindowMenu(FolderPanes& panes, QWidget* parent)
                 Qt::WidgetShortcut);
   addSeparator();
   AddWays(panes);
+  connect(this, &QMenu::aboutToShow, this, [this, area, &windows] { List(*area, windows); });
+}
+
+void WindowMenu::AddWindow(const QString& title, bool isCurrent,
+                           const std::function<void()>& activate) {
+  QString text = ShownText(title, kMostInTitle).replace(u'&', QStringLiteral("&&"));
+  const qsizetype number = listed_.size();  // behind the separator
+  if (number < 10) text.prepend(QStringLiteral("&%1 ").arg(number));
+  QAction* entry = addAction(text, this, activate);
+  entry->setCheckable(true);
+  entry->setChecked(isCurrent);
+  listed_.append(entry);
+}
+
+void WindowMenu::List(BrowserArea& area, const RequestWindows& windows) {
+  qDeleteAll(std::exchange(listed_, {}));
+  listed_.append(addSeparator());
+  for (QMdiSubWindow* page : area.subWindowList()) {
+    const QPointer<QMdiSubWindow> kept(page);
+    AddWindow(page->windowTitle(), page == area.activeSubWindow(), [&area, kept] {
+      if (kept != nullptr) area.setActiveSubWindow(kept);
+    });
+  }
+  for (RequestWindow* open : windows.Open()) {
+    const QPointer<MessageWindow> message(dynamic_cast<MessageWindow*>(open));
+    if (message == nullptr || !message->isVisible()) continue;
+    AddWindow(message->windowTitle(), false, [message] {
+      if (message != nullptr) message->Activate();
+    });
+  }
 }
 
 void WindowMenu::AddWays(FolderPanes& panes) {
@@ -89,9 +123,9 @@ void HelpMenu::ShowGuide(const QString& heading) {
   if (!guide.open(QIODevice::ReadOnly)) return;
   QTextDocument text;
   text.setMarkdown(QString::fromUtf8(guide.readAll()));
-  BrowserWindow* window = windows_.NewBrowser();
-  window->ShowOwnPage(Ui::tr("使い方"), OpenedAt(text.toHtml(), heading));
-  window->ShowModeless();
+  if (guide_ == nullptr || !guide_->IsLocal()) guide_ = windows_.NewBrowser();
+  guide_->ShowOwnPage(Ui::tr("使い方"), OpenedAt(text.toHtml(), heading));
+  guide_->ShowModeless();
   area_.ArrangeAsKept();
 }
 

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <QMenu>
+#include <QPointer>
+#include <functional>
 
 namespace vorn {
 
 class BrowserArea;
+class BrowserWindow;
 class FolderPanes;
 class RequestWindows;
 
@@ -16,15 +19,20 @@ class PageMessageMenu : public QMenu {
   PageMessageMenu(BrowserArea& area, QWidget* parent);
 };
 
-/// The menu "menuWindows": the pages are arranged, closed and reached.
+/// The menu "menuWindows": the pages are arranged, closed and reached, and so are the windows of
+/// messages.
 class WindowMenu : public QMenu {
   Q_OBJECT
 
  public:
-  WindowMenu(FolderPanes& panes, QWidget* parent);
+  WindowMenu(FolderPanes& panes, const RequestWindows& windows, QWidget* parent);
 
  private:
   void AddWays(FolderPanes& panes);
+  void List(BrowserArea& area, const RequestWindows& windows);
+  void AddWindow(const QString& title, bool isCurrent, const std::function<void()>& activate);
+
+  QList<QAction*> listed_;  // of the windows that were open when the menu was last shown
 };
 
 /// The menu "menuHelps", whose guide is a page.
@@ -41,6 +49,7 @@ class HelpMenu : public QMenu {
 
   RequestWindows& windows_;
   BrowserArea& area_;
+  QPointer<BrowserWindow> guide_;
 };
 
 }  // namespace vorn

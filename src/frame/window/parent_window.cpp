@@ -107,7 +107,7 @@ void ParentWindow::BuildMenus() {
   tray_.ShareEntries(tools->Version(), file->Exit());
   for (QMenu* menu : std::initializer_list<QMenu*>{
            file, display, new PageMessageMenu(panes_->Area(), bar), tools,
-           new BookmarkMenu(context_, opener_, bar), new WindowMenu(*panes_, bar),
+           new BookmarkMenu(context_, opener_, bar), new WindowMenu(*panes_, windows_, bar),
            new HelpMenu(windows_, panes_->Area(), tools->Version(), bar)}) {
     bar->addMenu(menu);
   }

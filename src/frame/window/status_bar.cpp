@@ -24,6 +24,7 @@ constexpr int kSameCheckMs = 20000;
 MainStatusBar::MainStatusBar(QWidget* parent)
     : QStatusBar(parent),
       icon_(PlainLabel()),
+      work_(PlainLabel()),
       text_(PlainLabel()),
       cancel_(new QToolButton),
       chosen_(PlainLabel()),
@@ -32,6 +33,8 @@ MainStatusBar::MainStatusBar(QWidget* parent)
       takeBack_(new QToolButton) {
   setObjectName(QStringLiteral("sbStatus"));
   if (parent != nullptr) parent->installEventFilter(this);
+  work_->setObjectName(QStringLiteral("panelWork"));
+  work_->hide();
   text_->setObjectName(QStringLiteral("panelSession"));
   cancel_->setText(Ui::tr("中止"));
   cancel_->setToolTip(Ui::tr("送受信を中止します。"));
@@ -44,7 +47,8 @@ MainStatusBar::MainStatusBar(QWidget* parent)
   auto* layout = new QHBoxLayout(panel);
   layout->setContentsMargins(4, 0, 4, 0);
   layout->addWidget(icon_);
-  layout->addWidget(text_, 1);
+  layout->addWidget(work_, 1);
+  layout->addWidget(text_);
   layout->addWidget(cancel_);
   chosen_->setObjectName(QStringLiteral("lbChosen"));
   addPermanentWidget(chosen_);
@@ -153,6 +157,11 @@ void MainStatusBar::Show(const QString& sentences) {
   told_ = ShownText(sentences, kMostInTitle);
   sinceTold_.start();
   showMessage(told_, failures_.isEmpty() ? kResultMs : 0);
+}
+
+void MainStatusBar::ShowWork(const QString& words) {
+  work_->setText(ShownText(words, kMostInTitle));
+  work_->setVisible(!words.isEmpty());
 }
 
 void MainStatusBar::ShowStatus(const QString& text, const QString& icon) {

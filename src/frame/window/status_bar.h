@@ -14,8 +14,8 @@ class QToolButton;
 
 namespace vorn {
 
-/// The main window's status bar "sbStatus": its first panel shows the session that runs, with a
-/// button that ends it.
+/// The main window's status bar "sbStatus": its first panel shows the session that runs, what
+/// it does and how far it is, with a button that ends it.
 class MainStatusBar : public QStatusBar, public StatusPanel {
   Q_OBJECT
 
@@ -23,6 +23,7 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   explicit MainStatusBar(QWidget* parent = nullptr);
 
   void ShowStatus(const QString& text, const QString& icon) override;
+  void ShowWork(const QString& words) override;
   /// A check begins. Whoever asks for it wants to know what came of it.
   void BeginCheck(bool isAsked);
   /// Says what a session brought, beside what the others of the same check brought: a failure does
@@ -71,6 +72,7 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   bool isAsked_ = false;
   QElapsedTimer sinceTold_;
   QLabel* icon_;
+  QLabel* work_;
   QLabel* text_;
   QToolButton* cancel_;
   QLabel* chosen_;

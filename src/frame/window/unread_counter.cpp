@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 
 #include "frame/window/console_tree.h"
+#include "mail/refusal_notice.h"
 #include "mail/search/unread_count.h"
 #include "objects/object_types.h"
 #include "storage/condition_limit.h"
@@ -51,7 +52,7 @@ void UnreadCounter::CountNext() {
   const ConditionLimit brief(kFirstLimitMs);
   const qint64 count = CountUnread(context_, folder);
   if (brief.IsReached()) return CountElsewhere(folder);
-  tree_.SetUnread(folder, count);
+  tree_.SetUnread(folder, count, folder == fixed_serial::kEditWait ? CountUnsent(context_) : 0);
   rests_[folder].setRemainingTime(kShare * clock.elapsed());
 }
 

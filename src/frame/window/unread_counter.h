@@ -14,7 +14,7 @@ namespace vorn {
 class ConsoleTree;
 
 /// Counts the unopened messages of the tree's folders, one folder at a time in idle moments, and
-/// shows the counts in the tree.
+/// those that could not be sent; shows the counts in the tree.
 class UnreadCounter : public QObject {
   Q_OBJECT
 

@@ -115,6 +115,51 @@ void DrawBadge(QPainter& painter, const QColor& color) {
   painter.drawEllipse(QRectF(8, 8, 7.5, 7.5));
 }
 
+// A page in small, with the area of a list.
+void DrawPage(QPainter& painter) {
+  painter.setPen(QPen(kGray, 1));
+  painter.setBrush(kPaper);
+  painter.drawRect(QRectF(1.5, 1.5, 13, 13));
+}
+
+void DrawRows(QPainter& painter, const QRectF& area) {
+  painter.setPen(QPen(kGray, 1));
+  for (double y = area.top(); y <= area.bottom(); y += 2.5) {
+    painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
+  }
+}
+
+void DrawBlock(QPainter& painter, const QRectF& area) {
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(kBlue);
+  painter.drawRect(area);
+}
+
+void DrawStandardLayout(QPainter& painter) {
+  DrawPage(painter);
+  DrawRows(painter, {3.5, 7, 8, 6});
+  painter.drawLine(QPointF(3.5, 3.5), QPointF(7, 3.5));
+}
+
+void DrawTableLayout(QPainter& painter) {
+  DrawPage(painter);
+  DrawBlock(painter, {2, 2, 12, 3});
+  DrawRows(painter, {2, 7.5, 12, 5});
+  painter.drawLine(QPointF(6, 5), QPointF(6, 14));
+  painter.drawLine(QPointF(11, 5), QPointF(11, 14));
+}
+
+void DrawCardsLayout(QPainter& painter) {
+  DrawPage(painter);
+  for (const QPointF corner :
+       {QPointF(3, 3), QPointF(8.5, 3), QPointF(3, 8.5), QPointF(8.5, 8.5)}) {
+    painter.setPen(QPen(kGray, 0.7));
+    painter.setBrush(Qt::white);
+    painter.drawRect(QRectF(corner, QSizeF(4.5, 4.5)));
+    DrawBlock(painter, {corner.x(), corner.y(), 1, 4.5});
+  }
+}
+
 struct Picture {
   QLatin1String key;
   void (*draw)(QPainter& painter);
@@ -168,6 +213,26 @@ const Picture kPictures[] = {
      }},
     {QLatin1String("mail"), [](QPainter& p) { DrawEnvelope(p); }},
     {QLatin1String("event"), [](QPainter& p) { DrawSheet(p, kGray); }},
+    {QLatin1String("layoutstandard"), [](QPainter& p) { DrawStandardLayout(p); }},
+    {QLatin1String("layouttable"), [](QPainter& p) { DrawTableLayout(p); }},
+    {QLatin1String("layoutcards"), [](QPainter& p) { DrawCardsLayout(p); }},
+    {QLatin1String("panenone"),
+     [](QPainter& p) {
+       DrawPage(p);
+       DrawRows(p, {3.5, 4, 9, 8.5});
+     }},
+    {QLatin1String("paneunder"),
+     [](QPainter& p) {
+       DrawPage(p);
+       DrawRows(p, {3.5, 4, 9, 3});
+       DrawBlock(p, {2, 9, 12, 5});
+     }},
+    {QLatin1String("paneright"),
+     [](QPainter& p) {
+       DrawPage(p);
+       DrawRows(p, {3, 4, 4, 8.5});
+       DrawBlock(p, {8.5, 2, 5.5, 12});
+     }},
 };
 
 void DrawCategory(QPainter& painter, const QString& key) {

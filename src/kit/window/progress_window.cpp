@@ -34,10 +34,16 @@ ProgressWindow::~ProgressWindow() {
   delete dialog_.data();
 }
 
-bool ProgressWindow::Show(int done) {
+bool ProgressWindow::Show(int done, int total) {
   if (clock_.elapsed() < kTurnMs) return true;
   clock_.restart();
-  if (dialog_ != nullptr) dialog_->setLabelText(title_ + Ui::tr(".. %n通", nullptr, done));
+  if (dialog_ != nullptr && total > 0) {
+    dialog_->setLabelText(title_ + Ui::tr(".. %1 / %2通").arg(done).arg(total));
+    dialog_->setMaximum(total + 1);  // at its end it would take itself for done
+    dialog_->setValue(done);
+  } else if (dialog_ != nullptr) {
+    dialog_->setLabelText(title_ + Ui::tr(".. %n通", nullptr, done));
+  }
   TakeTurn({});
   return !IsEnded();
 }

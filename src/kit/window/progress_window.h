@@ -18,8 +18,8 @@ class ProgressWindow {
   ProgressWindow(QWidget* parent, const QString& title);
   ~ProgressWindow();
 
-  /// How many messages are done; false when the user ended it.
-  bool Show(int done);
+  /// How many messages are done, of so many where that is known; false when the user ended it.
+  bool Show(int done, int total = 0);
   /// Waits for something that the event loop brings; false when the user ended that.
   bool Wait(const QString& sentence, const std::function<bool()>& isThere);
   /// Does the work on another thread, while the windows go on, and waits for its end; false when

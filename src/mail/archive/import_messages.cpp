@@ -81,6 +81,7 @@ class Importer {
       return {};
     }
     brought_.insert(id);
+    counts_.brought.append(message.SerialID());
     ++counts_.imported;
     if (!group_.IsFull()) return {};
     group_.Clear();

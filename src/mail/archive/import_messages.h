@@ -10,7 +10,8 @@ namespace vorn {
 
 struct ImportCounts {
   int imported = 0;
-  int known = 0;  ///< in the store already, but for what mail programs note in a header
+  QStringList brought;  ///< the serial identifiers of those
+  int known = 0;        ///< in the store already, but for what mail programs note in a header
   /// In the store already, where they cannot be read any more.
   QList<UnreadableMessage> unreadable;
   QString notice;  ///< a sentence about files in a folder that were passed over

@@ -14,6 +14,24 @@
 namespace vorn {
 namespace {
 
+// Of those among the messages for which the condition, which that of the messages ends, holds.
+bool ReadFlags(DataSession& session, const QString& condition, const QStringList& messages,
+               MessageFlags* flags) {
+  for (const QStringList& piece : InPieces(messages)) {
+    if (!session.OpenRecordset(QStringLiteral("SELECT SERIALID, FIELD_FLAG FROM mail WHERE ") +
+                                   condition + Among(piece),
+                               CursorKind::ForwardOnly)) {
+      return false;
+    }
+    const RecordsetPtr rows = session.Recordset();
+    for (; !rows->Eof(); rows->MoveNext()) {
+      flags->insert(rows->SerialID(), rows->Fields(u"FIELD_FLAG").toString());
+    }
+    if (rows->Failed()) return false;
+  }
+  return true;
+}
+
 // What a server is being given stays as it is.
 const QString kMayChange =
     QStringLiteral(" AND SERIALID NOT IN (SELECT SERIALID FROM send_attempt WHERE STATE = 1)");
@@ -209,6 +227,39 @@ Result<> DeleteMessages(Context& context, const QStringList& messages, UnderWay*
            RunAmong(session, QStringLiteral("DELETE FROM folder WHERE"), messages, kMayChange) &&
            RunAmong(session, QStringLiteral("DELETE * FROM mail WHERE"), messages, kMayChange);
   });
+}
+
+Result<MessageFlags> FlagsOf(Context& context, const QStringList& messages) {
+  const OpenedDatabase opened(context, DatabaseKind::Mail);
+  if (!opened) return opened.Error();
+  MessageFlags flags;
+  if (!ReadFlags(context.Data, QString(), messages, &flags)) return ReasonOf(context.Data);
+  return flags;
+}
+
+Result<qsizetype> DeleteUnchanged(Context& context, const MessageFlags& flags,
+                                  const QString& folder) {
+  QStringList unchanged;
+  const QString others = QStringLiteral("SELECT SERIALID FROM folder WHERE FOLDERID <> ");
+  const QString filed =
+      folder.isEmpty()
+          ? QString()
+          : QStringLiteral(" AND SERIALID IN (SELECT SERIALID FROM folder WHERE FOLDERID = %1)")
+                .arg(QuoteSql(folder));
+  const QString isThere =
+      QStringLiteral("STATUS = %1 AND SERIALID NOT IN (%2%3)%4 AND")
+          .arg(QString::number(kStatusReceived), others, QuoteSql(folder), filed);
+  const Result<> done = Transact(context, [&](DataSession& session) {
+    MessageFlags now;
+    if (!ReadFlags(session, isThere, flags.keys(), &now)) return false;
+    for (auto message = now.cbegin(); message != now.cend(); ++message) {
+      if (flags.value(message.key()) == message.value()) unchanged.append(message.key());
+    }
+    return RunAmong(session, QStringLiteral("DELETE FROM folder WHERE"), unchanged) &&
+           RunAmong(session, QStringLiteral("DELETE * FROM mail WHERE"), unchanged);
+  });
+  if (!done) return done.Error();
+  return unchanged.size();
 }
 
 int CountWaiting(Context& context, const QString& address) {

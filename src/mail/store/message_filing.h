@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QMap>
 #include <QStringList>
 
@@ -50,6 +51,13 @@ Result<> ToggleStar(Context& context, const QStringList& messages);
 /// Deletes messages, and what is filed of them, for good.
 Result<> DeleteMessages(Context& context, const QStringList& messages,
                         UnderWay* underWay = nullptr);
+/// The flag strings of messages, by their serial identifiers.
+using MessageFlags = QHash<QString, QString>;
+Result<MessageFlags> FlagsOf(Context& context, const QStringList& messages);
+/// Deletes those received messages that are as they were: with these flags, in that hand-filled
+/// folder alone, or in none where it is empty. Returns how many.
+Result<qsizetype> DeleteUnchanged(Context& context, const MessageFlags& flags,
+                                  const QString& folder);
 /// How many messages from that address wait to be sent; 0 as well when the file cannot
 /// be read.
 int CountWaiting(Context& context, const QString& address);

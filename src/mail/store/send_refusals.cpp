@@ -1,30 +1,33 @@
 #include "mail/store/send_refusals.h"
 
-#include "storage/session_result.h"
-#include "storage/sql_text.h"
+#include "storage/own_statement.h"
 
 namespace vorn {
 
-Result<> SendRefusals::Note(const QString& serialId, const QString& route) {
+Result<> SendRefusals::Note(const QString& serialId, const SendRefusal& refusal) {
   const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file_);
   if (!opened) return opened.Error();
-  const QString note = QStringLiteral("REPLACE INTO send_refusal (SERIALID, ROUTE) VALUES(%1,%2)")
-                           .arg(QuoteSql(serialId), QuoteSql(route));
-  return ResultOf(context_.Data, context_.Data.Execute(note));
+  return RunOwn(context_.Data,
+                "REPLACE INTO send_refusal (SERIALID, ROUTE, TRIED, REPLY) VALUES(?1, ?2, ?3, ?4)",
+                {serialId, refusal.route, refusal.tried, refusal.reply});
 }
 
-QHash<QString, QString> SendRefusals::Routes() {
-  QHash<QString, QString> routes;
+QHash<QString, SendRefusal> SendRefusals::All() {
+  QHash<QString, SendRefusal> refusals;
   const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file_);
-  if (!opened ||
-      !context_.Data.OpenRecordset(QStringLiteral("SELECT SERIALID, ROUTE FROM send_refusal"),
-                                   CursorKind::ForwardOnly)) {
-    return routes;
+  if (!opened) return refusals;
+  const auto rows =
+      AskOwn(context_.Data,
+             "SELECT send_refusal.SERIALID, ROUTE, TRIED, REPLY FROM send_refusal INNER JOIN mail "
+             "ON mail.SERIALID = send_refusal.SERIALID WHERE STATUS > 0",
+             {});
+  if (!rows) return refusals;
+  for (Recordset& row = **rows; !row.Eof(); row.MoveNext()) {
+    refusals.insert(row.Fields(u"SERIALID").toString(),
+                    {row.Fields(u"ROUTE").toString(), row.Fields(u"TRIED").toString(),
+                     row.Fields(u"REPLY").toString()});
   }
-  for (const RecordsetPtr rows = context_.Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
-    routes.insert(rows->SerialID(), rows->Fields(u"ROUTE").toString());
-  }
-  return routes;
+  return refusals;
 }
 
 }  // namespace vorn

@@ -9,6 +9,13 @@
 
 namespace vorn {
 
+/// How a message was refused.
+struct SendRefusal {
+  QString route;  ///< how it was sent, so that a mended account counts as another try
+  QString tried;  ///< when, in the stored form; empty for what earlier versions noted
+  QString reply;  ///< the server's words, one recipient a line where it refused those
+};
+
 /// Which waiting messages of a mail database their servers have refused for good (a reply of 5yz to
 /// a recipient or to the text, RFC 5321 section 4.2.1). Table `send_refusal`; the file forgets one
 /// by itself when the message is stored anew, waits no longer or goes.
@@ -17,10 +24,9 @@ class SendRefusals {
   /// `file` is the stored path of the mail database.
   SendRefusals(Context& context, QString file) : context_(context), file_(std::move(file)) {}
 
-  /// Notes one; `route` tells how it was sent, so that a mended account counts as another try.
-  Result<> Note(const QString& serialId, const QString& route);
-  /// The routes by which messages were refused, by serial identifier.
-  QHash<QString, QString> Routes();
+  Result<> Note(const QString& serialId, const SendRefusal& refusal);
+  /// Of what is not in the dust bin, by serial identifier; none where the file cannot be read.
+  QHash<QString, SendRefusal> All();
 
  private:
   Context& context_;

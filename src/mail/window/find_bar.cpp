@@ -8,6 +8,13 @@
 #include <QToolButton>
 
 namespace vorn {
+namespace {
+
+QString NotFoundWords() {
+  return Ui::tr("見つかりません。");
+}
+
+}  // namespace
 
 FindBar::FindBar(QWidget* parent) : QWidget(parent), box_(new QLineEdit), result_(PlainLabel()) {
   setObjectName(QStringLiteral("frFind"));
@@ -20,6 +27,8 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent), box_(new QLineEdit), result
   layout->addWidget(label);
   layout->addWidget(box_, 1);
   result_->setObjectName(QStringLiteral("lbFound"));
+  // The buttons stay in their place whatever it says.
+  result_->setMinimumWidth(result_->fontMetrics().horizontalAdvance(NotFoundWords()));
   layout->addWidget(result_);
   connect(box_, &QLineEdit::textChanged, result_, &QLabel::clear);
   const auto button = [&](const QString& text, auto clicked) {
@@ -44,7 +53,7 @@ void FindBar::Open() {
 }
 
 void FindBar::ShowFound(bool found) {
-  result_->setText(found ? QString() : Ui::tr("見つかりません。"));
+  result_->setText(found ? QString() : NotFoundWords());
 }
 
 void FindBar::Find(bool backward) {

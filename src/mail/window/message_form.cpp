@@ -252,6 +252,11 @@ void MessageForm::FinishEditing() {
   lvHeader_->FinishEditing();
 }
 
+void MessageForm::NameSender(const QString& line) {
+  if (line.isEmpty() || HasKind(lvMailaddress_->Addresses(), u"FROM")) return;
+  lvMailaddress_->Add(ParseAddressEntry(line));
+}
+
 MessageModel MessageForm::Take(MessageModel model) const {
   model.subject = txSubject_->text();
   model.addresses = lvMailaddress_->Addresses();

@@ -33,6 +33,8 @@ class MessageForm : public QTabWidget {
   void ShowEvent(const QString& text);
   /// Takes over what is being typed: a row without Enter, what an input method composes.
   void FinishEditing();
+  /// Adds the address line of a sender where there is none; not an empty one.
+  void NameSender(const QString& line);
   /// The message as it stands in the controls; what has no control is that of `model`.
   MessageModel Take(MessageModel model) const;
   /// Asks when an attached file is no longer what was attached; `question` holds "%1" for names.

@@ -36,6 +36,8 @@ class MessageHost {
   virtual QStringList OfferedAddresses() = 0;
   /// Puts those with whom messages were exchanged into an address book.
   virtual void AddToBook(const QStringList& serialIds) = 0;
+  /// Opens the window of a new account.
+  virtual void MakeAccount() = 0;
   /// Whether the program is about to end, so that a question must not keep a window open.
   virtual bool IsClosing() const = 0;
 };

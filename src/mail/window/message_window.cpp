@@ -16,6 +16,7 @@
 #include "kit/window/screen_fit.h"
 #include "kit/window/second_click.h"
 #include "mail/codec/flag_string.h"
+#include "mail/open_message.h"
 #include "mail/window/attachment_list.h"
 #include "mail/window/calendar_bar.h"
 #include "mail/window/draft_keeper.h"
@@ -66,7 +67,7 @@ MessageWindow::MessageWindow(Context& context, MessageHost& host, const EventLog
       events_(events),
       document_(context),
       receipt_(context, host, *this),
-      bars_(new MessageBars(context, document_)),
+      bars_(new MessageBars(context, host, document_)),
       form_(new MessageForm(context, host)),
       sending_(new MessageSending(context, host, document_, *form_, bars_->Doubt(), *this)),
       reply_(new InvitationComposer(context, document_, *form_, bars_->Calendar())),
@@ -157,6 +158,7 @@ void MessageWindow::Open(bool applyStoredCharset, const QByteArray& shown) {
   SetEdited(false);
   reply_->Forget();
   sending_->ShowDoubt();
+  bars_->ShowStanding();
   if (opened.first) host_.MessageStored();
 }
 
@@ -259,7 +261,11 @@ void MessageWindow::ShowModal() {
 
 // What waits may be sent while its window is open.
 void MessageWindow::MessagesChanged() {
-  if (document_.HasRequest() && !closing_.IsClosed() && sending_->HasGone()) Open();
+  if (!document_.HasRequest() || closing_.IsClosed()) return;
+  if (sending_->HasGone()) return Open();
+  bars_->ShowStanding();
+  // An account that was made meanwhile.
+  if (document_.IsEditable()) form_->NameSender(SenderLine(context_));
 }
 
 void MessageWindow::Activate() {

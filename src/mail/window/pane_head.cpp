@@ -1,12 +1,14 @@
 #include "mail/window/pane_head.h"
 
 #include <QGridLayout>
+#include <QLabel>
 #include <QToolBar>
 
 #include "kit/window/access_names.h"
 #include "kit/window/eliding_label.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
+#include "mail/codec/address.h"
 #include "mail/date_line.h"
 #include "storage/ui.h"
 
@@ -24,7 +26,9 @@ QString Addresses(const MessageModel& model, QStringView kind) {
   QStringList texts;
   for (const AddressEntry& entry : model.addresses) {
     if (kind.compare(entry.kind, Qt::CaseInsensitive) != 0) continue;
-    texts.append(IsolatedAddress(ShownInLine(PresentableAddress(entry)).simplified()));
+    const QString text =
+        entry.address == kNoAddress ? entry.displayName : PresentableAddress(entry);
+    texts.append(IsolatedAddress(ShownInLine(text).simplified()));
   }
   const qsizetype more = texts.size() - kShownAddresses;
   const QString shown = texts.mid(0, kShownAddresses).join(QStringLiteral(", "));
@@ -37,9 +41,11 @@ PaneHead::PaneHead()
     : subject_(new ElidingLabel(QStringLiteral("lbPaneSubject"))),
       from_(new ElidingLabel(QStringLiteral("lbPaneFrom"))),
       to_(new ElidingLabel(QStringLiteral("lbPaneTo"))),
-      date_(new ElidingLabel(QStringLiteral("lbPaneDate"))),
+      date_(PlainLabel()),
       toolbar_(BuildToolbar()),
       grid_(new QGridLayout(this)) {
+  date_->setObjectName(QStringLiteral("lbPaneDate"));
+  date_->setWordWrap(true);
   QFont bold = subject_->font();
   bold.setBold(true);
   subject_->setFont(bold);
@@ -53,11 +59,12 @@ PaneHead::PaneHead()
 
 // Either of both, whose places differ, takes its widgets to the other ones.
 void PaneHead::Lay(bool isWide) {
-  for (QWidget* widget : {static_cast<QWidget*>(from_), static_cast<QWidget*>(to_)}) {
+  for (QWidget* widget : {static_cast<QWidget*>(subject_), static_cast<QWidget*>(from_),
+                          static_cast<QWidget*>(to_), static_cast<QWidget*>(date_)}) {
     grid_->removeWidget(widget);
   }
-  grid_->addWidget(subject_, 0, 0);
-  grid_->addWidget(date_, 0, 1);
+  grid_->addWidget(subject_, 0, 0, 1, isWide ? 1 : 2);
+  grid_->addWidget(date_, isWide ? 0 : 3, isWide ? 1 : 0, 1, isWide ? 1 : 3);
   grid_->addWidget(toolbar_, 0, 2, isWide ? 2 : 1, 1);
   grid_->addWidget(from_, 1, 0, 1, isWide ? 1 : 3);
   grid_->addWidget(to_, isWide ? 1 : 2, isWide ? 1 : 0, 1, isWide ? 1 : 3);
@@ -96,7 +103,9 @@ void PaneHead::Show(const MessageModel& model, const QByteArray& source,
   to_->SayShown(
       Ui::tr("宛て先："),
       Addresses(model, u"TO") + (copies.isEmpty() ? QString() : QStringLiteral("  CC: ") + copies));
-  date_->Say(Ui::tr("日時："), DateLine(source, storedTime));
+  const QString date = DateLine(source, storedTime);
+  date_->setText(Ui::tr("日時：") + ShownText(date));
+  date_->setVisible(!date.isEmpty());
 }
 
 }  // namespace vorn

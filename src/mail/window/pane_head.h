@@ -5,6 +5,7 @@
 #include "mail/open_message.h"
 
 class QGridLayout;
+class QLabel;
 class QToolBar;
 
 namespace vorn {
@@ -12,7 +13,7 @@ namespace vorn {
 class ElidingLabel;
 
 /// The head of the message in the reading pane: its subject, correspondents and date, and the
-/// buttons that answer it. It has two lines where it is wide, else three.
+/// buttons that answer it. It has two lines where it is wide, else four. The date is never cut.
 class PaneHead : public QWidget {
   Q_OBJECT
 
@@ -35,7 +36,7 @@ class PaneHead : public QWidget {
   ElidingLabel* subject_;
   ElidingLabel* from_;
   ElidingLabel* to_;
-  ElidingLabel* date_;
+  QLabel* date_;
   QToolBar* toolbar_;
   QGridLayout* grid_;
   bool isWide_ = true;

@@ -10,6 +10,7 @@
 #include "mail/codec/calendar_summary.h"
 #include "mail/codec/inline_images.h"
 #include "mail/mail_request_bag.h"
+#include "mail/refusal_notice.h"
 #include "mail/store/message_bag.h"
 #include "mail/window/clip_row.h"
 #include "mail/window/message_body.h"
@@ -32,6 +33,7 @@ ReadingPane::ReadingPane(Context& context, MessageHost& host)
       nothing_(PlainLabel(Ui::tr("メッセージを選ぶと、ここに表示します。"))),
       message_(new QWidget),
       head_(new PaneHead),
+      refused_(new NoticeBar(QStringLiteral("frPaneRefused"))),
       receipt_(new NoticeBar(QStringLiteral("frReceipt"))),
       appointment_(BuildAppointment()),
       signed_(new NoticeBar(QStringLiteral("frPaneSigned"))),
@@ -55,6 +57,7 @@ void ReadingPane::Lay() {
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
   column->addWidget(head_);
+  column->addWidget(refused_);
   column->addWidget(receipt_);
   column->addWidget(appointment_);
   column->addWidget(signed_);
@@ -98,6 +101,7 @@ DiskPtr ReadingPane::NewRequest() const {
 
 void ReadingPane::FollowEdits() {
   if (serialId_.isEmpty() || MessageBag(*request_).Status() == kStatusReceived) return;
+  ShowRefusal();
   const DiskPtr request = NewRequest();
   OpenedMessage now = LookAtMessage(context_, *request);
   if (now.source.isEmpty() || now.source == opened_.source) return;
@@ -106,7 +110,13 @@ void ReadingPane::FollowEdits() {
   Fill();
 }
 
+void ReadingPane::ShowRefusal() {
+  const bool waits = MessageBag(*request_).Status() == kStatusWaiting;
+  refused_->Say(waits ? RefusalNotice(context_, MailDatabasePath(context_), serialId_) : QString());
+}
+
 void ReadingPane::Fill() {
+  ShowRefusal();
   head_->Show(opened_.model, opened_.source, MailRequestBag(*request_).Timestamp());
   const bool asks = MailRequestBag(*request_).AsksForReceipt();
   receipt_->Say(

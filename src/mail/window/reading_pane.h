@@ -47,6 +47,7 @@ class ReadingPane : public QWidget {
   NoticeBar* BuildAppointment();
   DiskPtr NewRequest() const;
   void Fill();
+  void ShowRefusal();
   void Mark();
 
   Context& context_;
@@ -58,6 +59,7 @@ class ReadingPane : public QWidget {
   QLabel* nothing_;
   QWidget* message_;
   PaneHead* head_;
+  NoticeBar* refused_;
   NoticeBar* receipt_;
   NoticeBar* appointment_;
   NoticeBar* signed_;

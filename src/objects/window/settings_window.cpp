@@ -75,6 +75,9 @@ class ViewPage : public FormPage {
     AddChoice(QStringLiteral("cbReadingPane"), Ui::tr("選んだメッセージの表示(&R)"),
               {Ui::tr("しない"), Ui::tr("一覧の下"), Ui::tr("一覧の右")})
         ->setCurrentIndex(0);
+    AddChoice(QStringLiteral("cbRowHeight"), Ui::tr("行の高さ（表、カード）(&D)"),
+              {Ui::tr("普通"), Ui::tr("広い"), Ui::tr("狭い")})
+        ->setCurrentIndex(0);
     AddCheck(QStringLiteral("ckHtmlFirst"), Ui::tr("HTMLだけのメッセージはHTMLで開く(&G)"));
     AddCheck(QStringLiteral("ckToolbarIcon"), Ui::tr("ツールバーをアイコンだけにする(&I)"));
     AddCheck(QStringLiteral("ckStatusbar"), Ui::tr("ステータスバーを表示する(&S)"))

@@ -27,6 +27,7 @@
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
+#include "objects/settings.h"
 #include "present/folder_layout.h"
 #include "present/page_tags.h"
 #include "present/page_template.h"
@@ -175,7 +176,7 @@ void LayoutWindow::Fill() {
   const DiskPtr folder = LoadObject(context_, folder_);
   const QString name = folder == nullptr ? folder_ : AnyObject(*folder).ShownName();
   setWindowTitle(Ui::tr("フォルダのレイアウト - ") + name);
-  const QList<ReadyLayout> ready = ReadyLayouts(folder_);
+  const QList<ReadyLayout> ready = ReadyLayouts(folder_, Settings(context_).Rows());
   stored_ = GetFolderLayout(context_, folder_, ready.first().html).html;
   int index = 0;
   while (index < ready.size() && ready[index].html != stored_) ++index;
@@ -190,7 +191,7 @@ void LayoutWindow::Fill() {
 }
 
 void LayoutWindow::TakeReady(int index) {
-  const QList<ReadyLayout> ready = ReadyLayouts(folder_);
+  const QList<ReadyLayout> ready = ReadyLayouts(folder_, Settings(context_).Rows());
   // One's own comes back with the last choice.
   const QString now = txHtml_->toPlainText().replace(u'\n', QStringLiteral("\r\n"));
   if (std::none_of(ready.begin(), ready.end(),

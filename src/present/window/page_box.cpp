@@ -16,6 +16,11 @@ namespace {
 
 constexpr int kHighestPage = 999999;
 constexpr int kSpare = 16;  // beside the digits, for the frame and the cursor
+constexpr int kManyPages = 8888;
+
+QString CountWords(int pages) {
+  return QStringLiteral(" / %1 ").arg(pages);
+}
 
 }  // namespace
 
@@ -53,6 +58,7 @@ void PageBox::AddNumber() {
   box_->addWidget(txPage_);
   lbPages_ = PlainLabel({}, this);
   lbPages_->setObjectName(QStringLiteral("lbPages"));
+  lbPages_->setMinimumWidth(lbPages_->fontMetrics().horizontalAdvance(CountWords(kManyPages)));
   box_->addWidget(lbPages_);
 }
 
@@ -72,7 +78,7 @@ void PageBox::NameEnds(bool newestFirst) {
 }
 
 void PageBox::ShowCount(int pages) {
-  lbPages_->setText(pages > 0 ? QStringLiteral(" / %1 ").arg(pages) : QString());
+  lbPages_->setText(pages > 0 ? CountWords(pages) : QString());
 }
 
 int PageBox::Typed() const {

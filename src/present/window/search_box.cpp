@@ -12,6 +12,11 @@ namespace vorn {
 namespace {
 
 constexpr int kSearchWidth = 360;
+constexpr qint64 kMany = 88888;
+
+QString FoundWords(qint64 messages, bool orMore) {
+  return (orMore ? Ui::tr("%1通以上") : Ui::tr("%1通")).arg(messages);
+}
 
 }  // namespace
 
@@ -34,9 +39,12 @@ SearchBox::SearchBox(QWidget* window, QWidget* parent)
       choice->setVisible(!text.isEmpty());
       if (text.isEmpty()) choice->setChecked(false);
     }
+    lbFound_->setVisible(!text.isEmpty());
     if (text.isEmpty()) Q_EMIT Emptied();
   });
   lbFound_->setObjectName(QStringLiteral("lbFound"));
+  // A longer number moves no button.
+  lbFound_->setMinimumWidth(lbFound_->fontMetrics().horizontalAdvance(FoundWords(kMany, true)));
   lbFound_->hide();
   auto* find = new QShortcut(QKeySequence::Find, window);
   find->setContext(Qt::WidgetWithChildrenShortcut);
@@ -86,9 +94,7 @@ void SearchBox::SearchTexts() {
 }
 
 void SearchBox::ShowFound(qint64 messages, bool orMore) {
-  const QString count = orMore ? Ui::tr("%1通以上") : Ui::tr("%1通");
-  lbFound_->setText(messages < 0 ? QString() : count.arg(messages));
-  lbFound_->setVisible(messages >= 0);
+  lbFound_->setText(messages < 0 ? QString() : FoundWords(messages, orMore));
 }
 
 }  // namespace vorn

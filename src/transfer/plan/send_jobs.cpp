@@ -7,6 +7,7 @@
 #include "mail/store/send_refusals.h"
 #include "objects/account.h"
 #include "objects/settings.h"
+#include "storage/time_text.h"
 #include "storage/ui.h"
 #include "transfer/control/pop.h"
 #include "transfer/plan/account_sessions.h"
@@ -241,8 +242,9 @@ QString SendJobs::OutcomeOf(const CheckJob& job) const {
 void SendJobs::NoteRefusal(const CheckJob& job, const SendItem& message) {
   const SessionRecord record(job.Bag());
   if (record.IsRefusedForGood()) {
-    std::ignore =
-        SendRefusals(context_, message.File(context_)).Note(message.SerialId(), message.Route());
+    std::ignore = SendRefusals(context_, message.File(context_))
+                      .Note(message.SerialId(),
+                            {message.Route(), CurrentTimeText(), record.RefusedForGood()});
   }
   if (record.IsRefusedForGood() || record.IsDoubtful()) host_.WaitingChanged();
 }

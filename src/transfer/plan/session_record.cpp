@@ -5,9 +5,8 @@
 namespace vorn {
 
 void SessionRecord::Begin() {
-  for (const QString& key : {kLog, kReceived, kRefused}) job_->Let(key, QString());
-  for (const QString& key : {kError, kLoginRefused, kRefusedForGood, kDoubtful})
-    job_->Let(key, false);
+  for (const QString& key : {kLog, kReceived, kRefused, kRefusedForGood}) job_->Let(key, QString());
+  for (const QString& key : {kError, kLoginRefused, kDoubtful}) job_->Let(key, false);
 }
 
 void SessionRecord::AddLog(const QString& line) {

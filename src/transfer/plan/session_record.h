@@ -30,9 +30,10 @@ class SessionRecord {
   /// The recipients that the server refused, with its words.
   QString Refused() const { return job_->Text(kRefused); }
   void AddRefused(const QString& recipient);
-  /// Whether the server will not take the message another time either.
-  bool IsRefusedForGood() const { return job_->Flag(kRefusedForGood); }
-  void RefuseForGood() { job_->Let(kRefusedForGood, true); }
+  /// Whether the server will not take the message another time either, and its words.
+  bool IsRefusedForGood() const { return !RefusedForGood().isEmpty(); }
+  QString RefusedForGood() const { return job_->Text(kRefusedForGood); }
+  void RefuseForGood(const QString& words) { job_->Let(kRefusedForGood, words); }
   /// Whether nobody knows if the message arrived.
   bool IsDoubtful() const { return job_->Flag(kDoubtful); }
   void Doubt() { job_->Let(kDoubtful, true); }

@@ -54,11 +54,11 @@ bool WaitingMessages::IsPlanned(const QString& serial) const {
 // message or the account, or sends it again.
 void WaitingMessages::LeaveOutRefused(std::vector<SendItem>& messages) {
   if (messages.empty()) return;
-  const auto routes = SendRefusals(context_, messages.front().File(context_)).Routes();
+  const auto known = SendRefusals(context_, messages.front().File(context_)).All();
   const auto first =
-      std::stable_partition(messages.begin(), messages.end(), [&routes](const SendItem& message) {
-        const auto refused = routes.find(message.SerialId());
-        return refused == routes.end() || refused.value() != message.Route();
+      std::stable_partition(messages.begin(), messages.end(), [&known](const SendItem& message) {
+        const auto refused = known.find(message.SerialId());
+        return refused == known.end() || refused->route != message.Route();
       });
   const std::vector<SendItem> refused(first, messages.end());
   messages.erase(first, messages.end());

@@ -10,6 +10,7 @@ constexpr int kProgressSteps = 1000;
 void RetrievalProgress::Arrive(qint64 bytes) {
   underWay_ -= bytes;
   done_ += bytes;
+  ++fetched_.come;
 }
 
 void RetrievalProgress::Report(qint64 inFlight) {
@@ -17,7 +18,7 @@ void RetrievalProgress::Report(qint64 inFlight) {
   const qint64 step = total_ > 0 ? done * kProgressSteps / total_ : 0;
   if (step == lastStep_) return;
   lastStep_ = step;
-  events_.Progress(total_, qMin(done, total_));
+  events_.Progress(total_, qMin(done, total_), fetched_);
 }
 
 }  // namespace vorn

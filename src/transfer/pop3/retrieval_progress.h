@@ -4,20 +4,31 @@
 
 namespace vorn {
 
-/// How far the retrieval of a mailbox is, in bytes by the sizes that the server announced.
+/// How far the retrieval of a mailbox is, in messages, and in bytes by the sizes that the server
+/// announced.
 class RetrievalProgress {
  public:
   explicit RetrievalProgress(PopEvents& events) : events_(events) {}
 
   /// A message is in the mailbox.
-  void Expect(qint64 bytes) { total_ += bytes; }
+  void Expect(qint64 bytes) {
+    total_ += bytes;
+    ++fetched_.wanted;
+  }
   /// It has been asked for.
   void Ask(qint64 bytes) { underWay_ += bytes; }
   /// It has come, or been refused.
   void Arrive(qint64 bytes);
-  /// Nothing more is to be asked of it, or something is after all.
-  void Skip(qint64 bytes) { done_ += bytes; }
-  void Return(qint64 bytes) { done_ -= bytes; }
+  /// It is not asked for.
+  void Skip(qint64 bytes) {
+    done_ += bytes;
+    --fetched_.wanted;
+  }
+  /// What has come is to be asked for once more.
+  void Return(qint64 bytes) {
+    done_ -= bytes;
+    --fetched_.come;
+  }
   /// What has been asked for and not come.
   qint64 UnderWay() const { return underWay_; }
 
@@ -30,6 +41,7 @@ class RetrievalProgress {
   qint64 total_ = 0;
   qint64 underWay_ = 0;
   qint64 done_ = 0;
+  FetchedMessages fetched_;
   qint64 lastStep_ = -1;
 };
 

@@ -125,6 +125,12 @@ struct PopFailure {
   QString text;
 };
 
+/// How many of the messages that a session fetches have come.
+struct FetchedMessages {
+  int come = 0;
+  int wanted = 0;  ///< becomes less while messages turn out to be known
+};
+
 /// What the transfer control `Pop` asks and tells the program while a session runs. Always called
 /// from the event loop of the user-interface thread, never from inside `Pop::Start`.
 class PopEvents {
@@ -137,8 +143,8 @@ class PopEvents {
   virtual void Error(PopError code, const QString& text) = 0;
   virtual void SessionStarted() {}
   virtual void SessionEnded() {}
-  /// `done` of `total` bytes; `total` may be 0.
-  virtual void Progress(qint64 /*total*/, qint64 /*done*/) {}
+  /// `done` of `total` bytes; `total` may be 0. A session that sends fetches nothing.
+  virtual void Progress(qint64 /*total*/, qint64 /*done*/, const FetchedMessages& /*fetched*/) {}
   virtual void Log(const QString& /*text*/) {}
 };
 

@@ -43,13 +43,15 @@ ReceivedMail::ReceivedMail(Context& context, const Pop& pop, TransferLog& log)
       known_(context),
       groups_(context, known_, log),
       deletions_(context, log),
-      rules_(context) {}
+      rules_(context),
+      toldStops_(context) {}
 
 void ReceivedMail::Begin() {
   stopped_ = 0;
   tornOff_ = 0;
   toldOfUnknown_ = false;
   takesServersTime_ = Settings(context_).TakesServersTime();
+  toldStops_.Begin();
   deletions_.Begin();
   if (IsReceiving()) known_.BeginSession(deletions_.OfNew());
   groups_.Begin(IsReceiving());
@@ -77,6 +79,7 @@ void ReceivedMail::End() {
     if (deletions_.Stopped() > 0) {
       log_.Add(Ui::tr("そのうち%n通はサーバーから削除します。", nullptr, deletions_.Stopped()));
     }
+    std::ignore = toldStops_.Store();  // else they are told of once more
   }
 }
 
@@ -237,8 +240,12 @@ std::optional<ServerCopy> ReceivedMail::ReceiveStopTest(const QByteArray& header
   }
   const ServerCopy copy = DeletedIf(rules_.DeleteOnServer());
   ++log_.Counts().stopped;
-  ++stopped_;
-  if (copy == ServerCopy::Deleted) deletions_.AddStopped();
+  if (copy == ServerCopy::Deleted) {
+    deletions_.AddStopped();
+    ++stopped_;
+  } else if (toldStops_.IsFresh(header)) {
+    ++stopped_;
+  }
   return copy;
 }
 

@@ -8,6 +8,7 @@
 #include "transfer/results/known_messages.h"
 #include "transfer/results/received_groups.h"
 #include "transfer/results/server_deletions.h"
+#include "transfer/results/told_stops.h"
 #include "transfer/rules/current_stop_rules.h"
 
 namespace vorn {
@@ -65,10 +66,11 @@ class ReceivedMail : public RetrievalEvents {
   ReceivedGroups groups_;
   ServerDeletions deletions_;
   CurrentStopRules rules_;
+  ToldStops toldStops_;
   // Of the session.
   bool takesServersTime_ = false;  // when its server took a message in, in place of now
   bool toldOfUnknown_ = false;
-  int stopped_ = 0;
+  int stopped_ = 0;  // that nobody has been told of
   int tornOff_ = 0;
 };
 

@@ -91,7 +91,7 @@ void SentMail::HandoverEnded(HandoverOutcome outcome, const QString& reply) {
     return;
   }
   if (outcome == HandoverOutcome::Refused && IsForGood(reply)) {
-    SessionRecord(log_.Job()).RefuseForGood();
+    SessionRecord(log_.Job()).RefuseForGood(reply);
   }
   Settle(
       [this, message] {
@@ -113,7 +113,7 @@ void SentMail::RecipientRefused(const QString& address, const QString& reply) {
   if (log_.Job() == nullptr) return;
   SessionRecord record(log_.Job());
   record.AddRefused(address + QStringLiteral(": ") + reply);
-  if (IsForGood(reply)) record.RefuseForGood();
+  if (IsForGood(reply)) record.RefuseForGood(record.Refused());
 }
 
 }  // namespace vorn

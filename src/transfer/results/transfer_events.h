@@ -17,6 +17,8 @@ class StatusPanel {
   virtual ~StatusPanel() = default;
   /// `icon` is an icon key, empty for none.
   virtual void ShowStatus(const QString& text, const QString& icon) = 0;
+  /// What is going on, in words; empty at the end of it.
+  virtual void ShowWork(const QString& /*words*/) {}
 };
 
 /// The program's side of a session: what is received and sent is stored, the job's log gathered and
@@ -30,7 +32,7 @@ class TransferEvents : public PopEvents {
   void Error(PopError code, const QString& text) override;
   void SessionStarted() override;
   void SessionEnded() override;
-  void Progress(qint64 total, qint64 done) override;
+  void Progress(qint64 total, qint64 done, const FetchedMessages& fetched) override;
   void Log(const QString& text) override;
 
   /// Since the program began.
@@ -39,6 +41,9 @@ class TransferEvents : public PopEvents {
   int DeletedOnServer() const { return deleted_; }
 
  private:
+  QString Account() const;
+  QString WorkWords(const FetchedMessages& fetched) const;
+
   CheckPlan& plan_;
   const Pop& pop_;
   StatusPanel& panel_;

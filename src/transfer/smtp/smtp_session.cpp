@@ -302,9 +302,9 @@ void SmtpSession::TakeDecision(int code) {
 
 void SmtpSession::Drained() {
   if (stage_ != Stage::Body || !body_.IsUnderWay()) return;
-  events_.Progress(body_.Size(), body_.Sent());
+  events_.Progress(body_.Size(), body_.Sent(), {});
   send_(body_.NextSlice());
-  if (body_.IsGone()) events_.Progress(body_.Size(), body_.Sent());
+  if (body_.IsGone()) events_.Progress(body_.Size(), body_.Sent(), {});
 }
 
 void SmtpSession::ConnectionLost() {

@@ -1,0 +1,31 @@
+#include "mail/refusal_notice.h"
+
+#include <QStringList>
+
+#include "mail/store/outbox.h"
+#include "mail/store/send_refusals.h"
+#include "storage/databases.h"
+#include "storage/time_text.h"
+#include "storage/ui.h"
+
+namespace vorn {
+
+QString RefusalNotice(Context& context, const QString& file, const QString& serialId) {
+  const auto refusals = SendRefusals(context, file).All();
+  const auto refusal = refusals.constFind(serialId);
+  if (refusal == refusals.cend()) return {};
+  QStringList lines{
+      Ui::tr("サーバーに断られたので、送信していません。送信をキャンセルし、直してからもう一度"
+             "送信してください。")};
+  const QString tried = GeneralTimeText(refusal->tried);
+  if (!tried.isEmpty()) lines.append(Ui::tr("いつ送信を試みたか: %1").arg(tried));
+  if (!refusal->reply.isEmpty()) lines.append(Ui::tr("サーバーの応答: %1").arg(refusal->reply));
+  return lines.join(u'\n');
+}
+
+qsizetype CountUnsent(Context& context) {
+  const QString file = MailDatabasePath(context);
+  return SendRefusals(context, file).All().size() + Outbox(context, file).Doubtful().size();
+}
+
+}  // namespace vorn

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+#include "storage/context.h"
+
+namespace vorn {
+
+/// What the user is told of a waiting message that its server refused for good (`SendRefusals`):
+/// what to do, when it was tried and what the server said, a line each. Empty where none did.
+/// `file` is the stored path of the mail database.
+QString RefusalNotice(Context& context, const QString& file, const QString& serialId);
+
+/// How many waiting messages of the profile need the user: refused ones, and those of which nobody
+/// knows whether they were sent.
+qsizetype CountUnsent(Context& context);
+
+}  // namespace vorn
