@@ -43,13 +43,16 @@ QStringList TextsOf(const QWidget& widget) {
   return texts;
 }
 
-// Without the names of the language itself and of what the fixtures make.
+// Without the name of the language itself and the bookmarks of a profile that was made in Japanese,
+// which are the user's.
 std::string Japanese(const QWidget& window) {
   static const QRegularExpression japanese(
       QStringLiteral("[\\x{3000}-\\x{30ff}\\p{Han}\\x{ff00}-\\x{ffef}]"));
   QStringList texts = TextsOf(window);
   for (const QWidget* widget : window.findChildren<QWidget*>()) texts += TextsOf(*widget);
-  texts.removeAll(QStringLiteral("日本語"));
+  for (const char16_t* data : {u"日本語", u"ホームページ", u"掲示板"}) {
+    texts.removeAll(QString::fromUtf16(data));
+  }
   texts.removeIf([](const QString& text) { return !text.contains(japanese); });
   texts.removeDuplicates();
   return texts.join(u'\n').toStdString();
