@@ -17,7 +17,7 @@ namespace {
 
 using ChildTags = QList<const ChildTag*>;
 
-const QString& NameOf(const AddressEntry& entry) {
+QString NameOf(const AddressEntry& entry) {
   return entry.displayName.isEmpty() ? PresentableAddress(entry) : entry.displayName;
 }
 

@@ -195,7 +195,7 @@ TEST(MailArchiveTest, AnImportIsTakenBackButForWhatWasUsed) {
   EXPECT_TRUE(MoveMessages(context, {.into = {{QStringLiteral("other"), {counts.brought[2]}}}}));
   EXPECT_EQ(DeleteUnchanged(context, *flags, QString()), qsizetype{0}) << "they are filed";
   EXPECT_EQ(DeleteUnchanged(context, *flags, shelf), qsizetype{1});
-  EXPECT_EQ(Members(context, counts.brought, shelf)->size(), 3);
+  EXPECT_EQ(test::Filed(context, counts.brought, shelf).size(), 3);
   // It was not erased by the user, and comes again.
   ImportCounts again;
   EXPECT_TRUE(ImportMessages(context, folder.path(), shelf, &again));
