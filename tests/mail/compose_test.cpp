@@ -120,7 +120,7 @@ TEST(ComposeMessage, ServersTakeItWhateverIsAnswered) {
   MessageModel model = Model();
   model.references = QStringLiteral("<first@x>");
   for (int i = 0; i < 3000; ++i) model.references += QStringLiteral(" <%1@x>").arg(i);
-  model.addresses = {{QStringLiteral("TO"), QStringLiteral("t@x"), QString(3000, u'n'), {}, {}}};
+  model.addresses = {{QStringLiteral("TO"), QStringLiteral("t@x"), QString(3000, u'n')}};
   const QByteArray source = ComposeMessage(model, Options(CharsetChoice::Automatic));
   for (const QByteArray& line : source.split('\n'))
     EXPECT_LE(line.size(), 999) << line.left(40).toStdString();

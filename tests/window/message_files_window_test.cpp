@@ -359,8 +359,7 @@ bool HasInk(const QImage& image) {
 TEST_F(MessageWindowTest, WhateverAnHtmlMailSaysItsPrintedHeadIsSeenAboveIt) {
   MessageModel model;
   model.subject = QStringLiteral("subject");
-  model.addresses = {
-      {QStringLiteral("FROM"), QStringLiteral("a@b"), QStringLiteral("name"), {}, {}}};
+  model.addresses = {{QStringLiteral("FROM"), QStringLiteral("a@b"), QStringLiteral("name")}};
   const QString whole = QStringLiteral(
       "display:none!important;opacity:0!important;visibility:"
       "hidden!important;font-size:0!important;color:white!important"

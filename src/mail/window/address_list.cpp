@@ -249,7 +249,7 @@ QList<AddressEntry> AddressList::Addresses() const {
     QList<AddressEntry> entries = ReadTypedAddresses(RowText(row));
     // What is no address yet is kept as it was typed.
     if (!FaultOf(RowText(row)).isEmpty()) {
-      entries = {{{}, kNoAddress, MimeCodec::OneLine(RowText(row)), {}, {}}};
+      entries = {{{}, kNoAddress, MimeCodec::OneLine(RowText(row))}};
     }
     for (AddressEntry entry : std::as_const(entries)) {
       entry.kind = KindOf(row);
