@@ -347,7 +347,7 @@ TEST_F(ReadingPaneTest, MarksAreGivenAndTakenAndWhatWasDoneIsTakenBack) {
   ASSERT_TRUE(undo.isVisible());
   MadeAnewBy([&undo] { test::Press(undo); });
   EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No2.")); }));
-  EXPECT_FALSE(undo.isVisible());
+  EXPECT_TRUE(undo.isVisible()) << "the marks before it are steps, too";
   // Into a folder and out again.
   Drop(QStringLiteral("mail_3"), QString::fromUtf16(kShelf));
   ASSERT_TRUE(WaitFor([&undo] { return undo.isVisible(); }));
@@ -368,7 +368,9 @@ TEST_F(ReadingPaneTest, MarksAreGivenAndTakenAndWhatWasDoneIsTakenBack) {
   EXPECT_EQ(isFiled().trimmed(), QString::fromUtf16(kShelf));
   test::Press(undo);
   EXPECT_TRUE(WaitFor([&] { return isFiled().isEmpty(); }));
-  EXPECT_FALSE(undo.isVisible());
+  // What was starred before is so again.
+  test::Press(undo);
+  EXPECT_TRUE(AwaitMark(2, kFlagStar, "1"));
 }
 
 // The message that is read is the one that keys act on, wherever the keyboard is.

@@ -9,6 +9,9 @@
 #include "frame/window/tools_menu.h"
 #include "mail/store/drafts.h"
 #include "mail/store/outbox.h"
+#include "objects/account.h"
+#include "objects/object_types.h"
+#include "objects/select_objects.h"
 #include "window/message_window_fixture.h"
 
 namespace vorn {
@@ -139,6 +142,29 @@ TEST_F(SendingWindowTest, WithoutAnAccountTheMessageStaysInItsWindow) {
   ASSERT_EQ(smtp_.Messages().size(), 1);
   EXPECT_TRUE(smtp_.Messages()[0].source.contains("From: alias@example.jp\r\n"));
   EXPECT_TRUE(smtp_.Messages()[0].source.contains("Sender: "));
+}
+
+TEST_F(SendingWindowTest, WhoHasNoAccountIsToldWhenHeBeginsToWrite) {
+  const DiskPtr account =
+      SelectObjects(Context().Objects, *Context().Session, object_type::kAccount)->First();
+  const auto use = [&account](bool isUsed) {
+    account->Let(QStringLiteral("Enabled"), isUsed);
+    account->Let(QStringLiteral("Default"), isUsed);
+  };
+  use(false);
+  MessageWindow& window = New();
+  const auto& notice = *window.findChild<QFrame*>(QStringLiteral("frNoAccount"));
+  EXPECT_TRUE(notice.isVisible());
+  use(true);
+  program_->Parent()->RefreshNode(account->SerialID());
+  EXPECT_TRUE(WaitFor([&notice] { return !notice.isVisible(); }));
+  const auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+  QStringList addresses;
+  for (int row = 0; row < list.rowCount(); ++row) {
+    if (list.item(row, 1) != nullptr) addresses.append(list.item(row, 1)->text());
+  }
+  EXPECT_EQ(addresses.filter(Account(account).Address()).size(), 1) << "who sends it";
+  delete &window;  // with what would be asked of it
 }
 
 // Mail arrives, or another window stores something, while the question for the account is open.

@@ -123,7 +123,9 @@ void HelpMenu::ShowGuide(const QString& heading) {
   if (!guide.open(QIODevice::ReadOnly)) return;
   QTextDocument text;
   text.setMarkdown(QString::fromUtf8(guide.readAll()));
-  if (guide_ == nullptr || !guide_->IsLocal()) guide_ = windows_.NewBrowser();
+  // One that was closed may still be there for a moment.
+  const bool isOpen = area_.Browsers().contains(guide_) && !guide_->Dust() && guide_->IsLocal();
+  if (!isOpen) guide_ = windows_.NewBrowser();
   guide_->ShowOwnPage(Ui::tr("使い方"), OpenedAt(text.toHtml(), heading));
   guide_->ShowModeless();
   area_.ArrangeAsKept();

@@ -39,13 +39,15 @@ NoticeBar* MessageBars::BuildAccountNotice(MessageHost& host) {
   return new NoticeBar(QStringLiteral("frNoAccount"), make);
 }
 
-void MessageBars::ShowStanding() {
+bool MessageBars::ShowStanding() {
+  const bool wasMissing = !account_->isHidden();
   const bool waits = document_.IsWaiting() && !document_.IsSending();
   refused_->Say(waits ? RefusalNotice(context_, document_.File(), document_.Tag()) : QString());
   account_->Say(document_.IsEditable() && !HasAccount(context_)
                     ? Ui::tr("送信するアカウントがまだないので、このメッセージは送信できません。"
                              "書いておくことはできます。")
                     : QString());
+  return wasMissing && account_->isHidden();
 }
 
 void MessageBars::Show(const OpenedMessage& opened) {

@@ -20,7 +20,8 @@ class MessageBars : public QWidget {
   /// Shows what the document says as it was opened; not how it stands with its sending.
   void Show(const OpenedMessage& opened);
   /// Says that a server refused what waits, and why, or that no account can send what is written.
-  void ShowStanding();
+  /// Returns whether that was said until now, and there is one.
+  bool ShowStanding();
   DoubtBar& Doubt() const { return *doubt_; }
   CalendarBar& Calendar() const { return *calendar_; }
   ReadingBar& Reading() const { return *reading_; }

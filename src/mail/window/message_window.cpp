@@ -263,9 +263,7 @@ void MessageWindow::ShowModal() {
 void MessageWindow::MessagesChanged() {
   if (!document_.HasRequest() || closing_.IsClosed()) return;
   if (sending_->HasGone()) return Open();
-  bars_->ShowStanding();
-  // An account that was made meanwhile.
-  if (document_.IsEditable()) form_->NameSender(SenderLine(context_));
+  if (bars_->ShowStanding() && document_.IsEditable()) form_->NameSender(SenderLine(context_));
 }
 
 void MessageWindow::Activate() {
