@@ -170,7 +170,7 @@ TEST_F(FolderCommandsTest, AMarkIsTakenBackBeforeADeletion) {
   Begin(2, 100);
   const auto star = [this] {
     const auto flags = FlagsOf(program_->GetContext(), Ids({2}));
-    return GetFlagChar(flags->value(Ids({2}).first()), kFlagStar, QStringLiteral("0"));
+    return flags->value(Ids({2}).first()).At(kFlagStar, QStringLiteral("0"));
   };
   Press(Qt::Key_Home);
   Press(Qt::Key_Delete);
