@@ -5,6 +5,7 @@
 #include "storage/connection.h"
 #include "storage/engine.h"
 #include "storage/log_state.h"
+#include "storage/result.h"
 
 namespace vorn {
 namespace {
@@ -62,20 +63,19 @@ std::optional<State> Read(Connection& connection, const QByteArray& which = "1")
   return state;
 }
 
-// The file together with its log; nothing when the two make no database.
+// The file together with its log.
 struct Whole {
   State last;
   QByteArray markThen;  // of the transaction that the file alone has come to
 };
 
-std::optional<Whole> ReadWhole(const QString& path, const QString& password, qint64 numberThen,
-                               StorageError* error) {
-  const auto connection = Connection::Open(path, password, Connection::Mode::Unlooked, error);
-  if (connection == nullptr) return std::nullopt;
-  const auto last = Read(*connection);
-  const auto then = Read(*connection, "NUMBER = " + QByteArray::number(numberThen));
-  *error = connection->LastError();
-  if (!last || !then) return std::nullopt;
+Result<Whole> ReadWhole(const QString& path, const QString& password, qint64 numberThen) {
+  const auto opened = Connection::Open(path, password, Connection::Mode::Unlooked);
+  if (!opened) return opened.Error();
+  Connection& connection = **opened;
+  const auto last = Read(connection);
+  const auto then = Read(connection, "NUMBER = " + QByteArray::number(numberThen));
+  if (!last || !then) return connection.LastError();
   return Whole{*last, then->mark};
 }
 
@@ -99,13 +99,12 @@ bool CountChange(Connection& connection, const QString& path, const QByteArray& 
 
 // The last transaction itself may have begun the round that the log is in now.
 bool LogFitsFile(const QString& path, const QString& password) {
-  StorageError error;
-  const auto alone = Connection::Open(path, password, Connection::Mode::WithoutLog, &error);
-  const std::optional<State> inFile = alone == nullptr ? std::nullopt : Read(*alone);
+  const auto alone = Connection::Open(path, password, Connection::Mode::WithoutLog);
+  const std::optional<State> inFile = alone ? Read(**alone) : std::nullopt;
   if (!inFile) return true;
-  const auto whole = ReadWhole(path, password, inFile->number, &error);
+  const auto whole = ReadWhole(path, password, inFile->number);
   // What is sound by itself is not damaged by its own log.
-  if (!whole) return !MeansNoDatabase(error.kind);
+  if (!whole) return !MeansNoDatabase(whole.Error().kind);
   const State& last = whole->last;
   const bool isSameRound = last.logRound == LogRound(path);
   return inFile->mark == whole->markThen &&

@@ -67,10 +67,10 @@ Result<> ConditionRun::Connect() {
   if (!mail) return mail.Error();
   // What is only gathered cannot be seen by another connection.
   std::ignore = context_.Data.Group().FlushForReading();
-  StorageError error;
-  connection_ = Connection::Open(path_, ProfileBag(*context_.Session).Password(),
-                                 Connection::Mode::ReadOnly, &error);
-  if (connection_ == nullptr) return error;
+  const auto opened =
+      Connection::Open(path_, ProfileBag(*context_.Session).Password(), Connection::Mode::ReadOnly);
+  if (!opened) return opened.Error();
+  connection_ = *opened;
   connection_->Run(kSmallCache);
   return {};
 }

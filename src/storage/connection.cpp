@@ -60,12 +60,12 @@ Result<> CheckFormat(Connection& connection) {
 
 }  // namespace
 
-std::shared_ptr<Connection> Connection::Open(const QString& path, const QString& password,
-                                             Mode mode, StorageError* error) {
+Result<std::shared_ptr<Connection>> Connection::Open(const QString& path, const QString& password,
+                                                     Mode mode) {
   // The engine takes an empty file for a new one; a file of ours is never empty.
   if (mode != Mode::Create && QFileInfo(path).size() == 0 && QFileInfo::exists(path)) {
-    *error = {StorageError::Kind::Damaged, Ui::tr("ファイルが空です。中身が失われています。")};
-    return nullptr;
+    return StorageError{StorageError::Kind::Damaged,
+                        Ui::tr("ファイルが空です。中身が失われています。")};
   }
   UseOwnLocks();
   std::shared_ptr<Connection> connection(new Connection);
@@ -73,8 +73,7 @@ std::shared_ptr<Connection> Connection::Open(const QString& path, const QString&
   const QByteArray name = mode == Mode::WithoutLog ? UriWithoutLog(path) : path.toUtf8();
   if (sqlite3_open_v2(name.constData(), &connection->handle_, OpenFlags(mode), nullptr) !=
       SQLITE_OK) {
-    *error = EngineError(connection->handle_);
-    return nullptr;
+    return EngineError(connection->handle_);
   }
   // The engine itself looks at the log when it first reads.
   const bool looks = mode == Mode::Existing || mode == Mode::ReadOnly;
@@ -82,12 +81,11 @@ std::shared_ptr<Connection> Connection::Open(const QString& path, const QString&
   if (looks) opened = LookAtLog(*connection, path, password, mode == Mode::Existing);
   if (opened) opened = connection->SetUp(password);
   if (opened) return connection;
-  *error = opened.Error();
-  if (error->kind == StorageError::Kind::WrongPassword &&
+  if (opened.Error().kind == StorageError::Kind::WrongPassword &&
       PageMarks(connection->handle_, password).FitFile()) {
-    *error = {StorageError::Kind::Damaged, Ui::tr("ファイルの先頭が壊れています。")};
+    return StorageError{StorageError::Kind::Damaged, Ui::tr("ファイルの先頭が壊れています。")};
   }
-  return nullptr;
+  return opened.Error();
 }
 
 Connection::~Connection() {

@@ -30,10 +30,10 @@ class Connection {
     WithoutLog  ///< only reads, and only what the file alone holds
   };
 
-  /// Null, with the reason in `error`, when the file does not open with that password. A connection
-  /// that only reads leaves the file and its log as they are.
-  static std::shared_ptr<Connection> Open(const QString& path, const QString& password, Mode mode,
-                                          StorageError* error);
+  /// Fails when the file does not open with that password. A connection that only reads leaves the
+  /// file and its log as they are.
+  static Result<std::shared_ptr<Connection>> Open(const QString& path, const QString& password,
+                                                  Mode mode);
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;

@@ -30,10 +30,10 @@ QString ConnectionPool::Canonical(const QString& path) const {
   return canonical;
 }
 
-std::shared_ptr<Connection> ConnectionPool::Get(const QString& path, const QString& password,
-                                                StorageError* error) {
+Result<std::shared_ptr<Connection>> ConnectionPool::Get(const QString& path,
+                                                        const QString& password) {
   if (auto parked = Take(path, password)) return parked;
-  return Connection::Open(path, password, Connection::Mode::Existing, error);
+  return Connection::Open(path, password, Connection::Mode::Existing);
 }
 
 std::shared_ptr<Connection> ConnectionPool::Take(const QString& path, const QString& password) {

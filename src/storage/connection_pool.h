@@ -5,7 +5,7 @@
 #include <QString>
 #include <memory>
 
-#include "storage/storage_error.h"
+#include "storage/result.h"
 
 namespace vorn {
 
@@ -16,10 +16,9 @@ class Connection;
 /// out only for the same file, still the same one on disk, and the same password.
 class ConnectionPool {
  public:
-  /// The connection to the file at `path`: the parked one, or one that is made now. Null, with the
-  /// reason in `error`, when it does not open.
-  std::shared_ptr<Connection> Get(const QString& path, const QString& password,
-                                  StorageError* error);
+  /// The connection to the file at `path`: the parked one, or one that is made now. Fails when it
+  /// does not open.
+  Result<std::shared_ptr<Connection>> Get(const QString& path, const QString& password);
   void Park(const QString& path, const QString& password, std::shared_ptr<Connection> connection);
   /// The connection parked for `path`, which stays parked; for work that needs no password.
   std::shared_ptr<Connection> Peek(const QString& path) const;

@@ -21,11 +21,12 @@ bool DataSession::FailWith(const StorageError& error) {
 
 bool DataSession::Open(const QString& path, const QString& password) {
   Close();
-  const auto connection = pool_.Get(path, password, &error_);
-  if (connection == nullptr) {
-    if (error_.kind == StorageError::Kind::Damaged) damage_.Add(path, {kDamagedFile});
-    return FailWith(FileError(path, error_));
+  const auto opened = pool_.Get(path, password);
+  if (!opened) {
+    if (opened.Error().kind == StorageError::Kind::Damaged) damage_.Add(path, {kDamagedFile});
+    return FailWith(FileError(path, opened.Error()));
   }
+  const std::shared_ptr<Connection>& connection = *opened;
   if (connection->SchemaVersion() < kSchemaVersion && !MigrateSchema(*connection)) {
     return FailWith(FileError(path, connection->LastError()));
   }
@@ -43,9 +44,9 @@ bool DataSession::Create(const QString& path, const QString& password) {
     return FailWith({StorageError::Kind::Other, Ui::tr("データベースファイルを作成できません。")});
   }
   file.close();
-  StorageError error;
-  const auto connection = Connection::Open(path, password, Connection::Mode::Create, &error);
-  if (connection == nullptr) return FailWith(error);
+  const auto made = Connection::Open(path, password, Connection::Mode::Create);
+  if (!made) return FailWith(made.Error());
+  const std::shared_ptr<Connection>& connection = *made;
   // The mark makes the first page, so that the file is one that a wrong password does not open.
   if (!connection->Run("PRAGMA application_id = " + QByteArray::number(kApplicationId))) {
     return FailWith(connection->LastError());
@@ -199,20 +200,21 @@ QString DataSession::Now() const {
 }
 
 bool DataSession::TestPassword(const QString& path, const QString& password) {
-  const auto connection = pool_.Get(path, password, &error_);
-  if (connection == nullptr) return FailWith(FileError(path, error_));
-  pool_.Park(path, password, connection);
+  const auto connection = pool_.Get(path, password);
+  if (!connection) return FailWith(FileError(path, connection.Error()));
+  pool_.Park(path, password, *connection);
   return true;
 }
 
 bool DataSession::ChangePassword(const QString& path, const QString& oldPassword,
                                  const QString& newPassword) {
   Close();
-  const auto connection = pool_.Get(path, oldPassword, &error_);
-  if (connection == nullptr) return FailWith(FileError(path, error_));
-  connection->EndRecordsets();
+  const auto opened = pool_.Get(path, oldPassword);
+  if (!opened) return FailWith(FileError(path, opened.Error()));
+  Connection& connection = **opened;
+  connection.EndRecordsets();
   pool_.Drop(path);
-  const Result<> changed = ChangeKey(*connection, newPassword);
+  const Result<> changed = ChangeKey(connection, newPassword);
   return changed || FailWith(changed.Error());
 }
 

@@ -189,14 +189,14 @@ FileFindings Check(const QString& path, const QString& password, FileContents co
   }
   // Without a log there is nothing that closing could bring into the file.
   const bool hasLog = QFileInfo(path + QStringLiteral("-wal")).size() > 0;
-  StorageError error;
-  const auto connection = Connection::Open(
-      path, password, hasLog ? Connection::Mode::ReadOnly : Connection::Mode::Existing, &error);
-  if (connection == nullptr) {
-    findings.problems.append(error.text);
+  const auto opened = Connection::Open(
+      path, password, hasLog ? Connection::Mode::ReadOnly : Connection::Mode::Existing);
+  if (!opened) {
+    findings.problems.append(opened.Error().text);
     findings.parts.insert(kDamagedFile);
     return findings;
   }
+  const std::shared_ptr<Connection>& connection = *opened;
   // All of it as it is at one moment, whatever others write meanwhile.
   const bool isMoment = connection->Run("BEGIN");
   FileCheck(*connection, findings).Run(contents);

@@ -21,9 +21,9 @@ Result<> LeaveLog(Connection& connection) {
 }  // namespace
 
 Result<> CopyDatabaseFile(const QString& path, const QString& password, const QString& target) {
-  StorageError error;
-  const auto connection = Connection::Open(path, password, Connection::Mode::Existing, &error);
-  if (connection == nullptr) return FileError(path, error);
+  const auto opened = Connection::Open(path, password, Connection::Mode::Existing);
+  if (!opened) return FileError(path, opened.Error());
+  const std::shared_ptr<Connection>& connection = *opened;
   if (const Result<> left = LeaveLog(*connection); !left) return left;
   if (!connection->Run("BEGIN EXCLUSIVE")) return connection->LastError();
   const bool copied = QFile::copy(path, target);

@@ -116,13 +116,12 @@ class Walk {
 
 WalkOutcome WalkSources(const QString& path, const QString& password, const WalkPlace& from,
                         int milliseconds) {
-  StorageError error;
-  const auto connection = Connection::Open(path, password, Connection::Mode::Existing, &error);
+  const auto opened = Connection::Open(path, password, Connection::Mode::Existing);
   WalkOutcome nothing;
   nothing.place = from;
   // A file of another version gets its tables when the program opens it.
-  if (connection == nullptr || connection->SchemaVersion() != kSchemaVersion) return nothing;
-  return Walk(*connection, from, milliseconds).Run();
+  if (!opened || (*opened)->SchemaVersion() != kSchemaVersion) return nothing;
+  return Walk(**opened, from, milliseconds).Run();
 }
 
 }  // namespace vorn

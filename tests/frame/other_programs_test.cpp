@@ -25,10 +25,10 @@ TEST(OtherProgramsTest, WhatTheyStoreIsNoticedOnceAndWhatThisOneStoresIsNot) {
   profile.Store("Subject: mine too\r\n\r\n");
   ASSERT_TRUE(context.Data.Group().Flush());
   EXPECT_FALSE(others.HaveStored());
-  StorageError error;
-  const auto other = Connection::Open(MailDatabasePath(context), context.Session->Text(u"Password"),
-                                      Connection::Mode::Existing, &error);
-  ASSERT_NE(other, nullptr);
+  const auto opened = Connection::Open(
+      MailDatabasePath(context), context.Session->Text(u"Password"), Connection::Mode::Existing);
+  ASSERT_TRUE(opened);
+  const auto& other = *opened;
   // Something else than a message.
   ASSERT_TRUE(other->Run("UPDATE mail SET FIELD_SUBJECT = 'x'"));
   others.HaveStored();  // with what this program stored before
@@ -45,11 +45,11 @@ TEST(OtherObjectsTest, WhatTheySaveIsLoadedAndAPasswordThatIsNotStoredStaysKnown
   OtherObjects others(context, 0);
   others.TakeOver();
   const auto save = [&context](const QString& serialId, const QString& name, const QString& time) {
-    StorageError error;
-    const auto file =
+    const auto opened =
         Connection::Open(PlatformPath(context, context.Session->Text(u"Profile")),
-                         context.Session->Text(u"Password"), Connection::Mode::Existing, &error);
-    ASSERT_NE(file, nullptr);
+                         context.Session->Text(u"Password"), Connection::Mode::Existing);
+    ASSERT_TRUE(opened);
+    const auto& file = *opened;
     ASSERT_TRUE(file->Run("DELETE FROM object WHERE SERIALID = ?", {serialId}));
     const QMap<QString, QString> values{{QStringLiteral("FormName"), object_type::kAccount},
                                         {QStringLiteral("Object"), name},

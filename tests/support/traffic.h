@@ -93,11 +93,10 @@ class TrafficTest : public testing::Test {
   }
   /// By a connection of its own, which takes any statement.
   bool Execute(const QByteArray& statement) {
-    StorageError error;
-    const auto connection = Connection::Open(MailDatabasePath(profile_.Get()),
-                                             profile_.Get().Session->Text(u"password"),
-                                             Connection::Mode::Existing, &error);
-    return connection != nullptr && connection->Run(statement);
+    const auto connection =
+        Connection::Open(MailDatabasePath(profile_.Get()),
+                         profile_.Get().Session->Text(u"password"), Connection::Mode::Existing);
+    return connection && (*connection)->Run(statement);
   }
   qsizetype Rows() {
     return profile_.Select(QStringLiteral("SELECT STATUS AS V FROM mail")).size();

@@ -160,8 +160,7 @@ void HeaderParameters::ReadParameter(QByteArrayView text) {
   parameters_.push_back(std::move(parameter));
 }
 
-QByteArray HeaderParameters::Join(QByteArrayView name, Form form, QByteArray* charset,
-                                  bool* extended) const {
+HeaderParameters::Joined HeaderParameters::Join(QByteArrayView name, Form form) const {
   std::vector<const Parameter*> sections;
   for (const Parameter& parameter : parameters_) {
     const bool isMeant = form == Form::Best || (!parameter.extended && parameter.section < 0);
@@ -179,8 +178,7 @@ QByteArray HeaderParameters::Join(QByteArrayView name, Form form, QByteArray* ch
                    [](const Parameter* a, const Parameter* b) { return a->section < b->section; });
   if (!anySection && !sections.empty()) sections.erase(sections.begin() + 1, sections.end());
 
-  *extended = anyExtended;
-  QByteArray joined;
+  Joined joined{.extended = anyExtended};
   for (const Parameter* section : sections) {
     QByteArray value = section->value;
     if (section->extended) {
@@ -188,21 +186,19 @@ QByteArray HeaderParameters::Join(QByteArrayView name, Form form, QByteArray* ch
         const qsizetype charsetEnd = value.indexOf('\'');
         const qsizetype languageEnd = value.indexOf('\'', charsetEnd + 1);
         if (charsetEnd >= 0 && languageEnd >= 0) {
-          *charset = value.first(charsetEnd);
+          joined.charset = value.first(charsetEnd);
           value = value.sliced(languageEnd + 1);
         }
       }
       value = Unescaped(value);
     }
-    joined += value;
+    joined.bytes += value;
   }
   return joined;
 }
 
 QByteArray HeaderParameters::Bytes(QByteArrayView name) const {
-  QByteArray charset;
-  bool extended = false;
-  return Join(name, Form::Best, &charset, &extended);
+  return Join(name, Form::Best).bytes;
 }
 
 namespace {
@@ -218,11 +214,10 @@ bool IsReadable(const QString& text) {
 }  // namespace
 
 DecodedText HeaderParameters::ReadForm(QByteArrayView name, Form form) const {
-  QByteArray label;
-  bool extended = false;
-  const QByteArray bytes = Join(name, form, &label, &extended);
-  const bool isWord = !extended || bytes.contains("=?");
-  const Charset declared = Charset::FromLabel(label);
+  const Joined joined = Join(name, form);
+  const QByteArray& bytes = joined.bytes;
+  const bool isWord = !joined.extended || bytes.contains("=?");
+  const Charset declared = Charset::FromLabel(joined.charset);
   const QString text = isWord ? DecodeHeader(bytes, 0) : DecodeAutomatically(bytes, declared);
   const bool fits =
       isWord || declared.family == Charset::Family::Unknown || Decode(declared, bytes).clean;

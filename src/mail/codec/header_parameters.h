@@ -38,8 +38,13 @@ class HeaderParameters {
   enum class Form { Best, Plain };
 
   void ReadParameter(QByteArrayView text);
-  /// Joins a parameter's sections; sets the charset when one is given.
-  QByteArray Join(QByteArrayView name, Form form, QByteArray* charset, bool* extended) const;
+  struct Joined {
+    QByteArray bytes = {};
+    QByteArray charset = {};  // where one is given
+    bool extended = false;
+  };
+  /// Joins a parameter's sections.
+  Joined Join(QByteArrayView name, Form form) const;
   DecodedText ReadForm(QByteArrayView name, Form form) const;
 
   QByteArray main_;

@@ -10,7 +10,7 @@
 namespace vorn {
 
 // Acts on messages of the profile's mail database by their serial identifiers, on all of them or on
-// none. What is being handed over to a server stays as it is; `underWay` gets those.
+// none. What is being handed over to a server stays as it is.
 
 /// Messages that are being handed over: their subjects by their serial identifiers.
 using UnderWay = QMap<QString, QString>;
@@ -34,12 +34,17 @@ struct Move {
   QStringList Messages() const;
 };
 
-/// Moves messages, all at once; returns what takes back what was changed by it, and nothing else: a
-/// message that was in a folder or in the dust bin before stays there.
-Result<Move> MoveMessages(Context& context, const Move& move, UnderWay* underWay = nullptr);
+/// What came of a move.
+struct Moved {
+  /// What takes back what was changed by it, and nothing else: a message that was in a folder or in
+  /// the dust bin before stays there.
+  Move back;
+  UnderWay underWay;  ///< what was to be put into the dust bin, or taken out, and stays
+};
+/// Moves messages, all at once.
+Result<Moved> MoveMessages(Context& context, const Move& move);
 /// Puts messages into the dust bin or takes them out of it.
-Result<Move> SetDust(Context& context, const QStringList& messages, bool dust,
-                     UnderWay* underWay = nullptr);
+Result<Moved> SetDust(Context& context, const QStringList& messages, bool dust);
 /// Those of the messages that were received.
 Result<QStringList> Received(Context& context, const QStringList& messages);
 /// Those of the messages that are in a hand-filled folder.
@@ -49,9 +54,8 @@ Result<QStringList> Members(Context& context, const QStringList& messages, const
 Result<> SetMark(Context& context, const QStringList& messages, FlagPosition mark, bool isSet);
 /// Stars the messages that have no star, and takes it from the others.
 Result<> ToggleStar(Context& context, const QStringList& messages);
-/// Deletes messages, and what is filed of them, for good.
-Result<> DeleteMessages(Context& context, const QStringList& messages,
-                        UnderWay* underWay = nullptr);
+/// Deletes messages, and what is filed of them, for good. Returns those that stay.
+Result<UnderWay> DeleteMessages(Context& context, const QStringList& messages);
 /// How many messages from that address wait to be sent; 0 as well when the file cannot
 /// be read.
 int CountWaiting(Context& context, const QString& address);

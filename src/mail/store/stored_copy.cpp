@@ -214,29 +214,28 @@ Result<> StoredCopies::Load() {
 }
 
 // The first one that may be this message. It is asked for by the name that it has by now.
-Result<StoredCopies::Found> StoredCopies::FindElsewhere(Places& places, quint64 key,
-                                                        const QByteArray& source, QString* name,
-                                                        QString* file) {
+Result<StoredCopies::Elsewhere> StoredCopies::FindElsewhere(Places& places, quint64 key,
+                                                            const QByteArray& source) {
   auto place =
       std::lower_bound(places.begin(), places.end(), key,
                        [](const Place& entry, quint64 wanted) { return entry.key < wanted; });
   int compared = 0;
   for (; place != places.end() && place->key == key && compared < kMostCompared; ++place) {
     if (place->isTaken) continue;
-    *file = files_[place->file];
-    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, *file);
+    const QString& file = files_[place->file];
+    const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
     if (!opened) return opened.Error();
-    const Result<QString> known = MessageRows(context_.Data).NameOf(place->row);
-    if (!known) return known.Error();
-    *name = *known;
+    const Result<QString> name = MessageRows(context_.Data).NameOf(place->row);
+    if (!name) return name.Error();
     place->isTaken = name->startsWith(scope_) && vouches_(*name);
     if (place->isTaken) continue;
     ++compared;
-    const Result<Found> found = Claim(*file, *name, source);
-    place->isTaken = found == Found::Moved;
-    if (found != Found::None) return found;
+    const Result<Found> found = Claim(file, *name, source);
+    if (!found) return found.Error();
+    place->isTaken = *found == Found::Moved;
+    if (*found != Found::None) return Elsewhere{*found, *name, file};
   }
-  return Found::None;
+  return Elsewhere();
 }
 
 // Whether the message of that name is the same one and may be had under another.
@@ -294,47 +293,44 @@ Result<> StoredCopies::NoteErased(const QString& messageId, const QByteArray& di
   return {};
 }
 
-Result<StoredCopies::Found> StoredCopies::Find(const QString& messageId, const QByteArray& source,
-                                               bool isNamed, Trust trust, QString* storedAs) {
-  *storedAs = messageId;
+Result<StoredCopies::Copy> StoredCopies::Find(const QString& messageId, const QByteArray& source,
+                                              bool isNamed, Trust trust) {
   bool isOther = false;
   for (const QString& file : isNamed ? files_ : QStringList()) {
     const Result<Holds> holds = Compare(file, messageId, source, Likeness::Any);
     if (!holds) return holds.Error();
-    if (*holds == Holds::Same) return Found::Stored;
+    if (*holds == Holds::Same) return Copy{Found::Stored, messageId};
     isOther = isOther || *holds == Holds::Other;
   }
   const QByteArray digest = SourceDigest(source);
   if (const Result<> loaded = Load(); !loaded) return loaded.Error();
   if (const Result<> loaded = LoadErased(); !loaded) return loaded.Error();
-  QString name;
-  QString file;
-  Result<Found> found = FindElsewhere(byDigest_, KeyOf(digest), source, &name, &file);
-  if (found == Found::None && !bySubject_.empty()) {
-    found = FindElsewhere(bySubject_, SubjectKey(SubjectOf(source)), source, &name, &file);
+  Result<Elsewhere> other = FindElsewhere(byDigest_, KeyOf(digest), source);
+  if (other && other->found == Found::None && !bySubject_.empty()) {
+    other = FindElsewhere(bySubject_, SubjectKey(SubjectOf(source)), source);
   }
-  if (!found) return found;
-  if (*found != Found::None) *storedAs = name;
-  if (*found == Found::Elsewhere) return found;
-  if (*found == Found::Moved && trust == Trust::Doubtful) return Found::Elsewhere;
-  if (*found == Found::Moved && trust == Trust::Nameless) return Found::Stored;
+  if (!other) return other.Error();
+  const bool isMoved = other->found == Found::Moved;
+  if (other->found == Found::Elsewhere || (isMoved && trust == Trust::Doubtful)) {
+    return Copy{Found::Elsewhere, other->name};
+  }
+  if (isMoved && trust == Trust::Nameless) return Copy{Found::Stored, other->name};
   if (isOther) {
     if (const Result<> freed = FreeName(messageId); !freed) return freed.Error();
   }
-  if (*found == Found::Moved) {
-    *storedAs = WithoutFreeMark(name);
-    const Result<> renamed = Rename(file, name, QuoteSql(messageId));
-    return renamed ? found : renamed.Error();
+  if (isMoved) {
+    const Result<> renamed = Rename(other->file, other->name, QuoteSql(messageId));
+    if (!renamed) return renamed.Error();
+    return Copy{Found::Moved, WithoutFreeMark(other->name)};
   }
   const bool wasHere = erased_->contains(digest, messageId);
   if (wasHere || (IsUnique(source) && erased_->contains(digest))) {
-    *storedAs = QString::fromLatin1(digest.toHex());
     if (!wasHere && trust != Trust::Doubtful) {
       if (const Result<> noted = NoteErased(messageId, digest); !noted) return noted.Error();
     }
-    return Found::Erased;
+    return Copy{Found::Erased, QString::fromLatin1(digest.toHex())};
   }
-  return isOther ? Found::Renewed : Found::None;
+  return Copy{isOther ? Found::Renewed : Found::None, messageId};
 }
 
 }  // namespace vorn

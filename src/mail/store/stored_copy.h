@@ -58,16 +58,18 @@ class StoredCopies {
     Nameless,  ///< the name is none of the mailbox's
     Doubtful,  ///< it may be another message: what is stored under another name is `Elsewhere`
   };
+  struct Copy {
+    Found found = Found::None;
+    QString storedAs;  ///< the name under which it was found, of an erased one the digest
+  };
   /// Looks for the message under its name, if there is one (`isNamed`), and under any other. The
   /// same message is one with the same bytes, or with the same body and fields, of which one may
   /// have some more, and those that servers write aside, where both have a Message-ID and a trace
   /// field; under the name of another mailbox only one with no other fields. With `Trust::Named`,
   /// one of this mailbox or from an archive that is found under a name that nobody vouches for gets
-  /// this one, and another message of this name gives it up. `storedAs` gets the name under which
-  /// it was found, of an erased one the digest. Fails when a file
-  /// cannot be read or written.
-  Result<Found> Find(const QString& messageId, const QByteArray& source, bool isNamed, Trust trust,
-                     QString* storedAs);
+  /// this one, and another message of this name gives it up. Fails when a file cannot be read or
+  /// written.
+  Result<Copy> Find(const QString& messageId, const QByteArray& source, bool isNamed, Trust trust);
 
  private:
   enum class Holds { Nothing, Same, Other };
@@ -86,8 +88,12 @@ class StoredCopies {
                         Likeness likeness);
   Result<> Load();
   void ForgetRead();
-  Result<Found> FindElsewhere(Places& places, quint64 key, const QByteArray& source, QString* name,
-                              QString* file);
+  struct Elsewhere {
+    Found found = Found::None;
+    QString name = {};
+    QString file = {};
+  };
+  Result<Elsewhere> FindElsewhere(Places& places, quint64 key, const QByteArray& source);
   Result<Found> Claim(const QString& file, const QString& name, const QByteArray& source);
   Result<> FreeName(const QString& messageId);
   Result<> Rename(const QString& file, const QString& from, const QString& value);

@@ -127,9 +127,10 @@ Result<StoredCopies::Found> KnownMessages::FindByContents(const QString& message
   const Trust trust = isTornOff                      ? Trust::Doubtful
                       : listing_.IsListed(messageId) ? Trust::Named
                                                      : Trust::Nameless;
-  const Result<Found> found = copies_.Find(messageId, data, isNamed, trust, storedAs);
-  if (!found) return found;
-  switch (*found) {
+  const Result<StoredCopies::Copy> copy = copies_.Find(messageId, data, isNamed, trust);
+  if (!copy) return copy.Error();
+  *storedAs = copy->storedAs;
+  switch (copy->found) {
     case Found::Moved:
       // From one that is there to another; else the names of all have changed, and count from now.
       if (listing_.IsListed(*storedAs)) listing_.Distrust();
@@ -137,16 +138,16 @@ Result<StoredCopies::Found> KnownMessages::FindByContents(const QString& message
       return Found::Stored;
     case Found::Elsewhere:
       listing_.NoteElsewhere(messageId);
-      return found;
+      return copy->found;
     case Found::Renewed:
       listing_.NoteRenewed(messageId);
       return Found::None;
     case Found::Erased:
-      if (Settings(context_).IsCareful()) return found;
+      if (Settings(context_).IsCareful()) return copy->found;
       *storedAs = messageId;  // it is stored once more
       return Found::None;
     default:
-      return found;
+      return copy->found;
   }
 }
 
