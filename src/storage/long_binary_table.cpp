@@ -19,10 +19,9 @@ bool IsAsWritten(const QByteArray& bytes, const QByteArray& digest) {
 
 Result<QByteArray> LongBinaryTable::Read(qint64 id) {
   const bool wasBroken = connection_.Damage().contains(kDamagedFile);
-  QByteArray digest;
-  Result<QByteArray> bytes = ReadWithDigest(id, &digest);
-  if (bytes && IsAsWritten(*bytes, digest)) return bytes;
-  if (!bytes && bytes.Error().kind == StorageError::Kind::Busy) return bytes;
+  Result<Entry> entry = ReadWithDigest(id);
+  if (entry && IsAsWritten(entry->bytes, entry->digest)) return std::move(entry->bytes);
+  if (!entry && entry.Error().kind == StorageError::Kind::Busy) return entry.Error();
   // One that cannot be found or read is damaged, whatever the engine calls it, and it alone: as the
   // whole file it would take back what the user decided on this source.
   if (!wasBroken) connection_.Damage().remove(kDamagedFile);
@@ -33,27 +32,33 @@ Result<QByteArray> LongBinaryTable::Read(qint64 id) {
 
 // One statement is faster than the engine's handle on a single value, which spares large data a
 // copy.
-Result<QByteArray> LongBinaryTable::ReadWithDigest(qint64 id, QByteArray* digest) {
+Result<LongBinaryTable::Entry> LongBinaryTable::ReadWithDigest(qint64 id) {
+  const auto large = [this, id](const QByteArray& digest) -> Result<Entry> {
+    Result<QByteArray> bytes = ReadLarge(id);
+    if (!bytes) return bytes.Error();
+    return Entry{*std::move(bytes), digest};
+  };
   const auto row = connection_.Prepare(
       "SELECT DIGEST, CASE WHEN LENGTH(DATA) <= 1000000 THEN DATA END FROM long_binary WHERE ID = "
       "?");
   if (row == nullptr) {
     // The tables of an earlier version have no digests.
-    if (connection_.LastError().kind == StorageError::Kind::BadStatement) return ReadLarge(id);
+    if (connection_.LastError().kind == StorageError::Kind::BadStatement) return large({});
     return connection_.LastError();
   }
   row->Bind({id});
   const Statement::Step step = row->Next();
   if (step == Statement::Step::Failed) return connection_.LastError();
   if (step == Statement::Step::Done) return StorageError();
-  *digest = row->Value(0).toByteArray();
+  QByteArray digest = row->Value(0).toByteArray();
   const QVariant data = row->Value(1);
-  if (digest->isEmpty()) {
+  if (digest.isEmpty()) {
     const Result<QByteArray> late = ReadLateDigest(id);
-    if (!late) return late;
-    *digest = *late;
+    if (!late) return late.Error();
+    digest = *late;
   }
-  return data.isValid() ? data.toByteArray() : ReadLarge(id);
+  if (!data.isValid()) return large(digest);
+  return Entry{data.toByteArray(), digest};
 }
 
 Result<QByteArray> LongBinaryTable::ReadLarge(qint64 id) {

@@ -23,7 +23,11 @@ class LongBinaryTable {
   qint64 Write(const QByteArray& data);
 
  private:
-  Result<QByteArray> ReadWithDigest(qint64 id, QByteArray* digest);
+  struct Entry {
+    QByteArray bytes;
+    QByteArray digest;  // empty where none is known
+  };
+  Result<Entry> ReadWithDigest(qint64 id);
   Result<QByteArray> ReadLarge(qint64 id);
   Result<QByteArray> ReadLateDigest(qint64 id);
 

@@ -144,18 +144,21 @@ bool PasswordChange::WriteMarker(const QStringList& changed) {
   return Fail(StorageError::Kind::DiskFull, Ui::tr("プロファイルのフォルダに書き込めません。"));
 }
 
-bool PasswordChange::ReadMarker(QList<Decision>* decisions) {
+// Nothing when it cannot be read, of which the reason is noted.
+std::optional<QList<PasswordChange::Decision>> PasswordChange::ReadMarker() {
   QFile marker(marker_);
   if (!marker.open(QIODevice::ReadOnly)) {
-    return Fail(StorageError::Kind::Other,
-                Ui::tr("「%1」を読み込めません。").arg(QFileInfo(marker_).fileName()));
+    Fail(StorageError::Kind::Other,
+         Ui::tr("「%1」を読み込めません。").arg(QFileInfo(marker_).fileName()));
+    return std::nullopt;
   }
+  QList<Decision> decisions;
   const QByteArray text = marker.readAll();
   if (text == kBareMarker) {
     for (const QString& file : files_) {
-      if (QFile::exists(CopyOf(file))) decisions->append({file, Fingerprint(CopyOf(file))});
+      if (QFile::exists(CopyOf(file))) decisions.append({file, Fingerprint(CopyOf(file))});
     }
-    return true;
+    return decisions;
   }
   const QDir folder(FolderOf(marker_));
   const QList<QByteArray> lines = text.mid(kMarkerHead.size()).split('\n');
@@ -163,11 +166,12 @@ bool PasswordChange::ReadMarker(QList<Decision>* decisions) {
     const qsizetype blank = line.indexOf(' ');
     if (blank < 0) continue;
     const QString file = QString::fromUtf8(line.mid(blank + 1));
-    decisions->append({QDir::cleanPath(folder.absoluteFilePath(file)), line.left(blank)});
+    decisions.append({QDir::cleanPath(folder.absoluteFilePath(file)), line.left(blank)});
   }
-  return text.startsWith(kMarkerHead) ||
-         Fail(StorageError::Kind::Damaged,
-              Ui::tr("「%1」を読み込めません。").arg(QFileInfo(marker_).fileName()));
+  if (text.startsWith(kMarkerHead)) return decisions;
+  Fail(StorageError::Kind::Damaged,
+       Ui::tr("「%1」を読み込めません。").arg(QFileInfo(marker_).fileName()));
+  return std::nullopt;
 }
 
 bool PasswordChange::AnyKeyIsOlder(const QString& password) const {
@@ -225,9 +229,9 @@ bool PasswordChange::Complete() {
     RemoveCopies();
     return true;
   }
-  QList<Decision> decisions;
-  if (!ReadMarker(&decisions)) return false;
-  for (const Decision& decision : decisions) {
+  const auto decisions = ReadMarker();
+  if (!decisions) return false;
+  for (const Decision& decision : *decisions) {
     if (!PutInPlace(decision) || !SyncFolder(FolderOf(decision.file))) return false;
   }
   if (!Goes(PasswordStep::Unmark, marker_)) return false;

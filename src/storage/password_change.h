@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <optional>
 
 #include "storage/result.h"
 
@@ -59,7 +60,7 @@ class PasswordChange {
   bool MakeCopy(const QString& file, const QString& oldPassword, const QString& newPassword);
   bool OpensOnlyWith(const QString& file, const QString& newPassword, const QString& oldPassword);
   bool WriteMarker(const QStringList& changed);
-  bool ReadMarker(QList<Decision>* decisions);
+  std::optional<QList<Decision>> ReadMarker();
   bool Complete();
   bool PutInPlace(const Decision& decision);
   void RemoveCopies();

@@ -18,15 +18,18 @@ QByteArray TypeName(FieldType type) {
   }
 }
 
-bool HasColumn(Connection& connection, const QByteArray& table, const QString& column,
-               bool* tableExists) {
+enum class Stands { NoTable, NoColumn, Column };
+
+Stands LookFor(Connection& connection, const QByteArray& table, const QString& column) {
   const auto statement = connection.Prepare("PRAGMA table_info(" + table + ")");
-  *tableExists = false;
+  Stands stands = Stands::NoTable;
   while (statement != nullptr && statement->Next() == Statement::Step::Row) {
-    *tableExists = true;
-    if (statement->Value(1).toString().compare(column, Qt::CaseInsensitive) == 0) return true;
+    stands = Stands::NoColumn;
+    if (statement->Value(1).toString().compare(column, Qt::CaseInsensitive) == 0) {
+      return Stands::Column;
+    }
   }
-  return false;
+  return stands;
 }
 
 bool HasTable(Connection& connection, const QByteArray& table) {
@@ -64,8 +67,7 @@ bool CreateLongBinary(Connection& connection, const QByteArray& table, const QBy
 }
 
 bool AddDigests(Connection& connection) {
-  bool exists = false;
-  return HasColumn(connection, "long_binary", QStringLiteral("DIGEST"), &exists) || !exists ||
+  return LookFor(connection, "long_binary", QStringLiteral("DIGEST")) != Stands::NoColumn ||
          connection.Run("ALTER TABLE long_binary ADD COLUMN DIGEST BLOB");
 }
 
@@ -176,8 +178,7 @@ bool PrepareMessages(Connection& connection) {
 
 // From 4 to 5 what was erased got its digest.
 bool PrepareErased(Connection& connection) {
-  bool exists = false;
-  return (HasColumn(connection, "erased", QStringLiteral("DIGEST"), &exists) || !exists ||
+  return (LookFor(connection, "erased", QStringLiteral("DIGEST")) != Stands::NoColumn ||
           connection.Run("ALTER TABLE erased ADD COLUMN DIGEST BLOB")) &&
          connection.Run("DROP TRIGGER IF EXISTS erased_noted");
 }
@@ -186,10 +187,9 @@ bool PrepareErased(Connection& connection) {
 // -2 stood for kept and absent, and in the row of the mailbox itself 1 and 2 for names given anew
 // and moved.
 bool PrepareOnServer(Connection& connection) {
-  bool exists = false;
-  if (!HasColumn(connection, "on_server", QStringLiteral("DELETIONS"), &exists)) {
+  if (LookFor(connection, "on_server", QStringLiteral("DELETIONS")) != Stands::Column) {
     // One build noted the names alone.
-    return !exists || HasColumn(connection, "on_server", QStringLiteral("STATE"), &exists) ||
+    return LookFor(connection, "on_server", QStringLiteral("STATE")) != Stands::NoColumn ||
            connection.Run("DROP TABLE on_server");
   }
   return connection.Run("ALTER TABLE on_server RENAME TO former_on_server") &&
@@ -223,10 +223,10 @@ bool CreateColumn(Connection& connection, const QString& tableName, const QStrin
                   FieldType type, bool indexed) {
   const QByteArray table = tableName.toUtf8();
   const QByteArray column = columnName.toUtf8();
-  bool tableExists = false;
-  if (!HasColumn(connection, table, columnName, &tableExists)) {
+  const Stands stands = LookFor(connection, table, columnName);
+  if (stands != Stands::Column) {
     const QByteArray definition = column + " " + TypeName(type);
-    const bool added = tableExists
+    const bool added = stands == Stands::NoColumn
                            ? connection.Run("ALTER TABLE " + table + " ADD COLUMN " + definition)
                            : connection.Run("CREATE TABLE " + table + " (" + definition + ")");
     if (!added) return false;

@@ -89,10 +89,10 @@ TEST_F(OnceTest, WhatAServerRefusesForGoodWaitsForItsUser) {
 // Nothing else has to wait for it to be told.
 TEST_F(OnceTest, WhatADeathLeftIsDoubtfulAtTheNextAttempt) {
   const QString serial = StoreWaiting();
-  WaitingMessage message;
   Outbox outbox = TheOutbox();
-  ASSERT_EQ(outbox.Read(serial, message), Outbox::Reading::Ready);
-  ASSERT_EQ(outbox.BeginHandover(serial, message.version, {}), Outbox::Claim::Taken);
+  const auto read = outbox.Read(serial);
+  ASSERT_TRUE(read && read->reading == Outbox::Reading::Ready);
+  ASSERT_EQ(outbox.BeginHandover(serial, read->message.version, {}), Outbox::Claim::Taken);
   {
     OtherProgram sender(profile_.Folder());
     WorkLock work(sender.context, kSendingWork);
@@ -119,16 +119,17 @@ TEST_F(OnceTest, TwoProgramsSendEachMessageOnce) {
 TEST_F(OnceTest, WhoeverLosesTheClaimSendsNothing) {
   const QString serial = StoreWaiting();
   OtherProgram other(profile_.Folder());
-  WaitingMessage ours, theirs;
   Outbox outbox = TheOutbox();
   Outbox otherOutbox(other.context, MailDatabasePath(other.context));
-  ASSERT_EQ(outbox.Read(serial, ours), Outbox::Reading::Ready);
-  ASSERT_EQ(otherOutbox.Read(serial, theirs), Outbox::Reading::Ready);
-  EXPECT_EQ(outbox.BeginHandover(serial, ours.version, {}), Outbox::Claim::Taken);
-  EXPECT_EQ(otherOutbox.BeginHandover(serial, theirs.version, {}), Outbox::Claim::Lost);
-  EXPECT_EQ(otherOutbox.Read(serial, theirs), Outbox::Reading::Gone);
+  const auto ours = outbox.Read(serial).ValueOr({});
+  const auto theirs = otherOutbox.Read(serial).ValueOr({});
+  ASSERT_EQ(ours.reading, Outbox::Reading::Ready);
+  ASSERT_EQ(theirs.reading, Outbox::Reading::Ready);
+  EXPECT_EQ(outbox.BeginHandover(serial, ours.message.version, {}), Outbox::Claim::Taken);
+  EXPECT_EQ(otherOutbox.BeginHandover(serial, theirs.message.version, {}), Outbox::Claim::Lost);
+  EXPECT_EQ(otherOutbox.Read(serial).ValueOr({}).reading, Outbox::Reading::Gone);
   EXPECT_TRUE(outbox.Withdraw(serial));
-  EXPECT_EQ(otherOutbox.Read(serial, theirs), Outbox::Reading::Ready);
+  EXPECT_EQ(otherOutbox.Read(serial).ValueOr({}).reading, Outbox::Reading::Ready);
   // Stored anew after it was read, it is another message.
   StoreWaiting();
   QThread::msleep(2);
@@ -136,7 +137,7 @@ TEST_F(OnceTest, WhoeverLosesTheClaimSendsNothing) {
   again.Let(QStringLiteral("process"), 2);
   EXPECT_TRUE(
       MailStore(profile_.Get()).StoreMessage(again, "From: me@example.com\r\n\r\nother\r\n.\r\n"));
-  EXPECT_EQ(otherOutbox.BeginHandover(serial, theirs.version, {}), Outbox::Claim::Lost);
+  EXPECT_EQ(otherOutbox.BeginHandover(serial, theirs.message.version, {}), Outbox::Claim::Lost);
 }
 
 // The window plans what it stores; that a session of the former text goes on must not drop it.
@@ -232,8 +233,8 @@ TEST_F(OnceTest, AMessageUnderWayCannotBeTakenBack) {
   UnderWay kept;
   Arrives([&] {
     cancelled = static_cast<bool>(MailStore(profile_.Get()).CancelWaiting(Disk(serial)));
-    EXPECT_TRUE(SetDust(profile_.Get(), {serial, thrown}, true, &underWay));
-    EXPECT_TRUE(DeleteMessages(profile_.Get(), {deleted, serial}, &kept));
+    underWay = SetDust(profile_.Get(), {serial, thrown}, true).ValueOr({}).underWay;
+    kept = DeleteMessages(profile_.Get(), {deleted, serial}).ValueOr({});
   });
   EXPECT_EQ(Send().sent, 1);
   EXPECT_FALSE(cancelled);

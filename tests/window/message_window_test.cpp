@@ -26,10 +26,6 @@ TEST_F(MessageWindowTest, ButtonsAndMenusFollowTheStatus) {
       {1,
        {QStringLiteral("mailup"), QStringLiteral("file"), QStringLiteral("clip"),
         QStringLiteral("edit")}},
-      {2,
-       {QStringLiteral("mailupdelete"), QStringLiteral("file"), QStringLiteral("clip"),
-        QStringLiteral("edit")}},
-      {3, {QStringLiteral("mailup"), QStringLiteral("file")}},
       {4, {QStringLiteral("replay"), QStringLiteral("file")}}};
   for (const auto& [status, buttons] : statuses) {
     MessageWindow& window = OpenStored(status == 4 ? kPlain : kDraft, status);

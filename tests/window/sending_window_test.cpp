@@ -72,10 +72,11 @@ TEST_F(SendingWindowTest, TheUserDecidesOnAMessageThatMayHaveArrived) {
 
 TEST_F(SendingWindowTest, ADeathInTheMiddleOfSendingIsToldAtTheNextStart) {
   const QString serial = Store(kDraft, 2);
-  WaitingMessage message;
-  ASSERT_EQ(TheOutbox().Read(serial, message), Outbox::Reading::Ready);
-  ASSERT_EQ(TheOutbox().BeginHandover(serial, message.version, QStringLiteral("mail.example")),
-            Outbox::Claim::Taken);
+  const auto read = TheOutbox().Read(serial);
+  ASSERT_TRUE(read && read->reading == Outbox::Reading::Ready);
+  ASSERT_EQ(
+      TheOutbox().BeginHandover(serial, read->message.version, QStringLiteral("mail.example")),
+      Outbox::Claim::Taken);
   EndProgram();
   QString question;
   EXPECT_TRUE(InModal<QMessageBox>(

@@ -194,18 +194,15 @@ QStringList MessageActions::ChangeDust(const QStringList& messages, bool dust) {
 // Moves messages, and tells how many it moved. Returns those that are now where they should be.
 QStringList MessageActions::Carry(const Move& move, const QStringList& messages,
                                   const Words& words) {
-  UnderWay underWay;
-  const Result<Move> back = MoveMessages(context_, move, &underWay);
-  const QStringList changed = End(back ? Result<>() : back.Error(), messages, underWay);
-  const qsizetype count = back ? back->Messages().size() : 0;
-  if (count > 0 && told_) told_(words(count), [this, move = *back] { CarryBack(move); });
+  const Result<Moved> moved = MoveMessages(context_, move);
+  const QStringList changed = EndMove(moved, messages);
+  const qsizetype count = moved ? moved->back.Messages().size() : 0;
+  if (count > 0 && told_) told_(words(count), [this, back = moved->back] { CarryBack(back); });
   return changed;
 }
 
 void MessageActions::CarryBack(const Move& move) {
-  UnderWay underWay;
-  const Result<Move> moved = MoveMessages(context_, move, &underWay);
-  const QStringList back = End(moved ? Result<>() : moved.Error(), move.Messages(), underWay);
+  const QStringList back = EndMove(MoveMessages(context_, move), move.Messages());
   if (returned_ && !back.isEmpty()) returned_(back);
 }
 
@@ -232,10 +229,9 @@ QStringList MessageActions::Delete(const QStringList& messages) {
                      static_cast<int>(messages.size())),
               QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return {};
-  UnderWay underWay;
-  const Result<> done = DeleteMessages(context_, messages, &underWay);
-  if (done && deleted_) deleted_();
-  return End(done, messages, underWay);
+  const Result<UnderWay> kept = DeleteMessages(context_, messages);
+  if (kept && deleted_) deleted_();
+  return kept ? End({}, messages, *kept) : End(kept.Error(), messages);
 }
 
 void MessageActions::EmptyDustBin() {
@@ -256,6 +252,10 @@ void MessageActions::EmptyDustBin() {
 bool MessageActions::IsFilledByHand(const QString& folder) const {
   const DiskPtr object = context_.Objects.Find(folder);
   return object != nullptr && FolderObject(*object).ShowsWhatIsFiled();
+}
+
+QStringList MessageActions::EndMove(const Result<Moved>& moved, const QStringList& messages) {
+  return moved ? End({}, messages, moved->underWay) : End(moved.Error(), messages);
 }
 
 // Of a change to messages, of which a failure is told. Returns those that were changed.

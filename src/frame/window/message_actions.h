@@ -58,6 +58,7 @@ class MessageActions {
   QString NameOf(const QString& folder) const;
   QStringList Delete(const QStringList& messages);
   bool IsFilledByHand(const QString& folder) const;
+  QStringList EndMove(const Result<Moved>& moved, const QStringList& messages);
   QStringList End(const Result<>& done, const QStringList& messages, const UnderWay& underWay = {});
 
   Context& context_;

@@ -142,8 +142,7 @@ class ContentReader {
       const qsizetype next = found < 0 ? source_.size() : found + 1;
       const QByteArrayView line = source_.sliced(at, next - at);
       if (line.trimmed().isEmpty()) break;
-      bool closes = false;
-      if (line.startsWith("--") && MatchBoundary(line, &closes) >= 0) return at;
+      if (line.startsWith("--") && MatchBoundary(line)) return at;
       at = next;
     }
     return source_.size();
@@ -170,8 +169,13 @@ class ContentReader {
     record.form = outermost->begun;
   }
 
-  // The innermost open multipart whose delimiter the line is, or -1.
-  qsizetype MatchBoundary(QByteArrayView line, bool* closes) const {
+  struct Delimiter {
+    qsizetype level;  // of the open multiparts
+    bool closes;
+  };
+
+  // That of the innermost open multipart whose delimiter the line is.
+  std::optional<Delimiter> MatchBoundary(QByteArrayView line) const {
     while (!line.isEmpty() && (line.back() == '\n' || line.back() == '\r' || line.back() == ' ' ||
                                line.back() == '\t')) {
       line.chop(1);
@@ -179,26 +183,28 @@ class ContentReader {
     line = line.sliced(2);
     for (qsizetype i = static_cast<qsizetype>(stack_.size()) - 1; i >= 0; --i) {
       const QByteArrayView boundary = stack_[static_cast<size_t>(i)].boundary;
-      *closes = line.size() == boundary.size() + 2 && line.endsWith("--");
-      if (line.startsWith(boundary) && (line.size() == boundary.size() || *closes)) return i;
+      const bool closes = line.size() == boundary.size() + 2 && line.endsWith("--");
+      if (line.startsWith(boundary) && (line.size() == boundary.size() || closes)) {
+        return Delimiter{i, closes};
+      }
     }
-    return -1;
+    return std::nullopt;
   }
 
   void TakeDelimiter(qsizetype lineStart) {
-    bool closes = false;
-    const qsizetype level = MatchBoundary(source_.sliced(lineStart, at_ - lineStart), &closes);
-    if (level < 0) return;
+    const auto delimiter = MatchBoundary(source_.sliced(lineStart, at_ - lineStart));
+    if (!delimiter) return;
+    const qsizetype level = delimiter->level;
     // The line break before a delimiter belongs to it (RFC 2046 section 5.1.1).
     qsizetype bodyEnd = lineStart;
     if (bodyEnd > 0 && source_[bodyEnd - 1] == '\n') --bodyEnd;
     if (bodyEnd > 0 && source_[bodyEnd - 1] == '\r') --bodyEnd;
     EndLeaf(bodyEnd);
     while (static_cast<qsizetype>(stack_.size()) > level + 1) CloseMultipart(bodyEnd);
-    if (closes && level == 0) {
+    if (delimiter->closes && level == 0) {
       stack_.back().isClosed = true;
       rest_ = at_;
-    } else if (closes) {
+    } else if (delimiter->closes) {
       CloseMultipart(bodyEnd);
     } else if (records_.size() < kMaxParts) {
       stack_.back().hasParts = true;

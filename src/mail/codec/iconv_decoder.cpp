@@ -52,7 +52,7 @@ QString DecodeOne(Iconv& table, bool threeBytes, unsigned row, unsigned cell) {
   return rest.isEmpty() ? QString::fromUtf8(text) : QString();
 }
 
-size_t Place(unsigned row, unsigned cell) {
+size_t CellIndex(unsigned row, unsigned cell) {
   return (row - 1) * kCells + cell - 1;
 }
 
@@ -68,7 +68,7 @@ std::vector<QString> ReadPlane(const char* code, bool threeBytes) {
   Iconv table(code);
   for (unsigned row = 1; table.IsValid() && row <= kCells; ++row) {
     for (unsigned cell = 1; cell <= kCells; ++cell) {
-      plane[Place(row, cell)] = WithUsualDash(DecodeOne(table, threeBytes, row, cell));
+      plane[CellIndex(row, cell)] = WithUsualDash(DecodeOne(table, threeBytes, row, cell));
     }
   }
   return plane;
@@ -96,7 +96,7 @@ JisX0213Character FromJisX0213(int plane, unsigned row, unsigned cell) {
   static const std::array<std::vector<QString>, 2> planes{ReadPlane("EUC-JISX0213", false),
                                                           ReadPlane("EUC-JISX0213", true)};
   if (!IsInPlane(row, cell)) return {};
-  const QString& text = planes[plane == 2 ? 1 : 0][Place(row, cell)];
+  const QString& text = planes[plane == 2 ? 1 : 0][CellIndex(row, cell)];
   return {text.isEmpty() ? char16_t(0) : text[0].unicode(),
           text.size() == 2 ? text[1].unicode() : char16_t(0)};
 }
@@ -104,7 +104,7 @@ JisX0213Character FromJisX0213(int plane, unsigned row, unsigned cell) {
 char16_t FromEucJpMs(unsigned row, unsigned cell) {
   static const std::vector<QString> plane = ReadPlane("EUC-JP-MS", true);
   if (!IsInPlane(row, cell)) return 0;
-  const QString& text = plane[Place(row, cell)];
+  const QString& text = plane[CellIndex(row, cell)];
   return text.size() == 1 ? text[0].unicode() : char16_t(0);
 }
 

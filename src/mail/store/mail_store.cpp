@@ -92,26 +92,26 @@ Result<> MailStore::Store(const Disk& request, const QByteArray& source,
 Result<MailStore::Received> MailStore::StoreReceived(const Disk& request,
                                                      const QByteArray& source) {
   const std::optional<qint64> identity = MessageIdentity(source);
-  QString alike;
-  const Result<Received> received = StoreUnlessKnown(request, source, identity, &alike);
-  if (received != Received::Alike) return received;
+  const Result<Taken> taken = StoreUnlessKnown(request, source, identity, false);
+  if (!taken) return taken.Error();
+  if (taken->received != Received::Alike) return taken->received;
   // Read outside the transaction, which a damaged page would break with all that it gathered. One
   // that cannot be read may be another message.
   if (const Result<> written = context_.Data.Group().FlushForReading(); !written) {
     return written.Error();
   }
-  Disk other(alike);
+  Disk other(taken->alike);
   MessageBag(request).CopyPlace(other);
   const Result<QByteArray> stored = LoadMessageSource(other);
   if (stored && IsSameButForNotes(*stored, source)) return Received::Alike;
-  return StoreUnlessKnown(request, source, identity, nullptr);
+  const Result<Taken> beside = StoreUnlessKnown(request, source, identity, true);
+  if (!beside) return beside.Error();
+  return beside->received;
 }
 
-// `alike` gets the message that has the same identity; null stores beside such a one.
-Result<MailStore::Received> MailStore::StoreUnlessKnown(const Disk& request,
-                                                        const QByteArray& source,
-                                                        const std::optional<qint64>& identity,
-                                                        QString* alike) {
+Result<MailStore::Taken> MailStore::StoreUnlessKnown(const Disk& request, const QByteArray& source,
+                                                     const std::optional<qint64>& identity,
+                                                     bool besideAlike) {
   const MessageIndex index = Index(request, source);
   const OpenedDatabase opened = Open(request);
   if (!opened) return opened.Error();
@@ -121,20 +121,23 @@ Result<MailStore::Received> MailStore::StoreUnlessKnown(const Disk& request,
   const Result<bool> has = MessageRows(context_.Data).HasName(MessageBag(request).MessageId());
   const bool known = has.ValueOr(false);
   Result<> done = has ? Result<>() : has.Error();
-  if (done && !known && identity && alike != nullptr) {
+  QString alike;
+  if (done && !known && identity && !besideAlike) {
     const Result<QString> found = received.Of(*identity);
     if (!found) done = found.Error();
-    *alike = found.ValueOr(QString());
+    alike = found.ValueOr(QString());
   }
-  const bool isAlike = alike != nullptr && !alike->isEmpty();
-  if (done && !known && !isAlike) {
+  if (done && !known && alike.isEmpty()) {
     done = ResultOf(context_.Data, WriteMessage(request, source, index));
     if (done && identity) done = received.Note(*identity, request.SerialID());
   }
   if (done) done = ResultOf(context_.Data, context_.Data.Commit());
-  if (done) return known ? Received::Known : (isAlike ? Received::Alike : Received::Stored);
-  context_.Data.Rollback();
-  return done.Error();
+  if (!done) {
+    context_.Data.Rollback();
+    return done.Error();
+  }
+  if (known) return Taken{Received::Known, {}};
+  return Taken{alike.isEmpty() ? Received::Stored : Received::Alike, alike};
 }
 
 bool MailStore::WriteMessage(const Disk& request, const QByteArray& source,

@@ -73,8 +73,13 @@ class MailStore {
   MessageIndex Index(const Disk& request, const QByteArray& source);
   Result<> Store(const Disk& request, const QByteArray& source, const QString& statementBefore);
   bool WriteMessage(const Disk& request, const QByteArray& source, const MessageIndex& index);
-  Result<Received> StoreUnlessKnown(const Disk& request, const QByteArray& source,
-                                    const std::optional<qint64>& identity, QString* alike);
+  /// What came of it, and the message that has the same identity where it is `Alike`.
+  struct Taken {
+    Received received;
+    QString alike;
+  };
+  Result<Taken> StoreUnlessKnown(const Disk& request, const QByteArray& source,
+                                 const std::optional<qint64>& identity, bool besideAlike);
   bool WriteState(StateMask mask, const Disk& request);
   bool WriteFolders(const Disk& request);
 

@@ -1,7 +1,7 @@
 #include "mail/store/message_filing.h"
 
 #include <algorithm>
-#include <functional>
+#include <type_traits>
 
 #include "mail/store/mail_row.h"
 #include "mail/store/mail_store.h"
@@ -15,55 +15,52 @@ namespace vorn {
 namespace {
 
 // Of those among the messages for which the condition, which that of the messages ends, holds.
-bool ReadFlags(DataSession& session, const QString& condition, const QStringList& messages,
-               MessageFlags* flags) {
+Result<MessageFlags> ReadFlags(DataSession& session, const QString& condition,
+                               const QStringList& messages) {
+  MessageFlags flags;
   for (const QStringList& piece : InPieces(messages)) {
     if (!session.OpenRecordset(QStringLiteral("SELECT SERIALID, FIELD_FLAG FROM mail WHERE ") +
                                    condition + Among(piece),
                                CursorKind::ForwardOnly)) {
-      return false;
+      return ReasonOf(session);
     }
     const RecordsetPtr rows = session.Recordset();
-    for (; !rows->Eof(); rows->MoveNext()) {
-      flags->insert(rows->SerialID(), rows->Fields(u"FIELD_FLAG").toString());
-    }
-    if (rows->Failed()) return false;
+    const MailRow row(*rows);
+    for (; !rows->Eof(); rows->MoveNext()) flags.insert(row.Serial(), row.Flags());
+    if (rows->Failed()) return rows->Error();
   }
-  return true;
+  return flags;
 }
 
 // What a server is being given stays as it is.
 const QString kMayChange =
     QStringLiteral(" AND SERIALID NOT IN (SELECT SERIALID FROM send_attempt WHERE STATE = 1)");
 
-// Adds the messages that a statement selects.
-bool Find(DataSession& session, const QString& statement, QStringList* found) {
-  if (!session.OpenRecordset(statement, CursorKind::ForwardOnly)) return false;
-  const RecordsetPtr rows = session.Recordset();
-  for (; !rows->Eof(); rows->MoveNext()) found->append(rows->SerialID());
-  return !rows->Failed();
-}
-
 // Those among the messages for which the statement, which their condition ends, selects them.
-bool FindAmong(DataSession& session, const QString& statement, const QStringList& messages,
-               QStringList* found) {
+Result<QStringList> FindAmong(DataSession& session, const QString& statement,
+                              const QStringList& messages) {
+  QStringList found;
   for (const QStringList& piece : InPieces(messages)) {
-    if (!Find(session, statement + Among(piece), found)) return false;
+    if (!session.OpenRecordset(statement + Among(piece), CursorKind::ForwardOnly)) {
+      return ReasonOf(session);
+    }
+    const RecordsetPtr rows = session.Recordset();
+    for (; !rows->Eof(); rows->MoveNext()) found.append(rows->SerialID());
+    if (rows->Failed()) return rows->Error();
   }
-  return true;
+  return found;
 }
 
 Result<QStringList> FindAmong(Context& context, const QString& statement,
                               const QStringList& messages) {
   const OpenedDatabase opened(context, DatabaseKind::Mail);
   if (!opened) return opened.Error();
-  QStringList found;
-  if (!FindAmong(context.Data, statement, messages, &found)) return ReasonOf(context.Data);
-  return found;
+  return FindAmong(context.Data, statement, messages);
 }
 
 // Those among the messages that are being handed over.
-bool ReadUnderWay(DataSession& session, const QStringList& messages, UnderWay* underWay) {
+Result<UnderWay> ReadUnderWay(DataSession& session, const QStringList& messages) {
+  UnderWay underWay;
   for (const QStringList& piece : InPieces(messages)) {
     if (!session.OpenRecordset(
             QStringLiteral(
@@ -71,25 +68,29 @@ bool ReadUnderWay(DataSession& session, const QStringList& messages, UnderWay* u
                 "FROM send_attempt WHERE STATE = 1)")
                 .arg(Among(piece)),
             CursorKind::ForwardOnly)) {
-      return false;
+      return ReasonOf(session);
     }
     const RecordsetPtr rows = session.Recordset();
     for (; !rows->Eof(); rows->MoveNext()) {
-      underWay->insert(rows->SerialID(), MailRow(*rows).Subject());
+      underWay.insert(rows->SerialID(), MailRow(*rows).Subject());
     }
-    if (rows->Failed()) return false;
+    if (rows->Failed()) return rows->Error();
   }
-  return true;
+  return underWay;
 }
 
-// Does `work` on the open mail database, in one transaction.
-Result<> Transact(Context& context, const std::function<bool(DataSession& session)>& work) {
+// Does `work`, which gives a result, on the open mail database, in one transaction.
+template <typename Work>
+std::invoke_result_t<Work, DataSession&> Transact(Context& context, const Work& work) {
   DataSession& session = context.Data;
   const OpenedDatabase opened(context, DatabaseKind::Mail);
   if (!opened) return opened.Error();
-  const bool done = session.Begin() && work(session) && session.Commit();
-  if (!done) session.Rollback();
-  return ResultOf(session, done);
+  if (!session.Begin()) return ReasonOf(session);
+  auto done = work(session);
+  if (done && session.Commit()) return done;
+  const StorageError reason = done ? ReasonOf(session) : done.Error();
+  session.Rollback();
+  return reason;
 }
 
 // Runs a statement, which the condition of messages and `rest` end.
@@ -110,23 +111,31 @@ bool SetDust(DataSession& session, const QStringList& messages, bool dust) {
 }
 
 // Of a move what it changes: what is where it is put, or gone, is not moved.
-bool Narrow(DataSession& session, const Move& move, Move* narrowed) {
+Result<Move> Narrow(DataSession& session, const Move& move) {
+  Move narrowed;
+  Result<> found;
+  const auto find = [&](const QString& select, const QStringList& messages, QStringList& among) {
+    if (!found) return;
+    Result<QStringList> those = FindAmong(session, select, messages);
+    found = those ? Result<>() : those.Error();
+    among = those.ValueOr({});
+  };
   const QString select = QStringLiteral("SELECT SERIALID FROM mail WHERE ");
   for (auto folder = move.into.begin(); folder != move.into.end(); ++folder) {
     const QString others =
         select + QStringLiteral("SERIALID NOT IN (SELECT SERIALID FROM folder WHERE FOLDERID = ") +
         QuoteSql(folder.key()) + QStringLiteral(") AND");
-    if (!FindAmong(session, others, *folder, &narrowed->into[folder.key()])) return false;
+    find(others, *folder, narrowed.into[folder.key()]);
   }
   for (auto folder = move.outOf.begin(); folder != move.outOf.end(); ++folder) {
     const QString members = QStringLiteral("SELECT SERIALID FROM folder WHERE FOLDERID = ") +
                             QuoteSql(folder.key()) + QStringLiteral(" AND");
-    if (!FindAmong(session, members, *folder, &narrowed->outOf[folder.key()])) return false;
+    find(members, *folder, narrowed.outOf[folder.key()]);
   }
-  return FindAmong(session, select + QStringLiteral("STATUS > 0 AND"), move.intoDust,
-                   &narrowed->intoDust) &&
-         FindAmong(session, select + QStringLiteral("STATUS < 0 AND"), move.outOfDust,
-                   &narrowed->outOfDust);
+  find(select + QStringLiteral("STATUS > 0 AND"), move.intoDust, narrowed.intoDust);
+  find(select + QStringLiteral("STATUS < 0 AND"), move.outOfDust, narrowed.outOfDust);
+  if (!found) return found.Error();
+  return narrowed;
 }
 
 bool Run(DataSession& session, const Move& move) {
@@ -144,8 +153,9 @@ bool Run(DataSession& session, const Move& move) {
   return SetDust(session, move.intoDust, true) && SetDust(session, move.outOfDust, false);
 }
 
-void LeaveOut(const UnderWay& underWay, QStringList* messages) {
-  messages->removeIf([&](const QString& message) { return underWay.contains(message); });
+QStringList Without(const UnderWay& underWay, QStringList messages) {
+  messages.removeIf([&](const QString& message) { return underWay.contains(message); });
+  return messages;
 }
 
 // A stored string may be shorter than where the mark stands.
@@ -175,26 +185,21 @@ QStringList Move::Messages() const {
   return all;
 }
 
-Result<Move> MoveMessages(Context& context, const Move& move, UnderWay* underWay) {
-  Move moved;
-  UnderWay kept;
-  const Result<> done = Transact(context, [&](DataSession& session) {
-    if (!Narrow(session, move, &moved) ||
-        !ReadUnderWay(session, moved.intoDust + moved.outOfDust, &kept)) {
-      return false;
-    }
-    LeaveOut(kept, &moved.intoDust);
-    LeaveOut(kept, &moved.outOfDust);
-    return Run(session, moved);
+Result<Moved> MoveMessages(Context& context, const Move& move) {
+  return Transact(context, [&](DataSession& session) -> Result<Moved> {
+    Result<Move> changes = Narrow(session, move);
+    if (!changes) return changes.Error();
+    const Result<UnderWay> underWay = ReadUnderWay(session, changes->intoDust + changes->outOfDust);
+    if (!underWay) return underWay.Error();
+    changes->intoDust = Without(*underWay, changes->intoDust);
+    changes->outOfDust = Without(*underWay, changes->outOfDust);
+    if (!Run(session, *changes)) return ReasonOf(session);
+    return Moved{changes->Back(), *underWay};
   });
-  if (!done) return done.Error();
-  if (underWay != nullptr) *underWay = kept;
-  return moved.Back();
 }
 
-Result<Move> SetDust(Context& context, const QStringList& messages, bool dust, UnderWay* underWay) {
-  return MoveMessages(context, dust ? Move{.intoDust = messages} : Move{.outOfDust = messages},
-                      underWay);
+Result<Moved> SetDust(Context& context, const QStringList& messages, bool dust) {
+  return MoveMessages(context, dust ? Move{.intoDust = messages} : Move{.outOfDust = messages});
 }
 
 Result<QStringList> Received(Context& context, const QStringList& messages) {
@@ -209,7 +214,7 @@ Result<> SetMark(Context& context, const QStringList& messages, FlagPosition mar
   const QString received =
       mark == kFlagNew ? QStringLiteral(" AND ABS(STATUS) = %1").arg(kStatusReceived) : QString();
   return Transact(context, [&](DataSession& session) {
-    return RunAmong(session, WithMark(mark, value), messages, received);
+    return ResultOf(session, RunAmong(session, WithMark(mark, value), messages, received));
   });
 }
 
@@ -217,29 +222,30 @@ Result<> ToggleStar(Context& context, const QStringList& messages) {
   const QString other = QStringLiteral("(1 - SUBSTR(FIELD_FLAG & '0000000', %1, 1))")
                             .arg(static_cast<int>(kFlagStar));
   return Transact(context, [&](DataSession& session) {
-    return RunAmong(session, WithMark(kFlagStar, other), messages);
+    return ResultOf(session, RunAmong(session, WithMark(kFlagStar, other), messages));
   });
 }
 
-Result<> DeleteMessages(Context& context, const QStringList& messages, UnderWay* underWay) {
-  return Transact(context, [&](DataSession& session) {
-    return (underWay == nullptr || ReadUnderWay(session, messages, underWay)) &&
-           RunAmong(session, QStringLiteral("DELETE FROM folder WHERE"), messages, kMayChange) &&
-           RunAmong(session, QStringLiteral("DELETE * FROM mail WHERE"), messages, kMayChange);
+Result<UnderWay> DeleteMessages(Context& context, const QStringList& messages) {
+  return Transact(context, [&](DataSession& session) -> Result<UnderWay> {
+    Result<UnderWay> underWay = ReadUnderWay(session, messages);
+    if (!underWay) return underWay;
+    const bool deleted =
+        RunAmong(session, QStringLiteral("DELETE FROM folder WHERE"), messages, kMayChange) &&
+        RunAmong(session, QStringLiteral("DELETE * FROM mail WHERE"), messages, kMayChange);
+    if (!deleted) return ReasonOf(session);
+    return underWay;
   });
 }
 
 Result<MessageFlags> FlagsOf(Context& context, const QStringList& messages) {
   const OpenedDatabase opened(context, DatabaseKind::Mail);
   if (!opened) return opened.Error();
-  MessageFlags flags;
-  if (!ReadFlags(context.Data, QString(), messages, &flags)) return ReasonOf(context.Data);
-  return flags;
+  return ReadFlags(context.Data, QString(), messages);
 }
 
 Result<qsizetype> DeleteUnchanged(Context& context, const MessageFlags& flags,
                                   const QString& folder) {
-  QStringList unchanged;
   const QString others = QStringLiteral("SELECT SERIALID FROM folder WHERE FOLDERID <> ");
   const QString filed =
       folder.isEmpty()
@@ -249,17 +255,18 @@ Result<qsizetype> DeleteUnchanged(Context& context, const MessageFlags& flags,
   const QString isThere =
       QStringLiteral("STATUS = %1 AND SERIALID NOT IN (%2%3)%4 AND")
           .arg(QString::number(kStatusReceived), others, QuoteSql(folder), filed);
-  const Result<> done = Transact(context, [&](DataSession& session) {
-    MessageFlags now;
-    if (!ReadFlags(session, isThere, flags.keys(), &now)) return false;
-    for (auto message = now.cbegin(); message != now.cend(); ++message) {
+  return Transact(context, [&](DataSession& session) -> Result<qsizetype> {
+    const Result<MessageFlags> now = ReadFlags(session, isThere, flags.keys());
+    if (!now) return now.Error();
+    QStringList unchanged;
+    for (auto message = now->cbegin(); message != now->cend(); ++message) {
       if (flags.value(message.key()) == message.value()) unchanged.append(message.key());
     }
-    return RunAmong(session, QStringLiteral("DELETE FROM folder WHERE"), unchanged) &&
-           RunAmong(session, QStringLiteral("DELETE * FROM mail WHERE"), unchanged);
+    const bool deleted = RunAmong(session, QStringLiteral("DELETE FROM folder WHERE"), unchanged) &&
+                         RunAmong(session, QStringLiteral("DELETE * FROM mail WHERE"), unchanged);
+    if (!deleted) return ReasonOf(session);
+    return unchanged.size();
   });
-  if (!done) return done.Error();
-  return unchanged.size();
 }
 
 int CountWaiting(Context& context, const QString& address) {
@@ -280,9 +287,11 @@ int CountWaiting(Context& context, const QString& address) {
 
 Result<> EmptyDust(Context& context) {
   return Transact(context, [](DataSession& session) {
-    return session.Execute(QStringLiteral("DELETE FROM folder WHERE SERIALID IN "
-                                          "(SELECT SERIALID FROM mail WHERE STATUS < 0)")) &&
-           session.Execute(QStringLiteral("DELETE * FROM mail WHERE STATUS < 0"));
+    const bool emptied =
+        session.Execute(QStringLiteral("DELETE FROM folder WHERE SERIALID IN "
+                                       "(SELECT SERIALID FROM mail WHERE STATUS < 0)")) &&
+        session.Execute(QStringLiteral("DELETE * FROM mail WHERE STATUS < 0"));
+    return ResultOf(session, emptied);
   });
 }
 

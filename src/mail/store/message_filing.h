@@ -4,6 +4,7 @@
 #include <QMap>
 #include <QStringList>
 
+#include "mail/codec/flag_string.h"
 #include "storage/context.h"
 #include "storage/message_state.h"
 #include "storage/result.h"
@@ -11,7 +12,7 @@
 namespace vorn {
 
 // Acts on messages of the profile's mail database by their serial identifiers, on all of them or on
-// none. What is being handed over to a server stays as it is; `underWay` gets those.
+// none. What is being handed over to a server stays as it is.
 
 /// Messages that are being handed over: their subjects by their serial identifiers.
 using UnderWay = QMap<QString, QString>;
@@ -35,12 +36,17 @@ struct Move {
   QStringList Messages() const;
 };
 
-/// Moves messages, all at once; returns what takes back what was changed by it, and nothing else: a
-/// message that was in a folder or in the dust bin before stays there.
-Result<Move> MoveMessages(Context& context, const Move& move, UnderWay* underWay = nullptr);
+/// What came of a move.
+struct Moved {
+  /// What takes back what was changed by it, and nothing else: a message that was in a folder or in
+  /// the dust bin before stays there.
+  Move back;
+  UnderWay underWay;  ///< what was to be put into the dust bin, or taken out, and stays
+};
+/// Moves messages, all at once.
+Result<Moved> MoveMessages(Context& context, const Move& move);
 /// Puts messages into the dust bin or takes them out of it.
-Result<Move> SetDust(Context& context, const QStringList& messages, bool dust,
-                     UnderWay* underWay = nullptr);
+Result<Moved> SetDust(Context& context, const QStringList& messages, bool dust);
 /// Those of the messages that were received.
 Result<QStringList> Received(Context& context, const QStringList& messages);
 /// Sets or takes away a mark that is only there or not: unopened, answered, forwarded, starred.
@@ -48,11 +54,10 @@ Result<QStringList> Received(Context& context, const QStringList& messages);
 Result<> SetMark(Context& context, const QStringList& messages, FlagPosition mark, bool isSet);
 /// Stars the messages that have no star, and takes it from the others.
 Result<> ToggleStar(Context& context, const QStringList& messages);
-/// Deletes messages, and what is filed of them, for good.
-Result<> DeleteMessages(Context& context, const QStringList& messages,
-                        UnderWay* underWay = nullptr);
+/// Deletes messages, and what is filed of them, for good. Returns those that stay.
+Result<UnderWay> DeleteMessages(Context& context, const QStringList& messages);
 /// The flag strings of messages, by their serial identifiers.
-using MessageFlags = QHash<QString, QString>;
+using MessageFlags = QHash<QString, FlagString>;
 Result<MessageFlags> FlagsOf(Context& context, const QStringList& messages);
 /// Deletes those received messages that are as they were: with these flags, in that hand-filled
 /// folder alone, or in none where it is empty. Returns how many.

@@ -34,18 +34,20 @@ Result<QString> WaitingVersion(DataSession& data, const QString& serialId) {
   return Version(message);
 }
 
-Result<> ReadRow(DataSession& data, const QString& serialId, WaitingMessage& message) {
+Result<WaitingMessage> ReadRow(DataSession& data, const QString& serialId) {
   const RecordsetPtr row = MessageRows(data).Of(serialId);
   if (row == nullptr || row->Eof()) return ReasonOf(data);
   const Result<QString> folders = MessageRows(data).FoldersOf(serialId);
   if (!folders) return folders.Error();
+  WaitingMessage message;
   message.folders = *folders;
   const MailRow stored(*row);
   message.source = stored.Source().value_or(QByteArray());
   message.addressLines = stored.AddressLines();
   message.flags = stored.Flags();
   if (row->Failed()) return row->Error();
-  return message.source.isEmpty() ? StorageError() : Result<>();
+  if (message.source.isEmpty()) return StorageError();
+  return message;
 }
 
 }  // namespace
@@ -54,16 +56,16 @@ OpenedDatabase Outbox::Open() {
   return OpenedDatabase(context_, DatabaseKind::MailByPath, file_);
 }
 
-Result<Outbox::Reading> Outbox::Read(const QString& serialId, WaitingMessage& message) {
+Result<Outbox::Waiting> Outbox::Read(const QString& serialId) {
   const OpenedDatabase opened = Open();
-  if (!opened) return Reading::Closed;
+  if (!opened) return Waiting{Reading::Closed};
   const Result<QString> version = WaitingVersion(context_.Data, serialId);
   if (!version) return version.Error();
-  if (version->isEmpty()) return Reading::Gone;
-  message.version = *version;
-  const Result<> read = ReadRow(context_.Data, serialId, message);
+  if (version->isEmpty()) return Waiting{Reading::Gone};
+  Result<WaitingMessage> read = ReadRow(context_.Data, serialId);
   if (!read) return read.Error();
-  return Reading::Ready;
+  read->version = *version;
+  return Waiting{Reading::Ready, *std::move(read)};
 }
 
 Result<Outbox::Claim> Outbox::BeginHandover(const QString& serialId, const QString& version,

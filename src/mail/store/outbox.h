@@ -54,8 +54,12 @@ class Outbox {
     Gone,    ///< it does not wait: sent, taken back, thrown away, deleted, or doubtful
     Closed,  ///< the database cannot be opened now
   };
+  struct Waiting {
+    Reading reading = Reading::Gone;
+    WaitingMessage message = {};  ///< what was read where it is `Ready`
+  };
   /// Fails when it waits, and its row cannot be read as it was stored.
-  Result<Reading> Read(const QString& serialId, WaitingMessage& message);
+  Result<Waiting> Read(const QString& serialId);
 
   enum class Claim { Taken, Lost };
   /// Notes that the message of that `version` is about to be handed over to `server`. `Lost`: it

@@ -148,9 +148,8 @@ bool MessageSending::IsDoubtful() const {
 // stored is older.
 bool MessageSending::HasGone() const {
   if (!document_.IsWaiting() || bar_.isVisible() || document_.IsSending()) return false;
-  WaitingMessage waiting;
-  Outbox outbox(context_, document_.File());
-  return outbox.Read(document_.Tag(), waiting) == Outbox::Reading::Gone;
+  const auto waiting = Outbox(context_, document_.File()).Read(document_.Tag());
+  return waiting && waiting->reading == Outbox::Reading::Gone;
 }
 
 void MessageSending::SendAgain() {

@@ -101,28 +101,27 @@ void SendJobs::StartSending(CheckJob& job, SendItem& message) {
   sessions_.ForgetRefusedPassword(job, account);
   SessionRecord record(job.Bag());
   if (record.IsLoginRefused()) record.SetAsked(QString());
-  WaitingMessage waiting;
   const QString serial = message.SerialId();
-  const auto reading = Outbox(context_, message.File(context_)).Read(serial, waiting);
-  if (!reading) {
+  const auto waiting = Outbox(context_, message.File(context_)).Read(serial);
+  if (!waiting) {
     host_.AddEvent(
         kEventError, kEventMessage, serial, Ui::tr("システム"), QStringLiteral("mailup"),
         Ui::tr("メッセージ「%1」を読み込めないので、送信しませんでした。").arg(message.Subject()) +
-            reading.Error().text);
+            waiting.Error().text);
     LeaveOut(job, message);
     return;
   }
-  if (*reading == Outbox::Reading::Closed) return;  // tried again at the next tick
-  if (*reading == Outbox::Reading::Gone) {
+  if (waiting->reading == Outbox::Reading::Closed) return;  // tried again at the next tick
+  if (waiting->reading == Outbox::Reading::Gone) {
     LeaveOut(job, message);
     return;
   }
-  if (waiting.addressLines != message.AddressLines()) {
+  if (waiting->message.addressLines != message.AddressLines()) {
     LeaveOut(job, message);
     PlanAnew(message);
     return;
   }
-  LoadSending(message, waiting);
+  LoadSending(message, waiting->message);
   // A receive job may have had a session since this one began.
   pop_.Tag = job.SerialId();
   pop_.Start();
@@ -168,11 +167,11 @@ void SendJobs::LeaveOut(CheckJob& job, const SendItem& message) {
 
 // Whether it waits in another version than the one whose session has ended.
 bool SendJobs::IsStoredAnew(const SendItem& message) {
-  WaitingMessage waiting;
   const QString version = message.Version();
   if (version.isEmpty()) return false;
-  const auto reading = Outbox(context_, message.File(context_)).Read(message.SerialId(), waiting);
-  return reading == Outbox::Reading::Ready && waiting.version != version;
+  const auto waiting = Outbox(context_, message.File(context_)).Read(message.SerialId());
+  return waiting && waiting->reading == Outbox::Reading::Ready &&
+         waiting->message.version != version;
 }
 
 // When the store fails, nothing more is sent: what becomes of it could not be noted.

@@ -1,0 +1,91 @@
+// What is done with messages of the folders' pages, by itself: what leaves the folder that is
+// shown, and what takes it back.
+
+#include "frame/window/message_actions.h"
+
+#include <gtest/gtest.h>
+
+#include <QSet>
+#include <QWidget>
+
+#include "objects/manual_folder.h"
+#include "objects/object_types.h"
+#include "support/test_profile.h"
+
+namespace vorn {
+namespace {
+
+class CountingHost : public MessageHost {
+ public:
+  int stored = 0;
+
+  void SendMessage(const QString&) override {}
+  bool ChooseSender(const QString&, const QString&, const QString&) override { return false; }
+  void MessageStored() override { ++stored; }
+  void PostMail(const MailRequest&) override {}
+  void OpenMessageFile(const QString&) override {}
+  void PrintPageFile(const QString&, const QString&) override {}
+  QString NeighbourOf(const QString&, int) override { return {}; }
+  void GatherAlike(const QString&) override {}
+  void StopAlike(const QString&) override {}
+  QStringList OfferedAddresses() override { return {}; }
+  void AddToBook(const QStringList&) override {}
+  bool IsClosing() const override { return false; }
+};
+
+class MessageActionsTest : public testing::Test {
+ protected:
+  MessageActionsTest() {
+    actions_.OnDone([this](const QString& done, std::function<void()> undo) {
+      done_ = done;
+      undo_ = std::move(undo);
+    });
+    actions_.OnReturned([this](const QStringList& messages) { returned_ = messages; });
+  }
+  QString Folder(const char16_t* name) {
+    return MakeManualFolder(profile_.Get(), QString::fromUtf16(name)).ValueOr({});
+  }
+  qsizetype In(const QString& folder) {
+    return Members(profile_.Get(), messages_, folder).ValueOr({}).size();
+  }
+
+  test::TestProfile profile_;
+  QStringList messages_{profile_.Store("Subject: 1\r\n\r\n"), profile_.Store("Subject: 2\r\n\r\n")};
+  QWidget window_;
+  CountingHost host_;
+  MessageActions actions_{profile_.Get(), window_, host_};
+  QString done_;
+  std::function<void()> undo_;
+  QStringList returned_;
+};
+
+TEST_F(MessageActionsTest, WhatIsFiledLeavesTheFolderThatIsShownAndComesBack) {
+  const QString shelf = Folder(u"shelf");
+  const QString box = Folder(u"box");
+  EXPECT_TRUE(actions_.Drop(messages_, shelf, fixed_serial::kOutbox).isEmpty());
+  EXPECT_EQ(In(shelf), 2);
+  EXPECT_EQ(actions_.Drop(messages_, box, shelf), messages_);
+  EXPECT_EQ(In(shelf), 0);
+  EXPECT_EQ(In(box), 2);
+  EXPECT_EQ(done_, QStringLiteral("2通を「box」に入れました。"));
+  EXPECT_TRUE(actions_.Drop(messages_, box, box).isEmpty()) << "it is there already";
+  undo_();
+  EXPECT_EQ(In(shelf), 2);
+  EXPECT_EQ(In(box), 0);
+  EXPECT_EQ(QSet<QString>(returned_.begin(), returned_.end()),
+            QSet<QString>(messages_.begin(), messages_.end()));
+  EXPECT_EQ(host_.stored, 4);
+}
+
+TEST_F(MessageActionsTest, WhatIsThrownAwayLeavesEveryFolderButTheDustBin) {
+  const QStringList one{messages_[0]};
+  EXPECT_EQ(actions_.Act(MessageAction::ToDust, one, fixed_serial::kInbox), one);
+  EXPECT_EQ(done_, QStringLiteral("1通をくずかごに入れました。"));
+  EXPECT_TRUE(actions_.Act(MessageAction::OutOfDust, one, fixed_serial::kInbox).isEmpty());
+  EXPECT_EQ(actions_.Act(MessageAction::ToDust, one, fixed_serial::kInbox), one);
+  EXPECT_EQ(actions_.Act(MessageAction::OutOfDust, one, fixed_serial::kDust), one);
+  EXPECT_TRUE(actions_.Act(MessageAction::ToggleStar, messages_, fixed_serial::kInbox).isEmpty());
+}
+
+}  // namespace
+}  // namespace vorn
