@@ -5,6 +5,7 @@
 #include "storage/connection.h"
 #include "storage/engine.h"
 #include "storage/log_state.h"
+#include "storage/result.h"
 
 namespace vorn {
 namespace {

@@ -203,8 +203,7 @@ bool PrepareOnServer(Connection& connection) {
 
 // From 10 to 11 refusals got the time and the server's words.
 bool PrepareRefusals(Connection& connection) {
-  bool exists = false;
-  return HasColumn(connection, "send_refusal", QStringLiteral("REPLY"), &exists) || !exists ||
+  return LookFor(connection, "send_refusal", QStringLiteral("REPLY")) != Stands::NoColumn ||
          (connection.Run("ALTER TABLE send_refusal ADD COLUMN TRIED DATETIME") &&
           connection.Run("ALTER TABLE send_refusal ADD COLUMN REPLY TEXT"));
 }

@@ -92,7 +92,7 @@ TEST_F(MailStoreTest, AFilingFromSeveralFoldersIsTakenBackWholeOrNotAtAll) {
   const QString into = QStringLiteral("new");
   const Filed left{{QStringLiteral("a"), {messages[0]}}, {QStringLiteral("b"), {messages[1]}}};
   ASSERT_TRUE(MoveMessages(context, {.into = left}));
-  const Result<Move> back =
+  const Result<Moved> back =
       MoveMessages(context, {.into = {{into, messages}}, .outOf = left, .outOfDust = messages});
   ASSERT_TRUE(back);
   const auto run = [&context](const QByteArray& statement) {
@@ -110,10 +110,10 @@ TEST_F(MailStoreTest, AFilingFromSeveralFoldersIsTakenBackWholeOrNotAtAll) {
   ASSERT_TRUE(
       run("CREATE TRIGGER full BEFORE INSERT ON folder WHEN NEW.FOLDERID = 'b' "
           "BEGIN SELECT RAISE(ABORT, 'full'); END"));
-  EXPECT_FALSE(MoveMessages(context, *back));
+  EXPECT_FALSE(MoveMessages(context, back->back));
   EXPECT_EQ(folders(), QStringLiteral("new new "));
   ASSERT_TRUE(run("DROP TRIGGER full"));
-  EXPECT_TRUE(MoveMessages(context, *back));
+  EXPECT_TRUE(MoveMessages(context, back->back));
   EXPECT_EQ(folders(), QStringLiteral("a b "));
 }
 
@@ -168,19 +168,18 @@ TEST_F(MailStoreTest, AMoveIsTakenBackToWhereEachWas) {
                                           "ORDER BY rowid")) ==
                QList<QVariant>(thrownAway.begin(), thrownAway.end());
   };
-  const Result<Move> back = MoveMessages(context, {.into = {{folder, many}}, .outOfDust = many});
+  const Result<Moved> back = MoveMessages(context, {.into = {{folder, many}}, .outOfDust = many});
   ASSERT_TRUE(back && stands({dusted, filed}, {}));
-  EXPECT_EQ(back->Messages(), QStringList{dusted}) << "the other is not moved";
-  EXPECT_TRUE(MoveMessages(context, *back) && stands({filed}, {dusted}));
-  const Result<Move> out = SetDust(context, many, true);
+  EXPECT_EQ(back->back.Messages(), QStringList{dusted}) << "the other is not moved";
+  EXPECT_TRUE(MoveMessages(context, back->back) && stands({filed}, {dusted}));
+  const Result<Moved> out = SetDust(context, many, true);
   EXPECT_TRUE(out && stands({filed}, {dusted, filed}));
-  EXPECT_TRUE(MoveMessages(context, *out) && stands({filed}, {dusted}));
+  EXPECT_TRUE(MoveMessages(context, out->back) && stands({filed}, {dusted}));
   EXPECT_EQ(Received(context, many).ValueOr({}), (QStringList{dusted, filed}));
   EXPECT_TRUE(SetMark(context, many, kFlagNew, true) && ToggleStar(context, many));
   EXPECT_EQ(Column(QStringLiteral("MIN(SUBSTR(FIELD_FLAG, 3, 1) & SUBSTR(FIELD_FLAG, 7, 1))")),
             QStringLiteral("11"));
-  UnderWay underWay;
-  EXPECT_TRUE(DeleteMessages(context, many, &underWay) && stands({}, {}));
+  EXPECT_TRUE(DeleteMessages(context, many) && stands({}, {}));
   EXPECT_EQ(Column(QStringLiteral("COUNT(0)")), QStringLiteral("0"));
 }
 

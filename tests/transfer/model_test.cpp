@@ -145,10 +145,13 @@ class Model : public testing::Test {
     Context& context = AnyProgram().context;
     if (serial.isEmpty() || StatusOf(context, serial) != kStatusWaiting) return;
     if (Outbox(context, MailDatabasePath(context)).FindDoubtful(serial)) return;
-    UnderWay underWay;
-    const bool done = Dice(2) == 0 ? bool(SetDust(context, {serial}, true, &underWay))
-                                   : bool(DeleteMessages(context, {serial}, &underWay));
-    const bool gone = done && underWay.isEmpty();
+    bool gone = false;
+    if (Dice(2) == 0) {
+      const Result<Moved> moved = SetDust(context, {serial}, true);
+      gone = moved && moved->underWay.isEmpty();
+    } else {
+      gone = DeleteMessages(context, {serial}) == UnderWay();
+    }
     // Between the look and the throw it may have been sent; what counts is what the row says now.
     if (gone && qAbs(StatusOf(context, serial)) != kStatusSent) written_[serial].withdrawn = true;
   }

@@ -30,6 +30,7 @@ class CountingHost : public MessageHost {
   void StopAlike(const QString&) override {}
   QStringList OfferedAddresses() override { return {}; }
   void AddToBook(const QStringList&) override {}
+  void MakeAccount() override {}
   bool IsClosing() const override { return false; }
 };
 
@@ -46,7 +47,7 @@ class MessageActionsTest : public testing::Test {
     return MakeManualFolder(profile_.Get(), QString::fromUtf16(name)).ValueOr({});
   }
   qsizetype In(const QString& folder) {
-    return Members(profile_.Get(), messages_, folder).ValueOr({}).size();
+    return test::Filed(profile_.Get(), messages_, folder).size();
   }
 
   test::TestProfile profile_;

@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QStringList>
 
+#include "mail/codec/flag_string.h"
 #include "mail/window/message_host.h"
 #include "storage/context.h"
 #include "storage/result.h"
@@ -45,7 +46,7 @@ class ArchiveCommands {
   QString NameOf(const QString& folder) const;
   void TellImported(const Result<>& imported, const ImportCounts& counts, const QString& folder);
   void OfferUndo(const QString& done, const QStringList& messages, const QString& folder);
-  void TakeBack(const QHash<QString, QString>& flags, const QString& folder);
+  void TakeBack(const QHash<QString, FlagString>& flags, const QString& folder);
   void TellExported(const ExportOutcome& outcome);
 
   Context& context_;
