@@ -26,10 +26,10 @@ std::optional<QString> ReadRun(QByteArrayView run, bool atCut) {
 
 // The end of what an escape begins: behind the one that returns to ASCII.
 qsizetype EndOfShifted(QByteArrayView bytes, qsizetype escape) {
-  constexpr qsizetype kEscape = 3;
+  constexpr qsizetype kSequence = 3;
   for (qsizetype at = escape; at >= 0; at = bytes.indexOf('\x1B', at + 1)) {
-    const QByteArrayView next = bytes.sliced(at, qMin(kEscape, bytes.size() - at));
-    if (next == "\x1B(B" || next == "\x1B(J") return at + kEscape;
+    const QByteArrayView next = bytes.sliced(at, qMin(kSequence, bytes.size() - at));
+    if (next == "\x1B(B" || next == "\x1B(J") return at + kSequence;
   }
   return bytes.size();
 }

@@ -211,7 +211,7 @@ QByteArray EncodeBase64(const QByteArray& bytes) {
 
 // RFC 2045 section 6.7. Line breaks of the text stay line breaks; a lone CR or LF is encoded.
 QByteArray EncodeQuotedPrintable(const QByteArray& bytes) {
-  constexpr qsizetype kLineLength = 76;
+  constexpr qsizetype kEncodedLine = 76;
   constexpr char kHex[] = "0123456789ABCDEF";
   QByteArray lines;
   lines.reserve(bytes.size() * 2);
@@ -229,7 +229,7 @@ QByteArray EncodeQuotedPrintable(const QByteArray& bytes) {
     const bool isPlain = (c >= '!' && c <= '~' && c != '=' && !(column == 0 && c == '.')) ||
                          ((c == ' ' || c == '\t') && !atLineEnd);
     const qsizetype width = isPlain ? 1 : 3;
-    if (column + width > kLineLength - (atLineEnd ? 0 : 1)) {
+    if (column + width > kEncodedLine - (atLineEnd ? 0 : 1)) {
       lines += "=\r\n";
       column = 0;
     }
