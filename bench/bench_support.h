@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <functional>
 
-#include "storage/result.h"
+#include "storage/base/result.h"
 
 namespace vorn::bench {
 

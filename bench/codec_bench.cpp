@@ -11,11 +11,11 @@
 #include <functional>
 #include <vector>
 
-#include "mail/codec/charset_recognition.h"
-#include "mail/codec/html_sanitizer.h"
-#include "mail/codec/message_index.h"
-#include "mail/codec/mime_codec.h"
-#include "mail/codec/text_extraction.h"
+#include "mail/codec/charset/charset_recognition.h"
+#include "mail/codec/html/html_sanitizer.h"
+#include "mail/codec/mime/message_index.h"
+#include "mail/codec/mime/mime_codec.h"
+#include "mail/codec/mime/text_extraction.h"
 
 namespace vorn {
 namespace {

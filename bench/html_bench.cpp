@@ -14,8 +14,8 @@
 #include <QWebEngineUrlRequestInterceptor>
 #include <QWebEngineView>
 
-#include "mail/codec/html_text.h"
-#include "mail/window/html_view.h"
+#include "mail/codec/html/html_text.h"
+#include "mail/window/body/html_view.h"
 #include "window_support.h"
 
 namespace {

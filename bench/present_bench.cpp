@@ -34,7 +34,7 @@
 #include "objects/settings.h"
 #include "present/message_list_page.h"
 #include "present/window/browser_window.h"
-#include "present/window/text_wait.h"
+#include "present/window/folder/text_wait.h"
 #include "storage/condition_run.h"
 #include "storage/databases.h"
 #include "window_support.h"

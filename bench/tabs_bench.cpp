@@ -20,7 +20,7 @@
 #include "frame/window/parent_window.h"
 #include "frame/window/program.h"
 #include "mail/store/mail_store.h"
-#include "mail/window/reading_pane.h"
+#include "mail/window/reading/reading_pane.h"
 #include "objects/object_types.h"
 #include "present/window/browser_window.h"
 #include "window_support.h"

@@ -21,7 +21,7 @@
 #include "frame/start_up.h"
 #include "frame/window/parent_window.h"
 #include "mail/store/mail_store.h"
-#include "mail/window/html_view.h"
+#include "mail/window/body/html_view.h"
 #include "mail/window/message_window.h"
 #include "present/window/browser_window.h"
 

@@ -1,6 +1,6 @@
 #include "fuzz_input.h"
-#include "mail/codec/address.h"
-#include "mail/codec/mime_codec.h"
+#include "mail/codec/header/address.h"
+#include "mail/codec/mime/mime_codec.h"
 
 using namespace vorn;
 

@@ -1,6 +1,6 @@
 #include "fuzz_input.h"
-#include "mail/codec/charset_recognition.h"
-#include "mail/codec/code_page_932.h"
+#include "mail/codec/charset/charset_recognition.h"
+#include "mail/codec/charset/code_page_932.h"
 
 using namespace vorn;
 

@@ -1,8 +1,8 @@
 #include "fuzz_input.h"
-#include "mail/codec/attachments.h"
-#include "mail/codec/message_index.h"
-#include "mail/codec/mime_codec.h"
-#include "mail/codec/text_extraction.h"
+#include "mail/codec/mime/attachments.h"
+#include "mail/codec/mime/message_index.h"
+#include "mail/codec/mime/mime_codec.h"
+#include "mail/codec/mime/text_extraction.h"
 
 using namespace vorn;
 

@@ -1,6 +1,6 @@
 #include "fuzz_input.h"
-#include "storage/like_pattern.h"
-#include "storage/sql_dialect.h"
+#include "storage/sql/like_pattern.h"
+#include "storage/sql/sql_dialect.h"
 
 using namespace vorn;
 

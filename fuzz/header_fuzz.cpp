@@ -1,5 +1,5 @@
 #include "fuzz_input.h"
-#include "mail/codec/mime_codec.h"
+#include "mail/codec/mime/mime_codec.h"
 
 using namespace vorn;
 

@@ -1,5 +1,5 @@
 #include "fuzz_input.h"
-#include "mail/codec/html_sanitizer.h"
+#include "mail/codec/html/html_sanitizer.h"
 
 using namespace vorn;
 

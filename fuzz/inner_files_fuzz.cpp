@@ -1,9 +1,9 @@
 #include <QBuffer>
 
 #include "fuzz_input.h"
-#include "mail/codec/invitation.h"
-#include "mail/codec/tnef.h"
-#include "mail/codec/zip_files.h"
+#include "mail/codec/calendar/invitation.h"
+#include "mail/codec/mime/tnef.h"
+#include "mail/codec/mime/zip_files.h"
 
 using namespace vorn;
 

@@ -1,5 +1,5 @@
 #include "fuzz_input.h"
-#include "mail/codec/rtf_text.h"
+#include "mail/codec/text/rtf_text.h"
 
 using namespace vorn;
 

@@ -1,11 +1,11 @@
 #include "fuzz_input.h"
-#include "mail/codec/calendar_summary.h"
-#include "mail/codec/enriched_text.h"
-#include "mail/codec/flowed_text.h"
-#include "mail/codec/html_text.h"
-#include "mail/codec/mime_codec.h"
-#include "mail/codec/report_summary.h"
-#include "mail/codec/yencoding.h"
+#include "mail/codec/calendar/calendar_summary.h"
+#include "mail/codec/header/yencoding.h"
+#include "mail/codec/html/html_text.h"
+#include "mail/codec/mime/mime_codec.h"
+#include "mail/codec/text/enriched_text.h"
+#include "mail/codec/text/flowed_text.h"
+#include "mail/codec/text/report_summary.h"
 
 using namespace vorn;
 

@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <optional>
 
-#include "storage/result.h"
+#include "storage/base/result.h"
 
 namespace vorn::ctl {
 

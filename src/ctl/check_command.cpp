@@ -5,11 +5,11 @@
 
 #include "ctl/command.h"
 #include "objects/profile.h"
-#include "storage/file_check.h"
-#include "storage/file_key.h"
+#include "storage/bags/profile_bag.h"
+#include "storage/base/shown_text.h"
+#include "storage/keys/file_key.h"
 #include "storage/known_damage.h"
-#include "storage/profile_bag.h"
-#include "storage/shown_text.h"
+#include "storage/session/file_check.h"
 #include "storage/ui.h"
 
 namespace vorn::ctl {

@@ -8,7 +8,7 @@
 
 #include "ctl/arguments.h"
 #include "storage/context.h"
-#include "storage/file_check.h"
+#include "storage/session/file_check.h"
 
 namespace vorn::ctl {
 

@@ -3,9 +3,9 @@
 
 #include "ctl/command.h"
 #include "mail/compose_message.h"
-#include "storage/serial_id.h"
+#include "storage/base/serial_id.h"
+#include "storage/files/whole_file.h"
 #include "storage/ui.h"
-#include "storage/whole_file.h"
 
 namespace vorn::ctl {
 namespace {

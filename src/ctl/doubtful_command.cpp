@@ -3,8 +3,8 @@
 
 #include "ctl/command.h"
 #include "mail/store/outbox.h"
+#include "storage/base/time_text.h"
 #include "storage/databases.h"
-#include "storage/time_text.h"
 #include "storage/ui.h"
 
 namespace vorn::ctl {

@@ -5,11 +5,11 @@
 #include <optional>
 
 #include "ctl/command.h"
-#include "mail/codec/address.h"
-#include "mail/codec/attachments.h"
-#include "mail/codec/message_index.h"
-#include "mail/codec/mime_codec.h"
-#include "mail/codec/text_extraction.h"
+#include "mail/codec/header/address.h"
+#include "mail/codec/mime/attachments.h"
+#include "mail/codec/mime/message_index.h"
+#include "mail/codec/mime/mime_codec.h"
+#include "mail/codec/mime/text_extraction.h"
 #include "mail/compose_message.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"

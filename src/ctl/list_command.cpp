@@ -3,15 +3,15 @@
 #include <QSet>
 
 #include "ctl/command.h"
-#include "mail/codec/address.h"
+#include "mail/codec/header/address.h"
 #include "mail/search/folder_listing.h"
 #include "mail/store/mail_row.h"
 #include "mail/store/message_rows.h"
 #include "objects/object_types.h"
+#include "storage/base/shown_text.h"
+#include "storage/base/time_text.h"
 #include "storage/databases.h"
-#include "storage/session_result.h"
-#include "storage/shown_text.h"
-#include "storage/time_text.h"
+#include "storage/session/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn::ctl {

@@ -20,8 +20,8 @@
 #include "objects/lost_files.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
+#include "storage/base/shown_text.h"
 #include "storage/known_damage.h"
-#include "storage/shown_text.h"
 #include "storage/ui.h"
 
 namespace vorn::ctl {

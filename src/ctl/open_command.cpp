@@ -5,12 +5,12 @@
 #include <optional>
 
 #include "ctl/command.h"
-#include "mail/codec/message_code.h"
-#include "mail/codec/message_index.h"
+#include "mail/codec/mime/message_code.h"
+#include "mail/codec/mime/message_index.h"
 #include "mail/mail_request_bag.h"
 #include "mail/message_model.h"
 #include "mail/open_message.h"
-#include "storage/time_text.h"
+#include "storage/base/time_text.h"
 #include "storage/ui.h"
 
 namespace vorn::ctl {

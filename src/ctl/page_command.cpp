@@ -3,8 +3,8 @@
 
 #include "ctl/command.h"
 #include "present/message_list_page.h"
+#include "storage/files/whole_file.h"
 #include "storage/ui.h"
-#include "storage/whole_file.h"
 
 namespace vorn::ctl {
 

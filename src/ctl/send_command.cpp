@@ -4,7 +4,7 @@
 #include "ctl/command.h"
 #include "ctl/console_host.h"
 #include "mail/archive/mbox.h"
-#include "mail/codec/message_index.h"
+#include "mail/codec/mime/message_index.h"
 #include "mail/message_id.h"
 #include "mail/store/mail_store.h"
 #include "mail/store/outbox.h"

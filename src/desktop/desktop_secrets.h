@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "storage/secret_store.h"
+#include "storage/keys/secret_store.h"
 
 namespace vorn {
 

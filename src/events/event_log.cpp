@@ -2,11 +2,11 @@
 
 #include <QTime>
 
-#include "mail/codec/identifiers.h"
+#include "mail/codec/header/identifiers.h"
 #include "mail/store/message_bag.h"
 #include "objects/settings.h"
+#include "storage/bags/profile_bag.h"
 #include "storage/databases.h"
-#include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {

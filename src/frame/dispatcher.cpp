@@ -2,7 +2,7 @@
 
 #include <QScopedValueRollback>
 
-#include "storage/profile_bag.h"
+#include "storage/bags/profile_bag.h"
 
 namespace vorn {
 

@@ -5,8 +5,8 @@
 #include "objects/account.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
-#include "storage/change_mark.h"
 #include "storage/databases.h"
+#include "storage/session/change_mark.h"
 
 namespace vorn {
 

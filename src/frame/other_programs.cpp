@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "mail/store/message_rows.h"
-#include "storage/change_mark.h"
 #include "storage/databases.h"
+#include "storage/session/change_mark.h"
 
 namespace vorn {
 

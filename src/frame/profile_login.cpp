@@ -14,13 +14,13 @@
 #include "objects/profile.h"
 #include "objects/select_objects.h"
 #include "objects/standard_objects.h"
+#include "storage/bags/profile_bag.h"
 #include "storage/databases.h"
-#include "storage/file_key.h"
-#include "storage/file_lock.h"
+#include "storage/files/file_lock.h"
+#include "storage/keys/file_key.h"
+#include "storage/keys/recovery_code.h"
 #include "storage/known_damage.h"
-#include "storage/profile_bag.h"
-#include "storage/recovery_code.h"
-#include "storage/session_result.h"
+#include "storage/session/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {

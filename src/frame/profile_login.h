@@ -3,8 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/result.h"
 
 namespace vorn {
 

@@ -6,8 +6,8 @@
 #include <array>
 
 #include "frame/user_store.h"
-#include "storage/file_lock.h"
-#include "storage/private_files.h"
+#include "storage/files/file_lock.h"
+#include "storage/files/private_files.h"
 
 namespace vorn {
 namespace {

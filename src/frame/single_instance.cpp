@@ -1,6 +1,6 @@
 #include "frame/single_instance.h"
 
-#include "storage/private_files.h"
+#include "storage/files/private_files.h"
 
 namespace vorn {
 

@@ -7,9 +7,9 @@
 #include <utility>
 
 #include "objects/profile.h"
+#include "storage/bags/profile_bag.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
-#include "storage/profile_bag.h"
 
 namespace vorn {
 namespace {

@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "storage/context.h"
-#include "storage/source_walk.h"
+#include "storage/engine/source_walk.h"
 
 class QThread;
 

@@ -11,12 +11,12 @@
 #include "frame/security_key.h"
 #include "objects/lost_files.h"
 #include "objects/profile.h"
+#include "storage/bags/profile_bag.h"
 #include "storage/databases.h"
-#include "storage/file_lock.h"
-#include "storage/private_files.h"
-#include "storage/profile_bag.h"
-#include "storage/session_result.h"
-#include "storage/sole_use.h"
+#include "storage/engine/sole_use.h"
+#include "storage/files/file_lock.h"
+#include "storage/files/private_files.h"
+#include "storage/session/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -2,8 +2,8 @@
 
 #include <QFileInfo>
 
-#include "storage/file_lock.h"
-#include "storage/private_files.h"
+#include "storage/files/file_lock.h"
+#include "storage/files/private_files.h"
 
 namespace vorn {
 namespace {

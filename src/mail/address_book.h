@@ -2,9 +2,9 @@
 
 #include <QList>
 
-#include "mail/codec/address.h"
+#include "mail/codec/header/address.h"
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/result.h"
 
 namespace vorn {
 

@@ -3,8 +3,8 @@
 #include <QRegularExpression>
 
 #include "mail/attachment_files.h"
-#include "mail/codec/picture_head.h"
-#include "storage/shown_text.h"
+#include "mail/codec/html/picture_head.h"
+#include "storage/base/shown_text.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -6,8 +6,8 @@
 #include <QLocale>
 #include <QRegularExpression>
 
-#include "mail/codec/mime_codec.h"
-#include "storage/shown_text.h"
+#include "mail/codec/mime/mime_codec.h"
+#include "storage/base/shown_text.h"
 #include "storage/ui.h"
 
 namespace vorn {

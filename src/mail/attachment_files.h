@@ -4,7 +4,7 @@
 #include <QString>
 
 #include "mail/message_model.h"
-#include "storage/result.h"
+#include "storage/base/result.h"
 
 namespace vorn {
 

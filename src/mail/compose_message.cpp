@@ -5,9 +5,9 @@
 #include <cctype>
 #include <cstring>
 
-#include "mail/codec/charset_recognition.h"
-#include "mail/codec/envelope_address.h"
-#include "mail/codec/mime_codec.h"
+#include "mail/codec/charset/charset_recognition.h"
+#include "mail/codec/header/envelope_address.h"
+#include "mail/codec/mime/mime_codec.h"
 
 namespace vorn {
 namespace {

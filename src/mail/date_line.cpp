@@ -1,8 +1,8 @@
 #include "mail/date_line.h"
 
-#include "mail/codec/message_date.h"
-#include "storage/shown_form.h"
-#include "storage/time_text.h"
+#include "mail/codec/mime/message_date.h"
+#include "storage/base/shown_form.h"
+#include "storage/base/time_text.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -4,7 +4,7 @@
 
 #include "mail/message_model.h"
 #include "mail/store/mail_row.h"
-#include "storage/data_session.h"
+#include "storage/session/data_session.h"
 
 namespace vorn {
 

@@ -3,8 +3,8 @@
 #include <QStringList>
 #include <QUrl>
 
-#include "mail/codec/address.h"
-#include "mail/codec/list_splitting.h"
+#include "mail/codec/header/address.h"
+#include "mail/codec/header/list_splitting.h"
 
 namespace vorn {
 namespace {

@@ -1,7 +1,7 @@
 #include "mail/message_document.h"
 
 #include "mail/attachment_files.h"
-#include "mail/codec/inline_images.h"
+#include "mail/codec/mime/inline_images.h"
 #include "mail/compose_message.h"
 #include "objects/settings.h"
 

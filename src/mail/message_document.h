@@ -2,12 +2,12 @@
 
 #include <optional>
 
-#include "mail/codec/code_offers.h"
+#include "mail/codec/mime/code_offers.h"
 #include "mail/mail_request_bag.h"
 #include "mail/open_message.h"
 #include "mail/state_edits.h"
 #include "mail/store/message_bag.h"
-#include "storage/result.h"
+#include "storage/base/result.h"
 
 namespace vorn {
 

@@ -1,6 +1,6 @@
 #include "mail/message_id.h"
 
-#include "mail/codec/identifiers.h"
+#include "mail/codec/header/identifiers.h"
 
 namespace vorn {
 

@@ -4,18 +4,18 @@
 #include <algorithm>
 
 #include "mail/attachment_files.h"
-#include "mail/codec/attachments.h"
-#include "mail/codec/inline_images.h"
-#include "mail/codec/message_date.h"
-#include "mail/codec/mime_codec.h"
-#include "mail/codec/text_extraction.h"
+#include "mail/codec/mime/attachments.h"
+#include "mail/codec/mime/inline_images.h"
+#include "mail/codec/mime/message_date.h"
+#include "mail/codec/mime/mime_codec.h"
+#include "mail/codec/mime/text_extraction.h"
 #include "mail/compose_message.h"
 #include "objects/reply_line.h"
 #include "objects/setting_keys.h"
 #include "objects/settings.h"
-#include "storage/shown_form.h"
-#include "storage/shown_text.h"
-#include "storage/time_text.h"
+#include "storage/base/shown_form.h"
+#include "storage/base/shown_text.h"
+#include "storage/base/time_text.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -8,12 +8,12 @@
 #include <optional>
 #include <vector>
 
-#include "mail/codec/address.h"
-#include "mail/codec/content_index.h"
+#include "mail/codec/header/address.h"
+#include "mail/codec/mime/content_index.h"
 #include "mail/lazy_text.h"
 #include "mail/open_mode.h"
 #include "mail/reply_form.h"
-#include "storage/disk.h"
+#include "storage/bags/disk.h"
 
 namespace vorn {
 

@@ -1,10 +1,10 @@
 #include "mail/open_message.h"
 
-#include "mail/codec/inline_images.h"
-#include "mail/codec/message_code.h"
-#include "mail/codec/message_index.h"
-#include "mail/codec/signature.h"
-#include "mail/codec/text_extraction.h"
+#include "mail/codec/mime/inline_images.h"
+#include "mail/codec/mime/message_code.h"
+#include "mail/codec/mime/message_index.h"
+#include "mail/codec/mime/signature.h"
+#include "mail/codec/mime/text_extraction.h"
 #include "mail/mail_request_bag.h"
 #include "mail/mailto.h"
 #include "mail/message_id.h"
@@ -16,7 +16,7 @@
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
-#include "storage/session_result.h"
+#include "storage/session/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {

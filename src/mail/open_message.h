@@ -6,7 +6,7 @@
 
 #include "mail/message_model.h"
 #include "storage/context.h"
-#include "storage/file_check.h"
+#include "storage/session/file_check.h"
 
 namespace vorn {
 

@@ -2,10 +2,10 @@
 
 #include <vector>
 
-#include "mail/codec/html_sanitizer.h"
-#include "mail/codec/html_text.h"
-#include "mail/codec/html_tree.h"
-#include "storage/shown_text.h"
+#include "mail/codec/html/html_sanitizer.h"
+#include "mail/codec/html/html_text.h"
+#include "mail/codec/html/html_tree.h"
+#include "storage/base/shown_text.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -4,8 +4,8 @@
 
 #include "mail/store/outbox.h"
 #include "mail/store/send_refusals.h"
+#include "storage/base/time_text.h"
 #include "storage/databases.h"
-#include "storage/time_text.h"
 #include "storage/ui.h"
 
 namespace vorn {

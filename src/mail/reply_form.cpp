@@ -3,7 +3,7 @@
 #include <QRegularExpression>
 #include <QStringList>
 
-#include "storage/shown_text.h"
+#include "storage/base/shown_text.h"
 #include "storage/ui.h"
 
 namespace vorn {

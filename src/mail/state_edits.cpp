@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "mail/codec/flag_string.h"
+#include "mail/codec/mime/flag_string.h"
 #include "mail/store/message_bag.h"
 
 namespace vorn {

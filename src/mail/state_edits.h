@@ -1,9 +1,9 @@
 #pragma once
 
-#include "mail/codec/charset.h"
+#include "mail/codec/charset/charset.h"
 #include "mail/store/mail_store.h"
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/result.h"
 
 namespace vorn {
 

@@ -1,7 +1,7 @@
 #include "mail/working_folder.h"
 
 #include "mail/attachment_files.h"
-#include "storage/private_files.h"
+#include "storage/files/private_files.h"
 
 namespace vorn {
 

@@ -4,7 +4,7 @@
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/trusted_certificates.h"
-#include "storage/shown_text.h"
+#include "storage/base/shown_text.h"
 #include "storage/ui.h"
 #include "storage/work_lock.h"
 

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "objects/endpoint.h"
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/result.h"
 
 namespace vorn {
 

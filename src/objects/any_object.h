@@ -3,7 +3,7 @@
 #include <QDateTime>
 #include <QString>
 
-#include "storage/disk.h"
+#include "storage/bags/disk.h"
 
 namespace vorn {
 

@@ -3,7 +3,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "storage/disk.h"
+#include "storage/bags/disk.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "storage/disk.h"
+#include "storage/bags/disk.h"
 
 namespace vorn {
 

@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "objects/save_object.h"
-#include "storage/database_sync.h"
 #include "storage/databases.h"
-#include "storage/file_counts.h"
 #include "storage/file_notes.h"
-#include "storage/session_result.h"
+#include "storage/session/database_sync.h"
+#include "storage/session/file_counts.h"
+#include "storage/session/session_result.h"
 
 namespace vorn {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "storage/disk.h"
+#include "storage/bags/disk.h"
 
 namespace vorn {
 

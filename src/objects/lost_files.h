@@ -4,8 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+#include "storage/base/result.h"
 #include "storage/file_notes.h"
-#include "storage/result.h"
 
 namespace vorn {
 

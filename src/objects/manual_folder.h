@@ -1,7 +1,7 @@
 #pragma once
 
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/result.h"
 
 namespace vorn {
 

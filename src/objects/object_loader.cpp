@@ -1,8 +1,8 @@
 #include "objects/object_loader.h"
 
 #include "objects/any_object.h"
+#include "storage/bags/profile_bag.h"
 #include "storage/databases.h"
-#include "storage/profile_bag.h"
 
 namespace vorn {
 

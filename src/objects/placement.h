@@ -3,7 +3,7 @@
 #include <QRect>
 #include <QString>
 
-#include "storage/disk.h"
+#include "storage/bags/disk.h"
 
 namespace vorn {
 

@@ -3,9 +3,9 @@
 #include <QString>
 #include <QStringList>
 
-#include "storage/code_file.h"
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/result.h"
+#include "storage/keys/code_file.h"
 
 namespace vorn {
 

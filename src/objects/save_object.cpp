@@ -4,11 +4,11 @@
 
 #include "objects/any_object.h"
 #include "objects/object_types.h"
+#include "storage/bags/profile_bag.h"
+#include "storage/base/time_text.h"
 #include "storage/file_notes.h"
-#include "storage/profile_bag.h"
-#include "storage/session_result.h"
-#include "storage/sql_text.h"
-#include "storage/time_text.h"
+#include "storage/session/session_result.h"
+#include "storage/sql/sql_text.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -2,9 +2,9 @@
 
 #include <QString>
 
+#include "storage/base/result.h"
 #include "storage/context.h"
 #include "storage/databases.h"
-#include "storage/result.h"
 
 namespace vorn {
 

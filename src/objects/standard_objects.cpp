@@ -15,7 +15,7 @@
 #include "objects/setting_keys.h"
 #include "objects/version_serial.h"
 #include "storage/message_state.h"
-#include "storage/session_result.h"
+#include "storage/session/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -2,7 +2,7 @@
 
 #include <QFile>
 
-#include "mail/codec/code_page_932.h"
+#include "mail/codec/charset/code_page_932.h"
 #include "mail/search/folder_rows.h"
 #include "mail/search/search_condition.h"
 #include "mail/store/message_rows.h"
@@ -18,10 +18,10 @@
 #include "present/page_filler.h"
 #include "present/page_template.h"
 #include "storage/databases.h"
+#include "storage/files/private_files.h"
 #include "storage/message_state.h"
-#include "storage/private_files.h"
-#include "storage/session_result.h"
-#include "storage/sql_text.h"
+#include "storage/session/session_result.h"
+#include "storage/sql/sql_text.h"
 #include "storage/ui.h"
 
 namespace vorn {

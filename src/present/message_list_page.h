@@ -5,8 +5,8 @@
 
 #include "mail/search/folder_rows.h"
 #include "present/page_tags.h"
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/result.h"
 
 namespace vorn {
 

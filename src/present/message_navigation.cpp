@@ -5,7 +5,7 @@
 #include "mail/search/neighbour_message.h"
 #include "present/message_list_page.h"
 #include "present/shown_page.h"
-#include "storage/condition_limit.h"
+#include "storage/engine/condition_limit.h"
 #include "storage/ui.h"
 
 namespace vorn {

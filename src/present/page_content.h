@@ -5,9 +5,9 @@
 #include <QStringList>
 #include <functional>
 
-#include "storage/disk.h"
+#include "storage/bags/disk.h"
+#include "storage/engine/recordset.h"
 #include "storage/message_state.h"
-#include "storage/recordset.h"
 
 namespace vorn {
 

@@ -1,6 +1,6 @@
 #include "present/page_filler.h"
 
-#include "mail/codec/code_page_932.h"
+#include "mail/codec/charset/code_page_932.h"
 #include "mail/store/mail_row.h"
 #include "present/page_content.h"
 #include "storage/ui.h"

@@ -4,7 +4,7 @@
 #include <QList>
 
 #include "present/page_tags.h"
-#include "storage/recordset.h"
+#include "storage/engine/recordset.h"
 
 namespace vorn {
 

@@ -5,7 +5,7 @@
 
 #include "mail/search/folder_search.h"
 #include "present/page_state.h"
-#include "storage/disk.h"
+#include "storage/bags/disk.h"
 
 namespace vorn {
 

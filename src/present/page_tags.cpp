@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
-#include "mail/codec/address.h"
-#include "mail/codec/message_code.h"
-#include "mail/codec/text_extraction.h"
+#include "mail/codec/header/address.h"
+#include "mail/codec/mime/message_code.h"
+#include "mail/codec/mime/text_extraction.h"
 #include "mail/store/mail_store.h"
 #include "objects/any_object.h"
 #include "present/page_content.h"
-#include "storage/shown_text.h"
-#include "storage/time_text.h"
+#include "storage/base/shown_text.h"
+#include "storage/base/time_text.h"
 #include "storage/ui.h"
 
 namespace vorn {

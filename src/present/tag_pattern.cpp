@@ -1,6 +1,6 @@
 #include "present/tag_pattern.h"
 
-#include "mail/codec/code_page_932.h"
+#include "mail/codec/charset/code_page_932.h"
 
 namespace vorn {
 

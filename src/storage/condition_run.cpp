@@ -8,10 +8,10 @@
 #include <malloc.h>
 #endif
 
-#include "storage/condition_limit.h"
+#include "storage/bags/profile_bag.h"
 #include "storage/databases.h"
-#include "storage/profile_bag.h"
-#include "storage/sql_dialect.h"
+#include "storage/engine/condition_limit.h"
+#include "storage/sql/sql_dialect.h"
 
 namespace vorn {
 namespace {

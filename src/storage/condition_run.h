@@ -8,8 +8,8 @@
 #include <memory>
 #include <utility>
 
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/result.h"
 
 class QThread;
 

@@ -2,10 +2,10 @@
 
 #include <QString>
 
-#include "storage/data_session.h"
-#include "storage/disk.h"
-#include "storage/profile_lock.h"
-#include "storage/secret_store.h"
+#include "storage/bags/disk.h"
+#include "storage/files/profile_lock.h"
+#include "storage/keys/secret_store.h"
+#include "storage/session/data_session.h"
 
 namespace vorn {
 

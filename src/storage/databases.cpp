@@ -3,11 +3,11 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "storage/file_key.h"
+#include "storage/bags/profile_bag.h"
 #include "storage/file_notes.h"
-#include "storage/new_database.h"
-#include "storage/profile_bag.h"
-#include "storage/session_result.h"
+#include "storage/keys/file_key.h"
+#include "storage/session/new_database.h"
+#include "storage/session/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {

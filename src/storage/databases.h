@@ -2,8 +2,8 @@
 
 #include <QString>
 
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/result.h"
 
 namespace vorn {
 

@@ -3,9 +3,9 @@
 #include <QFileInfo>
 #include <algorithm>
 
-#include "storage/file_key.h"
-#include "storage/profile_bag.h"
-#include "storage/raw_pages.h"
+#include "storage/bags/profile_bag.h"
+#include "storage/engine/raw_pages.h"
+#include "storage/keys/file_key.h"
 #include "storage/ui.h"
 
 namespace vorn {

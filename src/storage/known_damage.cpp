@@ -3,8 +3,8 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "storage/found_damage.h"
-#include "storage/profile_bag.h"
+#include "storage/bags/profile_bag.h"
+#include "storage/files/found_damage.h"
 #include "storage/ui.h"
 
 namespace vorn {

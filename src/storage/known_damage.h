@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "storage/context.h"
-#include "storage/damage_note.h"
+#include "storage/files/damage_note.h"
 
 namespace vorn {
 

@@ -3,8 +3,8 @@
 #include <QCryptographicHash>
 #include <QFileInfo>
 
-#include "storage/private_files.h"
-#include "storage/profile_bag.h"
+#include "storage/bags/profile_bag.h"
+#include "storage/files/private_files.h"
 #include "storage/ui.h"
 
 namespace vorn {

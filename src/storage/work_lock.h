@@ -3,7 +3,7 @@
 #include <QString>
 
 #include "storage/context.h"
-#include "storage/file_lock.h"
+#include "storage/files/file_lock.h"
 
 namespace vorn {
 

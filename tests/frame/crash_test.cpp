@@ -17,8 +17,8 @@
 #include "mail/store/mail_store.h"
 #include "objects/profile.h"
 #include "storage/databases.h"
-#include "storage/file_check.h"
-#include "storage/password_change.h"
+#include "storage/session/file_check.h"
+#include "storage/session/password_change.h"
 #include "support/test_profile.h"
 
 namespace vorn {

@@ -5,7 +5,7 @@
 #include "frame/start_up.h"
 #include "mail/store/mail_store.h"
 #include "storage/databases.h"
-#include "storage/file_check.h"
+#include "storage/session/file_check.h"
 #include "support/test_profile.h"
 
 namespace vorn {

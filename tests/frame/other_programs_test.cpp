@@ -6,8 +6,8 @@
 
 #include "frame/other_objects.h"
 #include "objects/object_types.h"
-#include "storage/connection.h"
 #include "storage/databases.h"
+#include "storage/engine/connection.h"
 #include "support/test_profile.h"
 
 namespace vorn {

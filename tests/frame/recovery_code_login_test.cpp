@@ -14,9 +14,9 @@
 #include "mail/store/mail_store.h"
 #include "objects/profile.h"
 #include "storage/databases.h"
-#include "storage/file_key.h"
-#include "storage/password_change.h"
-#include "storage/recovery_code.h"
+#include "storage/keys/file_key.h"
+#include "storage/keys/recovery_code.h"
+#include "storage/session/password_change.h"
 #include "support/fake_secrets.h"
 #include "support/test_profile.h"
 

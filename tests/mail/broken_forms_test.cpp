@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include "mail/codec/address.h"
-#include "mail/codec/message_index.h"
-#include "mail/codec/mime_codec.h"
-#include "mail/codec/text_encoding.h"
-#include "mail/codec/text_extraction.h"
+#include "mail/codec/charset/text_encoding.h"
+#include "mail/codec/header/address.h"
+#include "mail/codec/mime/message_index.h"
+#include "mail/codec/mime/mime_codec.h"
+#include "mail/codec/mime/text_extraction.h"
 #include "support/growth.h"
 
 namespace vorn {

@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "mail/codec/address.h"
-#include "mail/codec/charset_recognition.h"
-#include "mail/codec/code_page_932.h"
-#include "mail/codec/flag_string.h"
-#include "mail/codec/message_index.h"
-#include "mail/codec/mime_codec.h"
-#include "mail/codec/text_extraction.h"
+#include "mail/codec/charset/charset_recognition.h"
+#include "mail/codec/charset/code_page_932.h"
+#include "mail/codec/header/address.h"
+#include "mail/codec/mime/flag_string.h"
+#include "mail/codec/mime/message_index.h"
+#include "mail/codec/mime/mime_codec.h"
+#include "mail/codec/mime/text_extraction.h"
 #include "support/test_profile.h"
 
 namespace vorn {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mail/codec/text_encoding.h"
+#include "mail/codec/charset/text_encoding.h"
 
 namespace vorn {
 

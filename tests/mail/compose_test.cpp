@@ -5,9 +5,9 @@
 #include <gmime/gmime.h>
 #include <gtest/gtest.h>
 
-#include "mail/codec/attachments.h"
-#include "mail/codec/message_index.h"
-#include "mail/codec/text_extraction.h"
+#include "mail/codec/mime/attachments.h"
+#include "mail/codec/mime/message_index.h"
+#include "mail/codec/mime/text_extraction.h"
 #include "mail/reply_form.h"
 #include "objects/settings.h"
 #include "support/test_profile.h"

@@ -9,12 +9,12 @@
 #include <QJsonObject>
 #include <map>
 
-#include "mail/codec/address.h"
-#include "mail/codec/attachments.h"
-#include "mail/codec/header_fields.h"
-#include "mail/codec/message_index.h"
-#include "mail/codec/mime_codec.h"
-#include "mail/codec/text_extraction.h"
+#include "mail/codec/header/address.h"
+#include "mail/codec/header/header_fields.h"
+#include "mail/codec/mime/attachments.h"
+#include "mail/codec/mime/message_index.h"
+#include "mail/codec/mime/mime_codec.h"
+#include "mail/codec/mime/text_extraction.h"
 #include "objects/settings.h"
 #include "support/test_profile.h"
 

@@ -12,10 +12,10 @@
 #include "mail/store/stored_copy.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
-#include "storage/file_check.h"
+#include "storage/engine/raw_pages.h"
+#include "storage/engine/source_walk.h"
 #include "storage/known_damage.h"
-#include "storage/raw_pages.h"
-#include "storage/source_walk.h"
+#include "storage/session/file_check.h"
 #include "support/test_profile.h"
 
 namespace vorn {

@@ -4,9 +4,9 @@
 
 #include <string_view>
 
-#include "mail/codec/charset.h"
-#include "mail/codec/charset_recognition.h"
-#include "mail/codec/mime_codec.h"
+#include "mail/codec/charset/charset.h"
+#include "mail/codec/charset/charset_recognition.h"
+#include "mail/codec/mime/mime_codec.h"
 #include "mail/codes.h"
 #include "support/growth.h"
 

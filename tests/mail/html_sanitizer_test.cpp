@@ -1,13 +1,13 @@
 // What of a mail's HTML is shown: what looks, and nothing that acts.
 
-#include "mail/codec/html_sanitizer.h"
+#include "mail/codec/html/html_sanitizer.h"
 
 #include <gtest/gtest.h>
 
 #include <QRegularExpression>
 
-#include "mail/codec/html_text.h"
-#include "mail/codec/style_filter.h"
+#include "mail/codec/html/html_text.h"
+#include "mail/codec/html/style_filter.h"
 #include "support/growth.h"
 #include "support/test_profile.h"
 

@@ -8,10 +8,10 @@
 #include <map>
 
 #include "mail/attachment_files.h"
-#include "mail/codec/rtf_text.h"
-#include "mail/codec/text_extraction.h"
-#include "mail/codec/tnef.h"
-#include "mail/codec/zip_files.h"
+#include "mail/codec/mime/text_extraction.h"
+#include "mail/codec/mime/tnef.h"
+#include "mail/codec/mime/zip_files.h"
+#include "mail/codec/text/rtf_text.h"
 #include "mail/message_model.h"
 #include "objects/settings.h"
 

@@ -1,12 +1,12 @@
 // Answers to invitations, as calendars and as messages.
 
-#include "mail/codec/invitation.h"
+#include "mail/codec/calendar/invitation.h"
 
 #include <gtest/gtest.h>
 
-#include "mail/codec/calendar_summary.h"
-#include "mail/codec/mime_codec.h"
-#include "mail/codec/text_extraction.h"
+#include "mail/codec/calendar/calendar_summary.h"
+#include "mail/codec/mime/mime_codec.h"
+#include "mail/codec/mime/text_extraction.h"
 #include "mail/compose_message.h"
 #include "mail/message_model.h"
 #include "objects/settings.h"

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <string>
 
-#include "mail/codec/charset.h"
-#include "mail/codec/charset_recognition.h"
-#include "mail/codec/message_index.h"
-#include "mail/codec/mime_codec.h"
+#include "mail/codec/charset/charset.h"
+#include "mail/codec/charset/charset_recognition.h"
+#include "mail/codec/mime/message_index.h"
+#include "mail/codec/mime/mime_codec.h"
 #include "mail/codes.h"
 
 namespace vorn {

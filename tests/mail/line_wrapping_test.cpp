@@ -1,6 +1,6 @@
 // Lines that are broken before they are sent.
 
-#include "mail/codec/line_wrapping.h"
+#include "mail/codec/text/line_wrapping.h"
 
 #include <gtest/gtest.h>
 

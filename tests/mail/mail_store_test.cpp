@@ -6,9 +6,9 @@
 #include "mail/store/known_addresses.h"
 #include "mail/store/message_filing.h"
 #include "objects/object_types.h"
-#include "storage/connection.h"
 #include "storage/databases.h"
-#include "storage/own_statement.h"
+#include "storage/engine/connection.h"
+#include "storage/session/own_statement.h"
 #include "support/test_profile.h"
 
 namespace vorn {

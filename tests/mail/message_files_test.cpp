@@ -7,16 +7,16 @@
 #include <QTemporaryDir>
 
 #include "mail/attachment_files.h"
-#include "mail/codec/content_index.h"
-#include "mail/codec/flag_string.h"
-#include "mail/codec/inline_images.h"
-#include "mail/codec/message_date.h"
-#include "mail/codec/message_index.h"
+#include "mail/codec/mime/content_index.h"
+#include "mail/codec/mime/flag_string.h"
+#include "mail/codec/mime/inline_images.h"
+#include "mail/codec/mime/message_date.h"
+#include "mail/codec/mime/message_index.h"
 #include "mail/date_line.h"
 #include "mail/file_kind.h"
 #include "mail/print_page.h"
 #include "objects/settings.h"
-#include "storage/time_text.h"
+#include "storage/base/time_text.h"
 #include "support/test_profile.h"
 #include "support/time_zone.h"
 

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "mail/attachment_files.h"
-#include "mail/codec/message_code.h"
-#include "mail/codec/message_index.h"
+#include "mail/codec/mime/message_code.h"
+#include "mail/codec/mime/message_index.h"
 #include "mail/compose_message.h"
 #include "mail/mail_request_bag.h"
 #include "mail/message_model.h"

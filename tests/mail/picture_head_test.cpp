@@ -1,6 +1,6 @@
 // What a picture is and what showing it costs, by its first bytes.
 
-#include "mail/codec/picture_head.h"
+#include "mail/codec/html/picture_head.h"
 
 #include <gtest/gtest.h>
 

@@ -4,11 +4,11 @@
 
 #include <algorithm>
 
-#include "mail/codec/code_offers.h"
-#include "mail/codec/header_decoding.h"
-#include "mail/codec/mime_codec.h"
-#include "mail/codec/signature.h"
-#include "mail/codec/text_extraction.h"
+#include "mail/codec/header/header_decoding.h"
+#include "mail/codec/mime/code_offers.h"
+#include "mail/codec/mime/mime_codec.h"
+#include "mail/codec/mime/signature.h"
+#include "mail/codec/mime/text_extraction.h"
 
 namespace vorn {
 namespace {

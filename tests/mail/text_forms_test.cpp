@@ -6,12 +6,12 @@
 #include <cstdio>
 #include <random>
 
-#include "mail/codec/calendar_summary.h"
-#include "mail/codec/charset_recognition.h"
-#include "mail/codec/header_decoding.h"
-#include "mail/codec/html_text.h"
-#include "mail/codec/mime_codec.h"
-#include "mail/codec/text_extraction.h"
+#include "mail/codec/calendar/calendar_summary.h"
+#include "mail/codec/charset/charset_recognition.h"
+#include "mail/codec/header/header_decoding.h"
+#include "mail/codec/html/html_text.h"
+#include "mail/codec/mime/mime_codec.h"
+#include "mail/codec/mime/text_extraction.h"
 #include "support/test_profile.h"
 
 namespace vorn {

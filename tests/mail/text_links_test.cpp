@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "mail/codec/text_links.h"
+#include "mail/codec/text/text_links.h"
 
 namespace vorn {
 namespace {

@@ -15,8 +15,8 @@
 #include "objects/standard_objects.h"
 #include "objects/version_serial.h"
 #include "storage/databases.h"
-#include "storage/file_check.h"
-#include "storage/sql_dialect.h"
+#include "storage/session/file_check.h"
+#include "storage/sql/sql_dialect.h"
 #include "storage/ui.h"
 #include "support/test_profile.h"
 

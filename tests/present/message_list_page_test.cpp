@@ -4,7 +4,7 @@
 
 #include <QFile>
 
-#include "mail/codec/code_page_932.h"
+#include "mail/codec/charset/code_page_932.h"
 #include "mail/search/neighbour_message.h"
 #include "mail/search/unread_count.h"
 #include "mail/store/mail_store.h"

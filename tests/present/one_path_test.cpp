@@ -6,12 +6,12 @@
 
 #include <QRandomGenerator>
 
-#include "mail/codec/code_page_932.h"
-#include "mail/codec/flag_string.h"
-#include "mail/codec/message_code.h"
-#include "mail/codec/message_index.h"
-#include "mail/codec/mime_codec.h"
-#include "mail/codec/text_extraction.h"
+#include "mail/codec/charset/code_page_932.h"
+#include "mail/codec/mime/flag_string.h"
+#include "mail/codec/mime/message_code.h"
+#include "mail/codec/mime/message_index.h"
+#include "mail/codec/mime/mime_codec.h"
+#include "mail/codec/mime/text_extraction.h"
 #include "mail/mail_request_bag.h"
 #include "mail/open_message.h"
 #include "mail/store/mail_store.h"

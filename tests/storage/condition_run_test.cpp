@@ -7,9 +7,9 @@
 #include <QElapsedTimer>
 #include <optional>
 
-#include "storage/condition_limit.h"
 #include "storage/databases.h"
-#include "storage/own_statement.h"
+#include "storage/engine/condition_limit.h"
+#include "storage/session/own_statement.h"
 #include "support/test_profile.h"
 
 namespace vorn {

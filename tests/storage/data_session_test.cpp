@@ -1,4 +1,4 @@
-#include "storage/data_session.h"
+#include "storage/session/data_session.h"
 
 #include <gtest/gtest.h>
 
@@ -8,10 +8,10 @@
 #include <QSet>
 #include <QTemporaryDir>
 
-#include "storage/change_mark.h"
-#include "storage/database_sync.h"
+#include "storage/base/time_text.h"
 #include "storage/databases.h"
-#include "storage/time_text.h"
+#include "storage/session/change_mark.h"
+#include "storage/session/database_sync.h"
 #include "support/test_profile.h"
 
 namespace vorn {

@@ -1,4 +1,4 @@
-#include "storage/disk.h"
+#include "storage/bags/disk.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "storage/password_change.h"
+#include "storage/session/password_change.h"
 
 #include <gtest/gtest.h>
 
@@ -7,13 +7,13 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
-#include "storage/data_session.h"
-#include "storage/engine.h"
-#include "storage/file_key.h"
+#include "storage/engine/engine.h"
+#include "storage/engine/raw_pages.h"
 #include "storage/file_notes.h"
-#include "storage/new_database.h"
-#include "storage/raw_pages.h"
-#include "storage/session_result.h"
+#include "storage/keys/file_key.h"
+#include "storage/session/data_session.h"
+#include "storage/session/new_database.h"
+#include "storage/session/session_result.h"
 #include "support/test_profile.h"
 
 namespace vorn {

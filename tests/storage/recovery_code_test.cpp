@@ -1,4 +1,4 @@
-#include "storage/recovery_code.h"
+#include "storage/keys/recovery_code.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
-#include "storage/code_file.h"
+#include "storage/keys/code_file.h"
 #include "support/fake_secrets.h"
 #include "support/test_profile.h"
 

@@ -1,4 +1,4 @@
-#include "storage/shown_text.h"
+#include "storage/base/shown_text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
-#include "storage/sql_dialect.h"
+#include "storage/sql/sql_dialect.h"
 
 #include <gtest/gtest.h>
 
-#include "storage/like_pattern.h"
-#include "storage/sql_text.h"
+#include "storage/sql/like_pattern.h"
+#include "storage/sql/sql_text.h"
 #include "support/test_profile.h"
 
 namespace vorn {

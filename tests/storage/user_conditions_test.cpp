@@ -5,8 +5,8 @@
 #include <QElapsedTimer>
 #include <utility>
 
-#include "storage/condition_limit.h"
 #include "storage/databases.h"
+#include "storage/engine/condition_limit.h"
 #include "support/hostile_conditions.h"
 #include "support/test_profile.h"
 

@@ -5,8 +5,8 @@
 #include <QStringList>
 #include <functional>
 
-#include "storage/connection.h"
 #include "storage/databases.h"
+#include "storage/engine/connection.h"
 #include "support/test_profile.h"
 #include "transfer/mail_traffic.h"
 

@@ -8,7 +8,7 @@
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/databases.h"
-#include "storage/sole_use.h"
+#include "storage/engine/sole_use.h"
 #include "storage/work_lock.h"
 #include "support/loopback_pop3_server.h"
 #include "transfer/once_fixture.h"

@@ -1,6 +1,6 @@
 // Which account a waiting message goes with, and what becomes of it.
 
-#include "mail/codec/mime_codec.h"
+#include "mail/codec/mime/mime_codec.h"
 #include "mail/store/mail_store.h"
 #include "objects/settings.h"
 #include "support/loopback_pop3_server.h"

@@ -3,7 +3,7 @@
 
 #include <QMessageAuthenticationCode>
 
-#include "mail/codec/envelope_address.h"
+#include "mail/codec/header/envelope_address.h"
 #include "support/session_recorder.h"
 #include "support/test_profile.h"
 #include "transfer/pop3/pop3_session.h"

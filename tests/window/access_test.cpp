@@ -3,7 +3,7 @@
 #include <QAccessible>
 #include <QMenu>
 
-#include "mail/window/reading_pane.h"
+#include "mail/window/reading/reading_pane.h"
 #include "objects/object_types.h"
 #include "objects/window/objects_window.h"
 #include "objects/window/settings_window.h"

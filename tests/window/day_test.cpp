@@ -12,10 +12,10 @@
 #include <QTabWidget>
 #include <QTableWidget>
 
-#include "frame/window/console_tree.h"
-#include "mail/window/attachment_list.h"
+#include "frame/window/panes/console_tree.h"
+#include "mail/window/fields/attachment_list.h"
 #include "mail/window/message_window.h"
-#include "mail/window/reading_pane.h"
+#include "mail/window/reading/reading_pane.h"
 #include "objects/object_types.h"
 #include "objects/window/condition_editor.h"
 #include "objects/window/objects_window.h"

@@ -7,7 +7,7 @@
 
 #include "frame/language_texts.h"
 #include "frame/ui_language.h"
-#include "mail/window/reading_pane.h"
+#include "mail/window/reading/reading_pane.h"
 #include "objects/object_types.h"
 #include "objects/window/settings_window.h"
 #include "transfer/window/rule_window.h"

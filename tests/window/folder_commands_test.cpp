@@ -11,7 +11,7 @@
 
 #include "auxiliary/window/console_window.h"
 #include "mail/address_book.h"
-#include "mail/codec/flag_string.h"
+#include "mail/codec/mime/flag_string.h"
 #include "mail/store/mail_row.h"
 #include "mail/store/message_filing.h"
 #include "mail/store/message_rows.h"

@@ -16,8 +16,8 @@
 #include "mail/window/message_window.h"
 #include "objects/manual_folder.h"
 #include "present/folder_layout.h"
+#include "present/window/folder/text_wait.h"
 #include "present/window/layout_window.h"
-#include "present/window/text_wait.h"
 #include "window/folder_page_fixture.h"
 
 namespace vorn {

@@ -4,7 +4,7 @@
 #include <QMdiSubWindow>
 #include <QTranslator>
 
-#include "frame/window/console_tree.h"
+#include "frame/window/panes/console_tree.h"
 #include "mail/window/message_window.h"
 #include "objects/any_object.h"
 #include "window/folder_page_fixture.h"

@@ -4,7 +4,7 @@
 #include <QJsonDocument>
 
 #include "auxiliary/window/console_window.h"
-#include "mail/window/attachment_list.h"
+#include "mail/window/fields/attachment_list.h"
 #include "objects/window/objects_window.h"
 #include "support/shown_texts.h"
 #include "window/folder_page_fixture.h"

@@ -9,8 +9,8 @@
 #include <QTimer>
 
 #include "auxiliary/window/console_window.h"
-#include "mail/window/attachment_list.h"
-#include "mail/window/calendar_bar.h"
+#include "mail/window/bars/calendar_bar.h"
+#include "mail/window/fields/attachment_list.h"
 #include "window/message_window_fixture.h"
 
 namespace vorn {

@@ -1,7 +1,7 @@
 // What is done with messages of the folders' pages, by itself: what leaves the folder that is
 // shown, and what takes it back.
 
-#include "frame/window/message_actions.h"
+#include "frame/window/commands/message_actions.h"
 
 #include <gtest/gtest.h>
 

@@ -20,8 +20,8 @@
 
 #include "auxiliary/window/console_window.h"
 #include "mail/print_page.h"
-#include "mail/window/attachment_list.h"
-#include "mail/window/html_view.h"
+#include "mail/window/body/html_view.h"
+#include "mail/window/fields/attachment_list.h"
 #include "support/engine_answer.h"
 #include "window/message_window_fixture.h"
 

@@ -14,7 +14,7 @@
 #include "auxiliary/window/address_window.h"
 #include "auxiliary/window/console_window.h"
 #include "mail/store/drafts.h"
-#include "mail/window/attachment_list.h"
+#include "mail/window/fields/attachment_list.h"
 #include "objects/object_types.h"
 #include "window/message_window_fixture.h"
 

@@ -5,7 +5,7 @@
 #include <QStyledItemDelegate>
 #include <QTableWidget>
 
-#include "mail/window/address_list.h"
+#include "mail/window/fields/address_list.h"
 #include "window/message_window_fixture.h"
 
 namespace vorn {

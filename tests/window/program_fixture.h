@@ -21,7 +21,7 @@
 #include "objects/settings.h"
 #include "present/folder_layout.h"
 #include "present/window/browser_window.h"
-#include "present/window/shown_folder.h"
+#include "present/window/folder/shown_folder.h"
 #include "support/engine_answer.h"
 #include "support/loopback_pop3_server.h"
 #include "support/window_driving.h"

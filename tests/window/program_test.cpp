@@ -12,8 +12,8 @@
 #include <QTreeWidget>
 #include <algorithm>
 
-#include "frame/window/console_tree.h"
-#include "frame/window/node_commands.h"
+#include "frame/window/panes/console_tree.h"
+#include "frame/window/panes/node_commands.h"
 #include "mail/search/unread_count.h"
 #include "mail/store/mail_store.h"
 #include "mail/window/message_window.h"

@@ -12,8 +12,8 @@
 #include <algorithm>
 
 #include "mail/store/drafts.h"
-#include "mail/window/attachment_list.h"
-#include "mail/window/header_list.h"
+#include "mail/window/fields/attachment_list.h"
+#include "mail/window/fields/header_list.h"
 #include "window/message_window_fixture.h"
 
 namespace vorn {

@@ -19,7 +19,7 @@
 #include "mail/store/message_filing.h"
 #include "mail/store/message_rows.h"
 #include "mail/window/message_window.h"
-#include "mail/window/reading_pane.h"
+#include "mail/window/reading/reading_pane.h"
 #include "objects/object_loader.h"
 #include "storage/databases.h"
 #include "window/folder_page_fixture.h"

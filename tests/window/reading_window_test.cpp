@@ -9,8 +9,8 @@
 #include <QPushButton>
 
 #include "kit/window/cascade.h"
-#include "mail/codec/text_encoding.h"
-#include "mail/window/attachment_list.h"
+#include "mail/codec/charset/text_encoding.h"
+#include "mail/window/fields/attachment_list.h"
 #include "objects/settings.h"
 #include "window/message_window_fixture.h"
 

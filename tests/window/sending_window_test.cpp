@@ -6,7 +6,7 @@
 #include <QTreeWidget>
 
 #include "auxiliary/window/console_window.h"
-#include "frame/window/tools_menu.h"
+#include "frame/window/commands/tools_menu.h"
 #include "mail/store/drafts.h"
 #include "mail/store/outbox.h"
 #include "objects/account.h"

@@ -1,6 +1,6 @@
 // What the main window's status bar says of checks, and the steps that it takes back, by itself.
 
-#include "frame/window/status_bar.h"
+#include "frame/window/notices/status_bar.h"
 
 #include <gtest/gtest.h>
 

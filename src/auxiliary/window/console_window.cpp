@@ -20,7 +20,7 @@
 #include "kit/window/plain_text.h"
 #include "objects/any_object.h"
 #include "objects/select_objects.h"
-#include "storage/profile_bag.h"
+#include "storage/bags/profile_bag.h"
 #include "storage/ui.h"
 #include "storage/window/file_dialogs.h"
 

@@ -21,7 +21,7 @@
 #include "objects/object_types.h"
 #include "objects/profile.h"
 #include "objects/select_objects.h"
-#include "storage/profile_bag.h"
+#include "storage/bags/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -3,19 +3,19 @@
 #include <QMainWindow>
 
 #include "frame/request_timer.h"
-#include "frame/window/console_tree.h"
-#include "frame/window/damage_watch.h"
-#include "frame/window/folder_changes.h"
-#include "frame/window/folder_panes.h"
-#include "frame/window/main_closing.h"
-#include "frame/window/main_message_host.h"
-#include "frame/window/main_tray.h"
-#include "frame/window/new_message_notice.h"
-#include "frame/window/opener.h"
-#include "frame/window/pages_host.h"
-#include "frame/window/request_windows.h"
-#include "frame/window/status_bar.h"
-#include "frame/window/traffic_host.h"
+#include "frame/window/hosts/main_closing.h"
+#include "frame/window/hosts/main_message_host.h"
+#include "frame/window/hosts/pages_host.h"
+#include "frame/window/notices/damage_watch.h"
+#include "frame/window/notices/main_tray.h"
+#include "frame/window/notices/new_message_notice.h"
+#include "frame/window/notices/status_bar.h"
+#include "frame/window/notices/traffic_host.h"
+#include "frame/window/panes/console_tree.h"
+#include "frame/window/panes/folder_changes.h"
+#include "frame/window/panes/folder_panes.h"
+#include "frame/window/panes/opener.h"
+#include "frame/window/panes/request_windows.h"
 
 class QToolBar;
 

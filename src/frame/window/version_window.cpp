@@ -8,7 +8,7 @@
 #include "frame/profile_login.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
-#include "storage/profile_bag.h"
+#include "storage/bags/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -3,7 +3,7 @@
 #include <QLabel>
 
 #include "kit/window/plain_text.h"
-#include "storage/shown_text.h"
+#include "storage/base/shown_text.h"
 
 namespace vorn {
 

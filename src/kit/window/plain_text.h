@@ -3,7 +3,7 @@
 #include <QMessageBox>
 #include <QString>
 
-#include "storage/shown_text.h"
+#include "storage/base/shown_text.h"
 
 class QLabel;
 

@@ -1,9 +1,9 @@
 #include "mail/archive/export_messages.h"
 
-#include "mail/codec/content_index.h"
+#include "mail/codec/mime/content_index.h"
 #include "mail/store/mail_store.h"
 #include "objects/settings.h"
-#include "storage/time_text.h"
+#include "storage/base/time_text.h"
 #include "storage/ui.h"
 
 namespace vorn {

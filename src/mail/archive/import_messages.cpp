@@ -6,17 +6,17 @@
 #include <algorithm>
 
 #include "mail/archive/mail_archive.h"
-#include "mail/codec/message_date.h"
-#include "mail/codec/message_index.h"
+#include "mail/codec/mime/message_date.h"
+#include "mail/codec/mime/message_index.h"
 #include "mail/store/mail_row.h"
 #include "mail/store/mail_store.h"
 #include "mail/store/message_identity.h"
 #include "mail/store/message_rows.h"
 #include "objects/settings.h"
+#include "storage/base/group_size.h"
+#include "storage/base/time_text.h"
 #include "storage/databases.h"
-#include "storage/group_size.h"
-#include "storage/session_result.h"
-#include "storage/time_text.h"
+#include "storage/session/session_result.h"
 #include "storage/ui.h"
 #include "storage/work_lock.h"
 

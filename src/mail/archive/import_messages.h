@@ -3,8 +3,8 @@
 #include <QString>
 
 #include "mail/archive/export_messages.h"
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/result.h"
 
 namespace vorn {
 

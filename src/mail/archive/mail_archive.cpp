@@ -10,10 +10,10 @@
 
 #include "mail/archive/mbox.h"
 #include "mail/attachment_files.h"
-#include "mail/codec/address.h"
-#include "mail/codec/mime_codec.h"
+#include "mail/codec/header/address.h"
+#include "mail/codec/mime/mime_codec.h"
+#include "storage/files/whole_file.h"
 #include "storage/ui.h"
-#include "storage/whole_file.h"
 
 namespace vorn {
 namespace {

@@ -8,7 +8,7 @@
 #include <QString>
 #include <functional>
 
-#include "storage/result.h"
+#include "storage/base/result.h"
 
 namespace vorn {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "mail/codec/charset.h"
+#include "mail/codec/charset/charset.h"
 #include "mail/inspection/calendar_actions.h"
 #include "mail/inspection/office_parts.h"
 #include "mail/inspection/pdf_actions.h"

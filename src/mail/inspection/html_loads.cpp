@@ -3,7 +3,7 @@
 #include <QRegularExpression>
 #include <vector>
 
-#include "mail/codec/html_tree.h"
+#include "mail/codec/html/html_tree.h"
 
 namespace vorn {
 namespace {

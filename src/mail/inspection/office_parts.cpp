@@ -6,7 +6,7 @@
 #include <iterator>
 #include <optional>
 
-#include "mail/codec/zip_files.h"
+#include "mail/codec/mime/zip_files.h"
 #include "mail/inspection/office_part.h"
 
 namespace vorn {

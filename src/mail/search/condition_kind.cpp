@@ -1,7 +1,7 @@
 #include "mail/search/condition_kind.h"
 
 #include "storage/message_state.h"
-#include "storage/sql_text.h"
+#include "storage/sql/sql_text.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -1,7 +1,7 @@
 #include "mail/search/folder_count.h"
 
 #include "storage/databases.h"
-#include "storage/session_result.h"
+#include "storage/session/session_result.h"
 
 namespace vorn {
 

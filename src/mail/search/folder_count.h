@@ -1,8 +1,8 @@
 #pragma once
 
 #include "mail/search/folder_query.h"
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/result.h"
 
 namespace vorn {
 

@@ -9,8 +9,8 @@
 #include "mail/store/mail_store.h"
 #include "mail/store/message_pieces.h"
 #include "storage/databases.h"
-#include "storage/session_result.h"
-#include "storage/sql_text.h"
+#include "storage/session/session_result.h"
+#include "storage/sql/sql_text.h"
 
 namespace vorn {
 namespace {

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "mail/store/mail_row.h"
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/file_check.h"
-#include "storage/result.h"
+#include "storage/session/file_check.h"
 
 namespace vorn {
 

@@ -1,8 +1,8 @@
 #include "mail/search/folder_query.h"
 
 #include "mail/store/message_pieces.h"
-#include "storage/schema.h"
-#include "storage/sql_text.h"
+#include "storage/engine/schema.h"
+#include "storage/sql/sql_text.h"
 
 namespace vorn {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <QElapsedTimer>
 
-#include "storage/change_mark.h"
-#include "storage/sql_text.h"
+#include "storage/session/change_mark.h"
+#include "storage/sql/sql_text.h"
 
 namespace vorn {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "mail/search/folder_query.h"
 #include "mail/search/row_index.h"
-#include "storage/data_session.h"
+#include "storage/session/data_session.h"
 
 namespace vorn {
 

@@ -7,8 +7,8 @@
 #include "mail/store/message_rows.h"
 #include "objects/list_settings.h"
 #include "storage/databases.h"
-#include "storage/session_result.h"
-#include "storage/sql_text.h"
+#include "storage/session/session_result.h"
+#include "storage/sql/sql_text.h"
 
 namespace vorn {
 namespace {

@@ -3,8 +3,8 @@
 #include <QString>
 
 #include "mail/search/folder_search.h"
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/result.h"
 
 namespace vorn {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "mail/store/mail_row.h"
-#include "storage/sql_text.h"
+#include "storage/sql/sql_text.h"
 
 namespace vorn {
 namespace {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "storage/data_session.h"
+#include "storage/session/data_session.h"
 
 namespace vorn {
 

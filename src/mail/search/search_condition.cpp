@@ -6,8 +6,8 @@
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
-#include "storage/sql_dialect.h"
-#include "storage/sql_text.h"
+#include "storage/sql/sql_dialect.h"
+#include "storage/sql/sql_text.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -3,11 +3,11 @@
 #include <optional>
 #include <string>
 
-#include "mail/codec/message_code.h"
-#include "mail/codec/text_extraction.h"
+#include "mail/codec/mime/message_code.h"
+#include "mail/codec/mime/text_extraction.h"
 #include "objects/settings.h"
-#include "storage/connection.h"
-#include "storage/long_binary_table.h"
+#include "storage/engine/connection.h"
+#include "storage/engine/long_binary_table.h"
 
 namespace vorn {
 namespace {

@@ -4,7 +4,7 @@
 #include <QStringList>
 
 #include "storage/context.h"
-#include "storage/like_pattern.h"
+#include "storage/sql/like_pattern.h"
 
 namespace vorn {
 

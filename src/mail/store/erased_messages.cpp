@@ -1,8 +1,8 @@
 #include "mail/store/erased_messages.h"
 
 #include "mail/store/mail_row.h"
-#include "storage/session_result.h"
-#include "storage/sql_text.h"
+#include "storage/session/session_result.h"
+#include "storage/sql/sql_text.h"
 
 namespace vorn {
 

@@ -4,8 +4,8 @@
 #include <QMultiHash>
 #include <QString>
 
-#include "storage/data_session.h"
-#include "storage/result.h"
+#include "storage/base/result.h"
+#include "storage/session/data_session.h"
 
 namespace vorn {
 

@@ -6,9 +6,9 @@
 #include "objects/any_object.h"
 #include "objects/book_object.h"
 #include "objects/object_types.h"
+#include "storage/base/shown_text.h"
+#include "storage/base/time_text.h"
 #include "storage/databases.h"
-#include "storage/shown_text.h"
-#include "storage/time_text.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -4,7 +4,7 @@
 #include <QSet>
 #include <QStringList>
 
-#include "mail/codec/address.h"
+#include "mail/codec/header/address.h"
 #include "storage/context.h"
 
 namespace vorn {

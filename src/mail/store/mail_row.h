@@ -4,9 +4,9 @@
 #include <QString>
 #include <optional>
 
-#include "mail/codec/flag_string.h"
+#include "mail/codec/mime/flag_string.h"
+#include "storage/engine/recordset.h"
 #include "storage/message_state.h"
-#include "storage/recordset.h"
 
 namespace vorn {
 

@@ -1,14 +1,14 @@
 #include "mail/store/mail_store.h"
 #include "mail/store/mail_row.h"
 
-#include "mail/codec/message_index.h"
+#include "mail/codec/mime/message_index.h"
 #include "mail/store/message_identity.h"
 #include "mail/store/message_rows.h"
 #include "mail/store/received_rows.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
-#include "storage/session_result.h"
-#include "storage/sql_text.h"
+#include "storage/session/session_result.h"
+#include "storage/sql/sql_text.h"
 #include "storage/ui.h"
 
 namespace vorn {

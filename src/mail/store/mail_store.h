@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "mail/store/message_bag.h"
+#include "storage/base/result.h"
 #include "storage/context.h"
 #include "storage/databases.h"
-#include "storage/result.h"
 
 namespace vorn {
 

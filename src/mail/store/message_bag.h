@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "mail/codec/flag_string.h"
+#include "mail/codec/mime/flag_string.h"
 #include "storage/context.h"
 #include "storage/databases.h"
 #include "storage/message_state.h"

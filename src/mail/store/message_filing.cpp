@@ -8,7 +8,7 @@
 #include "mail/store/message_pieces.h"
 #include "mail/store/message_rows.h"
 #include "storage/databases.h"
-#include "storage/session_result.h"
+#include "storage/session/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {

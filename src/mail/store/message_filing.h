@@ -4,10 +4,10 @@
 #include <QMap>
 #include <QStringList>
 
-#include "mail/codec/flag_string.h"
+#include "mail/codec/mime/flag_string.h"
+#include "storage/base/result.h"
 #include "storage/context.h"
 #include "storage/message_state.h"
-#include "storage/result.h"
 
 namespace vorn {
 

@@ -3,8 +3,8 @@
 #include <QtEndian>
 #include <algorithm>
 
-#include "mail/codec/header_fields.h"
-#include "storage/source_digest.h"
+#include "mail/codec/header/header_fields.h"
+#include "storage/engine/source_digest.h"
 
 namespace vorn {
 namespace {

@@ -3,9 +3,9 @@
 #include <QRegularExpression>
 #include <QUrl>
 
-#include "mail/codec/address.h"
-#include "mail/codec/header_decoding.h"
-#include "mail/codec/header_fields.h"
+#include "mail/codec/header/address.h"
+#include "mail/codec/header/header_decoding.h"
+#include "mail/codec/header/header_fields.h"
 #include "objects/object_types.h"
 #include "storage/ui.h"
 

@@ -3,7 +3,7 @@
 #include <QList>
 #include <QStringList>
 
-#include "storage/sql_text.h"
+#include "storage/sql/sql_text.h"
 
 namespace vorn {
 

@@ -2,9 +2,9 @@
 
 #include "mail/store/mail_row.h"
 #include "mail/store/mail_store.h"
-#include "storage/own_statement.h"
-#include "storage/session_result.h"
-#include "storage/sql_text.h"
+#include "storage/session/own_statement.h"
+#include "storage/session/session_result.h"
+#include "storage/sql/sql_text.h"
 
 namespace vorn {
 namespace {

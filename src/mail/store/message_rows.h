@@ -3,8 +3,8 @@
 #include <QString>
 #include <QStringList>
 
-#include "storage/data_session.h"
-#include "storage/result.h"
+#include "storage/base/result.h"
+#include "storage/session/data_session.h"
 
 namespace vorn {
 

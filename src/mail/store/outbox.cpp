@@ -3,10 +3,10 @@
 #include "mail/store/mail_row.h"
 #include "mail/store/mail_store.h"
 #include "mail/store/message_rows.h"
-#include "storage/database_sync.h"
 #include "storage/databases.h"
-#include "storage/session_result.h"
-#include "storage/sql_text.h"
+#include "storage/session/database_sync.h"
+#include "storage/session/session_result.h"
+#include "storage/sql/sql_text.h"
 #include "storage/work_lock.h"
 
 namespace vorn {

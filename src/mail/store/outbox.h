@@ -5,10 +5,10 @@
 #include <QString>
 #include <optional>
 
-#include "mail/codec/flag_string.h"
+#include "mail/codec/mime/flag_string.h"
+#include "storage/base/result.h"
 #include "storage/context.h"
 #include "storage/databases.h"
-#include "storage/result.h"
 
 namespace vorn {
 

@@ -1,7 +1,7 @@
 #include "mail/store/received_rows.h"
 
 #include "storage/message_state.h"
-#include "storage/own_statement.h"
+#include "storage/session/own_statement.h"
 
 namespace vorn {
 

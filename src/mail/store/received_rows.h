@@ -4,8 +4,8 @@
 #include <QString>
 #include <functional>
 
-#include "storage/data_session.h"
-#include "storage/result.h"
+#include "storage/base/result.h"
+#include "storage/session/data_session.h"
 
 namespace vorn {
 

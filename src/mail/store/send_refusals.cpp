@@ -1,6 +1,6 @@
 #include "mail/store/send_refusals.h"
 
-#include "storage/own_statement.h"
+#include "storage/session/own_statement.h"
 
 namespace vorn {
 

@@ -3,9 +3,9 @@
 #include <QHash>
 #include <QString>
 
+#include "storage/base/result.h"
 #include "storage/context.h"
 #include "storage/databases.h"
-#include "storage/result.h"
 
 namespace vorn {
 

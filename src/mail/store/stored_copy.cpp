@@ -4,19 +4,19 @@
 #include <algorithm>
 #include <optional>
 
-#include "mail/codec/content_index.h"
-#include "mail/codec/header_decoding.h"
-#include "mail/codec/header_fields.h"
+#include "mail/codec/header/header_decoding.h"
+#include "mail/codec/header/header_fields.h"
+#include "mail/codec/mime/content_index.h"
 #include "mail/store/erased_messages.h"
 #include "mail/store/mail_row.h"
 #include "mail/store/message_identity.h"
 #include "mail/store/message_rows.h"
 #include "mail/store/received_rows.h"
 #include "storage/databases.h"
+#include "storage/engine/source_digest.h"
 #include "storage/known_damage.h"
-#include "storage/session_result.h"
-#include "storage/source_digest.h"
-#include "storage/sql_text.h"
+#include "storage/session/session_result.h"
+#include "storage/sql/sql_text.h"
 
 namespace vorn {
 namespace {

@@ -9,8 +9,8 @@
 #include <optional>
 #include <vector>
 
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/result.h"
 
 namespace vorn {
 

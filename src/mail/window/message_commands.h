@@ -5,8 +5,8 @@
 #include <QList>
 #include <QString>
 
-#include "mail/codec/charset.h"
-#include "mail/codec/flag_string.h"
+#include "mail/codec/charset/charset.h"
+#include "mail/codec/mime/flag_string.h"
 #include "mail/store/message_bag.h"
 
 namespace vorn {

@@ -11,8 +11,8 @@
 #include "kit/window/access_names.h"
 #include "kit/window/plain_text.h"
 #include "mail/message_document.h"
-#include "mail/window/message_body.h"
-#include "mail/window/message_form.h"
+#include "mail/window/body/message_body.h"
+#include "mail/window/composing/message_form.h"
 #include "mail/window/message_window.h"
 #include "storage/ui.h"
 

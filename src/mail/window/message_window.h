@@ -3,11 +3,11 @@
 #include <QMainWindow>
 
 #include "mail/message_document.h"
-#include "mail/window/message_closing.h"
+#include "mail/window/composing/message_closing.h"
+#include "mail/window/composing/message_output.h"
+#include "mail/window/composing/receipt_question.h"
+#include "mail/window/host/message_host.h"
 #include "mail/window/message_commands.h"
-#include "mail/window/message_host.h"
-#include "mail/window/message_output.h"
-#include "mail/window/receipt_question.h"
 #include "objects/request_window.h"
 
 namespace vorn {

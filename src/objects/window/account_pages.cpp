@@ -11,7 +11,7 @@
 #include "objects/account.h"
 #include "objects/object_types.h"
 #include "objects/trusted_certificates.h"
-#include "storage/shown_text.h"
+#include "storage/base/shown_text.h"
 #include "storage/ui.h"
 #include "transfer/servers/known_providers.h"
 

@@ -9,7 +9,7 @@
 #include "kit/window/plain_text.h"
 #include "objects/object_loader.h"
 #include "objects/save_object.h"
-#include "storage/profile_bag.h"
+#include "storage/bags/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -13,7 +13,7 @@
 #include "objects/any_object.h"
 #include "objects/folder_object.h"
 #include "objects/object_types.h"
-#include "storage/condition_limit.h"
+#include "storage/engine/condition_limit.h"
 #include "storage/ui.h"
 
 namespace vorn {

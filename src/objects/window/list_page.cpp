@@ -11,8 +11,8 @@
 #include <QUrl>
 
 #include "kit/window/access_names.h"
-#include "mail/codec/address.h"
-#include "mail/codec/list_splitting.h"
+#include "mail/codec/header/address.h"
+#include "mail/codec/header/list_splitting.h"
 #include "objects/object_types.h"
 #include "storage/ui.h"
 

@@ -19,7 +19,7 @@
 #include "objects/window/list_page.h"
 #include "objects/window/profile_page.h"
 #include "objects/window_request.h"
-#include "storage/session_result.h"
+#include "storage/session/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {

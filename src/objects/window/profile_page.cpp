@@ -20,10 +20,10 @@
 #include "objects/object_types.h"
 #include "objects/profile.h"
 #include "objects/window/recovery_code_window.h"
+#include "storage/bags/profile_bag.h"
 #include "storage/databases.h"
-#include "storage/file_key.h"
-#include "storage/profile_bag.h"
-#include "storage/session_result.h"
+#include "storage/keys/file_key.h"
+#include "storage/session/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {

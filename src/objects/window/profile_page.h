@@ -1,7 +1,7 @@
 #pragma once
 
 #include "objects/window/form_page.h"
-#include "storage/result.h"
+#include "storage/base/result.h"
 
 class QCheckBox;
 class QFileInfo;

@@ -12,7 +12,7 @@
 #include <QVBoxLayout>
 
 #include "kit/window/plain_text.h"
-#include "storage/private_files.h"
+#include "storage/files/private_files.h"
 #include "storage/ui.h"
 
 namespace vorn {

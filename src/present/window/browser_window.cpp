@@ -5,20 +5,20 @@
 #include <QVBoxLayout>
 #include <QWebEngineView>
 
-#include "mail/window/message_host.h"
+#include "mail/window/host/message_host.h"
 #include "present/link_command.h"
-#include "present/window/browser_host.h"
-#include "present/window/browser_profiles.h"
-#include "present/window/engine_view.h"
-#include "present/window/folder_toolbar.h"
-#include "present/window/page_loader.h"
-#include "present/window/page_maker.h"
-#include "present/window/page_printing.h"
-#include "present/window/page_reading.h"
-#include "present/window/page_rest.h"
-#include "present/window/page_split.h"
-#include "present/window/script_bar.h"
-#include "present/window/shown_folder.h"
+#include "present/window/engine/browser_profiles.h"
+#include "present/window/engine/engine_view.h"
+#include "present/window/engine/script_bar.h"
+#include "present/window/folder/page_split.h"
+#include "present/window/folder/shown_folder.h"
+#include "present/window/page/browser_host.h"
+#include "present/window/page/page_loader.h"
+#include "present/window/page/page_maker.h"
+#include "present/window/page/page_printing.h"
+#include "present/window/page/page_reading.h"
+#include "present/window/page/page_rest.h"
+#include "present/window/toolbar/folder_toolbar.h"
 #include "present/window/web_navigation.h"
 
 namespace vorn {

@@ -32,9 +32,9 @@
 #include "present/page_tags.h"
 #include "present/page_template.h"
 #include "present/ready_layouts.h"
-#include "present/window/link_page.h"
-#include "present/window/page_source.h"
-#include "storage/condition_limit.h"
+#include "present/window/engine/link_page.h"
+#include "present/window/engine/page_source.h"
+#include "storage/engine/condition_limit.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -4,7 +4,7 @@
 #include <QTimer>
 
 #include "present/message_list_page.h"
-#include "present/window/browser_profiles.h"
+#include "present/window/engine/browser_profiles.h"
 #include "storage/context.h"
 
 class QComboBox;

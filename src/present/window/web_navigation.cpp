@@ -6,12 +6,12 @@
 
 #include "kit/window/plain_text.h"
 #include "present/page_request.h"
-#include "present/window/browser_host.h"
 #include "present/window/browser_window.h"
-#include "present/window/engine_view.h"
-#include "present/window/folder_toolbar.h"
-#include "present/window/link_page.h"
-#include "present/window/page_loader.h"
+#include "present/window/engine/engine_view.h"
+#include "present/window/engine/link_page.h"
+#include "present/window/page/browser_host.h"
+#include "present/window/page/page_loader.h"
+#include "present/window/toolbar/folder_toolbar.h"
 #include "storage/ui.h"
 
 namespace vorn {

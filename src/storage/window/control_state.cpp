@@ -17,7 +17,7 @@
 #include "objects/object_loader.h"
 #include "objects/placement.h"
 #include "objects/save_object.h"
-#include "storage/time_text.h"
+#include "storage/base/time_text.h"
 #include "storage/ui.h"
 
 namespace vorn {

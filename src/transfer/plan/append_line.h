@@ -1,6 +1,6 @@
 #pragma once
 
-#include "storage/disk.h"
+#include "storage/bags/disk.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -3,7 +3,7 @@
 #include <QString>
 #include <utility>
 
-#include "storage/disk.h"
+#include "storage/bags/disk.h"
 
 namespace vorn {
 

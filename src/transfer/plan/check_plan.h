@@ -4,9 +4,9 @@
 #include <functional>
 #include <utility>
 
+#include "storage/base/result.h"
 #include "storage/context.h"
 #include "storage/databases.h"
-#include "storage/result.h"
 #include "transfer/plan/account_sessions.h"
 #include "transfer/plan/check_job.h"
 #include "transfer/plan/held_works.h"

@@ -5,7 +5,7 @@
 #include <functional>
 #include <map>
 
-#include "storage/result.h"
+#include "storage/base/result.h"
 
 namespace vorn {
 

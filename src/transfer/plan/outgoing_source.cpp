@@ -1,6 +1,6 @@
 #include "transfer/plan/outgoing_source.h"
 
-#include "mail/codec/mime_codec.h"
+#include "mail/codec/mime/mime_codec.h"
 
 namespace vorn {
 namespace {

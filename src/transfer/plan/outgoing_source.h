@@ -4,7 +4,7 @@
 #include <QList>
 #include <QString>
 
-#include "mail/codec/address.h"
+#include "mail/codec/header/address.h"
 
 namespace vorn {
 

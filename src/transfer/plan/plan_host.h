@@ -3,7 +3,7 @@
 #include <QString>
 
 #include "events/event_kinds.h"
-#include "storage/disk.h"
+#include "storage/bags/disk.h"
 
 namespace vorn {
 

@@ -3,8 +3,8 @@
 #include <QScopedValueRollback>
 #include <QString>
 
+#include "storage/bags/disk.h"
 #include "storage/context.h"
-#include "storage/disk.h"
 #include "transfer/plan/check_job.h"
 
 namespace vorn {

@@ -3,8 +3,8 @@
 #include <QSet>
 #include <QString>
 
+#include "storage/bags/disk.h"
 #include "storage/context.h"
-#include "storage/disk.h"
 
 namespace vorn {
 

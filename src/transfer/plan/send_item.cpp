@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "mail/codec/address.h"
+#include "mail/codec/header/address.h"
 #include "mail/store/message_bag.h"
 #include "mail/store/outbox.h"
 #include "transfer/plan/append_line.h"

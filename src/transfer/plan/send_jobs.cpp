@@ -2,12 +2,12 @@
 
 #include <tuple>
 
-#include "mail/codec/address.h"
+#include "mail/codec/header/address.h"
 #include "mail/store/outbox.h"
 #include "mail/store/send_refusals.h"
 #include "objects/account.h"
 #include "objects/settings.h"
-#include "storage/time_text.h"
+#include "storage/base/time_text.h"
 #include "storage/ui.h"
 #include "transfer/control/pop.h"
 #include "transfer/plan/account_sessions.h"

@@ -3,7 +3,7 @@
 #include <QScopedValueRollback>
 #include <optional>
 
-#include "mail/codec/address.h"
+#include "mail/codec/header/address.h"
 #include "objects/account.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"

@@ -5,8 +5,8 @@
 #include <QString>
 #include <vector>
 
+#include "storage/bags/disk.h"
 #include "storage/context.h"
-#include "storage/disk.h"
 
 namespace vorn {
 

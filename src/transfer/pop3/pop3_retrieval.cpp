@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "mail/codec/header_fields.h"
+#include "mail/codec/header/header_fields.h"
 #include "mail/store/message_identity.h"
 #include "storage/ui.h"
 #include "transfer/pop3/announced_size.h"

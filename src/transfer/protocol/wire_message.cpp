@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "mail/codec/header_editing.h"
+#include "mail/codec/header/header_editing.h"
 
 namespace vorn {
 namespace {

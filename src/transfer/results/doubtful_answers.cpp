@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "storage/databases.h"
-#include "storage/own_statement.h"
-#include "storage/session_result.h"
-#include "storage/sql_text.h"
+#include "storage/session/own_statement.h"
+#include "storage/session/session_result.h"
+#include "storage/sql/sql_text.h"
 
 namespace vorn {
 

@@ -7,8 +7,8 @@
 #include "mail/store/mail_row.h"
 #include "mail/store/message_rows.h"
 #include "objects/settings.h"
+#include "storage/bags/profile_bag.h"
 #include "storage/databases.h"
-#include "storage/profile_bag.h"
 #include "storage/ui.h"
 
 namespace vorn {

@@ -5,8 +5,8 @@
 #include <QStringList>
 #include <optional>
 
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/result.h"
 
 namespace vorn {
 

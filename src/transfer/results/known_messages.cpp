@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "objects/settings.h"
-#include "storage/source_digest.h"
+#include "storage/engine/source_digest.h"
 #include "transfer/pop3/announced_size.h"
 
 namespace vorn {

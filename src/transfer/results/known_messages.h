@@ -8,8 +8,8 @@
 #include <QStringList>
 
 #include "mail/store/stored_copy.h"
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/result.h"
 #include "transfer/protocol/pop_events.h"
 #include "transfer/results/doubtful_answers.h"
 #include "transfer/results/known_files.h"

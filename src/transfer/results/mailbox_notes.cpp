@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "storage/databases.h"
-#include "storage/own_statement.h"
-#include "storage/session_result.h"
+#include "storage/session/own_statement.h"
+#include "storage/session/session_result.h"
 
 namespace vorn {
 namespace {

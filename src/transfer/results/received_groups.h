@@ -3,8 +3,8 @@
 #include <QList>
 #include <QTimer>
 
+#include "storage/base/group_size.h"
 #include "storage/context.h"
-#include "storage/group_size.h"
 
 namespace vorn {
 

@@ -3,17 +3,17 @@
 #include <tuple>
 #include <utility>
 
-#include "mail/codec/message_date.h"
+#include "mail/codec/mime/message_date.h"
 #include "mail/store/message_bag.h"
 #include "mail/store/message_identity.h"
 #include "mail/store/stored_copy.h"
 #include "objects/file_age.h"
 #include "objects/settings.h"
-#include "storage/database_sync.h"
+#include "storage/base/time_text.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
-#include "storage/session_result.h"
-#include "storage/time_text.h"
+#include "storage/session/database_sync.h"
+#include "storage/session/session_result.h"
 #include "storage/ui.h"
 #include "transfer/control/pop.h"
 #include "transfer/results/transfer_log.h"

@@ -5,8 +5,8 @@
 #include <QSet>
 #include <QString>
 
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/result.h"
 #include "transfer/protocol/pop_events.h"
 #include "transfer/results/mailbox_notes.h"
 

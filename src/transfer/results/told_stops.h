@@ -3,8 +3,8 @@
 #include <QByteArray>
 #include <QSet>
 
+#include "storage/base/result.h"
 #include "storage/context.h"
-#include "storage/result.h"
 
 namespace vorn {
 

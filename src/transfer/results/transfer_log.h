@@ -1,6 +1,6 @@
 #pragma once
 
-#include "storage/storage_error.h"
+#include "storage/base/storage_error.h"
 #include "transfer/plan/session_record.h"
 #include "transfer/protocol/pop_events.h"
 

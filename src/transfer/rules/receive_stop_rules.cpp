@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "mail/codec/address.h"
-#include "mail/codec/mime_codec.h"
+#include "mail/codec/header/address.h"
+#include "mail/codec/mime/mime_codec.h"
 #include "objects/object_types.h"
 #include "storage/ui.h"
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "storage/like_pattern.h"
+#include "storage/sql/like_pattern.h"
 
 namespace vorn {
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "mail/codec/address.h"
-#include "mail/codec/envelope_address.h"
-#include "mail/codec/mime_codec.h"
+#include "mail/codec/header/address.h"
+#include "mail/codec/header/envelope_address.h"
+#include "mail/codec/mime/mime_codec.h"
 #include "storage/ui.h"
 #include "transfer/protocol/server_words.h"
 

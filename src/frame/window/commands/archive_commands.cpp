@@ -1,0 +1,242 @@
+#include "frame/window/commands/archive_commands.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QSignalBlocker>
+#include <QTimer>
+#include <functional>
+#include <optional>
+
+#include "auxiliary/window/console_window.h"
+#include "frame/window/commands/page_actions.h"
+#include "kit/window/plain_text.h"
+#include "kit/window/progress_window.h"
+#include "mail/archive/export_messages.h"
+#include "mail/archive/import_messages.h"
+#include "mail/search/folder_listing.h"
+#include "mail/store/message_filing.h"
+#include "objects/any_object.h"
+#include "objects/object_types.h"
+#include "objects/select_objects.h"
+#include "present/window/page/condition_wait.h"
+#include "storage/condition_run.h"
+#include "storage/engine/condition_limit.h"
+#include "storage/ui.h"
+#include "storage/window/file_dialogs.h"
+#include "transfer/mail_traffic.h"
+
+namespace vorn {
+namespace {
+
+constexpr qsizetype kNamedMessages = 20;
+constexpr int kLongestMs = 120000;  // to look for a folder's messages
+
+// Lists a folder; what takes long is asked elsewhere, where the user can stop it.
+Result<FolderListing> ListFolder(Context& context, const QString& folder,
+                                 ProgressWindow& progress) {
+  const QString unread = Ui::tr("フォルダを読み込めません。");
+  {
+    const ConditionLimit brief(kBriefMs);
+    const Result<FolderListing> listing = ListFolderMessages(context, folder);
+    if (listing) return listing;
+    if (!brief.IsReached()) return listing.Error().Behind(unread);
+  }
+  std::optional<ConditionRun::Answer> found;
+  const ConditionRunPtr run(
+      new ConditionRun(context, FolderQuestion(context, folder), kLongestMs,
+                       [&found](const ConditionRun::Answer& answer) { found = answer; }));
+  if (!progress.Wait(Ui::tr("条件に合うメッセージを探しています…"),
+                     [&found] { return found.has_value(); })) {
+    return StorageError{StorageError::Kind::Other, Ui::tr("中止しました。")};
+  }
+  if (!found->values) return found->values.Error().Behind(unread);
+  QStringList serialIds;
+  for (const QVariant& value : *found->values) serialIds.append(value.toString());
+  const Result<FolderListing> listing = ListMessages(context, serialIds);
+  return listing ? listing : listing.Error().Behind(unread);
+}
+
+void WarnOf(QWidget* parent, const QString& text, const QString& which,
+            const QList<UnreadableMessage>& messages) {
+  QStringList lines{text, which};
+  for (const UnreadableMessage& message : messages.first(qMin(messages.size(), kNamedMessages))) {
+    lines.append(message.Name());
+  }
+  if (messages.size() > kNamedMessages) lines.append(QStringLiteral("…"));
+  QMessageBox box(QMessageBox::Warning, kApplicationTitle, lines.join(u'\n'), QMessageBox::Ok,
+                  parent);
+  box.setTextFormat(Qt::PlainText);  // a subject is no markup
+  box.exec();
+}
+
+// The inbox shows what is in no folder.
+QString FiledIn(const QString& folder) {
+  return folder == fixed_serial::kInbox ? QString() : folder;
+}
+
+struct FormatChoice {
+  ArchiveFormat format;
+  QString filter;
+  QString suffix;
+};
+
+QList<FormatChoice> Formats() {
+  return {{ArchiveFormat::Mbox, QStringLiteral("mbox (*.mbox)"), QStringLiteral(".mbox")},
+          {ArchiveFormat::Maildir, Ui::tr("Maildirのフォルダ (*)"), QString()},
+          {ArchiveFormat::Eml, Ui::tr("emlファイルのフォルダ (*)"), QString()}};
+}
+
+}  // namespace
+
+void ArchiveCommands::ImportFiles(const QString& current) {
+  Import(AskFilesToOpen(context_, &window_, FileTask::Import, Ui::tr("メッセージの取り込み"),
+                        Ui::tr("メッセージ (*.eml *.mbox *.mbx);;すべてのファイル (*)")),
+         current);
+}
+
+void ArchiveCommands::ImportFolder(const QString& current) {
+  const QString folder = AskFolder(context_, &window_, FileTask::Import,
+                                   Ui::tr("取り込むフォルダ（Maildirまたはemlファイル）"));
+  if (!folder.isEmpty()) Import({folder}, current);
+}
+
+QString ArchiveCommands::NameOf(const QString& folder) const {
+  const DiskPtr object = context_.Objects.Find(folder);
+  return object == nullptr ? QString() : AnyObject(*object).ShownName();
+}
+
+// Where there is no folder that is filled by hand there is nothing to ask. Empty: the user
+// declines.
+QString ArchiveCommands::AskTarget(const QString& current) {
+  const QString kinds = QStringLiteral("inbox") + kLineBreak + QStringLiteral("static");
+  const auto targets = SelectObjects(context_.Objects, *context_.Session, kinds);
+  if (targets->Count() <= 1) return fixed_serial::kInbox;
+  const bool holdsMessages = targets->Find(current) != nullptr;
+  return InputTree(context_, &window_, Ui::tr("メッセージの取り込み"),
+                   Ui::tr("取り込んだメッセージを入れるフォルダを選択してください。"), kinds,
+                   holdsMessages ? current : fixed_serial::kInbox)
+      .value_or(QString());
+}
+
+void ArchiveCommands::Import(const QStringList& paths, const QString& current) {
+  const QString folder = paths.isEmpty() ? QString() : AskTarget(current);
+  if (folder.isEmpty()) return;
+  if (traffic_.Control().Busy()) {
+    ShowBox(&window_, QMessageBox::Information, Ui::tr("送受信が終わってから取り込んでください。"));
+    return;
+  }
+  const QSignalBlocker noSession(sessions_);
+  ImportCounts counts;
+  Result<> imported;
+  {
+    ProgressWindow progress(&window_,
+                            paths.size() > 1
+                                ? Ui::tr("メッセージの取り込み")
+                                : Ui::tr("「%1」の取り込み").arg(QFileInfo(paths[0]).fileName()));
+    for (const QString& path : paths) {
+      if (!imported) break;
+      imported = ImportMessages(context_, path, FiledIn(folder), &counts,
+                                [&progress](int done) { return progress.Show(done); });
+    }
+  }
+  host_.MessageStored();
+  TellImported(imported, counts, folder);
+}
+
+void ArchiveCommands::TellImported(const Result<>& imported, const ImportCounts& counts,
+                                   const QString& folder) {
+  const QString text =
+      Ui::tr("%n通を「%1」に取り込みました。", nullptr, counts.imported).arg(NameOf(folder)) +
+      (counts.known > 0 ? Ui::tr("%n通は保存済みでした。", nullptr, counts.known) : QString());
+  const QString amiss = imported ? counts.notice : imported.Error().text;
+  if (!amiss.isEmpty()) {
+    ShowBox(&window_, QMessageBox::Warning, amiss + u'\n' + text);
+  } else if (!counts.unreadable.isEmpty()) {
+    WarnOf(&window_, text,
+           Ui::tr("保存済みのもののうち、次の%n通は壊れていて読み込めません。", nullptr,
+                  static_cast<int>(counts.unreadable.size())),
+           counts.unreadable);
+  } else if (counts.imported == 0) {
+    ShowBox(&window_, QMessageBox::Information, text);
+  }
+  if (counts.imported > 0) OfferUndo(text, counts.brought, folder);
+}
+
+// With the marks that the messages have now: what has others by then has been used.
+void ArchiveCommands::OfferUndo(const QString& done, const QStringList& messages,
+                                const QString& folder) {
+  const Result<MessageFlags> flags = FlagsOf(context_, messages);
+  if (!flags) return;  // the next one who reads the file tells why
+  // A box must not stand inside the engine's answer, which the undoing waits for.
+  actions_.Offer(done, [this, now = *flags, folder] {
+    QTimer::singleShot(0, &window_, [this, now, folder] { TakeBack(now, folder); });
+  });
+}
+
+void ArchiveCommands::TakeBack(const MessageFlags& flags, const QString& folder) {
+  const Result<qsizetype> gone = DeleteUnchanged(context_, flags, FiledIn(folder));
+  host_.MessageStored();
+  if (!gone) {
+    ShowBox(&window_, QMessageBox::Critical,
+            Ui::tr("取り込みを元に戻せませんでした。") + gone.Error().text);
+  } else if (*gone < flags.size()) {
+    ShowBox(&window_, QMessageBox::Information,
+            Ui::tr("取り込んでから変更された%1通は残しました。").arg(flags.size() - *gone));
+  }
+}
+
+void ArchiveCommands::Export(const QString& folder, const QString& name) {
+  if (folder.isEmpty()) return;
+  QStringList filters;
+  for (const FormatChoice& choice : Formats()) filters.append(choice.filter);
+  QString filter;
+  QString path = AskFileToSave(context_, &window_, FileTask::Export,
+                               Ui::tr("フォルダ「%1」の書き出し").arg(name), name,
+                               filters.join(QStringLiteral(";;")), &filter);
+  if (path.isEmpty()) return;
+  const FormatChoice choice = Formats().value(qMax(qsizetype{0}, filters.indexOf(filter)));
+  // The dialog asked about the name as it was typed.
+  if (!path.endsWith(choice.suffix)) {
+    path += choice.suffix;
+    if (QFileInfo::exists(path) &&
+        ShowBox(&window_, QMessageBox::Question,
+                Ui::tr("「%1」は既にあります。上書きしますか？").arg(path),
+                QMessageBox::Yes | QMessageBox::No, QMessageBox::No) != QMessageBox::Yes) {
+      return;
+    }
+  }
+  ExportOutcome outcome;
+  {
+    ProgressWindow progress(&window_, Ui::tr("「%1」の書き出し").arg(name));
+    const Result<FolderListing> listing = ListFolder(context_, folder, progress);
+    if (listing) {
+      const auto count = static_cast<int>(listing->messages.size());
+      outcome =
+          ExportMessages(context_, {folder, choice.format, path, true, *listing},
+                         [&progress, count](int written) { return progress.Show(written, count); });
+    } else {
+      outcome.error = listing.Error().text;
+    }
+  }
+  TellExported(outcome);
+}
+
+// What could not be read is named; a long list is cut, since `vornctl export` gives the whole.
+void ArchiveCommands::TellExported(const ExportOutcome& outcome) {
+  if (!outcome.complete) {
+    ShowBox(&window_, QMessageBox::Warning, outcome.error);
+    return;
+  }
+  const QString text = Ui::tr("%n通を書き出しました。", nullptr, outcome.count);
+  if (outcome.unreadable.isEmpty()) {
+    ShowBox(&window_, QMessageBox::Information, text);
+    return;
+  }
+  WarnOf(&window_, text,
+         Ui::tr("次の%n通は壊れていて読み込めないので、含まれていません。", nullptr,
+                static_cast<int>(outcome.unreadable.size())),
+         outcome.unreadable);
+}
+
+}  // namespace vorn

@@ -1,0 +1,47 @@
+#include "frame/window/commands/main_toolbar.h"
+
+#include <QAction>
+
+#include "frame/window/panes/browser_area.h"
+#include "frame/window/panes/opener.h"
+#include "kit/window/access_names.h"
+#include "kit/window/icons.h"
+#include "kit/window/second_click.h"
+#include "present/window/browser_window.h"
+#include "present/window/folder/shown_folder.h"
+#include "present/window/page/browser_host.h"
+#include "storage/ui.h"
+
+namespace vorn {
+
+MainToolbar::MainToolbar(BrowserArea& area, Opener& opener, BrowserHost& host, QWidget* parent)
+    : QToolBar(Ui::tr("ツールバー"), parent), area_(area), host_(host) {
+  NameMoreButton(*this);
+  setObjectName(QStringLiteral("tbMain"));
+  setMovable(false);
+  connect(this, &QToolBar::actionTriggered, this, [] { new SecondClick; });
+  setIconSize(QSize(20, 20));
+  addAction(Icon(QStringLiteral("maildown")), Ui::tr("送受信"), this, &MainToolbar::TrafficWanted)
+      ->setToolTip(Ui::tr("メッセージ送受信 Ctrl+M"));
+  addAction(Icon(QStringLiteral("mail")), Ui::tr("新規"), this, [&opener] {
+    opener.WriteMessage();
+  })->setToolTip(Ui::tr("新しいメッセージ Ctrl+N"));
+  addSeparator();
+  AddPageCommand(Ui::tr("返信"), QStringLiteral("replay"));
+  AddPageCommand(Ui::tr("全員に返信"), QStringLiteral("replayall"));
+  AddPageCommand(Ui::tr("転送"), QStringLiteral("forward"));
+  addSeparator();
+  AddPageCommand(Ui::tr("フォルダに入れる"), QStringLiteral("file"));
+  AddPageCommand(Ui::tr("くずかご"), QStringLiteral("dust"));
+}
+
+void MainToolbar::AddPageCommand(const QString& text, const QString& command) {
+  QAction* action = addAction(text, this, [this, command] {
+    if (BrowserWindow* browser = area_.Active()) return browser->Folder().RunCommand(command);
+    host_.Tell(Ui::tr("フォルダが開いていません。左の一覧から選んでください。"));
+  });
+  action->setObjectName(QStringLiteral("tb_") + command);
+  action->setIcon(Icon(command));
+}
+
+}  // namespace vorn

@@ -1,0 +1,278 @@
+#include "frame/window/commands/message_actions.h"
+
+#include <QMessageBox>
+#include <utility>
+
+#include "auxiliary/window/console_window.h"
+#include "kit/window/plain_text.h"
+#include "objects/any_object.h"
+#include "objects/folder_object.h"
+#include "objects/list_settings.h"
+#include "objects/manual_folder.h"
+#include "objects/object_types.h"
+#include "objects/select_objects.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+// What was done, said of so many messages.
+using Words = std::function<QString(qsizetype)>;
+
+Words FiledWords(const QString& folder) {
+  return [folder](qsizetype count) {
+    return Ui::tr("%1通を「%2」に入れました。").arg(QString::number(count), folder);
+  };
+}
+
+Words DustWords(bool dust) {
+  return [dust](qsizetype count) {
+    return (dust ? Ui::tr("%1通をくずかごに入れました。")
+                 : Ui::tr("%1通をくずかごから出しました。"))
+        .arg(count);
+  };
+}
+
+Words OpenedWords(bool isNew) {
+  return [isNew](qsizetype count) {
+    return (isNew ? Ui::tr("%1通を未開封にしました。") : Ui::tr("%1通を開封済みにしました。"))
+        .arg(count);
+  };
+}
+
+auto SetNew(Context& context, bool isNew) {
+  return [&context, isNew](const QStringList& messages) {
+    return SetMark(context, messages, kFlagNew, isNew);
+  };
+}
+
+}  // namespace
+
+QStringList MessageActions::Act(MessageAction action, const QStringList& messages,
+                                const QString& folder) {
+  const bool isDust = folder == fixed_serial::kDust;
+  switch (action) {
+    case MessageAction::OutOfDust: {
+      const QStringList changed = ChangeDust(messages, false);
+      return isDust ? changed : QStringList();
+    }
+    case MessageAction::File:
+      return ChooseFolder(messages, folder);
+    case MessageAction::MarkUnopened:
+    case MessageAction::MarkOpened: {
+      const bool isNew = action == MessageAction::MarkUnopened;
+      Mark(messages, SetNew(context_, isNew), SetNew(context_, !isNew), OpenedWords(isNew));
+      return {};
+    }
+    case MessageAction::ToggleStar: {
+      const auto toggle = [this](const QStringList& starred) {
+        return vorn::ToggleStar(context_, starred);
+      };
+      Mark(messages, toggle, toggle,
+           [](qsizetype count) { return Ui::tr("%1通のスターを変えました。").arg(count); });
+      return {};
+    }
+    case MessageAction::ToDust:
+      return isDust ? Delete(messages) : ChangeDust(messages, true);
+  }
+  return {};
+}
+
+QString MessageActions::NameOf(const QString& folder) const {
+  const DiskPtr object = context_.Objects.Find(folder);
+  return object == nullptr ? folder : AnyObject(*object).ShownName();
+}
+
+QStringList MessageActions::Drop(const QStringList& messages, const QString& folder,
+                                 const QString& from) {
+  const bool isDust = folder == fixed_serial::kDust;
+  if (folder == fixed_serial::kInbox && ListSettings(context_).ShowsFiledOnce()) {
+    return PutIntoInbox(messages, from);
+  }
+  if (isDust || folder == fixed_serial::kInbox) {
+    const QStringList changed = ChangeDust(messages, isDust);
+    return isDust == (from == fixed_serial::kDust) ? QStringList() : changed;
+  }
+  return File(messages, folder, from);
+}
+
+QString MessageActions::AskFolder() {
+  const auto folders = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
+  const QString ask = Ui::tr("新しいフォルダの名前を入力してください。");
+  if (folders->IsEmpty()) return MakeFolder(NoFolderWords() + kLineBreak + kLineBreak + ask);
+  // Enter takes the folder of last time, or the first one.
+  const bool hasLast = folders->Find(lastFolder_) != nullptr;
+  const QString likely = hasLast ? lastFolder_ : folders->First()->SerialID();
+  const auto into = InputTree(context_, &window_, Ui::tr("フォルダに入れる"),
+                              Ui::tr("メッセージを入れるフォルダを選択してください。"),
+                              QStringLiteral("static"), likely, Ui::tr("新しいフォルダ(&N).."));
+  if (into && into->startsWith(kAnotherWanted)) {
+    const QString name = into->sliced(kAnotherWanted.size());
+    const bool isInbox = name.compare(NameOf(fixed_serial::kInbox), Qt::CaseInsensitive) == 0;
+    if (isInbox && ListSettings(context_).ShowsFiledOnce()) return fixed_serial::kInbox;
+    return MakeFolder(ask, name);
+  }
+  if (into && into->isEmpty()) {
+    ShowBox(&window_, QMessageBox::Information, Ui::tr("フォルダが選択されていません。"));
+  }
+  return into.value_or(QString());
+}
+
+QString MessageActions::MakeFolder(const QString& caption, QString name) {
+  while (true) {
+    name = InputText(context_, &window_, Ui::tr("新しいフォルダ"), caption, name)
+               .value_or(QString())
+               .trimmed();
+    if (name.isEmpty()) return {};
+    const Result<QString> made = MakeManualFolder(context_, name);
+    if (!made) {
+      ShowBox(&window_, QMessageBox::Critical, made.Error().text);
+      continue;
+    }
+    if (folderMade_) folderMade_(*made);
+    return *made;
+  }
+}
+
+QStringList MessageActions::ChooseFolder(const QStringList& messages, const QString& folder) {
+  const QString into = AskFolder();
+  if (into == fixed_serial::kInbox) return PutIntoInbox(messages, folder);
+  if (into.isEmpty() || !IsFilledByHand(into)) return {};
+  return File(messages, into, folder);
+}
+
+// All hand-filled folders, which the messages may be in.
+Filed MessageActions::AllFolders(const QStringList& messages) {
+  Filed filed;
+  const auto folders = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
+  for (const DiskPtr& folder : *folders) {
+    if (FolderObject(*folder).ShowsWhatIsFiled()) filed[folder->SerialID()] = messages;
+  }
+  return filed;
+}
+
+// They leave the hand-filled folder that is shown, or where those of all folders are, each the ones
+// that it is in; and the dust bin, which else would be emptied with them.
+QStringList MessageActions::File(const QStringList& messages, const QString& into,
+                                 const QString& shownIn) {
+  Move move{.into = {{into, messages}}, .outOfDust = messages};
+  const bool leavesFolder = IsFilledByHand(shownIn);
+  if (shownIn.isEmpty()) move.outOf = AllFolders(messages);
+  if (leavesFolder) move.outOf = {{shownIn, messages}};
+  move.outOf.remove(into);
+  const QStringList filed = Carry(move, messages, FiledWords(NameOf(into)));
+  if (!filed.isEmpty()) lastFolder_ = into;
+  const bool leavesInbox =
+      shownIn == fixed_serial::kInbox && ListSettings(context_).ShowsFiledOnce();
+  const bool leaves = leavesFolder || leavesInbox || shownIn == fixed_serial::kDust;
+  return leaves && shownIn != into ? filed : QStringList();
+}
+
+// What is filed is not shown there, so it is taken out of its folders.
+QStringList MessageActions::PutIntoInbox(const QStringList& messages, const QString& from) {
+  const bool wasDust = from == fixed_serial::kDust;
+  const auto received = Received(context_, messages);
+  if (!received) return End(received.Error(), messages);
+  const QStringList& taken = wasDust ? messages : *received;
+  if (taken.isEmpty()) {
+    ShowBox(&window_, QMessageBox::Information,
+            Ui::tr("「%1」に入れられるのは、受信したメッセージだけです。")
+                .arg(NameOf(fixed_serial::kInbox)));
+    return {};
+  }
+  const QStringList changed =
+      Carry({.outOf = AllFolders(*received), .outOfDust = taken}, taken,
+            wasDust ? DustWords(false) : FiledWords(NameOf(fixed_serial::kInbox)));
+  return wasDust || IsFilledByHand(from) ? changed : QStringList();
+}
+
+QStringList MessageActions::ChangeDust(const QStringList& messages, bool dust) {
+  return Carry(dust ? Move{.intoDust = messages} : Move{.outOfDust = messages}, messages,
+               DustWords(dust));
+}
+
+// Moves messages, and tells how many it moved. Returns those that are now where they should be.
+QStringList MessageActions::Carry(const Move& move, const QStringList& messages,
+                                  const Words& words) {
+  const Result<Moved> moved = MoveMessages(context_, move);
+  const QStringList changed = EndMove(moved, messages);
+  const qsizetype count = moved ? moved->back.Messages().size() : 0;
+  if (count > 0 && told_) told_(words(count), [this, back = moved->back] { CarryBack(back); });
+  return changed;
+}
+
+void MessageActions::CarryBack(const Move& move) {
+  const QStringList back = EndMove(MoveMessages(context_, move), move.Messages());
+  if (returned_ && !back.isEmpty()) returned_(back);
+}
+
+// Marks messages, and tells how many have other marks now.
+void MessageActions::Mark(const QStringList& messages, const Marking& mark, const Marking& back,
+                          const Words& words) {
+  const Result<MessageFlags> before = FlagsOf(context_, messages);
+  const Result<> done = before ? mark(messages) : before.Error();
+  End(done, messages);
+  const Result<MessageFlags> after = FlagsOf(context_, messages);
+  if (!done || !after || !told_) return;
+  QStringList changed;
+  for (const QString& message : messages) {
+    if (before->value(message) != after->value(message)) changed.append(message);
+  }
+  if (changed.isEmpty()) return;
+  told_(words(changed.size()), [this, back, changed] { End(back(changed), changed); });
+}
+
+QStringList MessageActions::Delete(const QStringList& messages) {
+  const auto answer =
+      ShowBox(&window_, QMessageBox::Question,
+              Ui::tr("メッセージ%n通を削除します。元には戻せません。よろしいですか？", nullptr,
+                     static_cast<int>(messages.size())),
+              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  if (answer != QMessageBox::Ok) return {};
+  const Result<UnderWay> kept = DeleteMessages(context_, messages);
+  if (kept && deleted_) deleted_();
+  return kept ? End({}, messages, *kept) : End(kept.Error(), messages);
+}
+
+void MessageActions::EmptyDustBin() {
+  const auto answer =
+      ShowBox(&window_, QMessageBox::Question,
+              Ui::tr("くずかごのメッセージをすべて削除します。元には戻せません。よろしいですか？"),
+              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  if (answer != QMessageBox::Ok) return;
+  if (const Result<> emptied = EmptyDust(context_); !emptied) {
+    ShowBox(&window_, QMessageBox::Critical,
+            Ui::tr("削除できませんでした。") + emptied.Error().text);
+  } else if (deleted_) {
+    deleted_();
+  }
+  host_.MessageStored();
+}
+
+bool MessageActions::IsFilledByHand(const QString& folder) const {
+  const DiskPtr object = context_.Objects.Find(folder);
+  return object != nullptr && FolderObject(*object).ShowsWhatIsFiled();
+}
+
+QStringList MessageActions::EndMove(const Result<Moved>& moved, const QStringList& messages) {
+  return moved ? End({}, messages, moved->underWay) : End(moved.Error(), messages);
+}
+
+// Of a change to messages, of which a failure is told. Returns those that were changed.
+QStringList MessageActions::End(const Result<>& done, const QStringList& messages,
+                                const UnderWay& underWay) {
+  if (!done) {
+    ShowBox(&window_, QMessageBox::Critical,
+            Ui::tr("変更を保存できませんでした。") + done.Error().text);
+  } else if (!underWay.isEmpty()) {
+    ShowBox(&window_, QMessageBox::Information,
+            Ui::tr("送信中なので、そのままにしました: %1")
+                .arg(Ui::tr("「%1」").arg(underWay.values().join(Ui::tr("」「")))));
+  }
+  host_.MessageStored();
+  QStringList changed = done ? messages : QStringList();
+  changed.removeIf([&underWay](const QString& message) { return underWay.contains(message); });
+  return changed;
+}
+
+}  // namespace vorn

@@ -1,0 +1,61 @@
+#include "frame/window/notices/start_questions.h"
+
+#include <QMessageBox>
+
+#include "kit/window/plain_text.h"
+#include "mail/store/drafts.h"
+#include "mail/store/outbox.h"
+#include "objects/standard_objects.h"
+#include "storage/databases.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+bool IsWanted(QWidget& window, const QString& question) {
+  return ShowBox(&window, QMessageBox::Question, question, QMessageBox::Yes | QMessageBox::No,
+                 QMessageBox::Yes) == QMessageBox::Yes;
+}
+
+}  // namespace
+
+QStringList AskOfDoubtful(Context& context, QWidget& window) {
+  Outbox outbox(context, MailDatabasePath(context));
+  outbox.SettleLeftOver();
+  QStringList messages;
+  for (const DoubtfulMessage& message : outbox.Doubtful()) messages.append(message.serialId);
+  const bool opens =
+      !messages.isEmpty() &&
+      IsWanted(window, Ui::tr("送信を試みて、届いたかどうか分からないメッセージが%n通あります。"
+                              "開いて確かめますか？",
+                              nullptr, static_cast<int>(messages.size())));
+  return opens ? messages : QStringList();
+}
+
+QStringList AskOfDrafts(Context& context, QWidget& window) {
+  QStringList drafts = Drafts::LeftBehind(context);
+  const bool opens =
+      !drafts.isEmpty() &&
+      IsWanted(window, Ui::tr("前回、編集中のまま終了したメッセージが%n通あります。開きますか？",
+                              nullptr, static_cast<int>(drafts.size())));
+  if (!opens) return {};
+  drafts.removeIf([&](const QString& serialId) { return !Drafts::Restore(context, serialId); });
+  return drafts;
+}
+
+bool AskOfLook(Context& context, QWidget& window) {
+  if (!HasFormerLook(context)) return false;
+  const bool isWanted = IsWanted(
+      window,
+      Ui::tr(
+          "新しい表示を使いますか？\n\nメッセージを表で並べ、選んだものをその下に表示し、フォルダを"
+          "タブで開きます。「表示」と「ウィンドウ」のメニューと設定で、いつでも変えられます。"));
+  const Result<> settled = SettleLook(context, isWanted);
+  if (!settled) {
+    ShowBox(&window, QMessageBox::Critical,
+            Ui::tr("設定を保存できません。") + settled.Error().text);
+  }
+  return isWanted;
+}
+
+}  // namespace vorn

@@ -1,0 +1,38 @@
+#include "frame/window/panes/folder_changes.h"
+
+#include "frame/window/panes/browser_area.h"
+#include "frame/window/panes/console_tree.h"
+#include "frame/window/panes/folder_panes.h"
+#include "frame/window/panes/request_windows.h"
+#include "transfer/mail_traffic.h"
+
+namespace vorn {
+
+FolderChanges::FolderChanges(Context& context, FolderPanes& panes, const RequestWindows& windows,
+                             MailTraffic& traffic)
+    : panes_(panes),
+      windows_(windows),
+      traffic_(traffic),
+      others_(context),
+      objects_(context),
+      unread_(context, panes.Tree(), [&traffic] { return traffic.Control().Busy(); }) {}
+
+void FolderChanges::Tick() {
+  if (!traffic_.Control().Busy() && others_.HaveStored()) noted_ = true;
+  if (noted_ || !traffic_.Control().Busy()) Refresh();
+}
+
+// What arrived in a session shows up in the open folders by itself.
+void FolderChanges::Refresh() {
+  const ReceiveCounts& counts = traffic_.Events().Counts();
+  const int stored = counts.stored + counts.sent;
+  if (stored == storedSeen_ && !noted_) return;
+  storedSeen_ = stored;
+  noted_ = false;
+  unread_.CountSoon();
+  panes_.Area().RefreshFolders();
+  const std::vector<RequestWindow*> open = windows_.Open();
+  for (RequestWindow* window : open) window->MessagesChanged();
+}
+
+}  // namespace vorn

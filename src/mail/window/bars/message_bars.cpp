@@ -1,0 +1,63 @@
+#include "mail/window/bars/message_bars.h"
+
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "mail/refusal_notice.h"
+#include "mail/window/bars/calendar_bar.h"
+#include "mail/window/bars/doubt_bar.h"
+#include "mail/window/bars/reading_bar.h"
+#include "mail/window/host/message_host.h"
+#include "storage/ui.h"
+
+namespace vorn {
+
+MessageBars::MessageBars(Context& context, MessageHost& host, MessageDocument& document)
+    : context_(context),
+      document_(document),
+      doubt_(new DoubtBar),
+      refused_(new NoticeBar(QStringLiteral("frRefused"))),
+      account_(BuildAccountNotice(host)),
+      calendar_(new CalendarBar(context)),
+      signed_(new NoticeBar(QStringLiteral("frSigned"))),
+      reading_(new ReadingBar(context, document)) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(doubt_);
+  layout->addWidget(refused_);
+  layout->addWidget(account_);
+  layout->addWidget(calendar_);
+  layout->addWidget(signed_);
+  layout->addWidget(reading_);
+}
+
+NoticeBar* MessageBars::BuildAccountNotice(MessageHost& host) {
+  auto* make = new QPushButton(Ui::tr("アカウントを作成(&A).."));
+  make->setObjectName(QStringLiteral("cmMakeAccount"));
+  connect(make, &QPushButton::clicked, make, [&host] { host.MakeAccount(); });
+  return new NoticeBar(QStringLiteral("frNoAccount"), make);
+}
+
+bool MessageBars::ShowStanding() {
+  const bool wasMissing = !account_->isHidden();
+  const bool waits = document_.IsWaiting() && !document_.IsSending();
+  refused_->Say(waits ? RefusalNotice(context_, document_.File(), document_.Tag()) : QString());
+  account_->Say(document_.IsEditable() && !HasAccount(context_)
+                    ? Ui::tr("送信するアカウントがまだないので、このメッセージは送信できません。"
+                             "書いておくことはできます。")
+                    : QString());
+  return wasMissing && account_->isHidden();
+}
+
+void MessageBars::Show(const OpenedMessage& opened) {
+  if (const auto& reply = opened.model.calendarReply) {
+    calendar_->ShowAnswer(*reply, document_.IsEditable());
+  } else {
+    calendar_->Show(opened.calendar);
+  }
+  signed_->Say(opened.signature);
+  reading_->Show();
+}
+
+}  // namespace vorn

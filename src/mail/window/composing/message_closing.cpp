@@ -1,0 +1,167 @@
+#include "mail/window/composing/message_closing.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <tuple>
+
+#include "kit/window/plain_text.h"
+#include "mail/codec/text/line_wrapping.h"
+#include "mail/compose_message.h"
+#include "mail/message_document.h"
+#include "mail/store/drafts.h"
+#include "mail/store/mail_store.h"
+#include "mail/store/message_filing.h"
+#include "mail/window/composing/message_form.h"
+#include "mail/window/composing/message_sending.h"
+#include "mail/window/composing/receipt_question.h"
+#include "mail/window/composing/shown_signature.h"
+#include "mail/window/fields/address_list.h"
+#include "mail/window/host/message_host.h"
+#include "objects/settings.h"
+#include "storage/message_state.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kMostColumns = 72;  // of a line that is sent
+
+}  // namespace
+
+MessageClosing::MessageClosing(Context& context, MessageHost& host, MessageDocument& document,
+                               MessageForm& form, MessageSending& sending, ReceiptQuestion& receipt,
+                               QWidget& window)
+    : context_(context),
+      host_(host),
+      document_(document),
+      form_(form),
+      sending_(sending),
+      receipt_(receipt),
+      window_(window) {}
+
+QMessageBox::StandardButton MessageClosing::AskToSave() {
+  // Who ends the program by mistake may want to stay.
+  const bool mayStay =
+      !host_.IsClosing() || (Settings(context_).IsCareful() && !qApp->isSavingSession());
+  QMessageBox::StandardButtons buttons = QMessageBox::Yes | QMessageBox::No;
+  if (mayStay) buttons |= QMessageBox::Cancel;
+  return ShowBox(&window_, QMessageBox::Question,
+                 Ui::tr("このメッセージを保存します。よろしいですか？"), buttons, QMessageBox::Yes,
+                 // Without "Cancel" Escape keeps what was written, rather than the contrary.
+                 mayStay ? QMessageBox::NoButton : QMessageBox::Yes);
+}
+
+bool MessageClosing::StoreEdited() {
+  MessageModel model = form_.Take(document_.Model());
+  const Settings settings(context_);
+  if (document_.IsSending() && settings.WrapsLines()) {
+    model.text = WrapLines(model.text.Get(), kMostColumns, EditSettings::From(settings).memoIndent);
+  }
+  const Result<QByteArray> source = document_.Compose(model);
+  if (!source) {
+    ShowBox(&window_, QMessageBox::Critical, source.Error().text);
+    return false;
+  }
+  const Result<QString> stored = MailStore(context_).StoreMessage(*document_.Bag(), *source);
+  if (stored) {
+    Drafts::Forget(context_, document_.Tag());
+    host_.MessageStored();
+    return true;
+  }
+  ShowBox(&window_, QMessageBox::Critical,
+          Ui::tr("メッセージを保存できません。") + stored.Error().text);
+  return false;
+}
+
+// Whether it holds nothing but what the program wrote into it.
+bool MessageClosing::IsBlank() const {
+  if (isEdited_ || form_.Addresses().HasRecipient()) return false;
+  const MessageModel model = form_.Take(document_.Model());
+  QString text = model.text.Get();
+  if (!model.signature.isEmpty()) text.remove(ShownBlock(model.signature));
+  return model.subject.isEmpty() && model.attachments.empty() && text.trimmed().isEmpty();
+}
+
+bool MessageClosing::Close() {
+  if (!isClosed_) isClosed_ = Store();
+  return isClosed_;
+}
+
+bool MessageClosing::Store() {
+  if (!document_.HasRequest() || document_.Request().IsDeleted()) return true;
+  if (document_.IsUnreadable()) {
+    StoreState();
+    return true;
+  }
+  form_.FinishEditing();
+  if (!host_.IsClosing()) receipt_.AskIfDue();
+  const bool isNew = document_.IsNew();
+  const bool sends = document_.IsSending();
+  const bool isAnswer = document_.Request().Mode() != OpenMode::Show;
+  if (isNew && isAnswer && !sends && !isEdited_) return true;  // it can be made again
+  if (isNew && !sends && IsBlank() && Settings(context_).IsCareful()) return true;
+  if (isNew && !sends) {
+    const auto answer = AskToSave();
+    if (answer == QMessageBox::Cancel) return false;
+    if (answer != QMessageBox::Yes) {
+      Drafts::Forget(context_, document_.Tag());
+      return true;
+    }
+  }
+  if (sends || (document_.IsEditable() && (isNew || isEdited_))) {
+    if (sends && !sending_.HasSender()) return false;
+    if (!sends &&
+        !form_.MayTakeChangedFiles(Ui::tr("添付ファイル「%1」は、添付してから変わっています。"
+                                          "今の内容で保存してよろしいですか？"))) {
+      return false;
+    }
+    if (!StoreEdited()) return false;  // the text stays
+    if (sends) {
+      NoteAnswer();
+      host_.SendMessage(document_.Tag());
+    }
+    return true;
+  }
+  StoreState();
+  return true;
+}
+
+// On the message that this one answers or forwards.
+void MessageClosing::NoteAnswer() {
+  const OpenMode mode = document_.Request().Mode();
+  const bool forwards = mode == OpenMode::Forward || mode == OpenMode::ForwardKeepFrom;
+  const bool answers = mode == OpenMode::Reply || mode == OpenMode::ReplyAll;
+  if (!document_.Request().HasOriginal() || (!forwards && !answers)) return;
+  // The answer itself is stored; the mark is no more than a help.
+  std::ignore = SetMark(context_, {document_.Request().Original()},
+                        forwards ? kFlagForwarded : kFlagAnswered, true);
+  host_.MessageStored();
+}
+
+void MessageClosing::StoreState() {
+  if (!document_.Edits().HasAny()) return;
+  const Result<> stored = document_.Edits().Store();
+  host_.MessageStored();
+  if (stored) return;
+  ShowBox(&window_, QMessageBox::Critical,
+          Ui::tr("メッセージを変更できません。") + stored.Error().text);
+}
+
+void MessageClosing::Delete() {
+  const auto answer =
+      ShowBox(&window_, QMessageBox::Question, Ui::tr("メッセージを削除します。よろしいですか？"),
+              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  if (answer != QMessageBox::Ok) return;
+  const Result<> deleted = MailStore(context_).DeleteMessage(*document_.Bag());
+  if (!deleted) {
+    ShowBox(&window_, QMessageBox::Critical,
+            Ui::tr("メッセージを削除できません。") + deleted.Error().text);
+    return;
+  }
+  document_.Request().BeDeleted();
+  Drafts::Forget(context_, document_.Tag());
+  host_.MessageStored();
+  window_.close();
+}
+
+}  // namespace vorn

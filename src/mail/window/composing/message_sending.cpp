@@ -1,0 +1,169 @@
+#include "mail/window/composing/message_sending.h"
+
+#include <QLineEdit>
+#include <QMessageBox>
+#include <algorithm>
+#include <tuple>
+
+#include "kit/window/plain_text.h"
+#include "kit/window/second_click.h"
+#include "mail/message_document.h"
+#include "mail/store/mail_store.h"
+#include "mail/store/outbox.h"
+#include "mail/window/bars/doubt_bar.h"
+#include "mail/window/composing/message_form.h"
+#include "mail/window/fields/address_list.h"
+#include "mail/window/host/message_host.h"
+#include "objects/any_object.h"
+#include "objects/object_types.h"
+#include "objects/settings.h"
+#include "storage/ui.h"
+
+namespace vorn {
+
+MessageSending::MessageSending(Context& context, MessageHost& host, MessageDocument& document,
+                               MessageForm& form, DoubtBar& bar, QWidget& window)
+    : context_(context), host_(host), document_(document), form_(form), bar_(bar), window_(window) {
+  connect(&bar_, &DoubtBar::SendAgainWanted, this, &MessageSending::SendAgain);
+  connect(&bar_, &DoubtBar::KeepAsSentWanted, this, &MessageSending::KeepAsSent);
+}
+
+QString MessageSending::Missing() const {
+  const QList<AddressEntry> addresses = form_.Addresses().Addresses();
+  if (!HasKind(addresses, u"TO") && !HasKind(addresses, u"CC") && !HasKind(addresses, u"BC")) {
+    return Ui::tr("宛て先(TO,CC,BCC)が不明です。送信するには宛て先を指定して下さい。");
+  }
+  if (!HasKind(addresses, u"FROM")) {
+    return Ui::tr("送信者(FROM)が不明です。送信するには送信者を指定して下さい。");
+  }
+  return form_.Addresses().FirstFault();
+}
+
+// The toolbar's send button also takes a message out of the dust.
+void MessageSending::SendFromToolbar() {
+  if (document_.IsInDust()) {
+    const DiskPtr dust = context_.Objects.Find(fixed_serial::kDust);
+    const QString name = dust != nullptr ? AnyObject(*dust).ShownName() : Ui::tr("くずかご");
+    const auto answer = ShowBox(
+        &window_, QMessageBox::Question,
+        Ui::tr("このメールは、") + name + Ui::tr("に入っています。取り出して送信しますか？"),
+        QMessageBox::Ok | QMessageBox::Cancel);
+    if (answer != QMessageBox::Ok) return;
+    document_.Edits().ToggleDust();
+    Q_EMIT StateChanged();
+    if (!document_.IsWaiting() && !document_.IsUnreadable()) {
+      Send();  // without another question
+      return;
+    }
+  }
+  SendOrCancel();
+}
+
+void MessageSending::SendOrCancel() {
+  if (document_.IsWaiting()) {
+    Cancel();
+  } else if (!document_.IsUnreadable() && MaySendOnceMore()) {
+    Send();
+  }
+}
+
+void MessageSending::Send() {
+  form_.FinishEditing();
+  const QString missing = Missing();
+  if (!missing.isEmpty()) {
+    ShowBox(&window_, QMessageBox::Information, missing);
+    form_.Addresses().setFocus();
+    form_.Addresses().GoToFault();
+    return;
+  }
+  if (form_.Subject().text().isEmpty() &&
+      ShowBox(&window_, QMessageBox::Question,
+              Ui::tr("件名が設定されていません。送信してよろしいですか？"),
+              QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes) {
+    return;
+  }
+  if (!form_.MayTakeChangedFiles(
+          Ui::tr("添付ファイル「%1」は、添付してから変わっています。今の内容で"
+                 "送信してよろしいですか？"))) {
+    return;
+  }
+  const StoredState before = document_.BeginSending();
+  if (window_.close()) {
+    new SecondClick(SecondClick::Lasts::UntilMoved);
+    return;
+  }
+  document_.EndSending(before);
+}
+
+// The button stands where that of a received message answers it.
+bool MessageSending::MaySendOnceMore() {
+  if (document_.Status() != kStatusSent || !Settings(context_).IsCareful()) return true;
+  return ShowBox(&window_, QMessageBox::Question,
+                 Ui::tr("このメッセージは送信済みです。同じ宛て先にもう一度送信しますか？"),
+                 QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
+}
+
+bool MessageSending::HasSender() {
+  QStringList lines;
+  for (const AddressEntry& entry : form_.Addresses().Addresses()) {
+    lines.append(entry.kind + QStringLiteral(": ") + entry.address);
+  }
+  return host_.ChooseSender(document_.Tag(), lines.join(kLineBreak), form_.Subject().text());
+}
+
+void MessageSending::Cancel() {
+  const auto answer =
+      ShowBox(&window_, QMessageBox::Question,
+              Ui::tr("メッセージの送信をキャンセルして、編集できるようにします。よろしいですか？"),
+              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  if (answer != QMessageBox::Ok) return;
+  const Result<> cancelled = MailStore(context_).CancelWaiting(*document_.Bag());
+  if (cancelled.Error().kind == StorageError::Kind::NotFound) {
+    ShowBox(&window_, QMessageBox::Information,
+            Ui::tr("このメッセージは、もう送信待ちではありません（送信中か、送信済みか、削除されて"
+                   "います）。"));
+  } else if (!cancelled) {
+    ShowBox(&window_, QMessageBox::Critical,
+            Ui::tr("送信をキャンセルできませんでした。") + cancelled.Error().text);
+  }
+  host_.MessageStored();
+  Q_EMIT AnewWanted();
+}
+
+void MessageSending::ShowDoubt() {
+  bar_.hide();
+  if (!document_.IsWaiting()) return;
+  Outbox outbox(context_, document_.File());
+  outbox.SettleLeftOver();
+  const auto doubtful = outbox.FindDoubtful(document_.Bag()->SerialID());
+  if (doubtful) bar_.Show(*doubtful);
+  Q_EMIT StateChanged();
+}
+
+bool MessageSending::IsDoubtful() const {
+  return !bar_.isHidden();
+}
+
+// What is about to wait stands in the window alone as long as a question is open, and what is
+// stored is older.
+bool MessageSending::HasGone() const {
+  if (!document_.IsWaiting() || bar_.isVisible() || document_.IsSending()) return false;
+  const auto waiting = Outbox(context_, document_.File()).Read(document_.Tag());
+  return waiting && waiting->reading == Outbox::Reading::Gone;
+}
+
+void MessageSending::SendAgain() {
+  const Result<> waits = Outbox(context_, document_.File()).SendAgain(document_.Tag());
+  Q_EMIT AnewWanted();
+  host_.MessageStored();
+  if (waits) host_.SendMessage(document_.Tag());
+}
+
+void MessageSending::KeepAsSent() {
+  // Whether it worked is seen by what is opened.
+  std::ignore = Outbox(context_, document_.File()).KeepAsSent(document_.Tag());
+  Q_EMIT AnewWanted();
+  host_.MessageStored();
+}
+
+}  // namespace vorn

@@ -1,0 +1,153 @@
+#include "present/window/folder/page_messages.h"
+
+#include <QPointer>
+#include <QTimer>
+#include <utility>
+
+#include "kit/window/plain_text.h"
+#include "kit/window/second_click.h"
+#include "mail/window/host/message_host.h"
+#include "objects/object_types.h"
+#include "present/shown_page.h"
+#include "present/window/folder/page_split.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+constexpr qsizetype kManyWindows = 5;
+
+bool AgreesToOpen(QWidget& window, qsizetype windows) {
+  const auto answer =
+      ShowBox(&window, QMessageBox::Question,
+              Ui::tr("メッセージ%n通をそれぞれのウィンドウで開きます。よろしいですか？", nullptr,
+                     static_cast<int>(windows)),
+              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+  return answer == QMessageBox::Ok;
+}
+
+}  // namespace
+
+PageMessages::PageMessages(ShownPage& page, PageSplit& split, BrowserHost& host, QWidget& window)
+    : page_(page), split_(split), host_(host), window_(window) {
+  connect(&split_, &PageSplit::OpenWanted, this, [this](OpenMode mode, const QString& message) {
+    host_.OpenMessage(MailRequest::Of(message, mode));
+  });
+}
+
+// The user may be asked, which must not happen inside the engine's answer.
+void PageMessages::WithCurrent(const std::function<void(const QString&)>& act) {
+  page_.rows.Current([this, act](const QString& message) {
+    QTimer::singleShot(0, this, [act, message] { act(message); });
+  });
+}
+
+// What a key does not do without a word: the user would press it again.
+bool PageMessages::HasAny(bool any) {
+  if (!any) host_.Tell(Ui::tr("メッセージが選択されていません。"));
+  return any;
+}
+
+// All chosen messages are read, one is answered.
+void PageMessages::Open(OpenMode mode) {
+  if (mode == OpenMode::Show) {
+    page_.rows.Chosen([this](const QStringList& messages) {
+      QTimer::singleShot(0, this, [this, messages] { OpenEach(messages); });
+    });
+    return;
+  }
+  WithCurrent([this, mode](const QString& message) {
+    if (HasAny(!message.isEmpty())) host_.OpenMessage(MailRequest::Of(message, mode));
+  });
+}
+
+void PageMessages::OpenEach(const QStringList& messages) {
+  if (!HasAny(!messages.isEmpty())) return;
+  if (messages.size() > kManyWindows && !AgreesToOpen(window_, messages.size())) return;
+  for (const QString& message : messages) host_.OpenMessage(MailRequest::Of(message));
+}
+
+void PageMessages::OpenInWindow(const MailRequest& request) {
+  host_.OpenMessage(request);
+  new SecondClick;
+}
+
+// Where messages are read at the side, one click reads there, and a second one opens.
+void PageMessages::Follow(const MailRequest& request) {
+  if (request.mode != OpenMode::Show || !split_.HasPane()) OpenInWindow(request);
+}
+
+void PageMessages::Told(RowNews news, const QString& message) {
+  switch (news) {
+    case RowNews::Current:
+      return split_.ShowRow(message);
+    case RowNews::Kept:
+      return split_.RowKept(message);
+    case RowNews::Left:
+      return split_.RowLeft();
+    case RowNews::Twice:
+      if (split_.HasPane()) OpenInWindow(MailRequest::Of(message));
+      return;
+    case RowNews::Chosen:
+      return SetChosen(message.toInt());
+  }
+}
+
+void PageMessages::SetChosen(int count) {
+  if (std::exchange(chosen_, count) != count) Q_EMIT ChosenChanged();
+}
+
+void PageMessages::Leave() {
+  split_.ShowNothing();
+  SetChosen(0);
+}
+
+void PageMessages::AddToBook() {
+  page_.rows.Chosen([this](const QStringList& messages) {
+    QTimer::singleShot(0, this, [this, messages] {
+      if (HasAny(!messages.isEmpty())) host_.Messages().AddToBook(messages);
+    });
+  });
+}
+
+void PageMessages::Print() {
+  WithCurrent([this](const QString& message) {
+    if (HasAny(!message.isEmpty())) split_.Print(message);
+  });
+}
+
+void PageMessages::Ask(void (MessageHost::*command)(const QString&)) {
+  WithCurrent([this, command](const QString& message) {
+    if (HasAny(!message.isEmpty())) (host_.Messages().*command)(message);
+  });
+}
+
+// Whether the messages are gone from the folder without a question.
+bool PageMessages::TakesAway(MessageAction action) const {
+  return action == (page_.request.Folder() == fixed_serial::kDust ? MessageAction::OutOfDust
+                                                                  : MessageAction::ToDust);
+}
+
+void PageMessages::Act(MessageAction action) {
+  const auto act = [this, action, folder = page_.request.Folder()](const QStringList& messages) {
+    QTimer::singleShot(0, this, [this, messages, action, folder] {
+      if (HasAny(!messages.isEmpty())) ActOn(messages, action, folder);
+    });
+  };
+  split_.StopMarking();  // whatever is done, it is the user's word now
+  TakesAway(action) ? page_.rows.Take(act) : page_.rows.Chosen(act);
+}
+
+// The window may close or show another folder while the user is asked.
+void PageMessages::ActOn(const QStringList& messages, MessageAction action, const QString& folder) {
+  const QPointer<PageMessages> self(this);
+  const bool isOfAll = page_.request.Search().isEverywhere;
+  const QStringList gone = host_.ActOnMessages(action, messages, isOfAll ? QString() : folder);
+  if (self == nullptr || page_.request.Folder() != folder) return;
+  Q_EMIT Gone(gone);
+  QStringList stayed = TakesAway(action) ? messages : QStringList();
+  stayed.removeIf([&gone](const QString& message) { return gone.contains(message); });
+  page_.rows.GiveBack(stayed);
+}
+
+}  // namespace vorn

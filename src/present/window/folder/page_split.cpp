@@ -1,0 +1,132 @@
+#include "present/window/folder/page_split.h"
+
+#include <QWebEngineView>
+
+#include "kit/window/key_frame.h"
+#include "mail/store/message_rows.h"
+#include "mail/window/host/message_host.h"
+#include "mail/window/host/message_printing.h"
+#include "mail/window/reading/reading_pane.h"
+#include "objects/placement.h"
+#include "storage/context.h"
+#include "storage/databases.h"
+#include "storage/window/control_state.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kPageShare = 42;  // percent
+constexpr int kSmallestShare = 10;
+constexpr int kWhole = 100;
+constexpr int kLeastForBoth = 280;  // pixels
+
+}  // namespace
+
+PageSplit::PageSplit(Context& context, QWebEngineView* page, MessageHost& host)
+    : context_(context), host_(host) {
+  setObjectName(QStringLiteral("spPage"));
+  setChildrenCollapsible(false);
+  addWidget(page);
+  connect(this, &QSplitter::splitterMoved, this, &PageSplit::KeepShare);
+}
+
+void PageSplit::SetPage(QWebEngineView* page) {
+  insertWidget(0, page);
+  if (HasPane()) TakeShare();
+}
+
+void PageSplit::Arrange(bool isFolder) {
+  place_ = isFolder ? Settings(context_).ReadingPane() : PanePlace::Nowhere;
+  Lay();
+}
+
+void PageSplit::Lay() {
+  const Qt::Orientation wanted = place_ == PanePlace::Right ? Qt::Horizontal : Qt::Vertical;
+  const bool isWanted = place_ != PanePlace::Nowhere && HasRoom(wanted);
+  if (isWanted && pane_ == nullptr) MakePane();
+  if (pane_ == nullptr || (HasPane() == isWanted && (!isWanted || orientation() == wanted))) return;
+  setOrientation(wanted);
+  pane_->setVisible(isWanted);
+  if (!isWanted) return;
+  TakeShare();
+  if (pane_->Shown() != row_) pane_->Show(row_, true);
+}
+
+// Before it is shown nobody knows.
+bool PageSplit::HasRoom(Qt::Orientation orientation) const {
+  return !isVisible() || (orientation == Qt::Vertical ? height() : width()) >= kLeastForBoth;
+}
+
+void PageSplit::resizeEvent(QResizeEvent* event) {
+  QSplitter::resizeEvent(event);
+  Lay();
+}
+
+void PageSplit::MakePane() {
+  pane_ = new ReadingPane(context_, host_);
+  pane_->hide();
+  new KeyFrame(*pane_);
+  pane_->Cover(isCovered_);
+  addWidget(pane_);
+  Q_EMIT PaneMade(pane_);
+  connect(pane_, &ReadingPane::OpenWanted, this,
+          [this](OpenMode mode) { Q_EMIT OpenWanted(mode, pane_->Shown()); });
+  connect(pane_, &ReadingPane::Marked, this, [this] { host_.MessageStored(); });
+}
+
+bool PageSplit::HasPane() const {
+  return pane_ != nullptr && !pane_->isHidden();
+}
+
+void PageSplit::ShowRow(const QString& serialId) {
+  row_ = serialId;
+  if (HasPane()) pane_->Show(row_, true);
+}
+
+void PageSplit::RowKept(const QString& serialId) {
+  if (serialId != row_) return ShowRow(serialId);
+  if (HasPane()) pane_->FollowEdits();
+}
+
+void PageSplit::RowLeft() {
+  if (row_.isEmpty()) return;
+  const OpenedDatabase mail(context_, DatabaseKind::Mail);
+  if (mail && !MessageRows(context_.Data).Has(row_)) ShowNothing();
+}
+
+void PageSplit::StopMarking() {
+  if (HasPane()) pane_->Show(pane_->Shown(), false);
+}
+
+void PageSplit::Cover(bool covered) {
+  isCovered_ = covered;
+  if (pane_ != nullptr) pane_->Cover(covered);
+}
+
+void PageSplit::Print(const QString& serialId) {
+  if (HasPane() && pane_->Shown() == serialId) {
+    pane_->Print();
+  } else {
+    PrintStoredMessage(context_, window(), host_, serialId);
+  }
+}
+
+void PageSplit::KeepShare() {
+  const QList<int> shown = sizes();
+  const int whole = qMax(1, shown.value(0) + shown.value(1));
+  Placement::SetPageShare(*PlacementBag(context_, kMainPlacement), orientation(),
+                          kWhole * shown.value(0) / whole);
+}
+
+void PageSplit::TakeShare() {
+  const int kept =
+      Placement(*PlacementBag(context_, kMainPlacement)).PageShare(orientation(), kPageShare);
+  const int share = qBound(kSmallestShare, kept, kWhole - kSmallestShare);
+  // In parts of whatever there is.
+  constexpr int kParts = 100;
+  setSizes({share * kParts, (kWhole - share) * kParts});
+  setStretchFactor(0, share);
+  setStretchFactor(1, kWhole - share);
+}
+
+}  // namespace vorn

@@ -1,0 +1,70 @@
+#include "present/window/page/long_search.h"
+
+#include <QSet>
+#include <QTimer>
+
+#include "present/message_list_page.h"
+#include "present/page_request.h"
+#include "present/window/page/condition_wait.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kLookAgainMs = 2000;
+
+}  // namespace
+
+LongSearch::LongSearch(Context& context, MessageListPages& pages, const PageRequest& request)
+    : pages_(pages),
+      request_(request),
+      wait_(new ConditionWait(context, [this] { Q_EMIT Stopped(); })) {}
+
+QWidget* LongSearch::Bar() const {
+  return wait_;
+}
+
+QString LongSearch::Question() const {
+  return pages_.Question(request_.Folder(), request_.Search());
+}
+
+bool LongSearch::IsUnderWay() {
+  return wait_->IsAsking(Question());
+}
+
+void LongSearch::Begin(const std::function<void()>& then) {
+  wait_->Ask(Question(), [this, then](const ConditionRun::Answer& answer) { Take(answer, then); });
+  gone_.clear();
+}
+
+void LongSearch::Stop() {
+  wait_->Stop();
+}
+
+void LongSearch::Take(const ConditionRun::Answer& answer, const std::function<void()>& then) {
+  if (!answer.values) {
+    Q_EMIT Failed(answer.values.Error().text);
+    return;
+  }
+  QStringList serialIds;
+  for (const QVariant& value : *answer.values) serialIds.append(value.toString());
+  serialIds.removeIf([gone = QSet<QString>(gone_.cbegin(), gone_.cend())](const QString& message) {
+    return gone.contains(message);
+  });
+  pages_.TakeAnswer(request_.Folder(), request_.Search(), serialIds);
+  if (wait_->TakeAgain()) LookAgain();
+  then();
+}
+
+// What has changed while the messages were looked for may not be in the answer.
+void LongSearch::LookAgain() {
+  const QString folder = request_.Folder();
+  const FolderSearch search = request_.Search();
+  QTimer::singleShot(kLookAgainMs, this, [this, folder, search] {
+    if (!request_.IsLocal() || request_.Folder() != folder || !(request_.Search() == search))
+      return;
+    pages_.Forget(folder, search);
+    Q_EMIT Outdated();
+  });
+}
+
+}  // namespace vorn

@@ -1,8 +1,0 @@
-#include "storage/engine_locks.h"
-
-namespace vorn {
-
-// The system's locks belong to the handle that took them.
-void UseOwnLocks() {}
-
-}  // namespace vorn

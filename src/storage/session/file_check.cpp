@@ -1,0 +1,243 @@
+#include "storage/session/file_check.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include "storage/base/time_text.h"
+#include "storage/engine/connection.h"
+#include "storage/engine/long_binary_table.h"
+#include "storage/engine/raw_pages.h"
+#include "storage/engine/schema.h"
+#include "storage/files/found_damage.h"
+#include "storage/session/own_statement.h"
+#include "storage/ui.h"
+
+namespace vorn {
+namespace {
+
+constexpr int kEngineRows = 1000;
+
+struct Row {
+  qint64 id;
+  qint64 source;
+};
+
+class FileCheck {
+ public:
+  FileCheck(Connection& connection, FileFindings& findings)
+      : connection_(connection), findings_(findings) {}
+
+  void Run(FileContents contents) {
+    AskEngine();
+    if (contents == FileContents::Messages && HasTable("mail")) {
+      ReadRows();
+      ReadFolderRows();
+      ReadSources();
+    } else if (contents == FileContents::Objects && HasTable("object")) {
+      ReadObjects();
+    } else {
+      Problem(Ui::tr("必要な表がありません。"));
+    }
+    findings_.parts += connection_.Damage();
+    if (findings_.parts.contains(kDamagedLog)) findings_.AddLostLog();
+    // What was met on the way and falls under none of the above.
+    if (findings_.IsSound() && !findings_.parts.isEmpty()) {
+      Problem(Ui::tr("データベースファイルが壊れています。"));
+    }
+    if (!findings_.IsSound() && findings_.parts.isEmpty()) findings_.parts = {kDamagedFile};
+  }
+
+ private:
+  void Problem(const QString& sentence) {
+    if (!findings_.problems.contains(sentence)) findings_.problems.append(sentence);
+  }
+  // Nothing that cannot be read counts as none: reading it is what is being checked.
+  qint64 Number(const QByteArray& sql) {
+    const QVariant number = connection_.Scalar(sql);
+    if (!number.isValid()) Unreadable();
+    return number.toLongLong();
+  }
+  bool HasTable(const QByteArray& name) {
+    return Number("SELECT COUNT(0) FROM sqlite_master WHERE type = 'table' AND name = '" + name +
+                  "'") > 0;
+  }
+  void Unreadable() { Problem(Ui::tr("データベースファイルに読み込めない部分があります。")); }
+
+  // The engine's own words are English and say nothing to a user; their number does.
+  void AskEngine() {
+    const auto statement =
+        connection_.Prepare("PRAGMA integrity_check(" + QByteArray::number(kEngineRows) + ")");
+    int found = 0;
+    Statement::Step step = statement == nullptr ? Statement::Step::Failed : statement->Next();
+    for (; step == Statement::Step::Row; step = statement->Next()) {
+      if (statement->Value(0).toString() != u"ok") ++found;
+    }
+    if (step == Statement::Step::Failed) Unreadable();
+    if (found == 0) return;
+    Problem(Ui::tr("データベースの構造に%1件の異常があります。").arg(found));
+    findings_.parts.insert(kDamagedFile);
+  }
+
+  // The numbers of the rows from an index, which is narrow, and from the table, as far as either
+  // can be read; each row is then read by itself, so that a bad page hides no other.
+  void ReadRows() {
+    QList<qint64> ids;
+    QSet<qint64> known;
+    for (const char* from : {"mail ORDER BY rowid",
+                             "mail INDEXED BY mail_FIELD_TIMESTAMP ORDER BY "
+                             "FIELD_TIMESTAMP"}) {
+      const auto statement = connection_.Prepare(QByteArray("SELECT rowid FROM ") + from);
+      Statement::Step step = statement == nullptr ? Statement::Step::Failed : statement->Next();
+      for (; step == Statement::Step::Row; step = statement->Next()) {
+        const qint64 id = statement->Value(0).toLongLong();
+        if (!known.contains(id)) ids.append(id);
+        known.insert(id);
+      }
+      if (step == Statement::Step::Failed) Unreadable();
+    }
+    for (const qint64 id : ids) ReadRow(id);
+  }
+
+  void ReadRow(qint64 id) {
+    const auto row = connection_.Prepare(
+        "SELECT SERIALID, FIELD_SUBJECT, FIELD_TIMESTAMP, MAIL, FIELD_FLAG FROM mail WHERE rowid = "
+        "?");
+    if (row == nullptr) return Unreadable();
+    row->Bind({id});
+    const Statement::Step step = row->Next();
+    if (step == Statement::Step::Done) return;  // deleted meanwhile
+    if (step == Statement::Step::Failed) return RowIsLost(id);
+    const UnreadableMessage message{row->Value(0).toString(), row->Value(1).toString(),
+                                    row->Value(2).toString()};
+    const qint64 source = row->Value(3).toLongLong();
+    sources_.insert(source);
+    if (row->EndsWithNul(4)) {
+      findings_.parts.insert(kDamagedFile);
+    } else if (LongBinaryTable(connection_).Read(source)) {
+      return;
+    }
+    findings_.unreadable.append(message);
+  }
+
+  // Its indexes may still tell which it was.
+  void RowIsLost(qint64 id) {
+    UnreadableMessage message;
+    const auto find = [&](const QByteArray& column) {
+      const auto statement = connection_.Prepare(
+          "SELECT " + column + " FROM mail INDEXED BY mail_" + column + " WHERE rowid = ?");
+      if (statement == nullptr) return QString();
+      statement->Bind({id});
+      return statement->Next() == Statement::Step::Row ? statement->Value(0).toString() : QString();
+    };
+    message.serialId = find("SERIALID");
+    message.timestamp = find("FIELD_TIMESTAMP");
+    findings_.unreadable.append(message);
+  }
+
+  void ReadFolderRows() {
+    const qint64 orphans =
+        Number("SELECT COUNT(0) FROM folder WHERE SERIALID NOT IN (SELECT SERIALID FROM mail)");
+    if (orphans > 0) {
+      Problem(Ui::tr("メッセージのないフォルダの登録が%1件あります。").arg(orphans));
+    }
+  }
+
+  // Sources that no message refers to any more.
+  void ReadSources() {
+    qint64 orphans = 0;
+    const auto statement = connection_.Prepare("SELECT ID FROM long_binary");
+    Statement::Step step = statement == nullptr ? Statement::Step::Failed : statement->Next();
+    for (; step == Statement::Step::Row; step = statement->Next()) {
+      if (!sources_.contains(statement->Value(0).toLongLong())) ++orphans;
+    }
+    if (step == Statement::Step::Failed) Unreadable();
+    if (orphans > 0) {
+      Problem(Ui::tr("どのメッセージのものか分からない本文が%1件あります。").arg(orphans));
+    }
+    if (!findings_.unreadable.isEmpty()) {
+      Problem(Ui::tr("読み込めないメッセージが%1通あります。").arg(findings_.unreadable.size()));
+    }
+  }
+
+  void ReadObjects() {
+    const auto row = connection_.Prepare("SELECT SERIALID, NAME, PROPERTY FROM object");
+    Statement::Step step = row == nullptr ? Statement::Step::Failed : row->Next();
+    qint64 cut = 0;
+    for (; step == Statement::Step::Row; step = row->Next()) {
+      if (row->EndsWithNul(2, kLeastSpread)) ++cut;
+    }
+    if (step == Statement::Step::Failed) Unreadable();
+    if (cut > 0) Problem(Ui::tr("壊れた設定の値が%1件あります。").arg(cut));
+  }
+
+  Connection& connection_;
+  FileFindings& findings_;
+  QSet<qint64> sources_;
+};
+
+FileFindings Check(const QString& path, const QString& password, FileContents contents) {
+  FileFindings findings;
+  const QFileInfo file(path);
+  if (!file.exists()) {
+    findings.problems.append(Ui::tr("ファイルがありません。"));
+    findings.parts.insert(kDamagedFile);
+    return findings;
+  }
+  if (file.size() % kPageBytes != 0) {
+    findings.problems.append(Ui::tr("ファイルが途中で切れています。"));
+    findings.parts.insert(kDamagedFile);
+  }
+  // Without a log there is nothing that closing could bring into the file.
+  const bool hasLog = QFileInfo(path + QStringLiteral("-wal")).size() > 0;
+  const auto opened = Connection::Open(
+      path, password, hasLog ? Connection::Mode::ReadOnly : Connection::Mode::Existing);
+  if (!opened) {
+    findings.problems.append(opened.Error().text);
+    findings.parts.insert(kDamagedFile);
+    return findings;
+  }
+  Connection& connection = **opened;
+  // All of it as it is at one moment, whatever others write meanwhile.
+  const bool isMoment = connection.Run("BEGIN");
+  FileCheck(connection, findings).Run(contents);
+  if (isMoment) connection.Run("COMMIT");
+  return findings;
+}
+
+}  // namespace
+
+void FileFindings::AddLostLog() {
+  const QString sentence =
+      Ui::tr("記録ファイル（-wal）が壊れていました。最後の変更が失われた可能性があります。");
+  if (!problems.contains(sentence)) problems.append(sentence);
+  parts.insert(kDamagedLog);
+}
+
+void FileFindings::AddOlderFile() {
+  problems.append(Ui::tr(
+      "前に使ったときより古い状態です。その後に受信したメッセージはこのファイルにありません。"));
+  parts.insert(kOlderFile);
+}
+
+QString UnreadableMessage::Name() const {
+  const QString shown = subject.isEmpty() ? Ui::tr("件名不明") : Ui::tr("「%1」").arg(subject);
+  return shown +
+         Ui::tr("（%1）").arg(timestamp.isEmpty() ? Ui::tr("日付不明") : ShownTimeText(timestamp));
+}
+
+Result<> RequireContents(DataSession& data, FileContents contents) {
+  const QByteArray table = contents == FileContents::Messages ? "mail" : "object";
+  const Result<RecordsetPtr> rows =
+      AskOwn(data, "SELECT SERIALID FROM " + table + " WHERE SERIALID = ''", {});
+  return rows ? Result<>() : rows.Error();
+}
+
+FileFindings CheckDatabaseFile(const QString& path, const QString& password, FileContents contents,
+                               FoundDamage& found) {
+  FileFindings findings = Check(path, password, contents);
+  if (found.TakeOf(path).contains(kDamagedLog)) findings.AddLostLog();
+  found.Add(path, findings.parts);
+  return findings;
+}
+
+}  // namespace vorn
