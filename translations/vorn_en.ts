@@ -4651,10 +4651,6 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <translation>The import could not be undone. </translation>
     </message>
     <message>
-        <source>取り込んでから変更された%1通は残しました。</source>
-        <translation>Kept %1 messages that were changed since the import.</translation>
-    </message>
-    <message>
         <source>「%1」の書き出し</source>
         <translation>Exporting “%1”</translation>
     </message>
@@ -4725,6 +4721,20 @@ Give the password or the recovery code of that time with --former-password-fd.</
     <message>
         <source>%1 / %2 通を受信中 …（%3）</source>
         <translation>Receiving %1 / %2 messages … (%3)</translation>
+    </message>
+    <message numerus="yes">
+        <source>取り込んだメッセージ%n通をくずかごに入れました。</source>
+        <translation>
+            <numerusform>%n imported message was moved to the trash.</numerusform>
+            <numerusform>%n imported messages were moved to the trash.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>取り込んでから変更された%n通は残しました。</source>
+        <translation>
+            <numerusform> %n message that has changed since was kept.</numerusform>
+            <numerusform> %n messages that have changed since were kept.</numerusform>
+        </translation>
     </message>
 </context>
 </TS>

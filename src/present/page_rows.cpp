@@ -50,6 +50,13 @@ void PageRows::Chosen(const std::function<void(const QStringList&)>& then) {
   queue_.Run(OnPage(QStringLiteral("chosen()")), Answering(then));
 }
 
+void PageRows::ToOpen(const std::function<void(const QString&, const QStringList&)>& then) {
+  const std::function<void(const QStringList&)> take = [then](const QStringList& answer) {
+    then(answer.value(0), answer.mid(1));
+  };
+  queue_.Run(OnPage(QStringLiteral("toOpen()")), Answering(take));
+}
+
 void PageRows::Take(const std::function<void(const QStringList&)>& then) {
   queue_.Run(OnPage(QStringLiteral("take()")), Answering(then));
 }

@@ -41,8 +41,11 @@ class PageRows {
   void DeselectFirst() { queue_.RunFirst(OnPage(QStringLiteral("deselect()"))); }
   /// Gives the identifiers of the chosen messages, or of the current one; none when the page goes.
   void Chosen(const std::function<void(const QStringList&)>& then);
-  /// The same of messages that are about to leave the folder: their rows are marked at once, and
-  /// the next one becomes current, so that nothing meets a message twice while the page is made
+  /// Gives what Enter opens: the address of the link on which the keyboard stands, else empty, and
+  /// the same identifiers.
+  void ToOpen(const std::function<void(const QString&, const QStringList&)>& then);
+  /// As `Chosen`, of messages that are about to leave the folder: their rows are marked at once,
+  /// and the next one becomes current, so that nothing meets a message twice while the page is made
   /// anew.
   void Take(const std::function<void(const QStringList&)>& then);
   /// Messages that were taken stay. What the user does next waits, and is done after this.

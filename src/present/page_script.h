@@ -93,6 +93,7 @@ inline constexpr char kPageScript[] = R"js(
     gap = -1;
     if (extend && anchor < 0) anchor = current < 0 ? index : current;
     current = index;
+    if (document.activeElement instanceof HTMLAnchorElement) document.activeElement.blur();
     if (extend) {
       chooseRange();
     } else {
@@ -335,6 +336,12 @@ inline constexpr char kPageScript[] = R"js(
     all: () => { chosen = new Set(there().map(index => rows[index].id)); show(); },
     // The chosen messages, or else the current one, in the page's order.
     chosen: chosenIds,
+    // The same behind the link on which the keyboard stands, if it does.
+    toOpen: () => {
+      const link = document.activeElement;
+      const isMeant = link instanceof HTMLAnchorElement && link.matches(':focus-visible');
+      return [isMeant ? link.href : '', ...chosenIds()];
+    },
     // The same, which leave the folder with this: what is asked next is not told them again.
     take: () => {
       const ids = chosenIds();

@@ -60,7 +60,7 @@ td.subject { position: relative; padding-right: 60px; }
 @media (max-width: 46em) {
   td.subject { padding-right: 8px; }
   .do { visibility: hidden; right: 2px; top: 2px; bottom: 2px; background: var(--back); }
-  .row:hover .do, .row:focus-within .do, .vorn-current .do { visibility: visible; }
+  .row:focus-within .do, .vorn-current .do { visibility: visible; }
 }
 @media (max-width: 30em) {
   .marks { width: 2em; } .from { width: 26vw; } td, th { padding-left: 6px; padding-right: 6px; }

@@ -23,9 +23,6 @@ inline constexpr std::initializer_list<const char16_t*> kForeignReads = {
     u"0 <= (SELECT COUNT(0) FROM erased)", u"0 <= (SELECT COUNT(MAILBOX) FROM on_server)",
     u"0 <= (SELECT COUNT(0) FROM doubtful_answer)",
     u"0 <= (SELECT COUNT(SERIALID) FROM received_identity)",
-    // What the engine tells of the file
-    u"EXISTS (SELECT name FROM pragma_table_info('mail'))",
-    u"0 < (SELECT COUNT(file) FROM pragma_database_list)",
     // At the end of the condition and behind it
     u"STATUS = 4 AND FIELD_SUBJECT & (SELECT MAX(name) FROM sqlite_master) <> ''",
     u"STATUS = 9 UNION SELECT * FROM mail WHERE EXISTS (SELECT sql FROM sqlite_master)",

@@ -103,6 +103,23 @@ TEST_F(FolderCommandsTest, ADoubleClickIsOneCommand) {
   EXPECT_EQ(windows, 1);
 }
 
+TEST_F(FolderCommandsTest, EnterFollowsTheLinkOnWhichTheKeyboardStands) {
+  Begin(2, 100);
+  Press(Qt::Key_Home);
+  const QString isReply =
+      QStringLiteral("document.activeElement.matches('a[href^=\"replay:\" i]')");
+  for (int i = 0; i < 9 && !Script(isReply).toBool(); ++i) Press(Qt::Key_Tab);
+  ASSERT_TRUE(Script(isReply).toBool());
+  Press(Qt::Key_Return);
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  EXPECT_TRUE(TopLevel<MessageWindow>()->windowTitle().contains(u"Re:"))
+      << TopLevel<MessageWindow>()->windowTitle().toStdString();
+  // A step leaves the link.
+  FocusPage();
+  Press(Qt::Key_End);
+  EXPECT_FALSE(Script(isReply).toBool());
+}
+
 // The page answers later than the status bar does.
 TEST_F(FolderCommandsTest, WhatIsTakenBackIsWhatWasDoneBefore) {
   Begin(4, 100);

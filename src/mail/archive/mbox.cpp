@@ -8,9 +8,10 @@
 namespace vorn {
 namespace {
 
-// The separator of this program for what others could not give back unchanged, and of all that it
-// wrote once: what follows is exactly as it was stored.
-constexpr char kExactSeparator[] = "From VORN Thu Jan  1 00:00:00 1970\n";
+// What the separators of this program end with, in a form that separators had before (RFC 976
+// section 2.4), and the whole one that it wrote once: what follows is exactly as it was stored.
+constexpr char kOwnEnd[] = " remote from vorn\n";
+constexpr char kOwnSeparator[] = "From VORN Thu Jan  1 00:00:00 1970\n";
 constexpr char kFrom[] = "From ";
 constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";  // which some editors leave behind
 constexpr qsizetype kLongestSender = 320;          // RFC 5321, sections 4.5.3.1.1 and 4.5.3.1.2
@@ -27,11 +28,8 @@ bool IsFromLine(QByteArrayView line, bool quoted) {
   return (!quoted || at > 0) && line.sliced(at).startsWith(kFrom);
 }
 
-// A message with the line ends of mail (RFC 5322) below a separator with those of a file was not
-// touched when it was put there.
-bool BeginsWithCrLfLine(QByteArrayView text) {
-  const qsizetype end = text.indexOf('\n');
-  return end > 0 && text[end - 1] == '\r';
+bool IsOwnSeparator(const QByteArray& line) {
+  return line == kOwnSeparator || (line.startsWith(kFrom) && line.endsWith(kOwnEnd));
 }
 
 // The forms of the C library's asctime with what programs add to it, of RFC 5322 and ISO 8601.
@@ -79,9 +77,7 @@ class MboxReader {
 
  private:
   void Begin(const QByteArray& separator) {
-    isExact_ = separator == kExactSeparator;
-    isOwn_ =
-        isExact_ || (!separator.endsWith("\r\n") && BeginsWithCrLfLine(file_.peek(kProbedBytes)));
+    isOwn_ = IsOwnSeparator(separator);
     inHeader_ = true;
     headerBytes_ = 0;
     afterEmptyLine_ = false;
@@ -90,7 +86,7 @@ class MboxReader {
 
   // Within a message of this program every "From " is quoted, and its last line may have no end.
   bool IsSeparator(const QByteArray& line) {
-    if (isOwn_ && line == kExactSeparator) return true;
+    if (isOwn_ && IsOwnSeparator(line)) return true;
     if ((!afterEmptyLine_ && !isOwn_) || !line.startsWith(kFrom)) return false;
     return (!datesNeeded_ || HasDate(line)) && PrecedesMessage(file_.peek(kProbedBytes));
   }
@@ -145,10 +141,10 @@ class MboxReader {
     if (source.isEmpty()) return true;
     if (isWhole) return take_(WithCrLf(source));
     const bool hasBody = source.size() > headerBytes_;
-    if (!isExact_ && hasBody && source.endsWith("\r\n\r\n")) {
-      source.chop(2);
-    } else if (isOwn_ || (hasBody && source.endsWith("\n\n"))) {
+    if (isOwn_ || (hasBody && source.endsWith("\n\n"))) {
       source.chop(1);
+    } else if (hasBody && source.endsWith("\r\n\r\n")) {
+      source.chop(2);
     }
     return take_(isOwn_ ? source : WithCrLf(source));
   }
@@ -157,7 +153,6 @@ class MboxReader {
   const std::function<bool(const QByteArray&)>& take_;
   QByteArray message_;
   bool datesNeeded_ = true;
-  bool isExact_ = false;
   bool isOwn_ = false;  // as this program writes: nothing but a line feed before the separator
   bool inHeader_ = true;
   bool afterEmptyLine_ = false;
@@ -166,7 +161,8 @@ class MboxReader {
   qint64 length_ = -1;
 };
 
-// The form of asctime in UTC (RFC 4155, appendix A); a time that is none gives the earliest.
+// The form of asctime in UTC (RFC 4155, appendix A), and who wrote it; a time that is none gives
+// the earliest.
 QByteArray Separator(const QByteArray& sender, const QDateTime& time) {
   const bool fits = !sender.isEmpty() && sender.size() <= kLongestSender;
   const bool isPlain =
@@ -176,13 +172,7 @@ QByteArray Separator(const QByteArray& sender, const QDateTime& time) {
   return kFrom + (isPlain ? sender : QByteArrayLiteral("MAILER-DAEMON")) + ' ' +
          english.toString(utc, QStringLiteral("ddd MMM ")).toLatin1() +
          QByteArray::number(utc.date().day()).rightJustified(2) +
-         english.toString(utc, QStringLiteral(" HH:mm:ss yyyy")).toLatin1() + '\n';
-}
-
-// Whether an entry is read as it was written below a separator that any program could have made.
-bool IsReadUnchanged(const QByteArray& entry, const QByteArray& source) {
-  const QByteArray start = entry.first(qMin(entry.size(), kProbedBytes));
-  return BeginsWithCrLfLine(start) && BeginsWithHeaderField(start) && !source.endsWith('\r');
+         english.toString(utc, QStringLiteral(" HH:mm:ss yyyy")).toLatin1() + kOwnEnd;
 }
 
 }  // namespace
@@ -202,7 +192,7 @@ QByteArray MboxEntry(const QByteArray& source, const QByteArray& sender, const Q
     at = end;
   }
   entry += '\n';
-  return (IsReadUnchanged(entry, source) ? Separator(sender, time) : kExactSeparator) + entry;
+  return Separator(sender, time) + entry;
 }
 
 bool BeginsWithHeaderField(const QByteArray& text) {

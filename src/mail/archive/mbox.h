@@ -13,8 +13,8 @@ namespace vorn {
 /// where the first line of the file bears no date, none needs one. A "Content-Length" is believed
 /// when it leads to a separator or to the end. One ">" is taken off the quoted "From " lines,
 /// except in a message of known length in which such a line stands unquoted. Lines get CR LF,
-/// unless `MboxEntry` wrote the message: below a separator that ends with a bare LF, a message
-/// whose first line ends with CR LF is taken as it stands. False when the file cannot be read.
+/// unless `MboxEntry` wrote the message, as the end of its separator tells: that is taken as it
+/// stands. False when the file cannot be read.
 bool ReadMbox(QIODevice& file, const std::function<bool(const QByteArray&)>& take);
 
 /// A message as an entry of an mbox, from which `ReadMbox` gets exactly the same bytes back. The

@@ -32,6 +32,13 @@ Result<MessageFlags> ReadFlags(DataSession& session, const QString& condition,
   return flags;
 }
 
+// A mark that was given and taken back leaves zeros behind.
+QString Marks(const FlagString& flags) {
+  QString marks = flags.Text();
+  while (marks.endsWith(u'0')) marks.chop(1);
+  return marks;
+}
+
 // What a server is being given stays as it is.
 const QString kMayChange =
     QStringLiteral(" AND SERIALID NOT IN (SELECT SERIALID FROM send_attempt WHERE STATE = 1)");
@@ -244,8 +251,8 @@ Result<MessageFlags> FlagsOf(Context& context, const QStringList& messages) {
   return ReadFlags(context.Data, QString(), messages);
 }
 
-Result<qsizetype> DeleteUnchanged(Context& context, const MessageFlags& flags,
-                                  const QString& folder) {
+Result<QStringList> UnchangedAmong(Context& context, const MessageFlags& flags,
+                                   const QString& folder) {
   const QString others = QStringLiteral("SELECT SERIALID FROM folder WHERE FOLDERID <> ");
   const QString filed =
       folder.isEmpty()
@@ -255,18 +262,15 @@ Result<qsizetype> DeleteUnchanged(Context& context, const MessageFlags& flags,
   const QString isThere =
       QStringLiteral("STATUS = %1 AND SERIALID NOT IN (%2%3)%4 AND")
           .arg(QString::number(kStatusReceived), others, QuoteSql(folder), filed);
-  return Transact(context, [&](DataSession& session) -> Result<qsizetype> {
-    const Result<MessageFlags> now = ReadFlags(session, isThere, flags.keys());
-    if (!now) return now.Error();
-    QStringList unchanged;
-    for (auto message = now->cbegin(); message != now->cend(); ++message) {
-      if (flags.value(message.key()) == message.value()) unchanged.append(message.key());
-    }
-    const bool deleted = RunAmong(session, QStringLiteral("DELETE FROM folder WHERE"), unchanged) &&
-                         RunAmong(session, QStringLiteral("DELETE * FROM mail WHERE"), unchanged);
-    if (!deleted) return ReasonOf(session);
-    return unchanged.size();
-  });
+  const OpenedDatabase opened(context, DatabaseKind::Mail);
+  if (!opened) return opened.Error();
+  const Result<MessageFlags> now = ReadFlags(context.Data, isThere, flags.keys());
+  if (!now) return now.Error();
+  QStringList unchanged;
+  for (auto message = now->cbegin(); message != now->cend(); ++message) {
+    if (Marks(flags.value(message.key())) == Marks(*message)) unchanged.append(message.key());
+  }
+  return unchanged;
 }
 
 int CountWaiting(Context& context, const QString& address) {

@@ -59,10 +59,10 @@ Result<UnderWay> DeleteMessages(Context& context, const QStringList& messages);
 /// The flag strings of messages, by their serial identifiers.
 using MessageFlags = QHash<QString, FlagString>;
 Result<MessageFlags> FlagsOf(Context& context, const QStringList& messages);
-/// Deletes those received messages that are as they were: with these flags, in that hand-filled
-/// folder alone, or in none where it is empty. Returns how many.
-Result<qsizetype> DeleteUnchanged(Context& context, const MessageFlags& flags,
-                                  const QString& folder);
+/// Those received messages that are as they were: with these flags, in that hand-filled folder
+/// alone, or in none where it is empty, and not in the dust bin.
+Result<QStringList> UnchangedAmong(Context& context, const MessageFlags& flags,
+                                   const QString& folder);
 /// How many messages from that address wait to be sent; 0 as well when the file cannot
 /// be read.
 int CountWaiting(Context& context, const QString& address);

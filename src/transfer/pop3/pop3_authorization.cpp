@@ -47,6 +47,9 @@ void Pop3Authorization::ChooseLogin(const QByteArray& capabilities) {
   offersUser_ = capabilities.isEmpty() || IsCapability(capabilities, "USER");
   const QByteArrayList offered = CapabilityArguments(capabilities, "SASL");
   SaslExchange exchange(offered, tls_.IsEncrypted(), login_.server.who);
+  const SaslMechanism* best = exchange.Mechanism();
+  maySayPassword_ =
+      tls_.IsEncrypted() || best == nullptr || !best->hidesPassword || best->needsStoredPassword;
   // Servers that list no mechanism like USER refuse USER too, also when they announce it.
   const bool takesUser = offersUser_ && SaslExchange::HasPlainLogin(offered);
   if (!takesUser || !exchange.Mechanism()->isPlainLogin) auth_ = std::move(exchange);
@@ -111,7 +114,7 @@ std::optional<PopFailure> Pop3Authorization::TryAnotherWay(const QByteArray& lin
   const bool isMissing = !auth_.HasProved();
   const bool isDoubtful = auth_.Mechanism()->needsStoredPassword;
   if (isMissing && auth_.TryNext()) return LogIn();
-  if (offersUser_ && (isMissing || isDoubtful)) {
+  if (offersUser_ && maySayPassword_ && (isMissing || isDoubtful)) {
     auth_ = {};
     return LogIn();
   }

@@ -66,6 +66,8 @@ class Pop3Authorization {
   QByteArray timestamp_;  // of the greeting, for APOP
   TlsStep tls_;
   bool offersUser_ = true;
+  // Not where anybody on the way may have had a mechanism refused that hides it.
+  bool maySayPassword_ = true;
   bool offersUidl_ = false;
   bool lacksTop_ = false;
   SaslExchange auth_;

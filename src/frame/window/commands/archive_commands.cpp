@@ -163,7 +163,9 @@ void ArchiveCommands::TellImported(const Result<>& imported, const ImportCounts&
   if (counts.imported > 0) OfferUndo(text, counts.brought, folder);
 }
 
-// With the marks that the messages have now: what has others by then has been used.
+// With the marks that the messages have now: what has others by then has been used. It goes to the
+// dust bin and not for good, since a server may have been told meanwhile that it is stored, and
+// whoever takes back one step too many wants it back.
 void ArchiveCommands::OfferUndo(const QString& done, const QStringList& messages,
                                 const QString& folder) {
   const Result<MessageFlags> flags = FlagsOf(context_, messages);
@@ -175,15 +177,20 @@ void ArchiveCommands::OfferUndo(const QString& done, const QStringList& messages
 }
 
 void ArchiveCommands::TakeBack(const MessageFlags& flags, const QString& folder) {
-  const Result<qsizetype> gone = DeleteUnchanged(context_, flags, FiledIn(folder));
+  const Result<QStringList> unchanged = UnchangedAmong(context_, flags, FiledIn(folder));
+  const Result<Moved> moved = unchanged ? SetDust(context_, *unchanged, true) : unchanged.Error();
   host_.MessageStored();
-  if (!gone) {
+  if (!moved) {
     ShowBox(&window_, QMessageBox::Critical,
-            Ui::tr("取り込みを元に戻せませんでした。") + gone.Error().text);
-  } else if (*gone < flags.size()) {
-    ShowBox(&window_, QMessageBox::Information,
-            Ui::tr("取り込んでから変更された%1通は残しました。").arg(flags.size() - *gone));
+            Ui::tr("取り込みを元に戻せませんでした。") + moved.Error().text);
+    return;
   }
+  const auto gone = static_cast<int>(moved->back.Messages().size());
+  const auto kept = static_cast<int>(flags.size()) - gone;
+  ShowBox(&window_, QMessageBox::Information,
+          Ui::tr("取り込んだメッセージ%n通をくずかごに入れました。", nullptr, gone) +
+              (kept > 0 ? Ui::tr("取り込んでから変更された%n通は残しました。", nullptr, kept)
+                        : QString()));
 }
 
 void ArchiveCommands::Export(const QString& folder, const QString& name) {

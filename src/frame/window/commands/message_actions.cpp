@@ -68,7 +68,17 @@ QStringList MessageActions::Act(MessageAction action, const QStringList& message
       const auto toggle = [this](const QStringList& starred) {
         return vorn::ToggleStar(context_, starred);
       };
-      Mark(messages, toggle, toggle,
+      const MessageFlags before = FlagsOf(context_, messages).ValueOr({});
+      const auto back = [this, before](const QStringList& changed) -> Result<> {
+        QStringList starred;
+        QStringList bare;
+        for (const QString& message : changed) {
+          (before.value(message).Has(kFlagStar) ? starred : bare).append(message);
+        }
+        const Result<> set = SetMark(context_, starred, kFlagStar, true);
+        return set ? SetMark(context_, bare, kFlagStar, false) : set;
+      };
+      Mark(messages, toggle, back,
            [](qsizetype count) { return Ui::tr("%1通のスターを変えました。").arg(count); });
       return {};
     }

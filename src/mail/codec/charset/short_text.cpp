@@ -85,7 +85,7 @@ int Bonus(Family family, const QString& text, const Charset& declared, const Sur
 
 Charset CodeOfShortText(QByteArrayView bytes, const Charset& declared, bool atCut,
                         const Surroundings& around) {
-  constexpr int kError = 12;  // beyond what it costs in a longer text
+  constexpr int kErrorCost = 12;  // beyond what it costs in a longer text
   const bool isJapanese = declared.family > Family::Ascii && declared.family < Family::Other;
   if (!isJapanese || !IsShort(bytes) || HasJisEscape(bytes)) return declared;
   if (declared.family == Family::Utf8 && bytes.isValidUtf8()) return declared;
@@ -98,7 +98,7 @@ Charset CodeOfShortText(QByteArrayView bytes, const Charset& declared, bool atCu
   int bestCost = INT_MAX;
   const auto consider = [&](const Charset& charset, const DecodedText& reading) {
     const auto errors = static_cast<int>(reading.text.count(QChar::ReplacementCharacter));
-    const int cost = JapaneseCost(reading.text) + errors * kError -
+    const int cost = JapaneseCost(reading.text) + errors * kErrorCost -
                      Bonus(charset.family, reading.text, declared, counted);
     if (cost >= bestCost) return;
     best = charset;

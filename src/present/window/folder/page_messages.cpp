@@ -8,6 +8,7 @@
 #include "kit/window/second_click.h"
 #include "mail/window/host/message_host.h"
 #include "objects/object_types.h"
+#include "present/link_command.h"
 #include "present/shown_page.h"
 #include "present/window/folder/page_split.h"
 #include "storage/ui.h"
@@ -51,8 +52,11 @@ bool PageMessages::HasAny(bool any) {
 // All chosen messages are read, one is answered.
 void PageMessages::Open(OpenMode mode) {
   if (mode == OpenMode::Show) {
-    page_.rows.Chosen([this](const QStringList& messages) {
-      QTimer::singleShot(0, this, [this, messages] { OpenEach(messages); });
+    page_.rows.ToOpen([this](const QString& link, const QStringList& messages) {
+      const auto request = ReadLinkCommand(link);
+      QTimer::singleShot(0, this, [this, request, messages] {
+        request ? host_.OpenMessage(*request) : OpenEach(messages);
+      });
     });
     return;
   }
