@@ -153,6 +153,19 @@ TEST(ScramTest, RefusedBeforeAProofItIsFollowedByTheNext) {
   EXPECT_EQ(said.last(), "AUTH CRAM-MD5") << "in clear no password is shown";
   smtp.Receive("334 PDE+\r\n535 wrong\r\n221\r\n");
   EXPECT_EQ(events.codes, QList{PopError::Login});
+
+  // Nor is it said in the words of POP3 after whatever was refused.
+  for (const char* refusal : {"-ERR no\r\n", "+ \r\n-ERR no\r\n"}) {
+    SessionRecorder popEvents;
+    QByteArrayList lines;
+    Pop3Session pop3({{.who = Who()}}, popEvents,
+                     [&lines](const QByteArray& bytes) { lines += bytes.trimmed(); });
+    pop3.Receive("+OK\r\n");
+    pop3.Receive("+OK\r\nUSER\r\nSASL PLAIN SCRAM-SHA-256\r\n.\r\n");
+    pop3.Receive(refusal);
+    EXPECT_FALSE(lines.join().contains("USER")) << refusal;
+    EXPECT_EQ(popEvents.codes, QList{PopError::Login}) << refusal;
+  }
 }
 
 }  // namespace
