@@ -27,7 +27,9 @@ class Events : public PopEvents, public RetrievalEvents, public HandoverEvents {
     if (header.size() % 2 != 0) return {};
     return ServerCopy::Stays;
   }
-  void Progress(qint64 total, qint64 done) override { fuzz::Require(done <= total); }
+  void Progress(qint64 total, qint64 done, const FetchedMessages&) override {
+    fuzz::Require(done <= total);
+  }
   bool WantsHeaders() override { return wantsHeaders; }
   bool MakeDurable() override { return durable = true; }
 
