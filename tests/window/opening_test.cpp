@@ -18,6 +18,7 @@
 
 #include "frame/instance_messages.h"
 #include "frame/ui_language.h"
+#include "mail/store/message_filing.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
@@ -159,17 +160,27 @@ TEST_F(OpeningTest, MailIsImportedAndExportedByMenu) {
   };
   QAction* import = Entry(u"menuFiles", QStringLiteral("ファイルから取り込む"));
   const auto& done = Child<QLabel>(*program_->Parent(), u"lbDone");
-  const auto importIt = [&] {
-    EXPECT_TRUE(InModal<QFileDialog>([import] { import->trigger(); }, choose(mbox)));
-    EXPECT_EQ(done.text(), QStringLiteral("2通を「受信」に取り込みました。"));
-    EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("imported one")); }));
-  };
-  importIt();
+  EXPECT_TRUE(InModal<QFileDialog>([import] { import->trigger(); }, choose(mbox)));
+  EXPECT_EQ(done.text(), QStringLiteral("2通を「受信」に取り込みました。"));
+  EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("imported one")); }));
   auto& undo = Child<QToolButton>(*program_->Parent(), u"cmUndo");
-  undo.click();
+  EXPECT_TRUE(InModal<QMessageBox>([&undo] { undo.click(); },
+                                   [&told](QMessageBox& box) {
+                                     told = box.text();
+                                     box.button(QMessageBox::Ok)->click();
+                                   }));
+  EXPECT_EQ(told, QStringLiteral("取り込んだメッセージ2通をくずかごに入れました。"));
   EXPECT_TRUE(WaitFor([this] { return !PageText().contains(QStringLiteral("imported one")); }));
   EXPECT_FALSE(PageText().contains(QStringLiteral("two")));
-  importIt();
+  // Nothing is lost by it.
+  Context& context = program_->GetContext();
+  QStringList thrown;
+  for (const QVariant& id :
+       test::Select(context, QStringLiteral("SELECT SERIALID AS V FROM mail"))) {
+    thrown.append(id.toString());
+  }
+  EXPECT_EQ(thrown.size(), 2);
+  EXPECT_TRUE(SetDust(context, thrown, false));
   run(Entry(u"menuFiles", QStringLiteral("ファイルから取り込む")), mbox);
   EXPECT_EQ(told, QStringLiteral("0通を「受信」に取り込みました。2通は保存済みでした。"));
   const QString out = folder_.path() + QStringLiteral("/out");
