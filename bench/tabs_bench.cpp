@@ -136,23 +136,30 @@ void MeasureClicks(ParentWindow& parent, Pages& pages) {
          times[fixed_serial::kDust]);
 }
 
-// From a key on the page to the message in the pane; an HTML message is painted by the engine.
+// From a key on the page to the message in the pane, and from the row that is painted as the
+// current one; an HTML message is painted by the engine.
 void MeasurePane(const QString& figure, ParentWindow& parent, const QString& painter) {
   auto* pane = parent.findChild<ReadingPane*>();
   auto* view = parent.findChild<QWebEngineView*>(QStringLiteral("wbUrl"));
   Require(pane != nullptr && pane->isVisible(), QStringLiteral("no pane"));
-  std::vector<double> times;
+  std::vector<double> fromKey;
+  std::vector<double> fromSelection;
   for (int round = 0; round < kRounds; ++round) {
     const QString before = pane->Shown();
+    PaintWatch selection(QStringLiteral("wbUrl"));
     PaintWatch paint(painter);
+    selection.Start();
     paint.Start();
     QTest::keyClick(view->focusProxy(), Qt::Key_Up);
     Require(WaitFor([&] { return pane->Shown() != before; }), QStringLiteral("no message"));
     Require(WaitFor([&] { return paint.Last() > 0; }), QStringLiteral("nothing is painted"));
     Rest(kRestMs);
-    times.push_back(paint.Last());
+    Require(selection.First() > 0, QStringLiteral("no row is painted as the current one"));
+    fromKey.push_back(paint.Last());
+    fromSelection.push_back(paint.Last() - selection.First());
   }
-  Report(figure, times);
+  Report(QStringLiteral("key to the painted ") + figure, fromKey);
+  Report(QStringLiteral("selection to the painted ") + figure, fromSelection);
 }
 
 // The proportional memory of this process and all that it has begun, in kilobytes.
@@ -255,10 +262,8 @@ int main(int argc, char** argv) {
       QTest::keyClick(parent.findChild<QWebEngineView*>(QStringLiteral("wbUrl"))->focusProxy(),
                       Qt::Key_End);
       Rest(kQuietMs / 2);
-      MeasurePane(QStringLiteral("key to the painted HTML message"), parent,
-                  QStringLiteral("wbPaneHtml"));
-      MeasurePane(QStringLiteral("key to the painted text message"), parent,
-                  QStringLiteral("frReadingPane"));
+      MeasurePane(QStringLiteral("HTML message"), parent, QStringLiteral("wbPaneHtml"));
+      MeasurePane(QStringLiteral("text message"), parent, QStringLiteral("frReadingPane"));
     }
     context.Data.CloseAll();
   }

@@ -26,7 +26,8 @@ inline void Report(const QString& figure, std::vector<double> times) {
   std::fflush(stdout);
 }
 
-/// When something of the widgets of this name was last painted, as long as it lives.
+/// When something of the widgets of this name was first and last painted since the start, as long
+/// as it lives; 0 for never.
 class PaintWatch : public QObject {
  public:
   explicit PaintWatch(QString name) : name_(std::move(name)) { qApp->installEventFilter(this); }
@@ -34,18 +35,22 @@ class PaintWatch : public QObject {
     if (event->type() == QEvent::Paint && watched->inherits("QWidget") && clock_.isValid()) {
       const auto* widget = static_cast<QWidget*>(watched);
       for (; widget != nullptr; widget = widget->parentWidget()) {
-        if (widget->objectName() == name_) last_ = Milliseconds(clock_);
+        if (widget->objectName() != name_) continue;
+        last_ = Milliseconds(clock_);
+        if (first_ == 0) first_ = last_;
       }
     }
     return false;
   }
   void Start() { clock_.start(); }
   double Now() const { return Milliseconds(clock_); }
+  double First() const { return first_; }
   double Last() const { return last_; }
 
  private:
   const QString name_;
   QElapsedTimer clock_;
+  double first_ = 0;
   double last_ = 0;
 };
 

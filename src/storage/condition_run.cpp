@@ -1,5 +1,6 @@
 #include "storage/condition_run.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QThread>
 #include <tuple>
@@ -37,10 +38,12 @@ ConditionRun::Answer Ask(Connection& connection, const QByteArray& sql,
 }
 
 // The allocator has a pool for each thread and keeps what was freed in it, which after a search of
-// a large file is tens of megabytes.
-void GiveMemoryBack() {
+// a large file is tens of megabytes. The answer itself is freed once the event that brought it has
+// been dealt with.
+void GiveMemoryBackSoon() {
 #ifdef __GLIBC__
-  malloc_trim(0);
+  QMetaObject::invokeMethod(
+      QCoreApplication::instance(), [] { malloc_trim(0); }, Qt::QueuedConnection);
 #endif
 }
 
@@ -114,7 +117,7 @@ void ConditionRun::End(const Answer& answer) {
   const Then then = std::move(then_);
   if (connection_ != nullptr) context_.Data.Damage().Add(path_, connection_->Damage());
   Stop();
-  GiveMemoryBack();
+  GiveMemoryBackSoon();
   if (then) then(answer);
 }
 

@@ -28,6 +28,10 @@ class MailStoreTest : public testing::Test {
         .value(0)
         .toString();
   }
+  bool Run(const QByteArray& statement) {
+    const OpenedDatabase mail(profile_.Get(), DatabaseKind::Mail);
+    return mail && RunOwn(profile_.Get().Data, statement, {});
+  }
 
   TestProfile profile_;
   MailStore store_{profile_.Get()};
@@ -85,6 +89,21 @@ TEST_F(MailStoreTest, StoringAgainReplacesEverythingButTheIdentifier) {
   EXPECT_TRUE(profile_.Select(QStringLiteral("SELECT FOLDERID AS V FROM folder")).isEmpty());
 }
 
+TEST_F(MailStoreTest, SeveralMessagesAreStoredTogetherOrNotAtAll) {
+  std::vector<std::pair<DiskPtr, QByteArray>> messages;
+  for (const auto* name : {"a", "b"}) {
+    messages.emplace_back(Request(QString::fromLatin1(name)), "Subject: x\r\n\r\n");
+  }
+  ASSERT_TRUE(
+      Run("CREATE TRIGGER full BEFORE INSERT ON mail WHEN NEW.SERIALID = 'b' "
+          "BEGIN SELECT RAISE(ABORT, 'full'); END"));
+  EXPECT_FALSE(store_.StoreMessages(messages));
+  EXPECT_EQ(Column(QStringLiteral("COUNT(0)")), QStringLiteral("0"));
+  ASSERT_TRUE(Run("DROP TRIGGER full"));
+  EXPECT_TRUE(store_.StoreMessages(messages));
+  EXPECT_EQ(Column(QStringLiteral("COUNT(0)")), QStringLiteral("2"));
+}
+
 TEST_F(MailStoreTest, AFilingFromSeveralFoldersIsTakenBackWholeOrNotAtAll) {
   Context& context = profile_.Get();
   const QStringList messages{profile_.Store("Subject: 1\r\n\r\n"),
@@ -95,10 +114,6 @@ TEST_F(MailStoreTest, AFilingFromSeveralFoldersIsTakenBackWholeOrNotAtAll) {
   const Result<Moved> back =
       MoveMessages(context, {.into = {{into, messages}}, .outOf = left, .outOfDust = messages});
   ASSERT_TRUE(back);
-  const auto run = [&context](const QByteArray& statement) {
-    const OpenedDatabase mail(context, DatabaseKind::Mail);
-    return mail && RunOwn(context.Data, statement, {});
-  };
   const auto folders = [this] {
     QString found;
     for (const QVariant& folder :
@@ -108,11 +123,11 @@ TEST_F(MailStoreTest, AFilingFromSeveralFoldersIsTakenBackWholeOrNotAtAll) {
     return found;
   };
   ASSERT_TRUE(
-      run("CREATE TRIGGER full BEFORE INSERT ON folder WHEN NEW.FOLDERID = 'b' "
+      Run("CREATE TRIGGER full BEFORE INSERT ON folder WHEN NEW.FOLDERID = 'b' "
           "BEGIN SELECT RAISE(ABORT, 'full'); END"));
   EXPECT_FALSE(MoveMessages(context, back->back));
   EXPECT_EQ(folders(), QStringLiteral("new new "));
-  ASSERT_TRUE(run("DROP TRIGGER full"));
+  ASSERT_TRUE(Run("DROP TRIGGER full"));
   EXPECT_TRUE(MoveMessages(context, back->back));
   EXPECT_EQ(folders(), QStringLiteral("a b "));
 }

@@ -80,14 +80,14 @@ QString FolderRows::Question() const {
 
 void FolderRows::Take(DataSession& session, const QStringList& serialIds) {
   Refresh(session);
-  found_ = serialIds;
+  found_.emplace(serialIds);
   count_ = serialIds.size();
 }
 
 // The identifiers come in pieces of text that the engine takes apart, since it takes only so many
 // values one by one.
 bool FolderRows::OpenFound(DataSession& session, qint64 first, qint64 limit) const {
-  const QStringList shown = found_->mid(first, limit > 0 ? limit : -1);
+  const QStringList shown = found_->Mid(first, limit);
   const qsizetype size = qMax(kFewestInPiece, shown.size() / kMostPieces + 1);
   QStringList pieces;
   for (qsizetype at = 0; at < qMax(qsizetype{1}, shown.size()); at += size) {

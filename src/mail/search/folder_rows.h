@@ -3,6 +3,7 @@
 #include <QStringList>
 #include <optional>
 
+#include "mail/search/compact_list.h"
 #include "mail/search/folder_query.h"
 #include "mail/search/row_index.h"
 #include "storage/session/data_session.h"
@@ -53,7 +54,7 @@ class FolderRows {
   bool few_ = false;
   bool indexed_ = false;  // an index alone finds the rows
   bool exploring_ = false;
-  std::optional<QStringList> found_;  // all of them, where they were asked for elsewhere
+  std::optional<CompactList> found_;  // all of them, where they were asked for elsewhere
 };
 
 }  // namespace vorn
