@@ -4736,5 +4736,9 @@ Give the password or the recovery code of that time with --former-password-fd.</
             <numerusform> %n messages that have changed since were kept.</numerusform>
         </translation>
     </message>
+    <message>
+        <source>一覧の鍵は利用者の設定にあります。いつもの利用者として（いつものホームフォルダで）実行してください。鍵をなくしたときは、Vornを起動するか --create を付けると、一覧を作り直します。</source>
+        <translation>The list’s key is in the user’s settings. Run this as the usual user (with the usual home folder). If the key is lost, start Vorn or add --create, and the list is made anew.</translation>
+    </message>
 </context>
 </TS>

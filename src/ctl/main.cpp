@@ -119,7 +119,9 @@ Result<> LogInToProfile(Context& context, const Arguments& arguments) {
   if (!former) return former.Error();
   const QString folder = ChooseAppFolder(arguments.Text(QStringLiteral("data")),
                                          QCoreApplication::applicationDirPath());
-  if (const Result<> started = StartUp(context, folder); !started) return started;
+  const auto unreadable =
+      arguments.Has(QStringLiteral("create")) ? UnreadableList::SetAside : UnreadableList::Keep;
+  if (const Result<> started = StartUp(context, folder, unreadable); !started) return started;
   if (context.Objects.IsEmpty()) {
     const Result<DiskPtr> made = CreateFirstProfile(context);
     if (!made) return made.Error().Behind(Ui::tr("プロファイルを作成できません。"));

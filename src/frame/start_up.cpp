@@ -157,7 +157,7 @@ Result<> StoreRebuilt(Context& context, const QList<DiskPtr>& profiles) {
 
 // The list of profiles is lost, unreadable (the user's settings with its key are lost, or they are
 // another user's) or empty: with profile folders beside it, it is made anew from them.
-Result<> RebuildList(Context& context) {
+Result<> RebuildList(Context& context, UnreadableList choice) {
   FileLock lock(context.AppFolder + QStringLiteral("navi.lock"));
   const FileLock::Result result = lock.Take(FileLock::Kind::Exclusive, kRebuildWaitMs);
   if (result != FileLock::Result::Taken) {
@@ -182,6 +182,12 @@ Result<> RebuildList(Context& context) {
     const bool unreadable =
         damaged || kind == Kind::WrongPassword || kind == Kind::Damaged || kind == Kind::Foreign;
     if (!unreadable || profiles.isEmpty()) return loaded;
+    if (choice == UnreadableList::Keep) {
+      return loaded.Error().Behind(
+          Ui::tr("一覧の鍵は利用者の設定にあります。いつもの利用者として（いつものホームフォルダ"
+                 "で）実行してください。鍵をなくしたときは、Vornを起動するか --create を付けると、"
+                 "一覧を作り直します。"));
+    }
     loaded = SetListAside(context, profiles, loaded.Error());
     if (loaded) loaded = LoadProfiles(context);
     if (!loaded) return loaded;
@@ -202,7 +208,7 @@ QString ChooseAppFolder(const QString& requested, const QString& executableFolde
                        QStringLiteral("/vorn"));
 }
 
-Result<> StartUp(Context& context, const QString& appFolder) {
+Result<> StartUp(Context& context, const QString& appFolder, UnreadableList unreadable) {
   context.ComputerName = QSysInfo::machineHostName().left(kComputerNameCharacters);
   context.Session = std::make_shared<Disk>();
   context.AppFolder = WithSeparator(appFolder);
@@ -228,7 +234,7 @@ Result<> StartUp(Context& context, const QString& appFolder) {
   const bool listed = QFileInfo(context.NaviDatabasePath).size() > 0 && LoadProfiles(context) &&
                       !context.Objects.IsEmpty();
   if (listed) return {};
-  const Result<> rebuilt = RebuildList(context);
+  const Result<> rebuilt = RebuildList(context, unreadable);
   if (rebuilt) return rebuilt;
   return StorageError{
       rebuilt.Error().kind,

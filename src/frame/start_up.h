@@ -12,9 +12,15 @@ namespace vorn {
 /// data folder for the application.
 QString ChooseAppFolder(const QString& requested, const QString& executableFolder);
 
+/// What becomes of a list of profiles that cannot be read: its key may be lost, or only be another
+/// user's.
+enum class UnreadableList { SetAside, Keep };
+
 /// Fills the process-wide values, makes sure that the navigator database exists and loads the
-/// profiles. Where it is lost or cannot be read beside profiles' folders, the list is made anew
-/// from these, which the context's `Notices` say. When it fails, nothing was overwritten.
-Result<> StartUp(Context& context, const QString& appFolder);
+/// profiles. Where it is lost beside profiles' folders, the list is made anew from these, which the
+/// context's `Notices` say; one that cannot be read is set aside before that or kept, which is a
+/// failure. When it fails, nothing was overwritten.
+Result<> StartUp(Context& context, const QString& appFolder,
+                 UnreadableList unreadable = UnreadableList::SetAside);
 
 }  // namespace vorn

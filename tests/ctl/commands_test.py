@@ -94,6 +94,20 @@ class Commands(unittest.TestCase):
         self.assertEqual(self.receive(code=1)["errors"], 1)
         self.assertIn("接続できません", self.errors)
 
+    def test_the_list_of_profiles_is_left_to_whom_it_belongs(self):
+        """A timer or another user has other settings, and so another key."""
+        self.add_account()
+        listed = pathlib.Path(self.data, "navi.mbx")
+        whole = listed.read_bytes()
+        own = self.environment["XDG_CONFIG_HOME"]
+        self.environment["XDG_CONFIG_HOME"] = os.path.join(own, "other")
+        self.run_ctl("list", "受信", code=3)
+        self.assertIn("--create", self.errors)
+        self.assertEqual(listed.read_bytes(), whole)
+        self.assertEqual(list(listed.parent.glob("navi.mbx.*")), [])
+        self.run_ctl("list", "受信", "--create")
+        self.assertEqual(len(list(listed.parent.glob("navi.mbx.unreadable-*"))), 1)
+
     def test_the_locale_chooses_the_language(self):
         for variable in ("LC_ALL", "LC_MESSAGES", "LANG", "LANGUAGE"):
             self.environment.pop(variable, None)
