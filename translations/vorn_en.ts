@@ -3900,10 +3900,6 @@ Do you want that?</translation>
         <translation>[Refused] </translation>
     </message>
     <message>
-        <source>サーバーに断られたメッセージが%1通あり、送信しませんでした。開いて送信をキャンセルし、直してからもう一度送信してください。</source>
-        <translation>Messages that the server has refused (%1) were not sent. Open them, cancel the sending, correct them and send them again.</translation>
-    </message>
-    <message>
         <source>再送の前に確かめます。サーバーに断られたものは送り直さず、
 捨てたメッセージはフォルダに表示せず、
 消したものは受信し直しません。</source>
@@ -4090,14 +4086,6 @@ and what was erased is not received again.</translation>
     <message>
         <source>もう一度起動されたら手前に出る(&amp;Q)</source>
         <translation>Come to the front when started again (&amp;Q)</translation>
-    </message>
-    <message>
-        <source>サーバーに断られたので、送信しませんでした。開いて送信をキャンセルし、直してからもう一度送信してください。</source>
-        <translation>The server refused it, so it was not sent. Open it, cancel the sending, correct it and send it again.</translation>
-    </message>
-    <message>
-        <source>サーバーに断られたままなので、送信しませんでした。開いて送信をキャンセルし、直してからもう一度送信してください。</source>
-        <translation>The server has refused it before, so it was not sent. Open it, cancel the sending, correct it and send it again.</translation>
     </message>
     <message>
         <source>「%1」は件名にもアドレスにもありません。本文を検索しています…</source>
@@ -4675,10 +4663,6 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <translation>.. %1 / %2 messages</translation>
     </message>
     <message>
-        <source>サーバーに断られたので、送信していません。送信をキャンセルし、直してからもう一度送信してください。</source>
-        <translation>Not sent, because the server refused it. Cancel the sending, correct the message and send it again.</translation>
-    </message>
-    <message>
         <source>いつ送信を試みたか: %1</source>
         <translation>Tried at: %1</translation>
     </message>
@@ -4715,10 +4699,6 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <translation>Sending … (%1 to go, %2)</translation>
     </message>
     <message>
-        <source>新着を確認中 …（%1）</source>
-        <translation>Checking for new messages … (%1)</translation>
-    </message>
-    <message>
         <source>%1 / %2 通を受信中 …（%3）</source>
         <translation>Receiving %1 / %2 messages … (%3)</translation>
     </message>
@@ -4739,6 +4719,64 @@ Give the password or the recovery code of that time with --former-password-fd.</
     <message>
         <source>一覧の鍵は利用者の設定にあります。いつもの利用者として（いつものホームフォルダで）実行してください。鍵をなくしたときは、Vornを起動するか --create を付けると、一覧を作り直します。</source>
         <translation>The list’s key is in the user’s settings. Run this as the usual user (with the usual home folder). If the key is lost, start Vorn or add --create, and the list is made anew.</translation>
+    </message>
+    <message>
+        <source>その後、送信しました。</source>
+        <translation>Sent since then.</translation>
+    </message>
+    <message>
+        <source>.. %1 / %2 MB（%3通）</source>
+        <translation>.. %1 / %2 MB (%3 messages)</translation>
+    </message>
+    <message>
+        <source>サーバーに断られたので、送信していません。編集して、もう一度送信してください。</source>
+        <translation>Not sent, because the server refused it. Edit the message and send it again.</translation>
+    </message>
+    <message>
+        <source>編集する(&amp;T)..</source>
+        <translation>Edi&amp;t..</translation>
+    </message>
+    <message>
+        <source>先に、送信するアカウントを「アカウントを作成」のボタンで作ってください。</source>
+        <translation>First create an account to send from, with the button &quot;Create an Account&quot;.</translation>
+    </message>
+    <message>
+        <source>編集して再送</source>
+        <translation>Edit and Resend</translation>
+    </message>
+    <message>
+        <source>編集して再送(&amp;S)..</source>
+        <translation>Edit and Re&amp;send..</translation>
+    </message>
+    <message>
+        <source>開いて編集..</source>
+        <translation>Open to Edit..</translation>
+    </message>
+    <message>
+        <source>サーバーに断られたので、送信しませんでした。開いて編集し、もう一度送信してください。</source>
+        <translation>The server refused it, so it was not sent. Open it, edit it and send it again.</translation>
+    </message>
+    <message numerus="yes">
+        <source>サーバーに断られたメッセージが%n通あり、送信しませんでした。開いて編集し、もう一度送信してください。</source>
+        <translation>
+            <numerusform>One message that the server refused was not sent. Open it, edit it and send it again.</numerusform>
+            <numerusform>%n messages that the server refused were not sent. Open them, edit them and send them again.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>サーバーに断られたままなので、送信しませんでした。開いて編集し、もう一度送信してください。</source>
+        <translation>The server has refused it before, so it was not sent. Open it, edit it and send it again.</translation>
+    </message>
+    <message>
+        <source>届いているか確認中 …（%1）</source>
+        <translation>Checking for new messages … (%1)</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n通を受信、ほかに届いているか確認中 …（%1）</source>
+        <translation>
+            <numerusform>Received %n message, checking for more … (%1)</numerusform>
+            <numerusform>Received %n messages, checking for more … (%1)</numerusform>
+        </translation>
     </message>
 </context>
 </TS>

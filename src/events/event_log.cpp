@@ -3,7 +3,9 @@
 #include <QTime>
 
 #include "mail/codec/header/identifiers.h"
+#include "mail/store/mail_row.h"
 #include "mail/store/message_bag.h"
+#include "mail/store/message_rows.h"
 #include "objects/settings.h"
 #include "storage/bags/profile_bag.h"
 #include "storage/databases.h"
@@ -12,6 +14,9 @@
 namespace vorn {
 namespace {
 
+// The names of the levels, as the icons have them.
+const QString kError = QStringLiteral("error");
+const QString kInformation = QStringLiteral("infomation");
 constexpr qsizetype kMostText = 20000;  // characters of a record that is written on
 
 // What happened now above what is known; a session that brought nothing has no words.
@@ -25,9 +30,7 @@ QString WrittenOn(const QString& known, const QString& time, const QString& text
 
 void EventLog::AddEvent(EventLevel level, EventMode mode, const QString& reference,
                         const QString& title, const QString& category, const QString& text) {
-  const QString levelName =
-      level == kEventError ? QStringLiteral("error") : QStringLiteral("infomation");
-  const QString icon = category + levelName;
+  const QString icon = category + (level == kEventError ? kError : kInformation);
   QString name = title.isEmpty() ? Ui::tr("システム") : title;
   DiskPtr record;
   if (Settings(context_).FoldsEvents()) {
@@ -42,7 +45,26 @@ void EventLog::AddEvent(EventLevel level, EventMode mode, const QString& referen
     record = Begin(mode, reference, text);
   }
   records_.Add(record);
+  if (mode == kEventMessage && level == kEventError) {
+    failures_[record->SerialID()] = {name, category};
+  }
   view_.ShowEvent(record->SerialID(), name, icon);
+}
+
+void EventLog::SettleSent() {
+  if (failures_.isEmpty()) return;
+  const OpenedDatabase opened(context_, DatabaseKind::Mail);
+  if (!opened) return;  // they are looked at with the next change
+  const QStringList failed = failures_.keys();
+  for (const QString& serialId : failed) {
+    Disk& record = *records_.Find(serialId);
+    const RecordsetPtr row = MessageRows(context_.Data).Of(EventRecord(record).Reference());
+    if (row == nullptr || row->Eof() || MailRow(*row).Status() != kStatusSent) continue;
+    const Failure failure = failures_.take(serialId);
+    const QString icon = failure.category + kInformation;
+    EventRecord::Settle(record, icon, Ui::tr("その後、送信しました。"));
+    view_.ShowEvent(serialId, failure.title, icon);
+  }
 }
 
 DiskPtr EventLog::Begin(EventMode mode, const QString& reference, const QString& text) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 
 #include "events/event_record.h"
@@ -12,7 +13,7 @@ class EventView {
  public:
   virtual ~EventView() = default;
   /// `icon` is the category with the level's name, such as "accounterror". An event that is shown
-  /// already gets the title.
+  /// already gets the title and the icon.
   virtual void ShowEvent(const QString& serialId, const QString& title, const QString& icon) = 0;
 };
 
@@ -25,18 +26,31 @@ class EventLog {
   /// as that did, is recorded with it; the titles of all tell the time.
   void AddEvent(EventLevel level, EventMode mode, const QString& reference, const QString& title,
                 const QString& category, const QString& text);
+  /// Failures of messages that have been sent by now, whoever sent them, are no failures any more:
+  /// they say so, and are shown as what else is told.
+  void SettleSent();
   /// Forgets all records.
-  void Clear() { records_ = {}; }
+  void Clear() {
+    records_ = {};
+    failures_.clear();
+  }
   /// The record with that serial identifier (`EventRecord`), or null.
   DiskPtr Find(const QString& serialId) const { return records_.Find(serialId); }
 
  private:
+  // What is shown of an error about a message.
+  struct Failure {
+    QString title;
+    QString category;
+  };
+
   DiskPtr Begin(EventMode mode, const QString& reference, const QString& text) const;
   DiskPtr Like(const QString& reference, const QString& icon) const;
 
   Context& context_;
   EventView& view_;
   DiskCollection records_;
+  QHash<QString, Failure> failures_;  // by record
 };
 
 }  // namespace vorn

@@ -4,6 +4,7 @@
 
 #include "events/event_kinds.h"
 #include "storage/bags/disk.h"
+#include "storage/ui.h"
 
 namespace vorn {
 
@@ -19,6 +20,9 @@ class EventRecord {
   static void SetKind(Disk& bag, const QString& icon) { bag.Let(kKind, icon); }
   /// The same has happened once more.
   static void Renew(Disk& bag, const QString& time, const QString& text);
+
+  /// What it told of is over, as `words` say; it is of another kind from now on.
+  static void Settle(Disk& bag, const QString& icon, const QString& words);
 
   bool IsAboutMessage() const { return bag_.Number(kMode) == kEventMessage; }
   bool Is(const QString& reference, const QString& icon) const {
@@ -49,6 +53,11 @@ inline void EventRecord::Begin(Disk& bag, EventMode mode, const QString& referen
 inline void EventRecord::Renew(Disk& bag, const QString& time, const QString& text) {
   bag.Let(kTime, time);
   bag.Let(kText, text);
+}
+
+inline void EventRecord::Settle(Disk& bag, const QString& icon, const QString& words) {
+  SetKind(bag, icon);
+  bag.Let(kText, words + kLineBreak + kLineBreak + EventRecord(bag).Text());
 }
 
 }  // namespace vorn

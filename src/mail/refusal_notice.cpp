@@ -15,8 +15,7 @@ QString RefusalNotice(Context& context, const QString& file, const QString& seri
   const auto refusal = refusals.constFind(serialId);
   if (refusal == refusals.cend()) return {};
   QStringList lines{
-      Ui::tr("サーバーに断られたので、送信していません。送信をキャンセルし、直してからもう一度"
-             "送信してください。")};
+      Ui::tr("サーバーに断られたので、送信していません。編集して、もう一度送信してください。")};
   const QString tried = GeneralTimeText(refusal->tried);
   if (!tried.isEmpty()) lines.append(Ui::tr("いつ送信を試みたか: %1").arg(tried));
   if (!refusal->reply.isEmpty()) lines.append(Ui::tr("サーバーの応答: %1").arg(refusal->reply));

@@ -6,12 +6,12 @@
 
 namespace vorn {
 
-/// What the user is told of a waiting message that its server refused for good (`SendRefusals`):
+/// What the user is told of an unsent message that its server refused for good (`SendRefusals`):
 /// what to do, when it was tried and what the server said, a line each. Empty where none did.
 /// `file` is the stored path of the mail database.
 QString RefusalNotice(Context& context, const QString& file, const QString& serialId);
 
-/// How many waiting messages of the profile need the user: refused ones, and those of which nobody
+/// How many unsent messages of the profile need the user: refused ones, and those of which nobody
 /// knows whether they were sent.
 qsizetype CountUnsent(Context& context);
 

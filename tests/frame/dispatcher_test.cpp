@@ -187,6 +187,18 @@ TEST(EventLogTest, RecordsAreKeptAndShown) {
   EXPECT_TRUE(view.shown[1].startsWith(u"event_1_"));
   const DiskPtr record = log.Find(view.shown[0]);
   ASSERT_NE(record, nullptr);
+  // A failure is over once the message is sent.
+  const auto fail = [&log](const QString& message, const QString& title) {
+    log.AddEvent(kEventError, kEventMessage, message, title, QStringLiteral("mailup"), title);
+  };
+  fail(profile.Store("From: a@x\r\n\r\n.\r\n", kStatusWaiting), QStringLiteral("waits"));
+  fail(profile.Store("From: a@x\r\n\r\n.\r\n", kStatusSent), QStringLiteral("went"));
+  log.SettleSent();
+  EXPECT_EQ(view.last, QStringLiteral("went/mailupinfomation"));
+  EXPECT_TRUE(log.Find(view.shown.last())->Text(u"message").startsWith(u"その後、送信しました。"));
+  const qsizetype shown = view.shown.size();
+  log.SettleSent();
+  EXPECT_EQ(view.shown.size(), shown) << "said once, and of no other";
   EXPECT_EQ(record->Number(u"db"), 3);
   EXPECT_EQ(record->Text(u"file"), profile.Get().Session->Text(u"Mail"));
   // With the setting two hundred checks are one event that tells of all, and a failure stands by

@@ -187,7 +187,10 @@ TEST(MailArchiveTest, AnImportIsTakenBackButForWhatWasUsed) {
                     QByteArray("From: a@x\r\nSubject: ") + name + "\r\n\r\ntext\r\n");
   }
   ImportCounts counts;
-  ASSERT_TRUE(ImportMessages(context, folder.path(), shelf, &counts));
+  qint64 read = 0;
+  ASSERT_TRUE(ImportMessages(context, folder.path(), shelf, &counts,
+                             [&read](int, qint64 bytes) { return (read = bytes) > 0; }));
+  EXPECT_EQ(read, ArchiveBytes(folder.path())) << "how far it is at its end";
   const auto flags = FlagsOf(context, counts.brought);
   ASSERT_EQ(flags->size(), 4);
   // One got a mark, one was thrown away and one is somewhere else as well.

@@ -61,6 +61,7 @@ class SessionRecorder : public PopEvents, public RetrievalEvents, public Handove
   void Progress(qint64 total, qint64 done, const FetchedMessages& messages) override {
     EXPECT_LE(done, total);
     EXPECT_LE(messages.come, messages.wanted);
+    EXPECT_GE(messages.undecided, 0);
   }
   void Log(const QString& text) override { log.append(text); }
   bool WantsHeaders() override { return wantsHeaders; }

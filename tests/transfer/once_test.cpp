@@ -5,6 +5,7 @@
 
 #include "mail/store/mail_store.h"
 #include "mail/store/message_filing.h"
+#include "mail/store/send_refusals.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/databases.h"
@@ -50,6 +51,9 @@ TEST_F(OnceTest, WhatAServerRefusesForGoodWaitsForItsUser) {
   const auto check = [&plan] { return plan(kPlanReceive | kPlanSend); };
   const auto takeBack = [this](const QString& serial) {
     EXPECT_TRUE(MailStore(profile_.Get()).CancelWaiting(Disk(serial)));
+    EXPECT_TRUE(
+        SendRefusals(profile_.Get(), MailDatabasePath(profile_.Get())).All().contains(serial))
+        << "what is mended, and why";
     EXPECT_TRUE(Execute("UPDATE mail SET STATUS = 2 WHERE SERIALID = '" + serial.toUtf8() + "'"));
   };
   const auto sendAgain = [&plan](const QString& serial) { EXPECT_EQ(plan(kPlanSend, serial), 1); };
@@ -71,7 +75,9 @@ TEST_F(OnceTest, WhatAServerRefusesForGoodWaitsForItsUser) {
     smtp_.Replies = {{command, reply + "\r\n"}};
     const QString serial = StoreWaiting();
     EXPECT_EQ(check(), 1);
+    const qsizetype told = host_.log.size();
     EXPECT_EQ(check(), isForGood ? 0 : 1);
+    EXPECT_TRUE(!isForGood || host_.log.size() == told) << "it was told when it was tried";
     smtp_.Replies.clear();
     if (isForGood) mend(serial);
     check();

@@ -155,6 +155,9 @@ TEST_F(ReceiveTest, LargeAndRandomMessagesArriveWhole) {
   host_.work.clear();
   EXPECT_EQ(Receive().stored, 1);
   EXPECT_TRUE(host_.work.contains(QStringLiteral("1 / 1 通を受信中 …（%1）").arg(name)));
+  EXPECT_EQ(host_.work.filter(QStringLiteral(" / ")).filter(QStringLiteral(" / 1 通")).size(),
+            host_.work.filter(QStringLiteral(" / ")).size())
+      << "no number of what is not to come";
 }
 
 TEST_F(ReceiveTest, ThePeriodicJobRunsWhenItsMinuteHasCome) {

@@ -56,7 +56,7 @@ TEST(ScramTest, NamesAndPasswordsAreWrittenAsTheServerCompares) {
 TEST(ScramTest, OneProofServesOnceAndTwoNeverHaveOneNonce) {
   EXPECT_NE(ScramProof(Who()).Initial()->words, ScramProof(Who()).Initial()->words);
   for (const QByteArray& serverFirst :
-       {QByteArray(), QByteArray("e=other-error"), "r=other" + kServerFirst.sliced(2),
+       {QByteArray(), "r=other" + kServerFirst.sliced(2),
         "r=" + kNonce + ",s=W22ZaJ0SNY7soEsUEjb6gQ==,i=4096", "m=x," + kServerFirst,
         "r=" + kNonces + ",i=4096,s=W22ZaJ0SNY7soEsUEjb6gQ==", "r=" + kNonces + ",s=,i=4096",
         "r=" + kNonces + ",s=W22Z!,i=4096", "r=" + kNonces + ",s=W22Z"}) {
@@ -69,7 +69,8 @@ TEST(ScramTest, OneProofServesOnceAndTwoNeverHaveOneNonce) {
   for (const auto& [count, isTaken] : {std::pair("1", false),
                                        {"4095", false},
                                        {"4096", true},
-                                       {"600001", false},
+                                       {"150000", true},
+                                       {"150001", false},
                                        {"2147483648", false},
                                        {"-4096", false},
                                        {"many", false}}) {
@@ -83,6 +84,7 @@ TEST(ScramTest, OneProofServesOnceAndTwoNeverHaveOneNonce) {
 struct HostileServer {
   QByteArray first;
   QByteArray final;
+  PopError told = PopError::Protocol;
 };
 
 const HostileServer kHostile[] = {
@@ -92,7 +94,8 @@ const HostileServer kHostile[] = {
     {"r=%x,s=W22Z,i=4096", "v=6rriTRBi23WpRR/wtup+mMhUZUn/dB5nLTJRsjl95G4="},
     {"r=%x,s=W22Z,i=4096", "v="},
     {"r=%x,s=W22Z,i=4096", {}},
-    {"r=%x,s=W22Z,i=4096", "e=invalid-proof"}};
+    {"r=%x,s=W22Z,i=4096", "e=invalid-proof", PopError::Login},
+    {"e=unknown-user", {}, PopError::Login}};
 
 // Answers what the client says in its login, lines without their ends: `ask` before a challenge,
 // `in` when it lets the user in.
@@ -122,7 +125,7 @@ TEST(ScramTest, AServerThatDoesNotKnowThePasswordIsNotBelieved) {
       smtp.Receive(Answered(server, said, "334 ", "235\r\n"));
     }
     EXPECT_TRUE(smtp.Finished());
-    EXPECT_EQ(smtpEvents.codes, QList{PopError::Protocol}) << server.first.toStdString();
+    EXPECT_EQ(smtpEvents.codes, QList{server.told}) << server.first.toStdString();
 
     SessionRecorder popEvents;
     QByteArrayList lines;
@@ -136,7 +139,10 @@ TEST(ScramTest, AServerThatDoesNotKnowThePasswordIsNotBelieved) {
       pop3.Receive(Answered(server, lines.last(), "+ ", "+OK\r\n"));
     }
     EXPECT_TRUE(pop3.Finished());
-    EXPECT_EQ(popEvents.codes, QList{PopError::Protocol}) << server.first.toStdString();
+    EXPECT_EQ(popEvents.codes, QList{server.told}) << server.first.toStdString();
+    const bool saysWhy = popEvents.Shown().contains(QStringLiteral("invalid-proof")) ||
+                         popEvents.Shown().contains(QStringLiteral("unknown-user"));
+    EXPECT_EQ(saysWhy, server.told == PopError::Login) << popEvents.Shown().toStdString();
     EXPECT_FALSE(lines.join(' ').contains("PASS")) << "nothing else is tried with such a server";
   }
 }
@@ -165,6 +171,55 @@ TEST(ScramTest, RefusedBeforeAProofItIsFollowedByTheNext) {
     pop3.Receive(refusal);
     EXPECT_FALSE(lines.join().contains("USER")) << refusal;
     EXPECT_EQ(popEvents.codes, QList{PopError::Login}) << refusal;
+  }
+}
+
+// Where the server is known by its certificate, what it cannot do for a user is no attack: it knows
+// him by another mechanism. A server that lets anybody in is none of them.
+TEST(ScramTest, OverAnEncryptedConnectionTheNextOneFollows) {
+  const struct {
+    QByteArray first;
+    QByteArrayList replies;  // to what the client says after it
+    bool follows;
+  } cases[] = {{"r=%x,s=W22Z,i=1", {"no\r\n"}, true}, {"r=%x,s=W22Z,i=4096", {"no\r\n"}, true},
+               {"e=unknown-user", {"no\r\n"}, true},  {"r=%x,s=W22Z,i=1", {"ask"}, false},
+               {"r=%x,s=W22Z,i=1", {"in"}, false},    {"r=%x,s=W22Z,i=4096", {"in"}, false}};
+  for (const auto& [first, replies, follows] : cases) {
+    SCOPED_TRACE(first.toStdString());
+    const auto play = [&](auto& session, const QByteArray& said, const QByteArray& no,
+                          const QByteArray& ask, const QByteArray& in) {
+      session.Receive(Answered({first, {}}, said, ask, in));
+      for (const QByteArray& reply : replies) {
+        session.Receive(reply == "ask" ? ask + "eHg=\r\n" : reply == "in" ? in : no + reply);
+      }
+    };
+    SessionRecorder smtpEvents;
+    QByteArrayList said;
+    SmtpJob job;
+    job.authenticate = true;
+    job.server.who = Who();
+    job.server.security = Security::Tls;
+    SmtpSession smtp(job, smtpEvents,
+                     [&said](const QByteArray& bytes) { said += bytes.trimmed(); });
+    smtp.Receive("220\r\n250-x\r\n250 AUTH LOGIN SCRAM-SHA-256 PLAIN\r\n");
+    play(smtp, said.last(), "535 ", "334 ", "235\r\n");
+    EXPECT_EQ(said.last().startsWith("AUTH PLAIN "), follows) << said.last().toStdString();
+    EXPECT_EQ(smtpEvents.codes.isEmpty(), follows);
+    // What the server says no to now is the password.
+    if (follows) smtp.Receive("535 wrong\r\n221\r\n");
+    EXPECT_FALSE(said.contains("AUTH LOGIN"));
+    EXPECT_EQ(smtpEvents.codes, QList{follows ? PopError::Login : PopError::Protocol});
+
+    SessionRecorder popEvents;
+    QByteArrayList lines;
+    Pop3Session pop3({{.security = Security::Tls, .who = Who()}}, popEvents,
+                     [&lines](const QByteArray& bytes) { lines += bytes.trimmed(); });
+    pop3.Receive("+OK\r\n");
+    pop3.Receive("+OK\r\nUSER\r\nSASL SCRAM-SHA-256\r\n.\r\n");
+    pop3.Receive("+ \r\n");
+    play(pop3, lines.last(), "-ERR ", "+ ", "+OK\r\n");
+    EXPECT_EQ(lines.last(), follows ? QByteArray("USER user") : lines.last());
+    EXPECT_EQ(popEvents.codes.isEmpty(), follows) << popEvents.Shown().toStdString();
   }
 }
 

@@ -161,7 +161,7 @@ TEST_F(OpeningTest, MailIsImportedAndExportedByMenu) {
   QAction* import = Entry(u"menuFiles", QStringLiteral("ファイルから取り込む"));
   const auto& done = Child<QLabel>(*program_->Parent(), u"lbDone");
   EXPECT_TRUE(InModal<QFileDialog>([import] { import->trigger(); }, choose(mbox)));
-  EXPECT_EQ(done.text(), QStringLiteral("2通を「受信」に取り込みました。"));
+  EXPECT_EQ(done.accessibleName(), QStringLiteral("2通を「受信」に取り込みました。"));
   EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("imported one")); }));
   auto& undo = Child<QToolButton>(*program_->Parent(), u"cmUndo");
   EXPECT_TRUE(InModal<QMessageBox>([&undo] { undo.click(); },

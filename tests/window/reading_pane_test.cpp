@@ -363,7 +363,7 @@ TEST_F(ReadingPaneTest, MarksAreGivenAndTakenAndWhatWasDoneIsTakenBack) {
   MadeAnewBy([&undo] { test::Press(undo); });
   EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No2.")); }));
   EXPECT_TRUE(Child<QLabel>(*program_->Parent(), u"lbDone")
-                  .text()
+                  .accessibleName()
                   .contains(QStringLiteral("くずかごに入れました")));
   EXPECT_EQ(isFiled().trimmed(), QString::fromUtf16(kShelf));
   test::Press(undo);

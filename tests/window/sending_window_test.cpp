@@ -6,12 +6,14 @@
 #include <QTreeWidget>
 
 #include "auxiliary/window/console_window.h"
+#include "events/event_record.h"
 #include "frame/window/commands/tools_menu.h"
 #include "mail/store/drafts.h"
 #include "mail/store/outbox.h"
 #include "objects/account.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "objects/window/objects_window.h"
 #include "window/message_window_fixture.h"
 
 namespace vorn {
@@ -153,9 +155,23 @@ TEST_F(SendingWindowTest, WhoHasNoAccountIsToldWhenHeBeginsToWrite) {
     account->Let(QStringLiteral("Default"), isUsed);
   };
   use(false);
-  MessageWindow& window = New();
+  MessageWindow& window = OpenStored("To: a@example.jp\r\nSubject: s\r\n\r\ntext\r\n.\r\n", 1);
   const auto& notice = *window.findChild<QFrame*>(QStringLiteral("frNoAccount"));
   EXPECT_TRUE(notice.isVisible());
+  // Who sends all the same is led to it, and back.
+  const QString told = NextMessageBox(
+      [&window] { window.findChild<QAction*>(QStringLiteral("mailup"))->trigger(); });
+  EXPECT_TRUE(told.startsWith(u"送信者(FROM)が不明です。")) << told.toStdString();
+  QPushButton& make = Button(window, u"cmMakeAccount");
+  EXPECT_EQ(window.focusWidget(), &make);
+  window.activateWindow();
+  ASSERT_TRUE(WaitFor([&window] { return window.isActiveWindow(); }));
+  EXPECT_TRUE(InModal<ObjectsWindow>([&make] { make.click(); },
+                                     [&window](ObjectsWindow& made) {
+                                       EXPECT_EQ(made.parentWidget(), &window);
+                                       QTest::keyClick(&made, Qt::Key_Escape);
+                                     }));
+  program_->Parent()->activateWindow();
   use(true);
   program_->Parent()->RefreshNode(account->SerialID());
   EXPECT_TRUE(WaitFor([&notice] { return !notice.isVisible(); }));
@@ -165,6 +181,7 @@ TEST_F(SendingWindowTest, WhoHasNoAccountIsToldWhenHeBeginsToWrite) {
     if (list.item(row, 1) != nullptr) addresses.append(list.item(row, 1)->text());
   }
   EXPECT_EQ(addresses.filter(Account(account).Address()).size(), 1) << "who sends it";
+  EXPECT_TRUE(WaitFor([&window] { return window.isActiveWindow(); })) << "who asked for it";
   delete &window;  // with what would be asked of it
 }
 
@@ -264,6 +281,24 @@ TEST_F(SendingWindowTest, ARefusedRecipientIsMarkedInTheMessage) {
       tree->findItems(QStringLiteral("待ち"), Qt::MatchExactly | Qt::MatchRecursive).value(0);
   EXPECT_TRUE(WaitFor([waiting] { return waiting->text(1) == QStringLiteral("!1"); }))
       << waiting->text(1).toStdString();
+  // What is to be mended is edited, with the reason in sight, and sent again.
+  EXPECT_EQ(window.findChild<QAction*>(QStringLiteral("mailupdelete"))->text(),
+            QStringLiteral("編集して再送"));
+  EXPECT_TRUE(InModal<QMessageBox>([&window] { Button(window, u"cmMend").click(); },
+                                   [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); }));
+  EXPECT_FALSE(Child<QPlainTextEdit>(window, u"txMemo").isReadOnly());
+  EXPECT_TRUE(reason->isVisible());
+  EXPECT_FALSE(Button(window, u"cmMend").isVisible()) << "it is edited already";
+  smtp_.Replies.clear();
+  window.findChild<QAction*>(QStringLiteral("mailup"))->trigger();
+  EXPECT_TRUE(Gone());
+  const auto text = [&] {
+    const QString key = event()->data(0, Qt::UserRole).toString();
+    const DiskPtr record = program_->Parent()->Mail().Events().Find(key);
+    return record == nullptr ? QString() : EventRecord(*record).Text();
+  };
+  EXPECT_TRUE(WaitFor([&] { return text().startsWith(u"その後、送信しました。"); }))
+      << text().toStdString();
 }
 
 // The message would be in doubt at the next start.

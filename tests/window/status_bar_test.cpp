@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QLabel>
+#include <QMainWindow>
+#include <QToolButton>
+
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -48,6 +52,48 @@ TEST(MainStatusBarTest, StepsAreTakenBackTheLastOneFirst) {
   bar.ForgetSteps();
   bar.TakeBack();
   EXPECT_EQ(undone.size(), 20) << "what was deleted for good is behind it";
+}
+
+TEST(MainStatusBarTest, AnOfferThatLastsIsThereWhereverTheUserLooks) {
+  MainStatusBar bar;
+  const auto* offer = bar.findChild<QToolButton*>(QStringLiteral("cmUndo"))->parentWidget();
+  const auto isShown = [&](OfferLasts lasts) {
+    bar.OfferUndo(
+        QStringLiteral("done"), [] {}, lasts);
+    bar.EndOffer();
+    return !offer->isHidden();
+  };
+  EXPECT_FALSE(isShown(OfferLasts::WhileAtIt));
+  EXPECT_TRUE(isShown(OfferLasts::Minutes));
+  EXPECT_FALSE(isShown(OfferLasts::WhileAtIt)) << "another one takes its place";
+}
+
+TEST(MainStatusBarTest, ASessionSaysWhatItDoesInTheRoomThatThereIs) {
+  QMainWindow window;
+  MainStatusBar bar(&window);
+  window.setStatusBar(&bar);
+  window.resize(600, 200);
+  window.show();
+  const auto label = [&bar](const char16_t* name) {
+    return bar.findChild<QLabel*>(QString::fromUtf16(name));
+  };
+  bar.ShowStatus(QStringLiteral("mail.example.com"), QStringLiteral("account"));
+  EXPECT_FALSE(label(u"panelUnit")->isVisible()) << "of a server's name";
+  bar.ShowStatus(QStringLiteral("33.3"), QStringLiteral("maildown"));
+  EXPECT_EQ(label(u"panelSession")->text(), QStringLiteral("33.3"));
+  EXPECT_TRUE(label(u"panelUnit")->isVisible());
+  const QString words = QStringLiteral("24 / 305 通を受信中 …（%1）");
+  const auto shown = [&](const QString& account) {
+    bar.ShowWork(words.arg(account));
+    QCoreApplication::processEvents();
+    return label(u"panelWork")->text();
+  };
+  EXPECT_EQ(shown(QStringLiteral("a")), words.arg(QStringLiteral("a")));
+  const QString longName = QString(200, u'長');
+  EXPECT_TRUE(shown(longName).startsWith(u"24 / 305"));
+  EXPECT_TRUE(shown(longName).endsWith(u'…'));
+  EXPECT_TRUE(label(u"panelWork")->toolTip().contains(u'）')) << "the whole";
+  EXPECT_EQ(window.width(), 600);
 }
 
 }  // namespace

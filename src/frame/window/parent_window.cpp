@@ -43,7 +43,7 @@ ParentWindow::ParentWindow(Context& context)
       traffic_(context, *this, requests_.Queue(), *sbStatus_, panes_->Tree()),
       opener_(context, *this, requests_.Queue(), traffic_.Events(), panes_->Tree(), changes_),
       closing_(*this, traffic_.Traffic(), *sbStatus_),
-      changes_(context, *panes_, windows_, traffic_.Traffic()),
+      changes_(context, *panes_, windows_, traffic_.Traffic(), traffic_.Events()),
       messages_({.context = context,
                  .window = *this,
                  .panes = *panes_,

@@ -11,11 +11,20 @@ namespace vorn {
 /// and its accessible name have the whole.
 class ElidingLabel : public QLabel {
  public:
-  explicit ElidingLabel(const QString& name) {
+  /// Whether it wants as much room as there is, or as its text needs; it does with less.
+  enum class Room { AllThereIs, ForItsText };
+
+  explicit ElidingLabel(const QString& name, Room room = Room::AllThereIs) {
     setObjectName(name);
     setTextFormat(Qt::PlainText);
-    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    const bool takesAll = room == Room::AllThereIs;
+    setSizePolicy(takesAll ? QSizePolicy::Ignored : QSizePolicy::Preferred, QSizePolicy::Preferred);
   }
+
+  QSize sizeHint() const override {
+    return {fontMetrics().horizontalAdvance(whole_) + 1, QLabel::sizeHint().height()};
+  }
+  QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
 
   /// Hidden where there is no text. `caption` stands before it.
   void Say(const QString& caption, const QString& text) {
@@ -28,6 +37,7 @@ class ElidingLabel : public QLabel {
     setToolTip(ShownToolTip(plain));
     setAccessibleName(caption + plain);
     setVisible(!shown.isEmpty());
+    updateGeometry();
     Elide();
   }
 

@@ -1,6 +1,7 @@
 #include "kit/window/progress_window.h"
 
 #include <QCoreApplication>
+#include <QLocale>
 #include <QThread>
 #include <QTimer>
 #include <memory>
@@ -12,6 +13,8 @@ namespace {
 
 constexpr int kShowAfterMs = 300;
 constexpr qint64 kTurnMs = 40;  // how often the windows get their turn
+constexpr double kMegabyte = 1000 * 1000;
+constexpr int kReadSteps = 1000;
 
 }  // namespace
 
@@ -35,14 +38,28 @@ ProgressWindow::~ProgressWindow() {
 }
 
 bool ProgressWindow::Show(int done, int total) {
+  return Show(
+      total > 0 ? Ui::tr(".. %1 / %2通").arg(done).arg(total) : Ui::tr(".. %n通", nullptr, done),
+      done, total);
+}
+
+bool ProgressWindow::ShowRead(int done, qint64 bytes, qint64 total) {
+  const auto megabytes = [](qint64 size) {
+    return QLocale().toString(static_cast<double>(size) / kMegabyte, 'f', 1);
+  };
+  // Line ends may be longer in the store than in the file.
+  const qint64 read = qMin(bytes, total);
+  return Show(Ui::tr(".. %1 / %2 MB（%3通）").arg(megabytes(read), megabytes(total)).arg(done),
+              static_cast<int>(total > 0 ? read * kReadSteps / total : 0), kReadSteps);
+}
+
+bool ProgressWindow::Show(const QString& words, int done, int total) {
   if (clock_.elapsed() < kTurnMs) return true;
   clock_.restart();
+  if (dialog_ != nullptr) dialog_->setLabelText(title_ + words);
   if (dialog_ != nullptr && total > 0) {
-    dialog_->setLabelText(title_ + Ui::tr(".. %1 / %2通").arg(done).arg(total));
     dialog_->setMaximum(total + 1);  // at its end it would take itself for done
     dialog_->setValue(done);
-  } else if (dialog_ != nullptr) {
-    dialog_->setLabelText(title_ + Ui::tr(".. %n通", nullptr, done));
   }
   TakeTurn({});
   return !IsEnded();

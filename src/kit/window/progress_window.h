@@ -20,6 +20,8 @@ class ProgressWindow {
 
   /// How many messages are done, of so many where that is known; false when the user ended it.
   bool Show(int done, int total = 0);
+  /// The same of what is read, in bytes, where how many messages there are is seen at its end.
+  bool ShowRead(int done, qint64 bytes, qint64 total);
   /// Waits for something that the event loop brings; false when the user ended that.
   bool Wait(const QString& sentence, const std::function<bool()>& isThere);
   /// Does the work on another thread, while the windows go on, and waits for its end; false when
@@ -27,6 +29,7 @@ class ProgressWindow {
   bool Run(const QString& sentence, const std::function<void(const std::atomic<bool>& stop)>& work);
 
  private:
+  bool Show(const QString& words, int done, int total);
   bool IsEnded() const { return dialog_ == nullptr || dialog_->wasCanceled(); }
   void TakeTurn(QEventLoop::ProcessEventsFlags flags);
 

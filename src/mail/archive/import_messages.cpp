@@ -138,7 +138,7 @@ class Importer {
 }  // namespace
 
 Result<> ImportMessages(Context& context, const QString& path, const QString& folder,
-                        ImportCounts* counts, const WorkProgress& progress) {
+                        ImportCounts* counts, const ImportProgress& progress) {
   WorkLock work(context, kImportWork);
   if (!work.Take(kWaitMs)) return StorageError{StorageError::Kind::Busy, work.HeldWords()};
   Importer importer(context, folder, *counts);
@@ -149,9 +149,11 @@ Result<> ImportMessages(Context& context, const QString& path, const QString& fo
   context.Data.Group().Gather(MailDatabasePath(context));
   Result<> stored;
   bool ended = false;
+  qint64 bytes = 0;
   const Result<QString> read = ReadArchive(path, [&](const QByteArray& source) {
     stored = importer.Take(source);
-    ended = stored && progress && !progress(counts->imported + counts->known);
+    bytes += source.size();
+    ended = stored && progress && !progress(counts->imported + counts->known, bytes);
     return stored && !ended;
   });
   const Result<> written = context.Data.Group().End();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
 #include "mail/archive/export_messages.h"
 #include "storage/base/result.h"
@@ -17,12 +18,15 @@ struct ImportCounts {
   QString notice;  ///< a sentence about files in a folder that were passed over
 };
 
+/// Told how many messages an import has looked at, and of how many bytes; false ends it.
+using ImportProgress = std::function<bool(int messages, qint64 bytes)>;
+
 /// Imports the messages of a file or folder (`ReadArchive`) as received ones, under the time at
 /// which each arrived, and puts them into `folder`, a folder's serial identifier, unless that is
 /// empty. A message that is in the store already is left out. Fails when it could not go on; what
 /// was imported stays, and `counts` tells of it.
 Result<> ImportMessages(Context& context, const QString& path, const QString& folder,
-                        ImportCounts* counts, const WorkProgress& progress = {});
+                        ImportCounts* counts, const ImportProgress& progress = {});
 
 /// Takes the first message of a file into the store, in the dust bin, from where the user may take
 /// it out to keep it; one that was taken before is found again. Returns its serial identifier.

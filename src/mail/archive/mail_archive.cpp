@@ -178,6 +178,14 @@ Result<QString> ReadArchive(const QString& path,
                 nullptr, reader.PassedOver());
 }
 
+qint64 ArchiveBytes(const QString& path) {
+  if (!QFileInfo(path).isDir()) return QFileInfo(path).size();
+  qint64 bytes = 0;
+  QDirIterator files(path, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+  while (files.hasNext()) bytes += QFileInfo(files.next()).size();
+  return bytes;
+}
+
 ArchiveWriter::ArchiveWriter(ArchiveFormat format, const QString& path, bool overwrite)
     : format_(format),
       path_(QDir::cleanPath(path)),

@@ -25,6 +25,9 @@ enum class ArchiveFormat { Mbox, Maildir, Eml };
 Result<QString> ReadArchive(const QString& path,
                             const std::function<bool(const QByteArray&)>& take);
 
+/// How many bytes of messages there are to read in it, about.
+qint64 ArchiveBytes(const QString& path);
+
 /// What an archive tells of a message beside its source.
 struct ArchiveNote {
   QString name;         ///< what a file is called after, such as the subject

@@ -16,9 +16,9 @@ struct SendRefusal {
   QString reply;  ///< the server's words, one recipient a line where it refused those
 };
 
-/// Which waiting messages of a mail database their servers have refused for good (a reply of 5yz to
+/// Which unsent messages of a mail database their servers have refused for good (a reply of 5yz to
 /// a recipient or to the text, RFC 5321 section 4.2.1). Table `send_refusal`; the file forgets one
-/// by itself when the message is stored anew, waits no longer or goes.
+/// by itself when the message is sent, waits anew or goes, not while it is edited.
 class SendRefusals {
  public:
   /// `file` is the stored path of the mail database.

@@ -172,7 +172,13 @@ bool HasPriority(const State& state) {
   return state.priority == kPriority;
 }
 
+// Who is to mend a message looks for a word that says so.
+QString CancelButtonText(const State& state) {
+  return state.isRefused ? Ui::tr("編集して再送") : Ui::tr("送信キャンセル");
+}
+
 QString SendText(const State& state) {
+  if (state.isRefused) return Ui::tr("編集して再送(&S)..");
   return IsWaiting(state) ? Ui::tr("送信をキャンセル(&S)") : Ui::tr("送信(&S)");
 }
 
@@ -413,7 +419,8 @@ QList<MessageCommand> CommandBarButtons() {
        {.name = QStringLiteral("mailupdelete"),
         .icon = Picture("mailup"),
         .isEnabled = [](const State& state) { return !state.isDoubtful; },
-        .isShown = IsWaiting}},
+        .isShown = IsWaiting,
+        .text = CancelButtonText}},
       {CommandBar,
        Ui::tr("返信"),
        TurnInto<OpenMode::Reply>,

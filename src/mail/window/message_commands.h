@@ -29,6 +29,7 @@ struct MessageState {
   bool isUnreadable = false;
   bool isEditable = false;
   bool isDoubtful = false;  ///< it waits, and may have been sent
+  bool isRefused = false;   ///< it waits, and its server does not take it as it is
   bool hasAttachments = false;
   bool hasArchive = false;
   CharsetChoice charset = CharsetChoice::Automatic;

@@ -116,6 +116,7 @@ void MessageWindow::ConnectParts() {
   connect(controls_, &MessageControls::Opening, this, &MessageWindow::ShowState);
   connect(sending_, &MessageSending::AnewWanted, this, [this] { Open(); });
   connect(sending_, &MessageSending::StateChanged, this, &MessageWindow::ShowState);
+  connect(&bars_->Mend(), &QPushButton::clicked, sending_, &MessageSending::SendOrCancel);
   connect(&bars_->Reading(), &ReadingBar::Edited, this, edited);
   // Opening reads the stored state again.
   connect(&bars_->Reading(), &ReadingBar::AnewWanted, this,
@@ -159,6 +160,7 @@ void MessageWindow::Open(bool applyStoredCharset, const QByteArray& shown) {
   reply_->Forget();
   sending_->ShowDoubt();
   bars_->ShowStanding();
+  ShowState();
   if (opened.first) host_.MessageStored();
 }
 
@@ -193,6 +195,7 @@ MessageState MessageWindow::State() const {
           .isUnreadable = document_.IsUnreadable(),
           .isEditable = document_.IsEditable(),
           .isDoubtful = sending_->IsDoubtful(),
+          .isRefused = bars_->SaysRefused(),
           .hasAttachments = !form_->Clips().Attachments().empty(),
           .hasArchive = form_->Clips().HasArchive(),
           .charset = document_.Code().charset,
@@ -263,7 +266,10 @@ void MessageWindow::ShowModal() {
 void MessageWindow::MessagesChanged() {
   if (!document_.HasRequest() || closing_.IsClosed()) return;
   if (sending_->HasGone()) return Open();
-  if (bars_->ShowStanding() && document_.IsEditable()) form_->NameSender(SenderLine(context_));
+  const bool hasAccount = bars_->ShowStanding();
+  if (hasAccount && document_.IsEditable()) form_->NameSender(SenderLine(context_));
+  if (hasAccount && bars_->HasAskedForAccount()) Activate();
+  ShowState();
 }
 
 void MessageWindow::Activate() {

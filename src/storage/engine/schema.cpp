@@ -114,8 +114,8 @@ bool CreateSendAttempts(Connection& connection) {
              "FROM send_attempt WHERE SERIALID = OLD.SERIALID; END");
 }
 
-// What a server has refused for good, with its words, until the message is another one, waits no
-// longer or goes.
+// What a server has refused for good, with its words, until the message is sent, waits anew or
+// goes; while it is mended, what was wrong with it is of use.
 bool CreateSendRefusals(Connection& connection) {
   const QByteArray forget = " BEGIN DELETE FROM send_refusal WHERE SERIALID = OLD.SERIALID; END";
   return connection.Run(
@@ -123,8 +123,9 @@ bool CreateSendRefusals(Connection& connection) {
              "TRIED DATETIME, REPLY TEXT)") &&
          connection.Run(
              "CREATE TRIGGER IF NOT EXISTS send_refusal_is_past AFTER UPDATE OF STATUS, MAIL ON "
-             "mail WHEN NEW.MAIL IS NOT OLD.MAIL OR ABS(NEW.STATUS) <> ABS(OLD.STATUS)" +
-             forget) &&
+             "mail WHEN ABS(NEW.STATUS) <> " +
+             QByteArray::number(kStatusEdit) +
+             " AND (NEW.MAIL IS NOT OLD.MAIL OR ABS(NEW.STATUS) <> ABS(OLD.STATUS))" + forget) &&
          connection.Run("CREATE TRIGGER IF NOT EXISTS send_refusal_goes AFTER DELETE ON mail" +
                         forget);
 }
@@ -201,11 +202,12 @@ bool PrepareOnServer(Connection& connection) {
          connection.Run("DROP TABLE former_on_server");
 }
 
-// From 10 to 11 refusals got the time and the server's words.
+// From 10 to 11 refusals got the time and the server's words, from 11 to 12 they outlive editing.
 bool PrepareRefusals(Connection& connection) {
-  return LookFor(connection, "send_refusal", QStringLiteral("REPLY")) != Stands::NoColumn ||
-         (connection.Run("ALTER TABLE send_refusal ADD COLUMN TRIED DATETIME") &&
-          connection.Run("ALTER TABLE send_refusal ADD COLUMN REPLY TEXT"));
+  return (LookFor(connection, "send_refusal", QStringLiteral("REPLY")) != Stands::NoColumn ||
+          (connection.Run("ALTER TABLE send_refusal ADD COLUMN TRIED DATETIME") &&
+           connection.Run("ALTER TABLE send_refusal ADD COLUMN REPLY TEXT"))) &&
+         connection.Run("DROP TRIGGER IF EXISTS send_refusal_is_past");
 }
 
 }  // namespace
@@ -261,6 +263,7 @@ bool MigrateSchema(Connection& connection) {
   // From 6 to 7: what tells received messages. From 7 to 8: the highest number of long binary data.
   // From 8 to 9: answers that did not fit. From 9 to 10: what was refused; the last builds with 9
   // had made it in new files. From 10 to 11: what was said of refusals, and of stopped messages.
+  // From 11 to 12: refusals of what is being mended.
   if (!connection.Begin()) return false;
   const bool prepared =
       !HasTable(connection, "mail") ||

@@ -12,7 +12,7 @@ class Connection;
 /// Marks a file as ours ("Vorn" in ASCII, the engine's application_id).
 inline constexpr int kApplicationId = 0x566F726E;
 /// The version of the tables. A file with a higher one is refused and left untouched.
-inline constexpr int kSchemaVersion = 11;
+inline constexpr int kSchemaVersion = 12;
 
 /// The declared type of a column whose bytes are kept in the table `long_binary`; the column itself
 /// holds the entry's identifier. Lists and searches then never read past the message sources.

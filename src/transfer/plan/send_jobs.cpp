@@ -231,8 +231,7 @@ QString SendJobs::OutcomeOf(const CheckJob& job) const {
   }
   if (record.IsRefusedForGood()) {
     return Ui::tr(
-        "サーバーに断られたので、送信しませんでした。開いて送信をキャンセルし、"
-        "直してからもう一度送信してください。");
+        "サーバーに断られたので、送信しませんでした。開いて編集し、もう一度送信してください。");
   }
   return {};
 }
@@ -241,9 +240,9 @@ QString SendJobs::OutcomeOf(const CheckJob& job) const {
 void SendJobs::NoteRefusal(const CheckJob& job, const SendItem& message) {
   const SessionRecord record(job.Bag());
   if (record.IsRefusedForGood()) {
-    std::ignore = SendRefusals(context_, message.File(context_))
-                      .Note(message.SerialId(),
-                            {message.Route(), CurrentTimeText(), record.RefusedForGood()});
+    const SendRefusal refusal{message.Route(), CurrentTimeText(), record.RefusedForGood()};
+    std::ignore = SendRefusals(context_, message.File(context_)).Note(message.SerialId(), refusal);
+    waiting_.NoteTold(message.SerialId(), refusal);
   }
   if (record.IsRefusedForGood() || record.IsDoubtful()) host_.WaitingChanged();
 }

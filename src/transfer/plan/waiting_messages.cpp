@@ -60,9 +60,17 @@ void WaitingMessages::LeaveOutRefused(std::vector<SendItem>& messages) {
         const auto refused = known.find(message.SerialId());
         return refused == known.end() || refused->route != message.Route();
       });
-  const std::vector<SendItem> refused(first, messages.end());
+  std::vector<SendItem> refused(first, messages.end());
   messages.erase(first, messages.end());
-  if (!refused.empty() && !jobs_.RunsPeriodically()) TellRefused(refused);
+  if (jobs_.RunsPeriodically()) return;
+  // Each time that it was tried is told of once.
+  std::erase_if(refused, [&](const SendItem& message) {
+    const SendRefusal refusal = known.value(message.SerialId());
+    const bool isTold = told_.value(message.SerialId()) == refusal.tried;
+    NoteTold(message.SerialId(), refusal);
+    return isTold;
+  });
+  if (!refused.empty()) TellRefused(refused);
 }
 
 // Folded, each stands where it was first told of.
@@ -70,16 +78,16 @@ void WaitingMessages::TellRefused(const std::vector<SendItem>& messages) {
   if (!Settings(context_).FoldsEvents()) {
     host_.AddEvent(
         kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
-        Ui::tr("サーバーに断られたメッセージが%1通あり、送信しませんでした。開いて送信をキャン"
-               "セルし、直してからもう一度送信してください。")
-            .arg(messages.size()));
+        Ui::tr("サーバーに断られたメッセージが%n通あり、送信しませんでした。開いて編集し、もう一度"
+               "送信してください。",
+               nullptr, static_cast<int>(messages.size())));
     return;
   }
   for (const SendItem& message : messages) {
     host_.AddEvent(kEventError, kEventMessage, message.SerialId(), message.Subject(),
                    QStringLiteral("mailup"),
-                   Ui::tr("サーバーに断られたままなので、送信しませんでした。開いて送信をキャン"
-                          "セルし、直してからもう一度送信してください。"));
+                   Ui::tr("サーバーに断られたままなので、送信しませんでした。開いて編集し、もう一度"
+                          "送信してください。"));
   }
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <vector>
 
+#include "mail/store/send_refusals.h"
 #include "storage/base/result.h"
 #include "storage/context.h"
 #include "storage/databases.h"
@@ -35,6 +37,10 @@ class WaitingMessages {
   Result<> Plan(const WaitingSearch& search);
   /// Adds a job that tries it again.
   void LookLater(const WaitingSearch& search);
+  /// That the user is told of a refusal elsewhere.
+  void NoteTold(const QString& serial, const SendRefusal& refusal) {
+    told_[serial] = refusal.tried;
+  }
   /// That job's step.
   void LookAgain(CheckJob& job);
 
@@ -52,6 +58,7 @@ class WaitingMessages {
   PlannedJobs& jobs_;
   LateOutcomes& late_;
   SenderChoice& senders_;
+  QHash<QString, QString> told_;  // when what was told of as refused was tried, by message
 };
 
 }  // namespace vorn

@@ -86,7 +86,7 @@ std::optional<PopFailure> Pop3Authorization::LogInByApop() {
 
 std::optional<PopFailure> Pop3Authorization::TakeChallenge(const QByteArray& line) {
   const std::optional<QByteArray> answer = auth_.Answer(line.mid(2), redaction_);
-  if (!answer) return SaslExchange::Broken(line, redaction_);
+  if (!answer) return auth_.Broken(line, redaction_);
   pipeline_.SendMore(*answer);
   return std::nullopt;
 }
@@ -99,32 +99,27 @@ std::optional<PopFailure> Pop3Authorization::TakeReply(Pop3Command command, bool
     pipeline_.Send("PASS " + login_.server.who.password.toUtf8(), Pop3Command::Pass);
     return std::nullopt;
   }
-  if (ok && !auth_.TrustsServer()) return SaslExchange::Broken(line, redaction_);
+  if (ok && !auth_.TrustsServer()) return auth_.Broken(line, redaction_);
   if (ok) {
     state_ = State::LoggedIn;
     return std::nullopt;
   }
-  return command == Pop3Command::Auth ? TryAnotherWay(line) : Refused(line);
+  return command == Pop3Command::Auth ? TryAnotherWay(line) : auth_.Refused(line, redaction_);
 }
 
 // A mechanism that is refused before anything was proved by it is not there for this user, whatever
-// the server lists. A server that keeps scrambled passwords may offer one that it cannot honour.
-// What else is refused is the password: it is not offered again, lest the server locks the account.
+// the server lists, and one that needs something kept for each user may not be. A server that keeps
+// scrambled passwords may offer one that it cannot honour. What else is refused is the password: it
+// is not offered again, lest the server locks the account.
 std::optional<PopFailure> Pop3Authorization::TryAnotherWay(const QByteArray& line) {
-  const bool isMissing = !auth_.HasProved();
+  const bool isMissing = auth_.MayBeMissing();
   const bool isDoubtful = auth_.Mechanism()->needsStoredPassword;
   if (isMissing && auth_.TryNext()) return LogIn();
   if (offersUser_ && maySayPassword_ && (isMissing || isDoubtful)) {
     auth_ = {};
     return LogIn();
   }
-  return Refused(line);
-}
-
-PopFailure Pop3Authorization::Refused(const QByteArray& line) const {
-  return {PopError::Login,
-          redaction_.WithReply(
-              Ui::tr("ログインできません。ユーザー名とパスワードを確認してください。"), line)};
+  return auth_.Refused(line, redaction_);
 }
 
 }  // namespace vorn

@@ -57,7 +57,6 @@ class Pop3Authorization {
   std::optional<PopFailure> LogIn();
   std::optional<PopFailure> LogInByApop();
   std::optional<PopFailure> TryAnotherWay(const QByteArray& line);
-  PopFailure Refused(const QByteArray& line) const;
 
   const Pop3Login& login_;
   Redaction& redaction_;

@@ -165,6 +165,7 @@ void Pop3Retrieval::TakeHeader(size_t message, const QByteArray& header) {
     Fetch(message);
   } else {
     progress_.Skip(messages_[message].size);
+    ReportProgress(0);
   }
 }
 

@@ -13,21 +13,27 @@ class RetrievalProgress {
   /// A message is in the mailbox.
   void Expect(qint64 bytes) {
     total_ += bytes;
-    ++fetched_.wanted;
+    ++fetched_.undecided;
   }
   /// It has been asked for.
-  void Ask(qint64 bytes) { underWay_ += bytes; }
+  void Ask(qint64 bytes) {
+    underWay_ += bytes;
+    --fetched_.undecided;
+    ++fetched_.wanted;
+  }
   /// It has come, or been refused.
   void Arrive(qint64 bytes);
   /// It is not asked for.
   void Skip(qint64 bytes) {
     done_ += bytes;
-    --fetched_.wanted;
+    --fetched_.undecided;
   }
   /// What has come is to be asked for once more.
   void Return(qint64 bytes) {
     done_ -= bytes;
     --fetched_.come;
+    --fetched_.wanted;
+    ++fetched_.undecided;
   }
   /// What has been asked for and not come.
   qint64 UnderWay() const { return underWay_; }

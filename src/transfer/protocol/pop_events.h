@@ -125,10 +125,11 @@ struct PopFailure {
   QString text;
 };
 
-/// How many of the messages that a session fetches have come.
+/// How far a session is with the messages of a mailbox.
 struct FetchedMessages {
-  int come = 0;
-  int wanted = 0;  ///< becomes less while messages turn out to be known
+  int undecided = 0;  ///< may be known, or stopped by a rule
+  int wanted = 0;     ///< are fetched, as far as is decided by now
+  int come = 0;       ///< of those
 };
 
 /// What the transfer control `Pop` asks and tells the program while a session runs. Always called

@@ -70,28 +70,32 @@ constexpr SaslMechanism kMechanisms[] = {
      .isPlainLogin = false,
      .hidesPassword = true,
      .needsStoredPassword = false,
+     .isForSome = true,
      .begin = Begun<ScramProof>},
     {.name = "PLAIN",
      .isPlainLogin = true,
      .hidesPassword = false,
      .needsStoredPassword = false,
+     .isForSome = false,
      .begin = Begun<PlainProof>},
     {.name = "LOGIN",
      .isPlainLogin = false,
      .hidesPassword = false,
      .needsStoredPassword = false,
+     .isForSome = false,
      .begin = Begun<LoginProof>},
     {.name = "CRAM-MD5",
      .isPlainLogin = false,
      .hidesPassword = true,
      .needsStoredPassword = true,
+     .isForSome = false,
      .begin = Begun<CramMd5Proof>},
 };
 
 }  // namespace
 
 SaslExchange::SaslExchange(const QByteArrayList& offered, bool encrypted, Credentials who)
-    : who_(std::move(who)) {
+    : who_(std::move(who)), isEncrypted_(encrypted) {
   QList<const SaslMechanism*> hiding;
   for (const SaslMechanism& mechanism : kMechanisms) {
     if (!offered.contains(mechanism.name)) continue;
@@ -116,6 +120,7 @@ bool SaslExchange::TryNext(bool hiding) {
 
 QByteArray SaslExchange::Begin(bool saysFirst, Redaction& redaction) {
   proof_ = Mechanism()->begin(who_);
+  isCancelled_ = false;
   initial_ = proof_->Initial();
   const QByteArray command = QByteArray("AUTH ") + Mechanism()->name;
   if (!saysFirst || !initial_) return command;
@@ -127,8 +132,11 @@ std::optional<QByteArray> SaslExchange::Answer(const QByteArray& challenge, Reda
   const std::optional<SaslResponse> response =
       initial_ ? std::exchange(initial_, std::nullopt)
                : proof_->Answer(QByteArray::fromBase64(challenge));
-  if (!response) return std::nullopt;
-  return Say(*response, redaction);
+  if (response) return Say(*response, redaction);
+  // RFC 5034 section 4, RFC 4954 section 4.
+  if (isEncrypted_ && !hasProved_ && !std::exchange(isCancelled_, true))
+    return QByteArrayLiteral("*");
+  return std::nullopt;
 }
 
 QByteArray SaslExchange::Say(const SaslResponse& response, Redaction& redaction) {
@@ -137,11 +145,21 @@ QByteArray SaslExchange::Say(const SaslResponse& response, Redaction& redaction)
   return response.words.toBase64();
 }
 
-PopFailure SaslExchange::Broken(const QByteArray& reply, const Redaction& redaction) {
+PopFailure SaslExchange::Broken(const QByteArray& reply, const Redaction& redaction) const {
+  if (proof_ != nullptr && !proof_->ServerError().isEmpty()) return Refused(reply, redaction);
   return {PopError::Protocol,
           redaction.WithReply(Ui::tr("サーバーの応答がログインの手順に合わないため、ログインを中止"
                                      "しました。"),
                               reply)};
+}
+
+// What the mechanism itself has the server say tells more than that the login failed.
+PopFailure SaslExchange::Refused(const QByteArray& reply, const Redaction& redaction) const {
+  const QByteArray error = proof_ == nullptr ? QByteArray() : proof_->ServerError();
+  return {
+      PopError::Login,
+      redaction.WithReply(Ui::tr("ログインできません。ユーザー名とパスワードを確認してください。"),
+                          error.isEmpty() ? reply : error + ' ' + reply)};
 }
 
 }  // namespace vorn

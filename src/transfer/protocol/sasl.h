@@ -19,6 +19,7 @@ struct SaslMechanism {
   bool isPlainLogin;         ///< hands over what USER and PASS of POP3 do
   bool hidesPassword;        ///< nobody on the way can read it
   bool needsStoredPassword;  ///< a server that keeps passwords scrambled refuses right ones
+  bool isForSome;            ///< a server may list it, and keep what it needs for some users alone
   std::unique_ptr<SaslProof> (*begin)(const Credentials& who);
 };
 
@@ -37,8 +38,9 @@ class SaslExchange {
   static bool HasPlainLogin(const QByteArrayList& offered);
   /// The one in use; null when there is nothing to prove by.
   const SaslMechanism* Mechanism() const { return mechanisms_.value(0); }
-  /// Whether the server has been given a proof by it, right or wrong.
-  bool HasProved() const { return hasProved_; }
+  /// Whether a refusal may mean the mechanism and not the password: the server has no proof yet, or
+  /// may have nothing to compare it with, and nobody on the way can have had it refused.
+  bool MayBeMissing() const { return !hasProved_ || (isEncrypted_ && Mechanism()->isForSome); }
   /// Goes on to the next mechanism, with `hiding` to the next that hides the password. False when
   /// there is none.
   bool TryNext(bool hiding = false);
@@ -46,13 +48,17 @@ class SaslExchange {
   /// challenge goes along, and what proves the user in it is added to `redaction`.
   QByteArray Begin(bool saysFirst, Redaction& redaction);
   /// The line that answers a challenge in base64; nothing when the server asks what the mechanism
-  /// does not: the login is `Broken`. What proves the user in it is added to `redaction`.
+  /// does not: the login is `Broken`. Over an encrypted connection, where the server is known, the
+  /// line cancels a mechanism by which nothing was proved, and the server refuses it. What proves
+  /// the user in it is added to `redaction`.
   std::optional<QByteArray> Answer(const QByteArray& challenge, Redaction& redaction);
   /// Whether a server that lets the user in now is believed; else the login is `Broken`.
   bool TrustsServer() const { return proof_ == nullptr || proof_->TrustsServer(); }
   /// The failure that it is when a server does not keep to the mechanism. No other is tried: it may
   /// not be the user's server.
-  static PopFailure Broken(const QByteArray& reply, const Redaction& redaction);
+  PopFailure Broken(const QByteArray& reply, const Redaction& redaction) const;
+  /// The failure that it is when a server refuses the login with that reply.
+  PopFailure Refused(const QByteArray& reply, const Redaction& redaction) const;
 
  private:
   QByteArray Say(const SaslResponse& response, Redaction& redaction);
@@ -62,6 +68,8 @@ class SaslExchange {
   std::unique_ptr<SaslProof> proof_;     // of the mechanism in use, once it has begun
   std::optional<SaslResponse> initial_;  // that waits to be asked for
   bool hasProved_ = false;
+  bool isEncrypted_ = false;
+  bool isCancelled_ = false;
 };
 
 }  // namespace vorn

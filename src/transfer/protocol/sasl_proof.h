@@ -23,6 +23,9 @@ class SaslProof {
   /// The response to a challenge; nothing to one that has no place in this login, which is then
   /// over.
   virtual std::optional<SaslResponse> Answer(const QByteArray& challenge) = 0;
+  /// What the server said instead of going on, as the mechanism has it say that it refuses; empty
+  /// where it did not.
+  virtual QByteArray ServerError() const { return {}; }
   /// Whether a server that lets the user in now is believed: it has proved itself, if the mechanism
   /// has it do so.
   virtual bool TrustsServer() const { return true; }

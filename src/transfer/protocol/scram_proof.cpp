@@ -16,9 +16,9 @@ constexpr quint64 kKeyBytes = 32;
 // "n,,": no channel binding, and nobody else's name (RFC 5802 section 7).
 const QByteArray kBindingHeader = "n,,";
 // Fewer let whoever listens guess the password (RFC 7677 section 4); more would keep the windows
-// waiting for longer than a second or two, at a server's word.
+// waiting for longer than some tenths of a second, at a server's word.
 constexpr int kLeastIterations = 4096;
-constexpr int kMostIterations = 600000;
+constexpr int kMostIterations = 150000;
 
 QByteArray Code(const QByteArray& key, const QByteArray& message) {
   return QMessageAuthenticationCode::hash(message, key, kHash);
@@ -84,7 +84,20 @@ std::optional<SaslResponse> ScramProof::Initial() {
   return SaslResponse{kBindingHeader + FirstMessage()};
 }
 
+// "e=..." (RFC 5802 section 7) stands where the server would go on. It says in its protocol, too,
+// that it refuses, once it has an answer.
+bool ScramProof::TakesError(const QByteArray& challenge) {
+  const QByteArray field = challenge.split(',').first();
+  if (!field.startsWith("e=")) return false;
+  serverError_ = field.sliced(2);
+  return true;
+}
+
 std::optional<SaslResponse> ScramProof::Answer(const QByteArray& challenge) {
+  if ((step_ == Step::AwaitsSalt || step_ == Step::AwaitsSignature) && TakesError(challenge)) {
+    step_ = Step::Over;
+    return SaslResponse{};
+  }
   switch (std::exchange(step_, Step::Over)) {
     case Step::AwaitsSalt:
       return Prove(challenge);
@@ -117,14 +130,9 @@ std::optional<SaslResponse> ScramProof::Prove(const QByteArray& serverFirst) {
   return SaslResponse{withoutProof + ",p=" + written, written};
 }
 
-// After an error of its own ("e=...") the server still says in its protocol that it refuses.
 std::optional<SaslResponse> ScramProof::Verify(const QByteArray& serverFinal) {
-  const QByteArray field = serverFinal.split(',').first();
-  if (field == "v=" + serverSignature_.toBase64()) {
-    step_ = Step::Verified;
-  } else if (!field.startsWith("e=")) {
-    return std::nullopt;
-  }
+  if (serverFinal.split(',').first() != "v=" + serverSignature_.toBase64()) return std::nullopt;
+  step_ = Step::Verified;
   return SaslResponse{};
 }
 

@@ -17,6 +17,7 @@ class ScramProof : public SaslProof {
 
   std::optional<SaslResponse> Initial() override;
   std::optional<SaslResponse> Answer(const QByteArray& challenge) override;
+  QByteArray ServerError() const override { return serverError_; }
   bool TrustsServer() const override { return step_ == Step::Verified; }
 
  private:
@@ -24,12 +25,14 @@ class ScramProof : public SaslProof {
 
   static QByteArray NewNonce();
   QByteArray FirstMessage() const;
+  bool TakesError(const QByteArray& challenge);
   std::optional<SaslResponse> Prove(const QByteArray& serverFirst);
   std::optional<SaslResponse> Verify(const QByteArray& serverFinal);
 
   Credentials who_;
   QByteArray nonce_;
   Step step_ = Step::AwaitsSalt;
+  QByteArray serverError_;
   QByteArray serverSignature_;  // that only a server which knows the password can give
 };
 

@@ -59,9 +59,14 @@ QString TransferEvents::WorkWords(const FetchedMessages& fetched) const {
   if (waiting != nullptr) {
     return Ui::tr("送信中 …（あと%1通、%2）").arg(QString::number(waiting->Count()), Account());
   }
-  if (fetched.wanted == 0) return Ui::tr("新着を確認中 …（%1）").arg(Account());
-  return Ui::tr("%1 / %2 通を受信中 …（%3）")
-      .arg(QString::number(fetched.come), QString::number(fetched.wanted), Account());
+  // How many there are to come is known once all are decided.
+  if (fetched.undecided == 0 && fetched.wanted > 0) {
+    return Ui::tr("%1 / %2 通を受信中 …（%3）")
+        .arg(QString::number(fetched.come), QString::number(fetched.wanted), Account());
+  }
+  if (fetched.come == 0) return Ui::tr("届いているか確認中 …（%1）").arg(Account());
+  return Ui::tr("%n通を受信、ほかに届いているか確認中 …（%1）", nullptr, fetched.come)
+      .arg(Account());
 }
 
 void TransferEvents::Progress(qint64 total, qint64 done, const FetchedMessages& fetched) {

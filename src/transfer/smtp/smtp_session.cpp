@@ -207,13 +207,14 @@ void SmtpSession::GoOnWithAuth(int code) {
     if (const auto answer = auth_.Answer(reader_.Text().mid(4), redaction_)) return Send(*answer);
   }
   if (code == 235 || code == 334) {
-    const PopFailure failure = SaslExchange::Broken(reader_.Text(), redaction_);
+    const PopFailure failure = auth_.Broken(reader_.Text(), redaction_);
     return Fail(failure.code, failure.text);
   }
-  const bool isMissing = RefusesMechanism(code) || (code == kRefused && !auth_.HasProved());
+  const bool isMissing = RefusesMechanism(code) || (code == kRefused && auth_.MayBeMissing());
   if (isMissing && auth_.TryNext(code == kNotInClear)) return Send(auth_.Begin(true, redaction_));
-  LeaveAfter(PopError::Login,
-             Ui::tr("ログインできません。ユーザー名とパスワードを確認してください。"));
+  const PopFailure failure = auth_.Refused(reader_.Text(), redaction_);
+  events_.Error(failure.code, failure.text);
+  Leave();
 }
 
 void SmtpSession::BeginEnvelope() {

@@ -14,6 +14,7 @@
 #include "kit/window/progress_window.h"
 #include "mail/archive/export_messages.h"
 #include "mail/archive/import_messages.h"
+#include "mail/archive/mail_archive.h"
 #include "mail/search/folder_listing.h"
 #include "mail/store/message_filing.h"
 #include "objects/any_object.h"
@@ -134,10 +135,16 @@ void ArchiveCommands::Import(const QStringList& paths, const QString& current) {
                             paths.size() > 1
                                 ? Ui::tr("メッセージの取り込み")
                                 : Ui::tr("「%1」の取り込み").arg(QFileInfo(paths[0]).fileName()));
+    qint64 total = 0;
+    for (const QString& path : paths) total += ArchiveBytes(path);
+    qint64 before = 0;  // in the files that are done
     for (const QString& path : paths) {
       if (!imported) break;
       imported = ImportMessages(context_, path, FiledIn(folder), &counts,
-                                [&progress](int done) { return progress.Show(done); });
+                                [&progress, before, total](int done, qint64 bytes) {
+                                  return progress.ShowRead(done, before + bytes, total);
+                                });
+      before += ArchiveBytes(path);
     }
   }
   host_.MessageStored();
@@ -171,9 +178,10 @@ void ArchiveCommands::OfferUndo(const QString& done, const QStringList& messages
   const Result<MessageFlags> flags = FlagsOf(context_, messages);
   if (!flags) return;  // the next one who reads the file tells why
   // A box must not stand inside the engine's answer, which the undoing waits for.
-  actions_.Offer(done, [this, now = *flags, folder] {
+  const auto undo = [this, now = *flags, folder] {
     QTimer::singleShot(0, &window_, [this, now, folder] { TakeBack(now, folder); });
-  });
+  };
+  actions_.Offer(done, undo, OfferLasts::Minutes);  // whoever imported looks at what came
 }
 
 void ArchiveCommands::TakeBack(const MessageFlags& flags, const QString& folder) {

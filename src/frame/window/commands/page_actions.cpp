@@ -2,7 +2,6 @@
 
 #include <QTimer>
 
-#include "frame/window/notices/status_bar.h"
 #include "frame/window/panes/browser_area.h"
 #include "frame/window/panes/console_tree.h"
 #include "frame/window/panes/folder_panes.h"
@@ -38,9 +37,9 @@ void PageActions::ConnectActions() {
   actions_.OnFolderMade([this](const QString& folder) { panes_.Tree().RefreshNode(folder); });
 }
 
-void PageActions::Offer(const QString& done, std::function<void()> undo) {
+void PageActions::Offer(const QString& done, std::function<void()> undo, OfferLasts lasts) {
   offeredAt_ = Place();
-  status_.OfferUndo(done, std::move(undo));
+  status_.OfferUndo(done, std::move(undo), lasts);
 }
 
 // After what was asked of the page before, whose answer comes later.

@@ -4,12 +4,12 @@
 #include <QPointer>
 
 #include "frame/window/commands/message_actions.h"
+#include "frame/window/notices/status_bar.h"
 
 namespace vorn {
 
 class BrowserWindow;
 class FolderPanes;
-class MainStatusBar;
 
 /// What is done with messages of the pages, in the main window: the status bar offers to take it
 /// back, and the page in use goes along.
@@ -26,7 +26,8 @@ class PageActions : public QObject {
   }
   void EmptyDustBin() { actions_.EmptyDustBin(); }
   /// Offers to take back what was done otherwise.
-  void Offer(const QString& done, std::function<void()> undo);
+  void Offer(const QString& done, std::function<void()> undo,
+             OfferLasts lasts = OfferLasts::WhileAtIt);
   /// A message of the page in use was dropped on a folder of the tree. One that belongs to a choice
   /// of several brings the others along.
   void Drop(const QString& message, const QString& folder);

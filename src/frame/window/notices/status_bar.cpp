@@ -2,10 +2,14 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPaintEvent>
 #include <QShortcut>
+#include <QStyleOption>
+#include <QStylePainter>
 #include <QToolButton>
 #include <utility>
 
+#include "kit/window/eliding_label.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
 #include "storage/ui.h"
@@ -15,47 +19,55 @@ namespace {
 
 constexpr int kPanelWidth = 220;
 constexpr int kOfferMs = 30000;
+constexpr int kLongOfferMs = 300000;
 constexpr size_t kMostSteps = 20;
 constexpr int kResultMs = 10000;
 constexpr int kSameCheckMs = 20000;
+constexpr int kEdge = 6;  // around a message, as the toolkit has it
 
 }  // namespace
 
 MainStatusBar::MainStatusBar(QWidget* parent)
     : QStatusBar(parent),
       icon_(PlainLabel()),
-      work_(PlainLabel()),
+      work_(new ElidingLabel(QStringLiteral("panelWork"), ElidingLabel::Room::ForItsText)),
       text_(PlainLabel()),
+      unit_(PlainLabel(QStringLiteral("%"))),
       cancel_(new QToolButton),
       chosen_(PlainLabel()),
+      panel_(new QWidget),
       offer_(new QWidget),
-      done_(PlainLabel()),
+      done_(new ElidingLabel(QStringLiteral("lbDone"))),
       takeBack_(new QToolButton) {
   setObjectName(QStringLiteral("sbStatus"));
   if (parent != nullptr) parent->installEventFilter(this);
-  work_->setObjectName(QStringLiteral("panelWork"));
+  chosen_->setObjectName(QStringLiteral("lbChosen"));
+  addPermanentWidget(chosen_);
+  chosen_->hide();
+  BuildPanel();
+  BuildOffer();
+}
+
+void MainStatusBar::BuildPanel() {
   work_->hide();
   text_->setObjectName(QStringLiteral("panelSession"));
+  unit_->setObjectName(QStringLiteral("panelUnit"));
+  unit_->hide();
   cancel_->setText(Ui::tr("中止"));
   cancel_->setToolTip(Ui::tr("送受信を中止します。"));
   cancel_->setAutoRaise(true);
   cancel_->hide();
   connect(cancel_, &QToolButton::clicked, this, &MainStatusBar::CancelClicked);
-
-  auto* panel = new QWidget;
-  panel->setMinimumWidth(kPanelWidth);
-  auto* layout = new QHBoxLayout(panel);
+  panel_->setMinimumWidth(kPanelWidth);
+  auto* layout = new QHBoxLayout(panel_);
   layout->setContentsMargins(4, 0, 4, 0);
   layout->addWidget(icon_);
   layout->addWidget(work_, 1);
   layout->addWidget(text_);
+  layout->addWidget(unit_);
   layout->addWidget(cancel_);
-  chosen_->setObjectName(QStringLiteral("lbChosen"));
-  addPermanentWidget(chosen_);
-  chosen_->hide();
-  addPermanentWidget(panel);
-  panel->hide();
-  BuildOffer();
+  addPermanentWidget(panel_);
+  panel_->hide();
 }
 
 void MainStatusBar::ShowForAWhile(const QString& sentence) {
@@ -68,7 +80,6 @@ void MainStatusBar::ShowChosen(int count) {
 }
 
 void MainStatusBar::BuildOffer() {
-  done_->setObjectName(QStringLiteral("lbDone"));
   takeBack_->setObjectName(QStringLiteral("cmUndo"));
   takeBack_->setText(Ui::tr("元に戻す"));
   // Not the button's own, which is hidden behind other sentences and clicks a while after its key.
@@ -80,13 +91,12 @@ void MainStatusBar::BuildOffer() {
   auto* layout = new QHBoxLayout(offer_);
   layout->setContentsMargins(4, 0, 4, 0);
   layout->addWidget(takeBack_);  // in front, where it stays for a second click
-  layout->addWidget(done_);
+  layout->addWidget(done_, 1);
   done_->setMinimumHeight(takeBack_->sizeHint().height());  // without it the bar would be lower
-  layout->addStretch();
   addWidget(offer_, 1);
   offer_->hide();
   offered_.setSingleShot(true);
-  connect(&offered_, &QTimer::timeout, this, &MainStatusBar::EndOffer);
+  connect(&offered_, &QTimer::timeout, this, &MainStatusBar::HideOffer);
   connect(this, &QStatusBar::messageChanged, this, &MainStatusBar::MakeRoom);
 }
 
@@ -99,77 +109,104 @@ void MainStatusBar::MakeRoom(const QString& message) {
 
 void MainStatusBar::ForgetSteps() {
   steps_.clear();
-  EndOffer();
+  HideOffer();
 }
 
 void MainStatusBar::EndOffer() {
+  if (lasts_ == OfferLasts::WhileAtIt) HideOffer();
+}
+
+void MainStatusBar::HideOffer() {
   offered_.stop();
   offer_->hide();
 }
 
-void MainStatusBar::ShowOffer(const QString& sentence) {
+void MainStatusBar::ShowOffer(const QString& sentence, OfferLasts lasts) {
   clearMessage();  // it would stand before the offer
-  done_->setText(ShownText(sentence, kMostInTitle));
+  done_->Say({}, sentence);
   takeBack_->setVisible(!steps_.empty());
-  offered_.start(kOfferMs);
+  lasts_ = lasts;
+  offered_.start(lasts == OfferLasts::Minutes ? kLongOfferMs : kOfferMs);
   offer_->show();
 }
 
-void MainStatusBar::OfferUndo(const QString& done, std::function<void()> undo) {
+void MainStatusBar::OfferUndo(const QString& done, std::function<void()> undo, OfferLasts lasts) {
   if (steps_.size() == kMostSteps) steps_.erase(steps_.begin());
   steps_.push_back({done, std::move(undo)});
-  ShowOffer(done);
+  ShowOffer(done, lasts);
 }
 
 void MainStatusBar::TakeBack() {
   if (steps_.empty()) return Show(Ui::tr("元に戻せる操作はありません。"));
   const Step step = std::move(steps_.back());
   steps_.pop_back();
-  ShowOffer(Ui::tr("取り消しました：%1").arg(step.done));
+  ShowOffer(Ui::tr("取り消しました：%1").arg(step.done), OfferLasts::WhileAtIt);
   step.undo();
 }
 
 void MainStatusBar::Tell(const QString& sentence, bool isFailure) {
-  const bool goesOn =
-      currentMessage() == told_ && sinceTold_.isValid() && !sinceTold_.hasExpired(kSameCheckMs);
+  const bool goesOn = currentMessage() == check_.shown && check_.sinceShown.isValid() &&
+                      !check_.sinceShown.hasExpired(kSameCheckMs);
   if (!goesOn) {
-    results_.clear();
-    failures_.clear();
+    check_.results.clear();
+    check_.failures.clear();
   }
   if (sentence.trimmed().isEmpty()) {
-    if (isAsked_ && results_.isEmpty() && failures_.isEmpty()) {
+    if (check_.isAsked && check_.results.isEmpty() && check_.failures.isEmpty()) {
       Show(Ui::tr("新しいメッセージはありません。"));
     }
     return;
   }
-  QStringList& mine = isFailure ? failures_ : results_;
+  QStringList& mine = isFailure ? check_.failures : check_.results;
   if (!mine.contains(sentence)) mine.append(sentence);
-  Show((results_ + failures_).join(Ui::tr(" ／ ")));
+  Show((check_.results + check_.failures).join(Ui::tr(" ／ ")));
 }
 
 void MainStatusBar::BeginCheck(bool isAsked) {
-  isAsked_ = isAsked;
+  check_.isAsked = isAsked;
   clearMessage();
 }
 
 void MainStatusBar::Show(const QString& sentences) {
-  isAsked_ = false;
-  told_ = ShownText(sentences, kMostInTitle);
-  sinceTold_.start();
-  showMessage(told_, failures_.isEmpty() ? kResultMs : 0);
+  check_.isAsked = false;
+  check_.shown = ShownText(sentences, kMostInTitle);
+  check_.sinceShown.start();
+  showMessage(check_.shown, check_.failures.isEmpty() ? kResultMs : 0);
 }
 
 void MainStatusBar::ShowWork(const QString& words) {
-  work_->setText(ShownText(words, kMostInTitle));
-  work_->setVisible(!words.isEmpty());
+  work_->Say({}, words);
 }
 
 void MainStatusBar::ShowStatus(const QString& text, const QString& icon) {
   text_->setText(ShownText(text, kMostInTitle));
+  unit_->setVisible(icon.startsWith(u"mail"));  // then the text is how far it is
   icon_->setPixmap(icon.isEmpty() ? QPixmap() : Icon(icon).pixmap(16, 16));
   cancel_->setVisible(!icon.isEmpty());
   // While nothing goes on, sentences have all of the bar.
-  text_->parentWidget()->setVisible(!text.isEmpty() || !icon.isEmpty());
+  panel_->setVisible(!text.isEmpty() || !icon.isEmpty());
+}
+
+// Beside a long name there is room for what other accounts brought.
+void MainStatusBar::resizeEvent(QResizeEvent* event) {
+  QStatusBar::resizeEvent(event);
+  panel_->setMaximumWidth(qMax(kPanelWidth, width() * 2 / 3));
+}
+
+// The toolkit cuts a message off in the midst of a letter.
+void MainStatusBar::paintEvent(QPaintEvent* event) {
+  if (currentMessage().isEmpty()) return QStatusBar::paintEvent(event);
+  QStylePainter painter(this);
+  QStyleOption option;
+  option.initFrom(this);
+  painter.drawPrimitive(QStyle::PE_PanelStatusBar, option);
+  int end = width();
+  for (const QWidget* beside : {static_cast<QWidget*>(chosen_), panel_}) {
+    if (beside->isVisible()) end = qMin(end, beside->x());
+  }
+  const QRect room(kEdge, 0, end - 2 * kEdge, height());
+  painter.drawText(room, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine,
+                   fontMetrics().elidedText(currentMessage(), Qt::ElideRight, room.width()));
 }
 
 }  // namespace vorn

@@ -14,6 +14,14 @@ class QToolButton;
 
 namespace vorn {
 
+class ElidingLabel;
+
+/// How long the status bar offers to take something back.
+enum class OfferLasts {
+  WhileAtIt,  ///< until the user goes on with something else
+  Minutes,    ///< wherever he looks meanwhile
+};
+
 /// The main window's status bar "sbStatus": its first panel shows the session that runs, what
 /// it does and how far it is, with a button that ends it.
 class MainStatusBar : public QStatusBar, public StatusPanel {
@@ -36,10 +44,11 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   void ShowChosen(int count);
   /// Says for a while what was done, with a button that takes it back, and what was done before it.
   /// Ctrl+Z does so afterwards, too.
-  void OfferUndo(const QString& done, std::function<void()> undo);
+  void OfferUndo(const QString& done, std::function<void()> undo,
+                 OfferLasts lasts = OfferLasts::WhileAtIt);
   /// Takes the last step back.
   void TakeBack();
-  /// The user goes on with something else.
+  /// The user goes on with something else, which ends what is offered while he is at it.
   void EndOffer();
   /// What was done cannot be taken back any more.
   void ForgetSteps();
@@ -54,6 +63,8 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   bool eventFilter(QObject* watched, QEvent* event) override {
     return event->type() == QEvent::StatusTip || QStatusBar::eventFilter(watched, event);
   }
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   struct Step {
@@ -61,26 +72,36 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
     std::function<void()> undo;
   };
 
+  // What a check brought so far.
+  struct CheckWords {
+    QStringList results = {};
+    QStringList failures = {};
+    QString shown = {};
+    bool isAsked = false;
+    QElapsedTimer sinceShown = {};
+  };
+
+  void BuildPanel();
   void BuildOffer();
-  void ShowOffer(const QString& sentence);
+  void ShowOffer(const QString& sentence, OfferLasts lasts);
+  void HideOffer();
   void Show(const QString& sentences);
   void MakeRoom(const QString& message);
 
-  QStringList results_;
-  QStringList failures_;
-  QString told_;
-  bool isAsked_ = false;
-  QElapsedTimer sinceTold_;
+  CheckWords check_;
   QLabel* icon_;
-  QLabel* work_;
+  ElidingLabel* work_;
   QLabel* text_;
+  QLabel* unit_;
   QToolButton* cancel_;
   QLabel* chosen_;
+  QWidget* panel_;
   QWidget* offer_;
-  QLabel* done_;
+  ElidingLabel* done_;
   QToolButton* takeBack_;
   std::vector<Step> steps_;  // the last one first to be taken back
   QTimer offered_;
+  OfferLasts lasts_ = OfferLasts::WhileAtIt;
 };
 
 }  // namespace vorn

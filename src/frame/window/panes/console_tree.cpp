@@ -177,7 +177,11 @@ void ConsoleTree::ShowEvent(const QString& serialId, const QString& title, const
   QTreeWidgetItem* log = nodes_.value(fixed_serial::kEventLog);
   if (log == nullptr) return;
   const QSignalBlocker quiet(this);
-  if (QTreeWidgetItem* shown = nodes_.value(serialId)) return shown->setText(0, title);
+  if (QTreeWidgetItem* shown = nodes_.value(serialId)) {
+    shown->setText(0, title);
+    shown->setIcon(0, Icon(icon));
+    return;
+  }
   auto* node = new QTreeWidgetItem(log, {title});
   node->setIcon(0, Icon(icon));
   node->setData(0, kKeyRole, serialId);

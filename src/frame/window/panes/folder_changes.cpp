@@ -1,5 +1,6 @@
 #include "frame/window/panes/folder_changes.h"
 
+#include "events/event_log.h"
 #include "frame/window/panes/browser_area.h"
 #include "frame/window/panes/console_tree.h"
 #include "frame/window/panes/folder_panes.h"
@@ -9,10 +10,11 @@
 namespace vorn {
 
 FolderChanges::FolderChanges(Context& context, FolderPanes& panes, const RequestWindows& windows,
-                             MailTraffic& traffic)
+                             MailTraffic& traffic, EventLog& events)
     : panes_(panes),
       windows_(windows),
       traffic_(traffic),
+      events_(events),
       others_(context),
       objects_(context),
       unread_(context, panes.Tree(), [&traffic] { return traffic.Control().Busy(); }) {}
@@ -30,6 +32,7 @@ void FolderChanges::Refresh() {
   storedSeen_ = stored;
   noted_ = false;
   unread_.CountSoon();
+  events_.SettleSent();
   panes_.Area().RefreshFolders();
   const std::vector<RequestWindow*> open = windows_.Open();
   for (RequestWindow* window : open) window->MessagesChanged();

@@ -6,6 +6,7 @@
 
 namespace vorn {
 
+class EventLog;
 class FolderPanes;
 class MailTraffic;
 class RequestWindows;
@@ -14,8 +15,9 @@ class RequestWindows;
 /// user, by a session or by another program.
 class FolderChanges {
  public:
+  /// `events` learns of what was sent after all.
   FolderChanges(Context& context, FolderPanes& panes, const RequestWindows& windows,
-                MailTraffic& traffic);
+                MailTraffic& traffic, EventLog& events);
 
   /// The user has stored or changed messages.
   void Note() { noted_ = true; }
@@ -35,6 +37,7 @@ class FolderChanges {
   FolderPanes& panes_;
   const RequestWindows& windows_;
   MailTraffic& traffic_;
+  EventLog& events_;
   OtherPrograms others_;
   OtherObjects objects_;
   UnreadCounter unread_;

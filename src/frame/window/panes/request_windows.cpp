@@ -1,5 +1,6 @@
 #include "frame/window/panes/request_windows.h"
 
+#include <QApplication>
 #include <algorithm>
 
 #include "events/event_log.h"
@@ -39,7 +40,9 @@ RequestWindow* RequestWindows::Create(const Disk& request) {
     case WantedWindow::Object:
       break;
   }
-  return Tracked(new ObjectsWindow(context_, events_, &window_));
+  // Over the message for which an account is made, which otherwise would lie behind.
+  auto* message = qobject_cast<MessageWindow*>(QApplication::activeWindow());
+  return Tracked(new ObjectsWindow(context_, events_, message == nullptr ? &window_ : message));
 }
 
 // A page that is only printed is none of those that the user arranges and acts on.

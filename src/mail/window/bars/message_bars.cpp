@@ -16,11 +16,13 @@ MessageBars::MessageBars(Context& context, MessageHost& host, MessageDocument& d
     : context_(context),
       document_(document),
       doubt_(new DoubtBar),
-      refused_(new NoticeBar(QStringLiteral("frRefused"))),
+      mend_(new QPushButton(Ui::tr("編集する(&T).."))),
+      refused_(new NoticeBar(QStringLiteral("frRefused"), mend_)),
       account_(BuildAccountNotice(host)),
       calendar_(new CalendarBar(context)),
       signed_(new NoticeBar(QStringLiteral("frSigned"))),
       reading_(new ReadingBar(context, document)) {
+  mend_->setObjectName(QStringLiteral("cmMend"));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
@@ -35,14 +37,20 @@ MessageBars::MessageBars(Context& context, MessageHost& host, MessageDocument& d
 NoticeBar* MessageBars::BuildAccountNotice(MessageHost& host) {
   auto* make = new QPushButton(Ui::tr("アカウントを作成(&A).."));
   make->setObjectName(QStringLiteral("cmMakeAccount"));
-  connect(make, &QPushButton::clicked, make, [&host] { host.MakeAccount(); });
+  connect(make, &QPushButton::clicked, make, [this, &host] {
+    asksForAccount_ = true;
+    host.MakeAccount();
+  });
   return new NoticeBar(QStringLiteral("frNoAccount"), make);
 }
 
 bool MessageBars::ShowStanding() {
   const bool wasMissing = !account_->isHidden();
-  const bool waits = document_.IsWaiting() && !document_.IsSending();
-  refused_->Say(waits ? RefusalNotice(context_, document_.File(), document_.Tag()) : QString());
+  const bool isUnsent = (document_.IsWaiting() || document_.IsEditable()) && !document_.IsNew();
+  refused_->Say(isUnsent && !document_.IsSending()
+                    ? RefusalNotice(context_, document_.File(), document_.Tag())
+                    : QString());
+  mend_->setVisible(document_.IsWaiting());
   account_->Say(document_.IsEditable() && !HasAccount(context_)
                     ? Ui::tr("送信するアカウントがまだないので、このメッセージは送信できません。"
                              "書いておくことはできます。")

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QWidget>
+#include <utility>
 
+#include "kit/window/notice_bar.h"
 #include "mail/message_document.h"
 
 namespace vorn {
@@ -9,7 +11,6 @@ namespace vorn {
 class CalendarBar;
 class DoubtBar;
 class MessageHost;
-class NoticeBar;
 class ReadingBar;
 
 /// The lines above the message of a window that say something of it.
@@ -19,19 +20,27 @@ class MessageBars : public QWidget {
 
   /// Shows what the document says as it was opened; not how it stands with its sending.
   void Show(const OpenedMessage& opened);
-  /// Says that a server refused what waits, and why, or that no account can send what is written.
-  /// Returns whether that was said until now, and there is one.
+  /// Says that a server refused what waits or is being mended, and why, or that no account can send
+  /// what is written. Returns whether that was said until now, and there is one.
   bool ShowStanding();
+  /// Whether it was said that a server refused what waits.
+  bool SaysRefused() const { return !refused_->isHidden() && document_.IsWaiting(); }
+  /// The button that has it edited.
+  QPushButton& Mend() const { return *mend_; }
+  /// Whether the user has asked for an account from here; forgotten by asking.
+  bool HasAskedForAccount() { return std::exchange(asksForAccount_, false); }
   DoubtBar& Doubt() const { return *doubt_; }
   CalendarBar& Calendar() const { return *calendar_; }
   ReadingBar& Reading() const { return *reading_; }
 
  private:
-  static NoticeBar* BuildAccountNotice(MessageHost& host);
+  NoticeBar* BuildAccountNotice(MessageHost& host);
 
   Context& context_;
   const MessageDocument& document_;
+  bool asksForAccount_ = false;
   DoubtBar* doubt_;
+  QPushButton* mend_;
   NoticeBar* refused_;
   NoticeBar* account_;
   CalendarBar* calendar_;

@@ -2,6 +2,7 @@
 
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <algorithm>
 #include <tuple>
 
@@ -20,6 +21,13 @@
 #include "storage/ui.h"
 
 namespace vorn {
+namespace {
+
+QString NoSenderWords() {
+  return Ui::tr("送信者(FROM)が不明です。送信するには送信者を指定して下さい。");
+}
+
+}  // namespace
 
 MessageSending::MessageSending(Context& context, MessageHost& host, MessageDocument& document,
                                MessageForm& form, DoubtBar& bar, QWidget& window)
@@ -33,9 +41,7 @@ QString MessageSending::Missing() const {
   if (!HasKind(addresses, u"TO") && !HasKind(addresses, u"CC") && !HasKind(addresses, u"BC")) {
     return Ui::tr("宛て先(TO,CC,BCC)が不明です。送信するには宛て先を指定して下さい。");
   }
-  if (!HasKind(addresses, u"FROM")) {
-    return Ui::tr("送信者(FROM)が不明です。送信するには送信者を指定して下さい。");
-  }
+  if (!HasKind(addresses, u"FROM")) return NoSenderWords();
   return form_.Addresses().FirstFault();
 }
 
@@ -70,12 +76,7 @@ void MessageSending::SendOrCancel() {
 void MessageSending::Send() {
   form_.FinishEditing();
   const QString missing = Missing();
-  if (!missing.isEmpty()) {
-    ShowBox(&window_, QMessageBox::Information, missing);
-    form_.Addresses().setFocus();
-    form_.Addresses().GoToFault();
-    return;
-  }
+  if (!missing.isEmpty()) return TellMissing(missing);
   if (form_.Subject().text().isEmpty() &&
       ShowBox(&window_, QMessageBox::Question,
               Ui::tr("件名が設定されていません。送信してよろしいですか？"),
@@ -93,6 +94,21 @@ void MessageSending::Send() {
     return;
   }
   document_.EndSending(before);
+}
+
+// Where nobody could be the sender, the way to one is in the window.
+void MessageSending::TellMissing(const QString& missing) {
+  auto* account = window_.findChild<QPushButton*>(QStringLiteral("cmMakeAccount"));
+  if (missing == NoSenderWords() && account != nullptr && account->isVisible()) {
+    ShowBox(&window_, QMessageBox::Information,
+            missing + u'\n' +
+                Ui::tr("先に、送信するアカウントを「アカウントを作成」のボタンで作ってください。"));
+    account->setFocus(Qt::OtherFocusReason);
+    return;
+  }
+  ShowBox(&window_, QMessageBox::Information, missing);
+  form_.Addresses().setFocus();
+  form_.Addresses().GoToFault();
 }
 
 // The button stands where that of a received message answers it.

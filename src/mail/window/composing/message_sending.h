@@ -45,6 +45,7 @@ class MessageSending : public QObject {
 
  private:
   void Send();
+  void TellMissing(const QString& missing);
   bool MaySendOnceMore();
   void Cancel();
   void SendAgain();

@@ -33,7 +33,7 @@ ReadingPane::ReadingPane(Context& context, MessageHost& host)
       nothing_(PlainLabel(Ui::tr("メッセージを選ぶと、ここに表示します。"))),
       message_(new QWidget),
       head_(new PaneHead),
-      refused_(new NoticeBar(QStringLiteral("frPaneRefused"))),
+      refused_(BuildRefusal()),
       receipt_(new NoticeBar(QStringLiteral("frReceipt"))),
       appointment_(BuildAppointment()),
       signed_(new NoticeBar(QStringLiteral("frPaneSigned"))),
@@ -79,6 +79,13 @@ NoticeBar* ReadingPane::BuildAppointment() {
   return new NoticeBar(QStringLiteral("frAppointment"), open);
 }
 
+NoticeBar* ReadingPane::BuildRefusal() {
+  auto* open = new QPushButton(Ui::tr("開いて編集.."));
+  open->setObjectName(QStringLiteral("cmOpenRefused"));
+  connect(open, &QPushButton::clicked, this, [this] { Q_EMIT OpenWanted(OpenMode::Show); });
+  return new NoticeBar(QStringLiteral("frPaneRefused"), open);
+}
+
 void ReadingPane::Show(const QString& serialId, bool marks) {
   if (serialId != serialId_) {
     serialId_ = serialId;
@@ -111,8 +118,10 @@ void ReadingPane::FollowEdits() {
 }
 
 void ReadingPane::ShowRefusal() {
-  const bool waits = MessageBag(*request_).Status() == kStatusWaiting;
-  refused_->Say(waits ? RefusalNotice(context_, MailDatabasePath(context_), serialId_) : QString());
+  const MessageStatus status = MessageBag(*request_).Status();
+  const bool isUnsent = status == kStatusWaiting || status == kStatusEdit;
+  refused_->Say(isUnsent ? RefusalNotice(context_, MailDatabasePath(context_), serialId_)
+                         : QString());
 }
 
 void ReadingPane::Fill() {

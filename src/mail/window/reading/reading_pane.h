@@ -45,6 +45,7 @@ class ReadingPane : public QWidget {
  private:
   void Lay();
   NoticeBar* BuildAppointment();
+  NoticeBar* BuildRefusal();
   DiskPtr NewRequest() const;
   void Fill();
   void ShowRefusal();
