@@ -292,6 +292,19 @@ TEST_F(MovedMailboxTest, ASessionDeletesAsItBegan) {
 }
 
 // Where contents are all that messages are told by, what was torn off proves nothing.
+// The header tells that it is another one, where name and size are those of a stored message.
+TEST_F(MovedMailboxTest, WhatGotTheNameOfAStoredMessageOfItsSizeIsReceivedBeforeItIsDeleted) {
+  hasOneSize_ = true;
+  AddMail(0, 2);
+  const DiskPtr account = profile_.AddAccount(server_.Port());
+  EXPECT_EQ(Receive().stored, 2);
+  account->Let(QStringLiteral("InMailServerDelete"), true);
+  server_.Messages[1].source = Mail(5);
+  EXPECT_EQ(Receive().stored, 1);
+  EXPECT_TRUE(server_.Messages.isEmpty());
+  ExpectStored(3);
+}
+
 TEST_F(MovedMailboxTest, WithoutIdentifiersNothingTornOffIsDeleted) {
   server_.OffersUidl = false;
   server_.Pipelining = false;
