@@ -40,7 +40,10 @@ int Import(Context& context, const Arguments& arguments) {
   ImportCounts counts;
   Result<> complete;
   for (const QString& path : paths) {
-    if (complete) complete = ImportMessages(context, path, folder, &counts);
+    if (!complete) break;
+    const ImportOutcome outcome = ImportMessages(context, path, folder);
+    counts.Add(outcome.counts);
+    complete = outcome.complete;
   }
   for (const UnreadableMessage& message : std::as_const(counts.unreadable)) {
     Complain(Ui::tr("保存済みですが読み込めません: ") + message.Name(), 0);

@@ -121,9 +121,8 @@ Result<MadePage<QByteArray>> MessageListPages::Fill(const QString& html, const P
   // One more row than the page shows, to know whether any follows.
   const qint64 limit = content.rowsPerPage > 0 ? content.rowsPerPage + 1 : 0;
   PageContent rest = content;
-  rest.rowsAfter = [&](qint64& passed) { return RowsAfter(*rows, skipped, limit, passed); };
-  qint64 lost = 0;
-  const RecordsetPtr shown = rest.rowsAfter(lost);
+  rest.rowsAfter = [&](qint64 passed) { return RowsAfter(*rows, skipped, limit, passed); };
+  const auto [shown, lost] = rest.rowsAfter(0);
   if (shown == nullptr) return ReasonOf(context_.Data);
   hasNone_ = shown->Eof();
   MadePage<QByteArray> made;
@@ -137,15 +136,13 @@ Result<MadePage<QByteArray>> MessageListPages::Fill(const QString& html, const P
 }
 
 // A page of the file that cannot be read may hold the next rows, but hardly a hundred of them.
-RecordsetPtr MessageListPages::RowsAfter(FolderRows& rows, qint64 skipped, qint64 limit,
-                                         qint64& passed) {
-  const qint64 first = passed;
-  for (; passed < first + kRowsTried; ++passed) {
-    if (rows.Open(context_.Data, skipped + passed, limit)) return context_.Data.Recordset();
+RowsBehind MessageListPages::RowsAfter(FolderRows& rows, qint64 first, qint64 limit,
+                                       qint64 skipped) {
+  for (qint64 at = skipped; at < skipped + kRowsTried; ++at) {
+    if (rows.Open(context_.Data, first + at, limit)) return {context_.Data.Recordset(), at};
     if (ReasonOf(context_.Data).kind != StorageError::Kind::Damaged) break;
   }
-  passed = first;
-  return nullptr;
+  return {nullptr, skipped};
 }
 
 // What is known of the folder's rows; null when there is no such folder.

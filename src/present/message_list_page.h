@@ -11,6 +11,7 @@
 namespace vorn {
 
 struct PageContent;
+struct RowsBehind;
 
 /// A page that was made.
 template <typename T>
@@ -63,7 +64,7 @@ class MessageListPages {
  private:
   Result<MadePage<QByteArray>> Fill(const QString& html, const PageContent& content, qint32 page,
                                     FolderRows* rows);
-  RecordsetPtr RowsAfter(FolderRows& rows, qint64 skipped, qint64 limit, qint64& passed);
+  RowsBehind RowsAfter(FolderRows& rows, qint64 first, qint64 limit, qint64 skipped);
   FolderRows* RowsOf(const QString& folder, const FolderSearch& search);
   Result<QString> Write(const QByteArray& bytes, const QString& pageFolder);
 

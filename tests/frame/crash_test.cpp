@@ -98,7 +98,7 @@ TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
     report.nextPassword.reset();
     for (const QString& file : ProfileFiles(context, *context.Session)) {
       EXPECT_EQ(CheckDatabaseFile(file, context.Session->Text(u"password"), ContentsOf(file),
-                                  context.Data.Damage())
+                                  context.Data.Damage().TakeOf(file))
                     .problems.join(u'\n'),
                 QString())
           << kill;
@@ -176,7 +176,8 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   ASSERT_TRUE(QFile::remove(ballast));
   ASSERT_TRUE(LogIn(context, {}, {}));
   EXPECT_EQ(CheckDatabaseFile(MailDatabasePath(context), context.Session->Text(u"password"),
-                              FileContents::Messages, context.Data.Damage())
+                              FileContents::Messages,
+                              context.Data.Damage().TakeOf(MailDatabasePath(context)))
                 .problems.join(u'\n'),
             QString());
   for (auto message = stored.begin(); message != stored.end(); ++message) {
@@ -256,9 +257,9 @@ class PasswordChangeTest : public testing::Test {
   bool AllOpenWith(const QString& password) {
     bool open = true;
     for (const QString& file : files_) {
-      open =
-          open && CheckDatabaseFile(file, password, ContentsOf(file), profile_.Get().Data.Damage())
-                      .IsSound();
+      open = open && CheckDatabaseFile(file, password, ContentsOf(file),
+                                       profile_.Get().Data.Damage().TakeOf(file))
+                         .IsSound();
     }
     return open;
   }

@@ -95,7 +95,7 @@ TEST_F(DamageTest, AnyPageLostIsToldAndNothingElseIsGivenOut) {
     Context().Data.CloseAll();
     const FileFindings findings =
         CheckDatabaseFile(file_, Context().Session->Text(u"password"), FileContents::Messages,
-                          Context().Data.Damage());
+                          Context().Data.Damage().TakeOf(file_));
     if (unreadable > 0) {
       EXPECT_FALSE(findings.IsSound()) << page;
       ++told;
@@ -214,7 +214,7 @@ TEST_F(DamageTest, ALostRowIsNamedByItsTime) {
     Zero(page);
     const FileFindings findings =
         CheckDatabaseFile(file_, Context().Session->Text(u"password"), FileContents::Messages,
-                          Context().Data.Damage());
+                          Context().Data.Damage().TakeOf(file_));
     for (const UnreadableMessage& message : findings.unreadable) {
       if (message.subject.isEmpty() && serials_.contains(message.serialId)) ++named;
     }

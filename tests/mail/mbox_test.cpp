@@ -186,8 +186,9 @@ TEST(MailArchiveTest, AnImportIsTakenBackButForWhatWasUsed) {
     test::WriteFile(folder.filePath(QLatin1String(name) + QStringLiteral(".eml")),
                     QByteArray("From: a@x\r\nSubject: ") + name + "\r\n\r\ntext\r\n");
   }
-  ImportCounts counts;
-  ASSERT_TRUE(ImportMessages(context, folder.path(), shelf, &counts));
+  const ImportOutcome outcome = ImportMessages(context, folder.path(), shelf);
+  ASSERT_TRUE(outcome.complete);
+  const ImportCounts& counts = outcome.counts;
   const auto flags = FlagsOf(context, counts.brought);
   ASSERT_EQ(flags->size(), 4);
   // One got a mark, one was thrown away and one is somewhere else as well.
@@ -199,6 +200,17 @@ TEST(MailArchiveTest, AnImportIsTakenBackButForWhatWasUsed) {
   // What has its mark no more is as it was.
   EXPECT_TRUE(ToggleStar(context, {counts.brought[0]}));
   EXPECT_EQ(UnchangedAmong(context, *flags, shelf)->size(), 2);
+}
+
+TEST(MailArchiveTest, WhoWantsNoMoreIsAskedOfNoFurtherFile) {
+  const QTemporaryDir folder;
+  for (const char* name : {"1.mbox", "2.mbox", "3.eml"}) {
+    test::WriteFile(folder.filePath(QLatin1String(name)),
+                    "From a@x Mon Jan  1 00:00:00 2024\nSubject: 1\n\nx\n");
+  }
+  int taken = 0;
+  EXPECT_TRUE(ReadArchive(folder.path(), [&taken](const QByteArray&) { return ++taken < 1; }));
+  EXPECT_EQ(taken, 1);
 }
 
 TEST(MailArchiveTest, AFileThatIsNoMessageIsRefusedByName) {

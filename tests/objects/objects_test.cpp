@@ -511,7 +511,7 @@ TEST_F(SearchConditionTest, AConditionWithoutAValueIsSoundInTheFile) {
   ASSERT_TRUE(SaveObject(context, DatabaseKind::Profile, *folder));
   const QString file = ProfileFiles(context, *context.Session).first();
   EXPECT_TRUE(CheckDatabaseFile(file, context.Session->Text(u"password"), FileContents::Objects,
-                                context.Data.Damage())
+                                context.Data.Damage().TakeOf(file))
                   .IsSound());
   profile_.Restart();
   EXPECT_NE(profile_.Get().Objects.Find(QStringLiteral("f_empty")), nullptr);

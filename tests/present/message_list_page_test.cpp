@@ -395,12 +395,11 @@ TEST_F(MessageListPageTest, AHostileConditionGivesNoPage) {
 TEST(PageTags, ChildrenAreReadInTableOrderAndUpToTheLimit) {
   const PageTagTable table = CreatePageTagTable();
   const QByteArray text = "<replay><FORWARD>x";
-  qsizetype position = 0;
-  EXPECT_EQ(ReadChildTags(text, table[1], position), QStringLiteral("0\r\n2"));
-  EXPECT_EQ(position, text.size() - 1);
-  position = 0;
-  ReadChildTags(text, table[1], position, 1);
-  EXPECT_EQ(position, text.size() - 1);  // the limit is met after one more
+  const FoundChildTags all = ReadChildTags(text, table[1], 0);
+  EXPECT_EQ(all.indices, QList<qsizetype>({0, 2}));
+  EXPECT_EQ(all.end, text.size() - 1);
+  // the limit is met after one more
+  EXPECT_EQ(ReadChildTags(text, table[1], 0, 1).end, text.size() - 1);
   EXPECT_FALSE(MatchTagPattern("<+MAI", table[8].section, 0));
   EXPECT_EQ(DefaultPageTemplate().count(QStringLiteral("\r\n")), 45);
 }

@@ -53,9 +53,9 @@ class MovedMailboxTest : public test::TrafficTest {
     }
     const QString file = profile_.Folder() + QStringLiteral("/old.mbox");
     test::WriteFile(file, archive);
-    ImportCounts imported;
-    EXPECT_TRUE(ImportMessages(profile_.Get(), file, {}, &imported));
-    return imported.imported;
+    const ImportOutcome outcome = ImportMessages(profile_.Get(), file, {});
+    EXPECT_TRUE(outcome.complete);
+    return outcome.counts.imported;
   }
   // As another program receives it at this moment, through another name of the server.
   Result<MailStore::Received> StoreElsewhere(const QByteArray& mail) {

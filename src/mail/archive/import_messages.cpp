@@ -42,8 +42,8 @@ void FillMessage(Disk& message, const QByteArray& source, const QString& id, Sto
 
 class Importer {
  public:
-  Importer(Context& context, const QString& folder, ImportCounts& counts)
-      : context_(context), store_(context), folder_(folder), counts_(counts) {
+  Importer(Context& context, const QString& folder)
+      : context_(context), store_(context), folder_(folder) {
     options_.textTypes = Settings(context).TextTypes();
     options_.standardHeaders = Settings(context).HasStandardHeaders();
   }
@@ -88,6 +88,7 @@ class Importer {
     return context_.Data.Group().Flush();
   }
 
+  const ImportCounts& Counts() const { return counts_; }
   // After a failure the engine may have taken back more than the last message.
   void CountStored() {
     counts_.imported = 0;
@@ -127,7 +128,7 @@ class Importer {
   Context& context_;
   MailStore store_;
   QString folder_;
-  ImportCounts& counts_;
+  ImportCounts counts_;
   IndexOptions options_;
   GroupSize group_;
   QHash<QString, UnreadableMessage> ids_;  // by identifier
@@ -137,33 +138,44 @@ class Importer {
 
 }  // namespace
 
-Result<> ImportMessages(Context& context, const QString& path, const QString& folder,
-                        ImportCounts* counts, const WorkProgress& progress) {
+void ImportCounts::Add(const ImportCounts& further) {
+  imported += further.imported;
+  brought += further.brought;
+  known += further.known;
+  unreadable += further.unreadable;
+  if (!further.notice.isEmpty()) notice = further.notice;
+}
+
+ImportOutcome ImportMessages(Context& context, const QString& path, const QString& folder,
+                             const WorkProgress& progress) {
   WorkLock work(context, kImportWork);
-  if (!work.Take(kWaitMs)) return StorageError{StorageError::Kind::Busy, work.HeldWords()};
-  Importer importer(context, folder, *counts);
+  if (!work.Take(kWaitMs)) return {StorageError{StorageError::Kind::Busy, work.HeldWords()}};
+  Importer importer(context, folder);
   if (const Result<> read = importer.ReadStored(); !read) {
-    return read.Error().Behind(
-        Ui::tr("保存されているメッセージを読み込めないため、取り込みません。"));
+    return {read.Error().Behind(
+        Ui::tr("保存されているメッセージを読み込めないため、取り込みません。"))};
   }
   context.Data.Group().Gather(MailDatabasePath(context));
   Result<> stored;
   bool ended = false;
   const Result<QString> read = ReadArchive(path, [&](const QByteArray& source) {
     stored = importer.Take(source);
-    ended = stored && progress && !progress(counts->imported + counts->known);
+    ended = stored && progress && !progress(importer.Counts().imported + importer.Counts().known);
     return stored && !ended;
   });
   const Result<> written = context.Data.Group().End();
   if (stored) stored = written;
   if (!stored) {
     importer.CountStored();
-    return stored.Error().Behind(Ui::tr("メッセージを保存できません。"));
+    return {stored.Error().Behind(Ui::tr("メッセージを保存できません。")), importer.Counts()};
   }
-  if (ended) return StorageError{StorageError::Kind::Other, Ui::tr("中止しました。")};
-  if (!read) return read.Error();
-  if (!read->isEmpty()) counts->notice = *read;
-  return {};
+  if (ended) {
+    return {StorageError{StorageError::Kind::Other, Ui::tr("中止しました。")}, importer.Counts()};
+  }
+  if (!read) return {read.Error(), importer.Counts()};
+  ImportOutcome outcome{{}, importer.Counts()};
+  outcome.counts.notice = *read;
+  return outcome;
 }
 
 Result<QString> TakeMessageFile(Context& context, const QString& path) {

@@ -8,6 +8,7 @@
 
 namespace vorn {
 
+/// What an import brought.
 struct ImportCounts {
   int imported = 0;
   QStringList brought;  ///< the serial identifiers of those
@@ -15,14 +16,22 @@ struct ImportCounts {
   /// In the store already, where they cannot be read any more.
   QList<UnreadableMessage> unreadable;
   QString notice;  ///< a sentence about files in a folder that were passed over
+
+  /// Adds what a further import brought.
+  void Add(const ImportCounts& further);
+};
+
+/// How an import ended: what was imported stays, also where it could not go on.
+struct ImportOutcome {
+  Result<> complete;
+  ImportCounts counts = {};
 };
 
 /// Imports the messages of a file or folder (`ReadArchive`) as received ones, under the time at
 /// which each arrived, and puts them into `folder`, a folder's serial identifier, unless that is
-/// empty. A message that is in the store already is left out. Fails when it could not go on; what
-/// was imported stays, and `counts` tells of it.
-Result<> ImportMessages(Context& context, const QString& path, const QString& folder,
-                        ImportCounts* counts, const WorkProgress& progress = {});
+/// empty. A message that is in the store already is left out.
+ImportOutcome ImportMessages(Context& context, const QString& path, const QString& folder,
+                             const WorkProgress& progress = {});
 
 /// Takes the first message of a file into the store, in the dust bin, from where the user may take
 /// it out to keep it; one that was taken before is found again. Returns its serial identifier.

@@ -233,10 +233,9 @@ Result<> RequireContents(DataSession& data, FileContents contents) {
 }
 
 FileFindings CheckDatabaseFile(const QString& path, const QString& password, FileContents contents,
-                               FoundDamage& found) {
+                               const QSet<QString>& known) {
   FileFindings findings = Check(path, password, contents);
-  if (found.TakeOf(path).contains(kDamagedLog)) findings.AddLostLog();
-  found.Add(path, findings.parts);
+  if (known.contains(kDamagedLog)) findings.AddLostLog();
   return findings;
 }
 

@@ -23,9 +23,9 @@
 namespace vorn {
 
 Result<> WaitingMessages::Plan(const WaitingSearch& search) {
-  std::vector<SendItem> messages;
-  const Result<> found = Find(search, messages);
-  if (!found) return found;
+  Result<std::vector<SendItem>> found = Find(search);
+  if (!found) return found.Error();
+  std::vector<SendItem>& messages = *found;
   if (messages.empty() || !MaySendFrom(messages.front().File(context_))) return {};
   senders_.GiveSenders(messages);
   if (search.isCheck && Settings(context_).IsCareful()) LeaveOutRefused(messages);
@@ -102,11 +102,12 @@ void WaitingMessages::TellUnread(const StorageError& reason) {
 }
 
 // Doubtful messages wait for the user's word, those that are planned for their turn.
-Result<> WaitingMessages::Find(const WaitingSearch& search, std::vector<SendItem>& messages) {
+Result<std::vector<SendItem>> WaitingMessages::Find(const WaitingSearch& search) {
+  std::vector<SendItem> messages;
   StorageError reason;
   {
     const OpenedDatabase opened(context_, search.db, search.file);
-    if (!opened && opened.Error().kind != StorageError::Kind::Busy) return {};
+    if (!opened && opened.Error().kind != StorageError::Kind::Busy) return messages;
     if (!opened) return opened.Error();
     const QString file = search.file.isEmpty() ? MailDatabasePath(context_) : search.file;
     const RecordsetPtr rows = MessageRows(context_.Data).WaitingUntried(search.serial);
@@ -118,12 +119,12 @@ Result<> WaitingMessages::Find(const WaitingSearch& search, std::vector<SendItem
       message.SetSender(senders_.AccountFor(row.AddressLines()));
       messages.push_back(message);
     }
-    if (rows != nullptr && !rows->Failed()) return {};
+    if (rows != nullptr && !rows->Failed()) return messages;
     reason = ReasonOf(context_.Data);
   }
   if (reason.kind == StorageError::Kind::Busy) return reason;
   TellUnread(reason);
-  return {};
+  return messages;
 }
 
 void WaitingMessages::AddSendJob(const std::vector<SendItem>& messages) {

@@ -44,7 +44,7 @@ class WaitingMessages {
   void LeaveOutRefused(std::vector<SendItem>& messages);
   void TellRefused(const std::vector<SendItem>& messages);
   void TellUnread(const StorageError& reason);
-  Result<> Find(const WaitingSearch& search, std::vector<SendItem>& messages);
+  Result<std::vector<SendItem>> Find(const WaitingSearch& search);
   void AddSendJob(const std::vector<SendItem>& messages);
 
   Context& context_;

@@ -136,8 +136,12 @@ void ArchiveCommands::Import(const QStringList& paths, const QString& current) {
                                 : Ui::tr("「%1」の取り込み").arg(QFileInfo(paths[0]).fileName()));
     for (const QString& path : paths) {
       if (!imported) break;
-      imported = ImportMessages(context_, path, FiledIn(folder), &counts,
-                                [&progress](int done) { return progress.Show(done); });
+      const int before = counts.imported + counts.known;
+      const ImportOutcome outcome =
+          ImportMessages(context_, path, FiledIn(folder),
+                         [&progress, before](int done) { return progress.Show(before + done); });
+      counts.Add(outcome.counts);
+      imported = outcome.complete;
     }
   }
   host_.MessageStored();
