@@ -305,7 +305,7 @@ Result<QString> ReconnectFile(Context& context, const LostFile& lost, const QStr
   }
   if (isReady && *opening != password) {
     PasswordChange change(context.Data, ready + QStringLiteral(".decided"), {ready});
-    isReady = change.Run(*opening, password) == PasswordChange::Outcome::Changed;
+    isReady = change.Run(*opening, password).outcome == PasswordChange::Outcome::Changed;
     if (!isReady) reason = NotRekeyed(file, lost.path);
     context.Data.CloseFile(ready);
   }

@@ -218,9 +218,9 @@ TEST(Crash, AFullDiskLeavesNoFileUnderACodeThatIsNotKept) {
     const QStringList files = ProfileFiles(first, *profile);
     PasswordChange change(first.Data, files.first() + QStringLiteral(".decided"), files);
     const QString between = QStringLiteral("x");
-    ASSERT_EQ(change.Run(first.Session->Text(u"password"), between),
+    ASSERT_EQ(change.Run(first.Session->Text(u"password"), between).outcome,
               PasswordChange::Outcome::Changed);
-    ASSERT_EQ(change.Run(between, {}), PasswordChange::Outcome::Changed);
+    ASSERT_EQ(change.Run(between, {}).outcome, PasswordChange::Outcome::Changed);
     ASSERT_TRUE(code.Forget());
   }
   fill(300000);
