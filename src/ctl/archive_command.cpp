@@ -29,11 +29,11 @@ int Import(Context& context, const Arguments& arguments) {
     return Complain(Ui::tr("使い方: vornctl import パス... [--folder フォルダ] [--json]"),
                     kExitUsage);
   }
-  QString folder;
+  SerialId folder;
   if (arguments.Has(QStringLiteral("folder"))) {
     const QString name = arguments.Text(QStringLiteral("folder"));
     folder = FindFolder(context, name);
-    if (folder.isEmpty()) {
+    if (folder.IsEmpty()) {
       return Complain(Ui::tr("フォルダ「%1」はありません。").arg(name), kExitFailure);
     }
   }
@@ -67,8 +67,8 @@ int Export(Context& context, const Arguments& arguments) {
                            "[--overwrite]"),
                     kExitUsage);
   }
-  const QString folder = FindFolder(context, name);
-  if (folder.isEmpty()) {
+  const SerialId folder = FindFolder(context, name);
+  if (folder.IsEmpty()) {
     return Complain(Ui::tr("フォルダ「%1」はありません。").arg(name), kExitFailure);
   }
   const ExportOutcome outcome =

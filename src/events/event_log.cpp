@@ -23,7 +23,7 @@ QString WrittenOn(const QString& known, const QString& time, const QString& text
 
 }  // namespace
 
-void EventLog::AddEvent(EventLevel level, EventMode mode, const QString& reference,
+void EventLog::AddEvent(EventLevel level, EventMode mode, const SerialId& reference,
                         const QString& title, const QString& category, const QString& text) {
   const QString levelName =
       level == kEventError ? QStringLiteral("error") : QStringLiteral("infomation");
@@ -42,10 +42,10 @@ void EventLog::AddEvent(EventLevel level, EventMode mode, const QString& referen
     record = Begin(mode, reference, text);
   }
   records_.Add(record);
-  view_.ShowEvent(record->SerialID(), name, icon);
+  view_.ShowEvent(record->Serial(), name, icon);
 }
 
-DiskPtr EventLog::Begin(EventMode mode, const QString& reference, const QString& text) const {
+DiskPtr EventLog::Begin(EventMode mode, const SerialId& reference, const QString& text) const {
   const QString prefix = QStringLiteral("event_%1_").arg(records_.Count());
   auto record = std::make_shared<Disk>(context_.Data.NewSerialID(prefix));
   EventRecord::Begin(*record, mode, reference, MimeCodec::CurrentDateText(), text);
@@ -58,7 +58,7 @@ DiskPtr EventLog::Begin(EventMode mode, const QString& reference, const QString&
 }
 
 // Null where nothing is known of it yet.
-DiskPtr EventLog::Like(const QString& reference, const QString& icon) const {
+DiskPtr EventLog::Like(const SerialId& reference, const QString& icon) const {
   for (const DiskPtr& record : records_) {
     if (EventRecord(*record).Is(reference, icon)) return record;
   }

@@ -25,14 +25,14 @@ namespace {
 // Copies the row's columns and its folders into the request. Returns the message's source, nothing
 // when there is no such row.
 Result<std::optional<QByteArray>> ReadRow(DataSession& data, Disk& request) {
-  const RecordsetPtr row = MessageRows(data).Of(request.SerialID());
+  const RecordsetPtr row = MessageRows(data).Of(request.Serial());
   if (row == nullptr || (row->Eof() && row->Failed())) return ReasonOf(data);
   if (row->Eof()) return std::optional<QByteArray>();
   const MailRow message(*row);
   MailRequestBag(request).TakeRow(message);
   const QByteArray source = message.Source().value_or(QByteArray());
   if (row->Failed()) return row->Error();
-  const Result<QString> folders = MessageRows(data).FoldersOf(request.SerialID());
+  const Result<SerialIds> folders = MessageRows(data).FoldersOf(request.Serial());
   MessageBag::SetFolders(request, folders.ValueOr({}));
   if (!folders) return folders.Error();
   return std::optional(source);
@@ -82,7 +82,7 @@ OpenedMessage FindStored(Context& context, Disk& bag, bool marks) {
   const OpenedDatabase mail(context, stored.Database(), stored.File(context));
   const Result<std::optional<QByteArray>> read = mail ? ReadRow(context.Data, bag) : mail.Error();
   if (!read) {
-    opened.unreadable = {bag.SerialID(), request.Subject(), request.Timestamp()};
+    opened.unreadable = {bag.Serial(), request.Subject(), request.Timestamp()};
     opened.reason = read.Error();
     return opened;
   }

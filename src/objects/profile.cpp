@@ -226,9 +226,9 @@ QStringList FormerPasswords(Context& context, const Disk& profile, const QString
   return PasswordsOf(former, CodeFileOf(context, profile));
 }
 
-DiskPtr NewProfile(const QString& serialId, const QString& name, const QString& mail) {
+DiskPtr NewProfile(const SerialId& serialId, const QString& name, const QString& mail) {
   auto profile = std::make_shared<Disk>(serialId);
-  const QString folder = QStringLiteral("/current/") + serialId + u'\\';
+  const QString folder = QStringLiteral("/current/") + serialId.Text() + u'\\';
   AnyObject::Begin(*profile, object_type::kProfile, name);
   AnyObject::SetSystem(*profile, true);
   ProfileBag::SetFile(*profile, folder + QStringLiteral("profile.mbx"));
@@ -238,9 +238,9 @@ DiskPtr NewProfile(const QString& serialId, const QString& name, const QString& 
 }
 
 Result<DiskPtr> CreateProfile(Context& context, const QString& name) {
-  const QString serial = context.Data.NewSerialID(QStringLiteral("_profile"));
-  const QString mail = QStringLiteral("/current/") + serial + u'\\' +
-                       context.Data.NewSerialID().left(kFileNameCharacters) +
+  const SerialId serial = context.Data.NewSerialID(QStringLiteral("_profile"));
+  const QString mail = QStringLiteral("/current/") + serial.Text() + u'\\' +
+                       context.Data.NewSerialID().Text().left(kFileNameCharacters) +
                        QStringLiteral(".mbx");
   DiskPtr profile = NewProfile(serial, name, mail);
   const Result<> saved = SaveObject(context, DatabaseKind::Navigator, *profile);
@@ -295,7 +295,7 @@ Result<> ChangeProfilePassword(Context& context, const Disk& profile, const QStr
         Ui::tr("パスワードの変更がまだ終わっていません。プログラムを終了して、新しい"
                "パスワードでログインしてください。"));
   }
-  if (context.Session->SerialID() == profile.SerialID()) {
+  if (context.Session->Serial() == profile.Serial()) {
     ProfileBag::SetPassword(*context.Session, to);
     std::ignore = NoteFiles(context);  // which keys are the present ones; tried again at the end
   }

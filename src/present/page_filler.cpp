@@ -126,7 +126,7 @@ bool PageFiller::HandleLink(const PageTag& tag, qsizetype afterTag) {
     const QString kind =
         children.isEmpty() ? QStringLiteral("preview") : QString::fromUtf16(children.last()->key);
     link_ = LinkState::Open;
-    WriteText(QStringLiteral("<A HREF = \"") + kind + u':' + rows_->SerialID() +
+    WriteText(QStringLiteral("<A HREF = \"") + kind + u':' + rows_->Serial().Text() +
               QStringLiteral("\">"));
     return true;
   }

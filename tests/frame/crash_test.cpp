@@ -108,8 +108,8 @@ TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
                                            CursorKind::ForwardOnly));
     QSet<QString> present;
     for (const RecordsetPtr rows = context.Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
-      present.insert(rows->SerialID());
-      if (report.opened.contains(rows->SerialID())) {
+      present.insert(rows->Serial().Text());
+      if (report.opened.contains(rows->Serial().Text())) {
         EXPECT_EQ(rows->Fields(u"FIELD_FLAG").toString(), QStringLiteral("0200"));
       }
     }
@@ -154,11 +154,11 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   const QString ballast = disk.Path() + QStringLiteral("ballast");
   test::WriteFile(ballast, QByteArray(300000, 'x'));
   MailStore store(context);
-  QMap<QString, QByteArray> stored;
+  QMap<SerialId, QByteArray> stored;
   for (int i = 0; i < 200; ++i) {
     const QByteArray source = "Subject: " + QByteArray::number(i) + "\r\n\r\n" +
                               QByteArray(30000, static_cast<char>('a' + i % 26));
-    const Result<QString> serial =
+    const Result<SerialId> serial =
         store.StoreMessage(Disk(context.Data.NewSerialID(QStringLiteral("mail_"))), source);
     if (!serial) {
       EXPECT_EQ(serial.Error().kind, StorageError::Kind::DiskFull)

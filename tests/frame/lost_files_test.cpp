@@ -105,7 +105,7 @@ TEST_F(LostFilesTest, ADamagedMailFileKeepsNobodyOut) {
 // Frames that hold no first page do not tell by themselves to which database they belong.
 TEST_F(LostFilesTest, TheLogOfAnotherDatabaseIsSetAside) {
   TestProfile other(kPassword);
-  const QString serialId = other.Store("Subject: other\r\n\r\n");
+  const SerialId serialId = other.Store("Subject: other\r\n\r\n");
   const QString foreign = MailDatabasePath(other.Get());
   other.Restart(kPassword);
   ASSERT_TRUE(MailStore(other.Get()).SetDust(Disk(serialId), true));

@@ -72,7 +72,7 @@ class DamageTest : public testing::Test {
 
   TestProfile profile_;
   QList<QByteArray> sources_;
-  QStringList serials_;
+  SerialIds serials_;
   QString file_;
   QByteArray sound_;
 };
@@ -146,11 +146,11 @@ TEST_F(DamageTest, ADamagedStoreWaitsForTheUsersDecision) {
 }
 
 TEST_F(DamageTest, OnlyAWholeCopyStandsInForAnother) {
-  EXPECT_TRUE(StoredCopyIsWhole(Context(), file_, serials_[5]));
+  EXPECT_TRUE(StoredCopyIsWhole(Context(), file_, serials_[5].Text()));
   EXPECT_FALSE(StoredCopyIsWhole(Context(), file_, QStringLiteral("nobody")));
   ASSERT_GT(LastPageOfLarge(), 0);
-  EXPECT_FALSE(StoredCopyIsWhole(Context(), file_, serials_[5]));
-  EXPECT_TRUE(StoredCopyIsWhole(Context(), file_, serials_[4]));
+  EXPECT_FALSE(StoredCopyIsWhole(Context(), file_, serials_[5].Text()));
+  EXPECT_TRUE(StoredCopyIsWhole(Context(), file_, serials_[4].Text()));
 }
 
 TEST_F(DamageTest, SourcesOfAnOlderVersionGetTheirDigestsInTheBackground) {

@@ -181,7 +181,7 @@ TEST(MailArchiveTest, AnImportIsTakenBackButForWhatWasUsed) {
   test::TestProfile profile;
   Context& context = profile.Get();
   const QTemporaryDir folder;
-  const QString shelf = QStringLiteral("shelf");
+  const SerialId shelf = u"shelf"_id;
   for (const char* name : {"1", "2", "3", "4"}) {
     test::WriteFile(folder.filePath(QLatin1String(name) + QStringLiteral(".eml")),
                     QByteArray("From: a@x\r\nSubject: ") + name + "\r\n\r\ntext\r\n");
@@ -194,9 +194,9 @@ TEST(MailArchiveTest, AnImportIsTakenBackButForWhatWasUsed) {
   // One got a mark, one was thrown away and one is somewhere else as well.
   EXPECT_TRUE(ToggleStar(context, {counts.brought[0]}));
   EXPECT_TRUE(SetDust(context, {counts.brought[1]}, true));
-  EXPECT_TRUE(MoveMessages(context, {.into = {{QStringLiteral("other"), {counts.brought[2]}}}}));
-  EXPECT_EQ(UnchangedAmong(context, *flags, QString()), QStringList()) << "they are filed";
-  EXPECT_EQ(UnchangedAmong(context, *flags, shelf), QStringList{counts.brought[3]});
+  EXPECT_TRUE(MoveMessages(context, {.into = {{u"other"_id, {counts.brought[2]}}}}));
+  EXPECT_EQ(UnchangedAmong(context, *flags, {}), SerialIds()) << "they are filed";
+  EXPECT_EQ(UnchangedAmong(context, *flags, shelf), SerialIds{counts.brought[3]});
   // What has its mark no more is as it was.
   EXPECT_TRUE(ToggleStar(context, {counts.brought[0]}));
   EXPECT_EQ(UnchangedAmong(context, *flags, shelf)->size(), 2);

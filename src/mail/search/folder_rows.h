@@ -32,7 +32,7 @@ class FolderRows {
   /// takes long, and its answer: with it nothing more is asked as long as the database stays as it
   /// is.
   QString Question() const;
-  void Take(DataSession& session, const QStringList& serialIds);
+  void Take(DataSession& session, const SerialIds& serialIds);
   /// Forgets everything.
   void Forget() { *this = FolderRows(query_, order_); }
   /// Finds out more about where the rows stand, for some milliseconds; false when there is nothing
@@ -53,7 +53,7 @@ class FolderRows {
   bool few_ = false;
   bool indexed_ = false;  // an index alone finds the rows
   bool exploring_ = false;
-  std::optional<QStringList> found_;  // all of them, where they were asked for elsewhere
+  std::optional<SerialIds> found_;  // all of them, where they were asked for elsewhere
 };
 
 }  // namespace vorn

@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include "storage/base/result.h"
+#include "storage/base/serial_id.h"
 
 namespace vorn {
 
@@ -13,7 +14,7 @@ class DataSession;
 
 /// A message that cannot be read, by what can still be told of it.
 struct UnreadableMessage {
-  QString serialId;   ///< empty when it is lost as well
+  SerialId serialId;  ///< empty when it is lost as well
   QString subject;    ///< empty when it is lost, or the message has none
   QString timestamp;  ///< as stored; empty when it is lost
 

@@ -37,12 +37,13 @@ Result<> WaitingMessages::Plan(const WaitingSearch& search) {
 bool WaitingMessages::MaySendFrom(const QString& file) {
   const QString path = PlatformPath(context_, file);
   if (!IsKnownBroken(context_, path)) return true;
-  host_.AddEvent(kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+  host_.AddEvent(kEventError, kEventObject, SerialId(), Ui::tr("システム"),
+                 QStringLiteral("mailup"),
                  Ui::tr("「%1」が壊れているため、送信しません。").arg(QFileInfo(path).fileName()));
   return false;
 }
 
-bool WaitingMessages::IsPlanned(const QString& serial) const {
+bool WaitingMessages::IsPlanned(const SerialId& serial) const {
   for (const CheckJob job : jobs_.All()) {
     const DiskCollectionPtr messages = job.Messages();
     if (messages != nullptr && messages->Contains(serial)) return true;
@@ -57,7 +58,7 @@ void WaitingMessages::LeaveOutRefused(std::vector<SendItem>& messages) {
   const auto known = SendRefusals(context_, messages.front().File(context_)).All();
   const auto first =
       std::stable_partition(messages.begin(), messages.end(), [&known](const SendItem& message) {
-        const auto refused = known.find(message.SerialId());
+        const auto refused = known.find(message.Serial());
         return refused == known.end() || refused->route != message.Route();
       });
   const std::vector<SendItem> refused(first, messages.end());
@@ -69,14 +70,14 @@ void WaitingMessages::LeaveOutRefused(std::vector<SendItem>& messages) {
 void WaitingMessages::TellRefused(const std::vector<SendItem>& messages) {
   if (!Settings(context_).FoldsEvents()) {
     host_.AddEvent(
-        kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+        kEventError, kEventObject, SerialId(), Ui::tr("システム"), QStringLiteral("mailup"),
         Ui::tr("サーバーに断られたメッセージが%1通あり、送信しませんでした。開いて送信をキャン"
                "セルし、直してからもう一度送信してください。")
             .arg(messages.size()));
     return;
   }
   for (const SendItem& message : messages) {
-    host_.AddEvent(kEventError, kEventMessage, message.SerialId(), message.Subject(),
+    host_.AddEvent(kEventError, kEventMessage, message.Serial(), message.Subject(),
                    QStringLiteral("mailup"),
                    Ui::tr("サーバーに断られたままなので、送信しませんでした。開いて送信をキャン"
                           "セルし、直してからもう一度送信してください。"));
@@ -97,7 +98,8 @@ void WaitingMessages::LookAgain(CheckJob& job) {
 }
 
 void WaitingMessages::TellUnread(const StorageError& reason) {
-  host_.AddEvent(kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+  host_.AddEvent(kEventError, kEventObject, SerialId(), Ui::tr("システム"),
+                 QStringLiteral("mailup"),
                  Ui::tr("送信待ちのメッセージを読み込めません。") + reason.text);
 }
 

@@ -18,7 +18,7 @@ class SenderChoice;
 
 /// Which of the messages that wait are to be sent.
 struct WaitingSearch {
-  QString serial;  ///< empty for all
+  SerialId serial;  ///< empty for all
   DatabaseKind db;
   QString file;
   bool isCheck;  ///< nobody asks for sending alone
@@ -40,7 +40,7 @@ class WaitingMessages {
 
  private:
   bool MaySendFrom(const QString& file);
-  bool IsPlanned(const QString& serial) const;
+  bool IsPlanned(const SerialId& serial) const;
   void LeaveOutRefused(std::vector<SendItem>& messages);
   void TellRefused(const std::vector<SendItem>& messages);
   void TellUnread(const StorageError& reason);
