@@ -17,7 +17,7 @@ TEST(DraftsTest, ADraftOutlivesTheProgramAndKeepsTheMessagesFolders) {
   const QByteArray typed("Subject: new\r\n\r\n\xF0\x9F\x8D\xA3\0\r\n", 22);
   ASSERT_TRUE(Drafts::Keep(profile.Get(), u"mail_1"_id, typed));
   profile.Restart();
-  ASSERT_EQ(Drafts::LeftBehind(profile.Get()), QStringList{QStringLiteral("mail_1")});
+  ASSERT_EQ(Drafts::LeftBehind(profile.Get()), SerialIds{u"mail_1"_id});
   ASSERT_TRUE(Drafts::Restore(profile.Get(), u"mail_1"_id));
   EXPECT_EQ(MailStore(profile.Get()).LoadMessageSource(stored), typed);
   EXPECT_EQ(profile.Select(QStringLiteral("SELECT FOLDERID AS V FROM folder")),

@@ -38,7 +38,7 @@ TEST_F(MailStoreTest, SourcesComeBackByteForByte) {
       "Subject: x\r\n\r\n\0\xFF\x1B"
       "it's \r\r\n\n.",
       24);
-  ASSERT_EQ(store_.StoreMessage(*Request(u"m'1"_id), source), QStringLiteral("m'1"));
+  ASSERT_EQ(store_.StoreMessage(*Request(u"m'1"_id), source), u"m'1"_id);
   EXPECT_EQ(store_.LoadMessageSource(*Request(u"m'1"_id)), source);
   EXPECT_FALSE(store_.LoadMessageSource(*Request(u"m2"_id)));
   EXPECT_FALSE(store_.StoreMessage(Disk(), source));

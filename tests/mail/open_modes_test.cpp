@@ -338,7 +338,7 @@ TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
   Disk other(serialId);
   MailRequestBag(other).SetMode(OpenMode::Reply);
   EXPECT_TRUE(OpenMessage(profile.Get(), other).model.text.Get().contains(u"さんは書きました："));
-  EXPECT_EQ(reply.Text(u"original"), serialId);
+  EXPECT_EQ(reply.Text(u"original"), serialId.Text());
   EXPECT_NE(reply.Serial(), serialId);
   EXPECT_EQ(reply.Number(u"process"), 1);
 }

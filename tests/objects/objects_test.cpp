@@ -39,16 +39,17 @@ TEST(StandardObjects, ANewProfileHasThemAllUnderTheirFixedIdentifiers) {
   TestProfile profile;
   Context& context = profile.Get();
   struct Expected {
-    SerialId serialId, name, draw, sql;
+    SerialId serialId;
+    QString name, draw, sql;
   };
   const Expected folders[] = {
-      {u"01_folder_1_INBOX0000000"_id, u"受信"_id, QStringLiteral("activedown"),
+      {u"01_folder_1_INBOX0000000"_id, QStringLiteral("受信"), QStringLiteral("activedown"),
        QStringLiteral("STATUS = 4")},
-      {u"01_folder_2_OUTBOX000000"_id, u"送信"_id, QStringLiteral("activeup"),
+      {u"01_folder_2_OUTBOX000000"_id, QStringLiteral("送信"), QStringLiteral("activeup"),
        QStringLiteral("STATUS = 3")},
-      {u"01_folder_3_EDITWAIT0000"_id, u"待ち"_id, QStringLiteral("activewait"),
+      {u"01_folder_3_EDITWAIT0000"_id, QStringLiteral("待ち"), QStringLiteral("activewait"),
        QStringLiteral("STATUS = 1 OR STATUS = 2")},
-      {u"01_folder_4_DUST00000000"_id, u"くずかご"_id, QStringLiteral("dust"),
+      {u"01_folder_4_DUST00000000"_id, QStringLiteral("くずかご"), QStringLiteral("dust"),
        QStringLiteral("STATUS < 0")},
   };
   for (const Expected& expected : folders) {

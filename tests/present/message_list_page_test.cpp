@@ -413,7 +413,7 @@ TEST(LinkCommand, CommandsAreReadInAnyCase) {
   ASSERT_TRUE(reply);
   EXPECT_EQ(reply->mode, OpenMode::ReplyAll);
   EXPECT_TRUE(reply->isNew);
-  EXPECT_EQ(reply->serialId, QStringLiteral("mail_x@y"));
+  EXPECT_EQ(reply->serialId, u"mail_x@y"_id);
   EXPECT_FALSE(ReadLinkCommand(QStringLiteral("preview:a"))->isNew);
   EXPECT_FALSE(ReadLinkCommand(QStringLiteral("http://x/preview:a")));
   EXPECT_FALSE(ReadLinkCommand(QStringLiteral("preview")));

@@ -45,7 +45,7 @@ TEST(Disk, DefaultsStandForAbsentKeysOnly) {
   bag.Remove(u"absent");
   bag.Init();
   EXPECT_EQ(bag.Size(), 0);
-  EXPECT_EQ(bag.Serial(), QStringLiteral("s"));
+  EXPECT_EQ(bag.SerialID(), QStringLiteral("s"));
 }
 
 TEST(Disk, ADiscardedCollectionIsEmptiedAndAReplacedOneIsNot) {

@@ -38,7 +38,7 @@ TEST_F(EditingTest, AnAccountIsMadeWithExactlyItsKeys) {
   Type(Child<QLineEdit>(window, u"txInMailServerPassword"), QStringLiteral("pw"));
   PressOk();
   EXPECT_FALSE(window.isVisible()) << Error().toStdString();
-  EXPECT_EQ(context().Session->Text(u"status"), window.Tag());
+  EXPECT_EQ(context().Session->Text(u"status"), window.Tag().Text());
 
   const DiskPtr account = Stored(window.Tag());
   QStringList keys;

@@ -288,7 +288,7 @@ TEST_F(EditingTest, OneValueIsAskedInFourWays) {
         answer = InputTree(context(), nullptr, {}, {}, object_type::kFolder, fixed_serial::kOutbox);
       },
       [](ConsoleWindow& window) { QTest::keyClick(&window, Qt::Key_Return); }));
-  EXPECT_EQ(answer, fixed_serial::kOutbox);
+  EXPECT_EQ(answer, fixed_serial::kOutbox.Text());
   // A key that is not there chooses nothing, and neither does the focus.
   EXPECT_TRUE(InModal<ConsoleWindow>(
       [&] { answer = InputTree(context(), nullptr, {}, {}, object_type::kFolder, {}); },

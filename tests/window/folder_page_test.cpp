@@ -27,7 +27,7 @@ using test::Child;
 
 TEST_F(FolderPageTest, RowsAreMovedAmongAndChosenByKeys) {
   Begin(6, 100);
-  EXPECT_EQ(Chosen(), QStringList());
+  EXPECT_EQ(Chosen(), SerialIds());
   Press(Qt::Key_Down);
   EXPECT_EQ(Chosen(), Ids({1}));
   Press(Qt::Key_J);

@@ -95,7 +95,7 @@ TEST_F(PageReplacingTest, AnotherFolderAndTheWayBackNeedNoLoadingEither) {
   Press(Qt::Key_Delete);  // there is nothing
   Browser()->ShowFolder(fixed_serial::kInbox);
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 12")));
-  EXPECT_EQ(Chosen(), QStringList()) << "a folder begins anew";
+  EXPECT_EQ(Chosen(), SerialIds()) << "a folder begins anew";
   Press(Qt::Key_Down);
   EXPECT_EQ(Chosen(), Ids({1}));
   EXPECT_FALSE(PageText().contains(u"メッセージはありません"));

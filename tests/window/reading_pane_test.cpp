@@ -58,7 +58,7 @@ class ReadingPaneTest : public FolderPageTest {
 
 TEST_F(ReadingPaneTest, TheCurrentMessageIsReadThereAndOpenedAfterAWhile) {
   BeginReading(4);
-  EXPECT_EQ(Pane()->Shown(), QString());
+  EXPECT_EQ(Pane()->Shown(), SerialId());
   Press(Qt::Key_Down);
   ASSERT_TRUE(AwaitShown(1));
   EXPECT_EQ(Child<QPlainTextEdit>(*Pane(), u"txMemo").toPlainText().trimmed(),
@@ -83,7 +83,7 @@ TEST_F(ReadingPaneTest, TheCurrentMessageIsReadThereAndOpenedAfterAWhile) {
   // Another page shows another choice.
   Child<QAction>(*Browser(), u"seek").trigger();
   Browser()->ShowFolder(kShelf);
-  EXPECT_EQ(Pane()->Shown(), QString());
+  EXPECT_EQ(Pane()->Shown(), SerialId());
 }
 
 TEST_F(ReadingPaneTest, WhatIsBehindAnotherTabIsNotMarkedBeforeItIsSeenAgain) {
@@ -201,9 +201,9 @@ TEST_F(ReadingPaneTest, OpeningOneDoesNotOpenTheNext) {
   ASSERT_TRUE(AwaitShown(1));
   ASSERT_TRUE(AwaitGone("No1."));
   test::RunFor(2500);
-  EXPECT_EQ(Pane()->Shown(), QStringLiteral("mail_1"));
+  EXPECT_EQ(Pane()->Shown(), u"mail_1"_id);
   EXPECT_EQ(Mark(2, kFlagNew), QStringLiteral("1"));
-  EXPECT_EQ(Chosen(), QStringList()) << "a command would meet a message that is not in sight";
+  EXPECT_EQ(Chosen(), SerialIds()) << "a command would meet a message that is not in sight";
 }
 
 // Newly come mail that pushes it to another page, another program, another order: none of them is
@@ -223,8 +223,8 @@ TEST_F(ReadingPaneTest, WhatLeavesThePageByItselfIsReadOnAndNoOtherTakesItsPlace
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
   MadeAnewBy([this] { Come("mail_new", "Later", QStringLiteral("2020-01-02 00:00:00")); });
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 5")));
-  EXPECT_EQ(Pane()->Shown(), QStringLiteral("mail_2"));
-  EXPECT_EQ(Chosen(), QStringList());
+  EXPECT_EQ(Pane()->Shown(), u"mail_2"_id);
+  EXPECT_EQ(Chosen(), SerialIds());
   Press(Qt::Key_Delete);
   Press(Qt::Key_Down);
   ASSERT_TRUE(AwaitShown(3)) << "the next step goes on from there";
