@@ -117,7 +117,7 @@ void MeasurePages(Context& context, int messages) {
   found->Let(QStringLiteral("Sql"), QStringLiteral("mail.FIELD_SUBJECT LIKE '*777*'"));
   context.Objects.Add(found);
   Measure(QStringLiteral("counting the unopened of a condition"), [&] {
-    Require(CountUnread(context, found->SerialID()) >= 0, context.Data.LastError().text);
+    Require(CountUnread(context, found->Serial()) >= 0, context.Data.LastError().text);
   });
   std::vector<double> slices;
   double sum = 0;
@@ -137,8 +137,8 @@ void MeasurePages(Context& context, int messages) {
 void MeasureTexts(Context& context) {
   MessageListPages pages(context);
   const TextSearch search(context, QStringLiteral("何もない"));
-  const auto seeks = [&search](Connection& connection, const QString& serialId) {
-    return search.Finds(connection, serialId);
+  const auto seeks = [&search](Connection& connection, const QString& value) {
+    return search.Finds(connection, SerialId(value));
   };
   const auto all = [](Connection&, const QString&) { return true; };
   const auto ask = [&](const ConditionSieve& sieve) {
@@ -154,7 +154,7 @@ void MeasureTexts(Context& context) {
   clock.start();
   FolderSearch found(QStringLiteral("x"));
   found.hits.emplace();
-  for (const QVariant& hit : ask({all, TextWait::Most})) found.hits->append(hit.toString());
+  for (const QVariant& hit : ask({all, TextWait::Most})) found.hits->append(SerialIdOf(hit));
   Report(QStringLiteral("finding out which messages there are"), {Milliseconds(clock)});
   clock.start();
   Require(ask({seeks, TextWait::Most}).isEmpty(), QStringLiteral("found"));
@@ -168,7 +168,7 @@ void MeasureTexts(Context& context) {
 }
 
 // From the click on a folder in the tree until its page stands painted in a new window.
-void MeasureClick(const QString& figure, ParentWindow& parent, const QString& folder) {
+void MeasureClick(const QString& figure, ParentWindow& parent, const SerialId& folder) {
   auto* tree = parent.findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
   std::vector<double> times;
   for (int round = 0; round < kRounds; ++round) {

@@ -55,13 +55,13 @@ class Filling {
     request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
     request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
     if (i % 100 == 0) request.Let(QStringLiteral("folder"), QStringLiteral("f"));
-    const Result<QString> stored = store_.StoreMessage(request, Source(i));
+    const Result<SerialId> stored = store_.StoreMessage(request, Source(i));
     if (!stored) Give(stored.Error().text);
   }
   void StoreSent(int i) {
     Disk request(context_.Data.NewSerialID(QStringLiteral("mail_")));
     request.Let(QStringLiteral("process"), static_cast<int>(kStatusSent));
-    const Result<QString> stored = store_.StoreMessage(
+    const Result<SerialId> stored = store_.StoreMessage(
         request, "To: friend" + QByteArray::number(i) + "@example.jp\r\n\r\n" + body_);
     if (!stored) Give(stored.Error().text);
   }

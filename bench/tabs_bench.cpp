@@ -37,8 +37,8 @@ constexpr int kTabs = 10;
 constexpr int kRestMs = 150;
 constexpr int kQuietMs = 3000;
 
-QString AddedFolder(int number) {
-  return QStringLiteral("bench_folder_%1").arg(number);
+SerialId AddedFolder(int number) {
+  return SerialId(QStringLiteral("bench_folder_%1").arg(number));
 }
 
 // For this run alone.
@@ -118,9 +118,9 @@ void MeasureClicks(ParentWindow& parent, Pages& pages) {
   for (auto* browser : parent.findChildren<BrowserWindow*>()) browser->Unload();
   Require(WaitFor([&] { return parent.findChild<BrowserWindow*>() == nullptr; }),
           QStringLiteral("the window stays"));
-  std::map<QString, std::vector<double>> times;
+  std::map<SerialId, std::vector<double>> times;
   for (int round = 0; round <= kRounds; ++round) {
-    for (const QString& folder : {fixed_serial::kDust, fixed_serial::kInbox}) {
+    for (const SerialId& folder : {fixed_serial::kDust, fixed_serial::kInbox}) {
       PaintWatch paint(QStringLiteral("wbUrl"));
       double loaded = 0;
       paint.Start();
@@ -145,7 +145,7 @@ void MeasurePane(const QString& figure, ParentWindow& parent, const QString& pai
   std::vector<double> fromKey;
   std::vector<double> fromSelection;
   for (int round = 0; round < kRounds; ++round) {
-    const QString before = pane->Shown();
+    const SerialId before = pane->Shown();
     PaintWatch selection(QStringLiteral("wbUrl"));
     PaintWatch paint(painter);
     selection.Start();
@@ -206,9 +206,9 @@ int MeasureMemory(ParentWindow& parent, Pages& pages) {
   auto* tree = parent.findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
   Rest(kQuietMs);
   const qint64 one = MemoryOfAll();
-  QStringList others = {fixed_serial::kOutbox, fixed_serial::kEditWait, fixed_serial::kDust};
+  SerialIds others = {fixed_serial::kOutbox, fixed_serial::kEditWait, fixed_serial::kDust};
   for (int i = 4; i < kTabs; ++i) others.append(AddedFolder(i));
-  for (const QString& folder : others) {
+  for (const SerialId& folder : others) {
     pages.LoadedAfter([&] {
       QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::ControlModifier,
                         tree->visualItemRect(Node(*tree, folder)).center());

@@ -31,13 +31,13 @@ class Host : public PlanHost, public StatusPanel {
  public:
   void WorkIsHeld(const QString&) override {}
   void PostRequest(const DiskPtr&) override {}
-  void AddEvent(EventLevel level, EventMode, const QString&, const QString&, const QString&,
+  void AddEvent(EventLevel level, EventMode, const SerialId&, const QString&, const QString&,
                 const QString& text) override {
     if (level == kEventError) std::fprintf(stderr, "%s\n", qPrintable(text));
   }
   void SendAndReceive() override {}
   QString AskPassword(const QString&) override { return {}; }
-  QString ChooseAccount(const QString&, const QString&) override { return {}; }
+  SerialId ChooseAccount(const QString&, const QString&) override { return {}; }
   void ShowStatus(const QString&, const QString&) override {}
 };
 

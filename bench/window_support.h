@@ -13,6 +13,8 @@
 
 #include "bench_support.h"
 
+#include "storage/base/serial_id.h"
+
 namespace vorn::bench {
 
 /// Prints a figure as one line of JSON.
@@ -65,9 +67,9 @@ inline void Click(QTreeWidget& tree, QTreeWidgetItem* item) {
   }
 }
 
-inline QTreeWidgetItem* Node(const QTreeWidget& tree, const QString& serialId) {
+inline QTreeWidgetItem* Node(const QTreeWidget& tree, const SerialId& serialId) {
   for (QTreeWidgetItemIterator item(const_cast<QTreeWidget*>(&tree)); *item != nullptr; ++item) {
-    if ((*item)->data(0, Qt::UserRole).toString() == serialId) return *item;
+    if (SerialIdOf((*item)->data(0, Qt::UserRole)) == serialId) return *item;
   }
   Require(false, QStringLiteral("no such node"));
   return nullptr;

@@ -54,7 +54,7 @@ class PaintWatch : public QObject {
   }
 };
 
-QString Store(Context& context, const QByteArray& source) {
+SerialId Store(Context& context, const QByteArray& source) {
   Disk request(context.Data.NewSerialID(QStringLiteral("mail_")));
   request.Let(QStringLiteral("process"), 4);
   request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
@@ -84,7 +84,8 @@ void Report(const char* figure, std::vector<double>& opened, std::vector<double>
 }
 
 // What the browser window asks for when a link is clicked, until the window stands painted.
-void Measure(const char* figure, ParentWindow& parent, const QString& serialId, PaintWatch& paint) {
+void Measure(const char* figure, ParentWindow& parent, const SerialId& serialId,
+             PaintWatch& paint) {
   std::vector<double> opened;
   std::vector<double> blocks;
   for (int round = 0; round < kRounds; ++round) {
@@ -123,8 +124,8 @@ int main(int argc, char** argv) {
   Require(StartUp(context, folder.path() + u'/'));
   Require(CreateFirstProfile(context));
   Require(LogIn(context, {}, {}));
-  const QString usual = Store(context, WithAttachment(20000));
-  const QString large = Store(context, WithAttachment(20 * 1024 * 1024));
+  const SerialId usual = Store(context, WithAttachment(20000));
+  const SerialId large = Store(context, WithAttachment(20 * 1024 * 1024));
   PaintWatch paint;
   application.installEventFilter(&paint);
   auto* parent = new ParentWindow(context);

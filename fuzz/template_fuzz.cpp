@@ -9,9 +9,8 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   for (qsizetype at = 0; at < text.size(); ++at) {
     for (const PageTag& tag : table) {
       if (!MatchTagPattern(text, tag.section, at)) continue;
-      qsizetype position = at + tag.section.length;
-      ReadChildTags(text, tag, position);
-      fuzz::Require(position <= text.size());
+      const FoundChildTags found = ReadChildTags(text, tag, at + tag.section.length);
+      fuzz::Require(found.end <= text.size());
     }
   }
   return 0;

@@ -29,18 +29,21 @@ int Import(Context& context, const Arguments& arguments) {
     return Complain(Ui::tr("使い方: vornctl import パス... [--folder フォルダ] [--json]"),
                     kExitUsage);
   }
-  QString folder;
+  SerialId folder;
   if (arguments.Has(QStringLiteral("folder"))) {
     const QString name = arguments.Text(QStringLiteral("folder"));
     folder = FindFolder(context, name);
-    if (folder.isEmpty()) {
+    if (folder.IsEmpty()) {
       return Complain(Ui::tr("フォルダ「%1」はありません。").arg(name), kExitFailure);
     }
   }
   ImportCounts counts;
   Result<> complete;
   for (const QString& path : paths) {
-    if (complete) complete = ImportMessages(context, path, folder, &counts);
+    if (!complete) break;
+    const ImportOutcome outcome = ImportMessages(context, path, folder);
+    counts.Add(outcome.counts);
+    complete = outcome.complete;
   }
   for (const UnreadableMessage& message : std::as_const(counts.unreadable)) {
     Complain(Ui::tr("保存済みですが読み込めません: ") + message.Name(), 0);
@@ -64,8 +67,8 @@ int Export(Context& context, const Arguments& arguments) {
                            "[--overwrite]"),
                     kExitUsage);
   }
-  const QString folder = FindFolder(context, name);
-  if (folder.isEmpty()) {
+  const SerialId folder = FindFolder(context, name);
+  if (folder.IsEmpty()) {
     return Complain(Ui::tr("フォルダ「%1」はありません。").arg(name), kExitFailure);
   }
   const ExportOutcome outcome =

@@ -69,8 +69,10 @@ int CheckFiles(Context& context, const Arguments& arguments) {
   bool sound = true;
   bool remembered = true;
   for (const File& file : files) {
+    FoundDamage& damage = context.Data.Damage();
     FileFindings findings =
-        CheckDatabaseFile(file.path, file.password, file.contents, context.Data.Damage());
+        CheckDatabaseFile(file.path, file.password, file.contents, damage.TakeOf(file.path));
+    damage.Add(file.path, findings.parts);
     AddWhatIsKnown(context, file.path, findings);
     sound = sound && findings.IsSound();
     Report(file.path, findings, arguments.Has(QStringLiteral("json")));

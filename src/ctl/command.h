@@ -54,6 +54,6 @@ QJsonArray ToJson(const QList<UnreadableMessage>& messages);
 std::optional<QByteArray> ReadFile(const QString& name);
 /// The serial identifier of the folder with that name, as it is stored or as windows show it, or
 /// serial identifier; empty when there is none.
-QString FindFolder(Context& context, const QString& nameOrSerial);
+SerialId FindFolder(Context& context, const QString& nameOrSerial);
 
 }  // namespace vorn::ctl

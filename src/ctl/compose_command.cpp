@@ -89,7 +89,7 @@ int Compose(const Arguments& arguments) {
   }
   model.headerRows = {QStringLiteral("X-Mailer: .VORN <" VORN_VERSION ">"),
                       QStringLiteral("X-Priority: 3")};
-  options.boundaryToken = SerialIdGenerator().Next(QString());
+  options.boundaryToken = SerialIdGenerator().Next(QString()).Text();
   options.read = [](const ModelAttachment& attachment) {
     bool readable = false;
     return ReadAll(attachment.path, &readable);

@@ -14,7 +14,7 @@ constexpr int kTickMs = 5;
 
 }  // namespace
 
-void ConsoleHost::AddEvent(EventLevel level, EventMode, const QString&, const QString& title,
+void ConsoleHost::AddEvent(EventLevel level, EventMode, const SerialId&, const QString& title,
                            const QString&, const QString& text) {
   if (level == kEventError) ++failures_;
   if (!text.isEmpty()) Complain(title + QStringLiteral(": ") + text, 0);

@@ -10,8 +10,8 @@ class ConsoleHost : public PlanHost, public StatusPanel {
   void PostRequest(const DiskPtr&) override {}
   void SendAndReceive() override {}
   QString AskPassword(const QString&) override { return {}; }
-  QString ChooseAccount(const QString&, const QString&) override { return account; }
-  void AddEvent(EventLevel level, EventMode mode, const QString& reference, const QString& title,
+  SerialId ChooseAccount(const QString&, const QString&) override { return account; }
+  void AddEvent(EventLevel level, EventMode mode, const SerialId& reference, const QString& title,
                 const QString& category, const QString& text) override;
   void WorkIsHeld(const QString& sentence) override;
   void ShowStatus(const QString&, const QString&) override {}
@@ -19,7 +19,7 @@ class ConsoleHost : public PlanHost, public StatusPanel {
   /// Failures that were told as events.
   int Failures() const { return failures_; }
 
-  QString account;  ///< the serial identifier to answer with when an account is asked for
+  SerialId account;  ///< the serial identifier to answer with when an account is asked for
 
  private:
   int failures_ = 0;

@@ -12,12 +12,12 @@ namespace {
 
 void PrintDoubtful(const DoubtfulMessage& message, bool asJson) {
   if (!asJson) {
-    Print(QStringList{message.serialId, GeneralTimeText(message.started), message.server,
+    Print(QStringList{message.serialId.Text(), GeneralTimeText(message.started), message.server,
                       message.subject, message.reply}
               .join(u'\t'));
     return;
   }
-  const QJsonObject object{{QStringLiteral("serialId"), message.serialId},
+  const QJsonObject object{{QStringLiteral("serialId"), message.serialId.Text()},
                            {QStringLiteral("subject"), message.subject},
                            {QStringLiteral("started"), message.started},
                            {QStringLiteral("server"), message.server},
@@ -31,14 +31,14 @@ int Doubtful(Context& context, const Arguments& arguments) {
   Outbox outbox(context, MailDatabasePath(context));
   outbox.SettleLeftOver();
   const QString verb = arguments.Words().value(1, QStringLiteral("list"));
-  const QString serialId = arguments.Words().value(2);
+  const SerialId serialId(arguments.Words().value(2));
   if (verb == u"list") {
     for (const DoubtfulMessage& message : outbox.Doubtful()) {
       PrintDoubtful(message, arguments.Has(QStringLiteral("json")));
     }
     return kExitOk;
   }
-  if (serialId.isEmpty() || (verb != u"again" && verb != u"sent")) {
+  if (serialId.IsEmpty() || (verb != u"again" && verb != u"sent")) {
     return Complain(Ui::tr("使い方: vornctl doubtful [list [--json] | again メッセージ | "
                            "sent メッセージ]"),
                     kExitUsage);
@@ -47,8 +47,9 @@ int Doubtful(Context& context, const Arguments& arguments) {
   if (done) return kExitOk;
   const bool isNone = done.Error().kind == StorageError::Kind::NotFound;
   return Complain(
-      isNone ? Ui::tr("「%1」は、届いたかどうか分からないメッセージではありません。").arg(serialId)
-             : Ui::tr("「%1」の扱いを決められません。").arg(serialId) + done.Error().text,
+      isNone ? Ui::tr("「%1」は、届いたかどうか分からないメッセージではありません。")
+                   .arg(serialId.Text())
+             : Ui::tr("「%1」の扱いを決められません。").arg(serialId.Text()) + done.Error().text,
       kExitFailure);
 }
 

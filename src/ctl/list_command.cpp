@@ -26,7 +26,7 @@ QString Sender(const QString& addressLines) {
 }
 
 void PrintRow(const MailRow& row, bool asJson) {
-  const QString serialId = row.Serial();
+  const QString serialId = row.Serial().Text();
   const QString subject = row.Subject();
   const QString from = Sender(row.AddressLines());
   const QString timestamp = row.Timestamp();
@@ -45,7 +45,7 @@ void PrintRow(const MailRow& row, bool asJson) {
 }
 
 // Where the list breaks off, every message is looked for by itself.
-int ListTheRest(Context& context, const QString& folder, const QSet<QString>& printed,
+int ListTheRest(Context& context, const SerialId& folder, const QSet<SerialId>& printed,
                 bool asJson) {
   const Result<FolderListing> listing = ListFolderMessages(context, folder);
   const OpenedDatabase mail(context, DatabaseKind::Mail);
@@ -70,11 +70,11 @@ int ListTheRest(Context& context, const QString& folder, const QSet<QString>& pr
 int ListFolder(Context& context, const Arguments& arguments) {
   const QString name = arguments.Words().value(1);
   const bool asJson = arguments.Has(QStringLiteral("json"));
-  const QString folder = FindFolder(context, name);
-  if (folder.isEmpty()) {
+  const SerialId folder = FindFolder(context, name);
+  if (folder.IsEmpty()) {
     return Complain(Ui::tr("フォルダ「%1」はありません。").arg(name), kExitFailure);
   }
-  QSet<QString> printed;
+  QSet<SerialId> printed;
   const Result<> complete = ReadFolderRows(context, folder, [&](const MailRow& row) {
     PrintRow(row, asJson);
     printed.insert(row.Serial());

@@ -239,23 +239,23 @@ int Complain(const QString& sentence, int code) {
 QJsonArray ToJson(const QList<UnreadableMessage>& messages) {
   QJsonArray array;
   for (const UnreadableMessage& message : messages) {
-    array.append(QJsonObject{{QStringLiteral("serialId"), message.serialId},
+    array.append(QJsonObject{{QStringLiteral("serialId"), message.serialId.Text()},
                              {QStringLiteral("subject"), message.subject},
                              {QStringLiteral("timestamp"), message.timestamp}});
   }
   return array;
 }
 
-QString FindFolder(Context& context, const QString& nameOrSerial) {
+SerialId FindFolder(Context& context, const QString& nameOrSerial) {
   const DiskPtr named = FindObjectByName(context, object_type::kFolder, nameOrSerial);
-  if (named != nullptr) return named->SerialID();
+  if (named != nullptr) return named->Serial();
   for (const DiskPtr& object : context.Objects) {
     const AnyObject any(*object);
-    if (any.Is(object_type::kFolder) && any.ShownName() == nameOrSerial) return object->SerialID();
+    if (any.Is(object_type::kFolder) && any.ShownName() == nameOrSerial) return object->Serial();
   }
-  const DiskPtr folder = context.Objects.Find(nameOrSerial);
+  const DiskPtr folder = context.Objects.Find(SerialId(nameOrSerial));
   const bool isFolder = folder != nullptr && AnyObject(*folder).Is(object_type::kFolder);
-  return isFolder ? nameOrSerial : QString();
+  return isFolder ? folder->Serial() : SerialId();
 }
 
 }  // namespace vorn::ctl

@@ -15,8 +15,8 @@ int WritePage(Context& context, const Arguments& arguments) {
   if (out.isEmpty() || page < 1) {
     return Complain(Ui::tr("--page は1以上の数、--out はファイル名です。"), kExitUsage);
   }
-  const QString folder = FindFolder(context, name);
-  if (folder.isEmpty()) {
+  const SerialId folder = FindFolder(context, name);
+  if (folder.IsEmpty()) {
     return Complain(Ui::tr("フォルダ「%1」はありません。").arg(name), kExitFailure);
   }
   const auto written = MessageListPages(context).CreateMessageListPage(folder, page);

@@ -28,7 +28,7 @@ std::optional<QString> StoreWaiting(Context& context, CheckPlan& plan, const QSt
     }
     const auto request = std::make_shared<Disk>(NewMessageSerialID(context));
     const MessageIndex index = IndexMessage(*source, FlagString(), {});
-    if (!plan.ChooseSender(request->SerialID(), index.addressLines, index.subject)) {
+    if (!plan.ChooseSender(request->Serial(), index.addressLines, index.subject)) {
       return Ui::tr(
                  "「%1」の差出人のアカウントがありません。--account で選んでください。"
                  "何も送信していません。")
@@ -55,7 +55,7 @@ int Send(Context& context, const Arguments& arguments) {
           Ui::tr("アカウント「%1」はありません。").arg(arguments.Text(QStringLiteral("account"))),
           kExitFailure);
     }
-    console.account = account->SerialID();
+    console.account = account->Serial();
   }
   MailTraffic traffic(context, console, console);
   const auto error = StoreWaiting(context, traffic.Plan(), arguments.Words().mid(1));

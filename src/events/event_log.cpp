@@ -28,7 +28,7 @@ QString WrittenOn(const QString& known, const QString& time, const QString& text
 
 }  // namespace
 
-void EventLog::AddEvent(EventLevel level, EventMode mode, const QString& reference,
+void EventLog::AddEvent(EventLevel level, EventMode mode, const SerialId& reference,
                         const QString& title, const QString& category, const QString& text) {
   const QString icon = category + (level == kEventError ? kError : kInformation);
   QString name = title.isEmpty() ? Ui::tr("システム") : title;
@@ -46,17 +46,17 @@ void EventLog::AddEvent(EventLevel level, EventMode mode, const QString& referen
   }
   records_.Add(record);
   if (mode == kEventMessage && level == kEventError) {
-    failures_[record->SerialID()] = {name, category};
+    failures_[record->Serial()] = {name, category};
   }
-  view_.ShowEvent(record->SerialID(), name, icon);
+  view_.ShowEvent(record->Serial(), name, icon);
 }
 
 void EventLog::SettleSent() {
   if (failures_.isEmpty()) return;
   const OpenedDatabase opened(context_, DatabaseKind::Mail);
   if (!opened) return;  // they are looked at with the next change
-  const QStringList failed = failures_.keys();
-  for (const QString& serialId : failed) {
+  const SerialIds failed = failures_.keys();
+  for (const SerialId& serialId : failed) {
     Disk& record = *records_.Find(serialId);
     const RecordsetPtr row = MessageRows(context_.Data).Of(EventRecord(record).Reference());
     if (row == nullptr || row->Eof() || MailRow(*row).Status() != kStatusSent) continue;
@@ -67,7 +67,7 @@ void EventLog::SettleSent() {
   }
 }
 
-DiskPtr EventLog::Begin(EventMode mode, const QString& reference, const QString& text) const {
+DiskPtr EventLog::Begin(EventMode mode, const SerialId& reference, const QString& text) const {
   const QString prefix = QStringLiteral("event_%1_").arg(records_.Count());
   auto record = std::make_shared<Disk>(context_.Data.NewSerialID(prefix));
   EventRecord::Begin(*record, mode, reference, MimeCodec::CurrentDateText(), text);
@@ -80,7 +80,7 @@ DiskPtr EventLog::Begin(EventMode mode, const QString& reference, const QString&
 }
 
 // Null where nothing is known of it yet.
-DiskPtr EventLog::Like(const QString& reference, const QString& icon) const {
+DiskPtr EventLog::Like(const SerialId& reference, const QString& icon) const {
   for (const DiskPtr& record : records_) {
     if (EventRecord(*record).Is(reference, icon)) return record;
   }

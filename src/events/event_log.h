@@ -14,7 +14,7 @@ class EventView {
   virtual ~EventView() = default;
   /// `icon` is the category with the level's name, such as "accounterror". An event that is shown
   /// already gets the title and the icon.
-  virtual void ShowEvent(const QString& serialId, const QString& title, const QString& icon) = 0;
+  virtual void ShowEvent(const SerialId& serialId, const QString& title, const QString& icon) = 0;
 };
 
 /// What happened in the background: the records of the running program, kept in memory alone.
@@ -24,7 +24,7 @@ class EventLog {
 
   /// With the setting "EventsFolded" an event that is about the same as an earlier one, and went
   /// as that did, is recorded with it; the titles of all tell the time.
-  void AddEvent(EventLevel level, EventMode mode, const QString& reference, const QString& title,
+  void AddEvent(EventLevel level, EventMode mode, const SerialId& reference, const QString& title,
                 const QString& category, const QString& text);
   /// Failures of messages that have been sent by now, whoever sent them, are no failures any more:
   /// they say so, and are shown as what else is told.
@@ -35,7 +35,7 @@ class EventLog {
     failures_.clear();
   }
   /// The record with that serial identifier (`EventRecord`), or null.
-  DiskPtr Find(const QString& serialId) const { return records_.Find(serialId); }
+  DiskPtr Find(const SerialId& serialId) const { return records_.Find(serialId); }
 
  private:
   // What is shown of an error about a message.
@@ -44,8 +44,8 @@ class EventLog {
     QString category;
   };
 
-  DiskPtr Begin(EventMode mode, const QString& reference, const QString& text) const;
-  DiskPtr Like(const QString& reference, const QString& icon) const;
+  DiskPtr Begin(EventMode mode, const SerialId& reference, const QString& text) const;
+  DiskPtr Like(const SerialId& reference, const QString& icon) const;
 
   Context& context_;
   EventView& view_;

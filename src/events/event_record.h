@@ -14,7 +14,7 @@ class EventRecord {
  public:
   explicit EventRecord(const Disk& bag) : bag_(bag) {}
   /// `time` is shown as it is.
-  static void Begin(Disk& bag, EventMode mode, const QString& reference, const QString& time,
+  static void Begin(Disk& bag, EventMode mode, const SerialId& reference, const QString& time,
                     const QString& text);
   /// Notes what kind of event it is, as its icon tells.
   static void SetKind(Disk& bag, const QString& icon) { bag.Let(kKind, icon); }
@@ -25,11 +25,11 @@ class EventRecord {
   static void Settle(Disk& bag, const QString& icon, const QString& words);
 
   bool IsAboutMessage() const { return bag_.Number(kMode) == kEventMessage; }
-  bool Is(const QString& reference, const QString& icon) const {
+  bool Is(const SerialId& reference, const QString& icon) const {
     return Reference() == reference && bag_.Text(kKind) == icon;
   }
   /// The serial identifier of the object or message.
-  QString Reference() const { return bag_.Text(kReference); }
+  SerialId Reference() const { return SerialId(bag_.Text(kReference)); }
   QString Text() const { return bag_.Text(kText); }
 
  private:
@@ -42,9 +42,9 @@ class EventRecord {
   const Disk& bag_;
 };
 
-inline void EventRecord::Begin(Disk& bag, EventMode mode, const QString& reference,
+inline void EventRecord::Begin(Disk& bag, EventMode mode, const SerialId& reference,
                                const QString& time, const QString& text) {
-  bag.Let(kReference, reference);
+  bag.Let(kReference, reference.Text());
   bag.Let(kTime, time);
   bag.Let(kText, text);
   bag.Let(kMode, mode);

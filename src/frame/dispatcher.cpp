@@ -20,7 +20,7 @@ void Dispatcher::Execute(const DiskPtr& request) {
   if (wanted.IsForNewMessages()) return host_.NotifyNewMessages(*request);
   const bool isWindow = wanted.Is(Kind::Window);
   if (!isWindow && !wanted.Is(Kind::Dialog)) return;
-  if (isWindow && !wanted.OpensAnother() && ActivateOpenWindow(request->SerialID())) return;
+  if (isWindow && !wanted.OpensAnother() && ActivateOpenWindow(request->Serial())) return;
   RequestWindow* window = host_.CreateRequestWindow(*request);
   if (window == nullptr) return;
   if (!window->LoadDefaultProperty(request, wanted.Updates())) {
@@ -31,7 +31,7 @@ void Dispatcher::Execute(const DiskPtr& request) {
   if (show == kShowHidden || Show(*window, show)) RunAfter(*window, *request);
 }
 
-bool Dispatcher::ActivateOpenWindow(const QString& serialId) {
+bool Dispatcher::ActivateOpenWindow(const SerialId& serialId) {
   for (RequestWindow* window : host_.OpenWindows()) {
     if (window->Tag() != serialId) continue;
     window->Activate();
@@ -60,13 +60,13 @@ void Dispatcher::RunAfter(RequestWindow& window, const Disk& request) {
       window.DeleteObject();
       break;
     case AfterStep::RenameObject:
-      window.SetObjectText(host_.NodeText(request.SerialID()));
+      window.SetObjectText(host_.NodeText(request.Serial()));
       window.ConfirmObject();
       break;  // the node has the old name again when the new one was refused
     case AfterStep::None:
       break;
   }
-  host_.RefreshNode(request.SerialID());
+  host_.RefreshNode(request.Serial());
 }
 
 }  // namespace vorn

@@ -25,8 +25,8 @@ class DispatchHost {
   /// Rebuilds the periodic check and applies the settings to the open windows.
   virtual void ApplySettings() = 0;
   /// The text of the console tree's node with that key.
-  virtual QString NodeText(const QString& serialId) const = 0;
-  virtual void RefreshNode(const QString& serialId) = 0;
+  virtual QString NodeText(const SerialId& serialId) const = 0;
+  virtual void RefreshNode(const SerialId& serialId) = 0;
 };
 
 /// Executes the queue's requests, one per tick. A request stays at the front while it is executed,
@@ -40,7 +40,7 @@ class Dispatcher {
 
  private:
   void Execute(const DiskPtr& request);
-  bool ActivateOpenWindow(const QString& serialId);
+  bool ActivateOpenWindow(const SerialId& serialId);
   /// Whether the step afterwards is to follow.
   bool Show(RequestWindow& window, RequestShow show);
   void RunAfter(RequestWindow& window, const Disk& request);

@@ -10,8 +10,8 @@
 
 namespace vorn {
 
-QStringList OtherObjects::TakeOver() {
-  QStringList taken;
+SerialIds OtherObjects::TakeOver() {
+  SerialIds taken;
   if (!rest_.hasExpired()) return taken;
   rest_.setRemainingTime(restMs_);
   if (!HasChanged()) return taken;
@@ -21,7 +21,7 @@ QStringList OtherObjects::TakeOver() {
     return taken;
   }
   for (const DiskPtr& object : stored) {
-    if (Take(object)) taken.append(object->SerialID());
+    if (Take(object)) taken.append(object->Serial());
   }
   return taken;
 }
@@ -38,7 +38,7 @@ bool OtherObjects::HasChanged() {
 bool OtherObjects::Take(const DiskPtr& stored) {
   const AnyObject object(*stored);
   if (object.Type().isEmpty() || object.Is(object_type::kProfile)) return false;
-  const DiskPtr loaded = context_.Objects.Find(stored->SerialID());
+  const DiskPtr loaded = context_.Objects.Find(stored->Serial());
   if (loaded == nullptr) {
     context_.Objects.Add(stored);
     return true;

@@ -17,7 +17,7 @@ class OtherObjects {
 
   /// The serial identifiers of the objects that have come or changed since this was last asked, and
   /// are loaded as they are now. The file is asked every few seconds.
-  QStringList TakeOver();
+  SerialIds TakeOver();
 
  private:
   static constexpr int kRestMs = 3000;

@@ -233,7 +233,7 @@ Result<LoginCheck> CheckLogin(Context& context, const DiskPtr& profile, const QS
   const QString password = PasswordFor(context, *profile, typed);
   if (const Result<> fits = PasswordFits(context, *profile, password); !fits) {
     // Who only tried must not keep others from their work.
-    if (context.Session->SerialID() != profile->SerialID()) context.Lock.reset();
+    if (context.Session->Serial() != profile->Serial()) context.Lock.reset();
     return WithAdvice(context, *profile, typed, fits.Error());
   }
   RestoreProfile(context, *profile, password);
@@ -293,7 +293,7 @@ Result<> RunLoginStep(Context& context, LoginStep step, const QString& typed) {
       return {};
     }
     case LoginStep::EnterProfile: {
-      const DiskPtr profile = context.Objects.Find(ProfileBag(*context.Session).Answer());
+      const DiskPtr profile = context.Objects.Find(SerialId(ProfileBag(*context.Session).Answer()));
       if (profile == nullptr) return Refusal(Ui::tr("プロファイルがありません。"));
       const QString unusable = Ui::tr("プロファイルを使えません。");
       if (const Result<> held = HoldProfile(context, *profile); !held) {

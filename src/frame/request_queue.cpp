@@ -11,9 +11,9 @@ namespace vorn {
 
 bool RequestQueue::PostDialogRequest(const DialogRequest& request) {
   if (request.status.isEmpty()) return false;
-  const QString serialId = request.serialId.isEmpty()
-                               ? context_.Data.NewSerialID(request.status + u'_')
-                               : request.serialId;
+  const SerialId serialId = request.serialId.IsEmpty()
+                                ? context_.Data.NewSerialID(request.status + u'_')
+                                : request.serialId;
   const DatabaseKind db =
       request.status == object_type::kProfile ? DatabaseKind::Navigator : DatabaseKind::Profile;
   const auto bag = std::make_shared<Disk>(serialId);
@@ -41,8 +41,8 @@ void RequestQueue::PostBrowserRequest(const BrowserRequest& request) {
 }
 
 bool RequestQueue::PostMailRequest(const MailRequest& request) {
-  const QString serialId =
-      request.serialId.isEmpty() ? NewMessageSerialID(context_) : request.serialId;
+  const SerialId serialId =
+      request.serialId.IsEmpty() ? NewMessageSerialID(context_) : request.serialId;
   const auto bag = std::make_shared<Disk>(serialId);
   WindowRequest::BeginWindow(*bag, WantedWindow::Message);
   WindowRequest::SetShow(*bag, request.show);

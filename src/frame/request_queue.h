@@ -11,19 +11,19 @@
 namespace vorn {
 
 struct DialogRequest {
-  QString serialId;
+  SerialId serialId;
   QString status;
   RequestShow show = kShowModal;
   bool isNew = false;
   AfterStep after = AfterStep::None;
-  QString parent;
-  QString event;
+  SerialId parent;
+  SerialId event;
   QString name;       ///< of a new object
   QString condition;  ///< a line that the window's list begins with
 };
 
 struct BrowserRequest {
-  QString serialId;
+  SerialId serialId;
   QString url;
   bool local = false;
   RequestShow show = kShowModeless;

@@ -11,14 +11,14 @@ namespace vorn {
 /// A request for a message window: which message, how it is opened and where it is stored.
 struct MailRequest {
   OpenMode mode = OpenMode::Show;
-  QString serialId = {};
+  SerialId serialId = {};
   bool isNew = false;
   DatabaseKind database = DatabaseKind::MailByPath;
   QString file = {};
   QString password = {};
   RequestShow show = kShowModeless;
   bool autoSend = false;
-  QString event = {};
+  SerialId event = {};
   QString mailto = {};  ///< for a new message: a "mailto:" address that it begins with
 
   /// A new message to be written.
@@ -26,7 +26,7 @@ struct MailRequest {
     return {.isNew = true, .database = DatabaseKind::Mail, .mailto = mailto};
   }
   /// A message to be shown, or to be answered by a new one.
-  static MailRequest Of(const QString& serialId, OpenMode mode = OpenMode::Show) {
+  static MailRequest Of(const SerialId& serialId, OpenMode mode = OpenMode::Show) {
     return {.mode = mode, .serialId = serialId, .isNew = mode != OpenMode::Show};
   }
 

@@ -17,12 +17,12 @@ void MailRequestBag::TakeRow(const MailRow& row) {
   MessageBag::SetFlags(bag_, row.Flags());
 }
 
-void MailRequestBag::BecomeNew(const QString& serialId) {
+void MailRequestBag::BecomeNew(const SerialId& serialId) {
   MessageBag::SetStatus(bag_, kStatusEdit);
   // What the user did with the other one he did not do with this one.
   MessageBag::SetFlags(bag_, MessageBag(bag_).Flags().OfMessage());
   bag_.Let(kOriginal, bag_.SerialID());
-  bag_.LetSerialID(serialId);
+  bag_.LetSerialID(serialId.Text());
 }
 
 }  // namespace vorn

@@ -28,8 +28,8 @@ class MailRequestBag {
   bool SendsAtOnce() const { return bag_.Flag(kAutoSend); }
   void SetSendsAtOnce(bool sends) { bag_.Let(kAutoSend, sends); }
   /// The event about the message that is shown with it; empty for none.
-  QString Event() const { return bag_.Text(kEvent); }
-  void SetEvent(const QString& serialId) { bag_.Let(kEvent, serialId); }
+  SerialId Event() const { return SerialId(bag_.Text(kEvent)); }
+  void SetEvent(const SerialId& serialId) { bag_.Let(kEvent, serialId.Text()); }
 
   /// Takes the columns of the message's row; the state and flags among them are the bag's.
   void TakeRow(const MailRow& row);
@@ -39,10 +39,10 @@ class MailRequestBag {
   QString AddressLines() const { return bag_.Text(kAddressLines); }
 
   /// The message that a new one was made from; else the message itself.
-  QString Original() const { return bag_.Text(kOriginal, bag_.SerialID()); }
+  SerialId Original() const { return SerialId(bag_.Text(kOriginal, bag_.SerialID())); }
   bool HasOriginal() const { return !bag_.Text(kOriginal).isEmpty(); }
   /// Makes it a new message with that identifier, of the one that it was.
-  void BecomeNew(const QString& serialId);
+  void BecomeNew(const SerialId& serialId);
 
   /// Its sender asks for a receipt, and this has not been dealt with.
   bool AsksForReceipt() const { return bag_.Flag(kReceipt); }

@@ -21,12 +21,13 @@ QString OneLine(const QString& text) {
 }
 
 // A comma separates addresses before it is decoded; an encoded one belongs to an address.
-void AddRecipients(const QString& kind, const QString& list, MessageModel& model) {
+QList<AddressEntry> Recipients(const QString& kind, const QString& list) {
+  QList<AddressEntry> entries;
   for (const QString& address : list.split(u',', Qt::SkipEmptyParts)) {
     const QString text = OneLine(address);
-    if (!text.isEmpty())
-      model.addresses.append(ParseAddressEntry(kind + QStringLiteral(": ") + text));
+    if (!text.isEmpty()) entries.append(ParseAddressEntry(kind + QStringLiteral(": ") + text));
   }
+  return entries;
 }
 
 }  // namespace
@@ -35,18 +36,18 @@ bool IsMailto(const QString& text) {
   return text.startsWith(kScheme, Qt::CaseInsensitive);
 }
 
-void ApplyMailto(const QString& address, MessageModel& model) {
+MessageModel WithMailto(MessageModel model, const QString& address) {
   const QString rest = address.mid(kScheme.size()).section(u'#', 0, 0);
-  AddRecipients(QStringLiteral("TO"), rest.section(u'?', 0, 0), model);
+  model.addresses += Recipients(QStringLiteral("TO"), rest.section(u'?', 0, 0));
   for (const QString& field : rest.section(u'?', 1).split(u'&', Qt::SkipEmptyParts)) {
     const QString name = Decoded(field.section(u'=', 0, 0)).toLower();
     const QString value = field.section(u'=', 1);
     if (name == u"to") {
-      AddRecipients(QStringLiteral("TO"), value, model);
+      model.addresses += Recipients(QStringLiteral("TO"), value);
     } else if (name == u"cc") {
-      AddRecipients(QStringLiteral("CC"), value, model);
+      model.addresses += Recipients(QStringLiteral("CC"), value);
     } else if (name == u"bcc") {
-      AddRecipients(QStringLiteral("BC"), value, model);
+      model.addresses += Recipients(QStringLiteral("BC"), value);
     } else if (name == u"subject") {
       model.subject = OneLine(value);
     } else if (name == u"body") {
@@ -55,6 +56,7 @@ void ApplyMailto(const QString& address, MessageModel& model) {
       model.inReplyTo = OneLine(value);
     }
   }
+  return model;
 }
 
 }  // namespace vorn

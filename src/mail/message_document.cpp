@@ -25,7 +25,7 @@ OpenedMessage MessageDocument::Open(bool applyStoredCharset, const QByteArray& s
   isUnreadable_ = opened.unreadable.has_value() || isGone;
   if (isGone) MessageBag::SetStatus(*request_, kStatusEdit);  // it waits no longer
   edits_.Begin(request_);
-  tag_ = request_->SerialID();
+  tag_ = request_->Serial();
   return opened;
 }
 
@@ -37,7 +37,7 @@ Result<QByteArray> MessageDocument::Compose(const MessageModel& model) const {
   ComposeOptions options;
   options.charset = code_.charset;
   options.settings = EditSettings::From(Settings(context_));
-  options.boundaryToken = context_.Data.NewSerialID();
+  options.boundaryToken = context_.Data.NewSerialID().Text();
   StorageError unreadable;
   options.read = [&](const ModelAttachment& attachment) {
     const Result<QByteArray> bytes = ReadAttachment(attachment, source_);

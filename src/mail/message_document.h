@@ -8,6 +8,7 @@
 #include "mail/state_edits.h"
 #include "mail/store/message_bag.h"
 #include "storage/base/result.h"
+#include "storage/base/serial_id.h"
 
 namespace vorn {
 
@@ -35,7 +36,7 @@ class MessageDocument {
   const DiskPtr& Bag() const { return request_; }
   MailRequestBag Request() const { return MailRequestBag(*request_); }
   /// The serial identifier under which it was opened.
-  QString Tag() const { return tag_; }
+  SerialId Tag() const { return tag_; }
   /// The mail file that it is in.
   QString File() const;
 
@@ -72,7 +73,7 @@ class MessageDocument {
  private:
   Context& context_;
   DiskPtr request_;
-  QString tag_;
+  SerialId tag_;
   MessageModel model_;
   QByteArray source_;
   QString html_;

@@ -4,9 +4,10 @@
 
 namespace vorn {
 
-QString NewMessageSerialID(Context& context) {
-  const QString serial = context.Data.NewSerialID(QStringLiteral("mail_"));
-  return MimeCodec::EncodeIdentifier(serial.toLatin1()) + u'@' + context.ComputerName;
+SerialId NewMessageSerialID(Context& context) {
+  const SerialId serial = context.Data.NewSerialID(QStringLiteral("mail_"));
+  return SerialId(MimeCodec::EncodeIdentifier(serial.Text().toLatin1()) + u'@' +
+                  context.ComputerName);
 }
 
 }  // namespace vorn

@@ -8,6 +8,6 @@ namespace vorn {
 
 /// A new message's serial identifier, which is a Message-ID's content as well (RFC 5322 section
 /// 3.6.4).
-QString NewMessageSerialID(Context& context);
+SerialId NewMessageSerialID(Context& context);
 
 }  // namespace vorn

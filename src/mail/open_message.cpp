@@ -22,19 +22,20 @@
 namespace vorn {
 namespace {
 
-// Copies the row's columns and its folders into the request. False when there is no such row.
-Result<bool> ReadRow(DataSession& data, Disk& request, QByteArray& source) {
-  const RecordsetPtr row = MessageRows(data).Of(request.SerialID());
+// Copies the row's columns and its folders into the request. Returns the message's source, nothing
+// when there is no such row.
+Result<std::optional<QByteArray>> ReadRow(DataSession& data, Disk& request) {
+  const RecordsetPtr row = MessageRows(data).Of(request.Serial());
   if (row == nullptr || (row->Eof() && row->Failed())) return ReasonOf(data);
-  if (row->Eof()) return false;
+  if (row->Eof()) return std::optional<QByteArray>();
   const MailRow message(*row);
   MailRequestBag(request).TakeRow(message);
-  source = message.Source().value_or(QByteArray());
+  const QByteArray source = message.Source().value_or(QByteArray());
   if (row->Failed()) return row->Error();
-  const Result<QString> folders = MessageRows(data).FoldersOf(request.SerialID());
+  const Result<SerialIds> folders = MessageRows(data).FoldersOf(request.Serial());
   MessageBag::SetFolders(request, folders.ValueOr({}));
   if (!folders) return folders.Error();
-  return true;
+  return std::optional(source);
 }
 
 bool IsUnopened(const Disk& request) {
@@ -74,31 +75,34 @@ QString SignedText(const OpenedMessage& opened) {
 }
 
 // Reads the row of the message; what is opened says whether it was found and could be read.
-void FindStored(Context& context, Disk& bag, bool marks, OpenedMessage& opened) {
+OpenedMessage FindStored(Context& context, Disk& bag, bool marks) {
+  OpenedMessage opened;
   MailRequestBag request(bag);
   const MessageBag stored(bag);
   const OpenedDatabase mail(context, stored.Database(), stored.File(context));
-  const Result<bool> read = mail ? ReadRow(context.Data, bag, opened.source) : mail.Error();
+  const Result<std::optional<QByteArray>> read = mail ? ReadRow(context.Data, bag) : mail.Error();
   if (!read) {
-    opened.unreadable = {bag.SerialID(), request.Subject(), request.Timestamp()};
+    opened.unreadable = {bag.Serial(), request.Subject(), request.Timestamp()};
     opened.reason = read.Error();
-    opened.source.clear();
-    return;
+    return opened;
   }
-  opened.found = *read;
-  if (!opened.found) return;
+  opened.found = read->has_value();
+  if (!opened.found) return opened;
+  opened.source = **read;
   opened.first = IsUnopened(bag);
   if (opened.first && marks) MarkOpened(context, bag);
   request.SetAsksForReceipt(opened.first && AsksForReceipt(request.AddressLines()));
+  return opened;
 }
 
 // What a message that nobody has begun yet begins with.
-void BeginNew(const MailRequestBag& request, const Sender& sender, const EditSettings& settings,
-              MessageModel& model) {
-  ApplyMailto(request.Mailto(), model);
+MessageModel BegunNew(MessageModel opened, const QString& mailto, const Sender& sender,
+                      const EditSettings& settings) {
+  MessageModel model = WithMailto(std::move(opened), mailto);
   model.signature = sender.SignatureOf(sender.address);
   const QString begun = model.text.Get();
   model.text = FormText({}, {}, model.signature, settings.signaturePlace).prepend(begun);
+  return model;
 }
 
 CharsetChoice ShownCharset(const StoredMessage& message, const FlagString& flags) {
@@ -109,7 +113,6 @@ CharsetChoice ShownCharset(const StoredMessage& message, const FlagString& flags
 
 OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredCharset = true,
                    const ReadingCode& code = {}, const QByteArray& shown = {}) {
-  OpenedMessage opened;
   const EditSettings settings = EditSettings::From(Settings(context));
   MailRequestBag request(bag);
   const MessageBag stored(bag);
@@ -117,7 +120,7 @@ OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredChar
     MessageBag::SetStatus(bag, kStatusEdit);
     MessageBag::SetFlags(bag, kWrittenFlags);
   }
-  FindStored(context, bag, marks, opened);
+  OpenedMessage opened = FindStored(context, bag, marks);
   if (opened.unreadable) return opened;
   StoredMessage message;
   message.source = opened.source;
@@ -140,7 +143,7 @@ OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredChar
   const Sender sender = DefaultSender(context);
   opened.model = OpenSource(message, mode, request.IsNew(), settings, sender, program);
   if (mode == OpenMode::Show && request.IsNew() && !opened.found) {
-    BeginNew(request, sender, settings, opened.model);
+    opened.model = BegunNew(std::move(opened.model), request.Mailto(), sender, settings);
   }
   opened.html = GetMessageHtml(message.source, message.contentIndex, message.charset);
   opened.htmlParts = HtmlParts(message.source, message.contentIndex);

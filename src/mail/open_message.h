@@ -34,7 +34,7 @@ struct OpenedMessage {
 /// first time. A message that is opened for the first time is marked as opened. In any mode but the
 /// first the request becomes a new message with an identifier of its own.
 ///
-/// A new message begins with what the request's address says (`ApplyMailto`).
+/// A new message begins with what the request's address says (`WithMailto`).
 ///
 /// With `applyStoredCharset` the text is read with the stored code, otherwise with `code`. A
 /// message that cannot be read gives an empty model; one that is not there any more is made from

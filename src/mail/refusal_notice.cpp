@@ -10,7 +10,7 @@
 
 namespace vorn {
 
-QString RefusalNotice(Context& context, const QString& file, const QString& serialId) {
+QString RefusalNotice(Context& context, const QString& file, const SerialId& serialId) {
   const auto refusals = SendRefusals(context, file).All();
   const auto refusal = refusals.constFind(serialId);
   if (refusal == refusals.cend()) return {};

@@ -9,7 +9,7 @@ namespace vorn {
 /// What the user is told of an unsent message that its server refused for good (`SendRefusals`):
 /// what to do, when it was tried and what the server said, a line each. Empty where none did.
 /// `file` is the stored path of the mail database.
-QString RefusalNotice(Context& context, const QString& file, const QString& serialId);
+QString RefusalNotice(Context& context, const QString& file, const SerialId& serialId);
 
 /// How many unsent messages of the profile need the user: refused ones, and those of which nobody
 /// knows whether they were sent.

@@ -18,7 +18,7 @@ void StateEdits::ToggleDust() {
   changed_ |= kStateStatus;
 }
 
-void StateEdits::SetFolders(const QString& folders) {
+void StateEdits::SetFolders(const SerialIds& folders) {
   MessageBag::SetFolders(*request_, folders);
   changed_ |= kStateFolders;
 }

@@ -17,7 +17,7 @@ class StateEdits {
   void Begin(const DiskPtr& request);
 
   void ToggleDust();
-  void SetFolders(const QString& folders);
+  void SetFolders(const SerialIds& folders);
   /// Keeps the code that the user picked with the message.
   void KeepCode(CharsetChoice charset);
   /// Follows a star that has been stored.

@@ -51,7 +51,7 @@ Endpoint Server(const Disk& account, const QString& server) {
       .trustedFingerprints = TrustedCertificates(account.Text(server + kCertificates)).For(host)};
 }
 
-DiskPtr ToObject(const QString& serialId, const AccountValues& values) {
+DiskPtr ToObject(const SerialId& serialId, const AccountValues& values) {
   auto account = std::make_shared<Disk>(serialId);
   AnyObject::Begin(*account, object_type::kAccount, values.name);
   AnyObject::SetDefault(*account, values.isDefault);

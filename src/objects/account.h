@@ -18,7 +18,7 @@ class Account {
  public:
   Account(DiskPtr bag) : bag_(std::move(bag)) {}
 
-  QString SerialId() const { return bag_->SerialID(); }
+  SerialId Serial() const { return bag_->Serial(); }
   QString Name() const;
   bool IsDefault() const;
   QString Address() const;

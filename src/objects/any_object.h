@@ -41,7 +41,7 @@ class AnyObject {
   /// The key of its picture (`Icon`); of a folder also how it is filled.
   QString Draw() const { return bag_.Text(kDraw); }
   /// The object below which it stands in the tree; empty for none.
-  QString Parent() const { return bag_.Text(kParent); }
+  SerialId Parent() const { return SerialId(bag_.Text(kParent)); }
   bool IsDefault() const { return bag_.Flag(kDefault); }
   bool IsEnabled() const { return bag_.Flag(kEnabled); }
   /// When it was saved last, to the second; invalid for one that has not been.

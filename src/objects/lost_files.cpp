@@ -71,7 +71,7 @@ FileNote NoteOf(Context& context, const QString& stored, const FileNote& old) {
 }
 
 bool CopyIsCurrent(Context& context) {
-  Disk copy(context.Session->SerialID());
+  Disk copy(context.Session->Serial());
   const OpenedDatabase profile(context, DatabaseKind::Profile);
   const bool read = profile && copy.DatabaseToDisk(context.Data);
   const Disk& now = *context.Session;
@@ -305,7 +305,7 @@ Result<QString> ReconnectFile(Context& context, const LostFile& lost, const QStr
   }
   if (isReady && *opening != password) {
     PasswordChange change(context.Data, ready + QStringLiteral(".decided"), {ready});
-    isReady = change.Run(*opening, password) == PasswordChange::Outcome::Changed;
+    isReady = change.Run(*opening, password).outcome == PasswordChange::Outcome::Changed;
     if (!isReady) reason = NotRekeyed(file, lost.path);
     context.Data.CloseFile(ready);
   }
@@ -341,7 +341,7 @@ bool IsRebuilt(const Disk& profile) {
 
 void RestoreProfile(Context& context, Disk& profile, const QString& password) {
   if (!IsRebuilt(profile)) return;
-  Disk copy(profile.SerialID());
+  Disk copy(profile.Serial());
   const QString path = PlatformPath(context, ProfileBag(profile).File());
   const bool read = context.Data.Open(path, password) && copy.DatabaseToDisk(context.Data);
   context.Data.Close();
@@ -364,7 +364,7 @@ QList<DiskPtr> ProfilesFromFolders(const Context& context) {
       if (file.fileName() != u"profile.mbx") mail.append(folder + file.fileName());
     }
     if (mail.isEmpty()) mail.append(folder + QStringLiteral("mail.mbx"));
-    auto profile = NewProfile(serial, Ui::tr("プロファイル%1").arg(profiles.size() + 1),
+    auto profile = NewProfile(SerialId(serial), Ui::tr("プロファイル%1").arg(profiles.size() + 1),
                               mail.join(kLineBreak));
     ProfileBag::SetMailFiles(*profile, mail.first());
     ProfileBag::SetRebuilt(*profile);

@@ -8,7 +8,7 @@
 
 namespace vorn {
 
-Result<QString> MakeManualFolder(Context& context, const QString& name) {
+Result<SerialId> MakeManualFolder(Context& context, const QString& name) {
   const auto folder = std::make_shared<Disk>(context.Data.NewSerialID());
   AnyObject::Begin(*folder, object_type::kFolder, name);
   AnyObject::SetEnabled(*folder, true);
@@ -19,7 +19,7 @@ Result<QString> MakeManualFolder(Context& context, const QString& name) {
   const Result<> saved = SaveObject(context, DatabaseKind::Profile, *folder);
   if (!saved) return saved.Error().Behind(Ui::tr("保存できませんでした。"));
   context.Objects.Add(folder);
-  return folder->SerialID();
+  return folder->Serial();
 }
 
 }  // namespace vorn

@@ -6,7 +6,7 @@
 
 namespace vorn {
 
-DiskPtr LoadObject(Context& context, const QString& serialId) {
+DiskPtr LoadObject(Context& context, const SerialId& serialId) {
   if (DiskPtr loaded = context.Objects.Find(serialId)) return loaded;
   const OpenedDatabase opened(context, DatabaseKind::Profile);
   if (!opened) return nullptr;
@@ -17,7 +17,7 @@ DiskPtr LoadObject(Context& context, const QString& serialId) {
   return object;
 }
 
-void ReadAnew(Context& context, const QString& serialId) {
+void ReadAnew(Context& context, const SerialId& serialId) {
   Disk stored(serialId);
   const OpenedDatabase profile(context, DatabaseKind::Profile);
   const bool isRead = profile && stored.DatabaseToDisk(context.Data) && stored.Size() > 0;
@@ -25,9 +25,9 @@ void ReadAnew(Context& context, const QString& serialId) {
 }
 
 void TakeOver(Context& context, const Disk& stored) {
-  DiskPtr loaded = context.Objects.Find(stored.SerialID());
+  DiskPtr loaded = context.Objects.Find(stored.Serial());
   if (loaded == nullptr) {
-    loaded = std::make_shared<Disk>(stored.SerialID());
+    loaded = std::make_shared<Disk>(stored.Serial());
     context.Objects.Add(loaded);
   }
   Disk kept;

@@ -17,11 +17,11 @@ class ObjectRequest {
   static void SetDatabase(Disk& bag, DatabaseKind kind);
   static void SetNew(Disk& bag, bool isNew) { bag.Let(kNew, isNew); }
   /// The event about the object that is shown with it; empty for none, as the following.
-  QString Event() const { return bag_.Text(kEvent); }
-  static void SetEvent(Disk& bag, const QString& serialId) { bag.Let(kEvent, serialId); }
+  SerialId Event() const { return SerialId(bag_.Text(kEvent)); }
+  static void SetEvent(Disk& bag, const SerialId& serialId) { bag.Let(kEvent, serialId.Text()); }
   /// The object below which a new one stands.
-  QString Parent() const { return bag_.Text(kParent); }
-  static void SetParent(Disk& bag, const QString& serialId) { bag.Let(kParent, serialId); }
+  SerialId Parent() const { return SerialId(bag_.Text(kParent)); }
+  static void SetParent(Disk& bag, const SerialId& serialId) { bag.Let(kParent, serialId.Text()); }
   /// The name of a new object.
   QString Name() const { return bag_.Text(kName); }
   static void SetName(Disk& bag, const QString& name) { bag.Let(kName, name); }

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include "storage/base/serial_id.h"
+
 namespace vorn {
 
 /// The type words of objects: the value of "FormName", and the "status" of the request that
@@ -17,15 +19,15 @@ inline const QString kEvent = QStringLiteral("event");
 
 /// The serial identifiers that are the same in every profile.
 namespace fixed_serial {
-inline const QString kInbox = QStringLiteral("01_folder_1_INBOX0000000");
-inline const QString kOutbox = QStringLiteral("01_folder_2_OUTBOX000000");
-inline const QString kEditWait = QStringLiteral("01_folder_3_EDITWAIT0000");
-inline const QString kDust = QStringLiteral("01_folder_4_DUST00000000");
-inline const QString kEventLog = QStringLiteral("EVENT_000000000000");
-inline const QString kSettings = QStringLiteral("logo");
-inline const QString kRules = QStringLiteral("rule");
-inline const QString kLayout = QStringLiteral("layout");
-inline const QString kMainPlacement = QStringLiteral("DATA_parent");
+inline const SerialId kInbox(QStringLiteral("01_folder_1_INBOX0000000"));
+inline const SerialId kOutbox(QStringLiteral("01_folder_2_OUTBOX000000"));
+inline const SerialId kEditWait(QStringLiteral("01_folder_3_EDITWAIT0000"));
+inline const SerialId kDust(QStringLiteral("01_folder_4_DUST00000000"));
+inline const SerialId kEventLog(QStringLiteral("EVENT_000000000000"));
+inline const SerialId kSettings(QStringLiteral("logo"));
+inline const SerialId kRules(QStringLiteral("rule"));
+inline const SerialId kLayout(QStringLiteral("layout"));
+inline const SerialId kMainPlacement(QStringLiteral("DATA_parent"));
 }  // namespace fixed_serial
 
 }  // namespace vorn

@@ -81,7 +81,9 @@ bool IsCodeUsed(Context& context, const Disk& profile, const QString& code) {
 
 // One that the desktop does not give is of no more use where no file is under any.
 void SetLostAside(const Context& context, const Disk& profile, const CodeFile& file) {
-  if (file.NamesSecret() && !HasFileUnderCode(context, profile)) file.SetAside();
+  if (file.NamesSecret() && !HasFileUnderCode(context, profile)) {
+    std::ignore = file.SetAside();
+  }
 }
 
 // One that stays is tried again at the next login.
@@ -89,7 +91,7 @@ void ForgetUnusedCode(Context& context, const Disk& profile) {
   const CodeFile file = CodeFileOf(context, profile);
   const QString code = file.Code();
   if (code.isEmpty()) return SetLostAside(context, profile, file);
-  if (!IsCodeUsed(context, profile, code)) file.Forget();
+  if (!IsCodeUsed(context, profile, code)) std::ignore = file.Forget();
 }
 
 // Files that are away for the moment may come back under a code that no file here needs; one that
@@ -99,18 +101,12 @@ void LayDownUnusedCode(Context& context, const Disk& profile, const QString& pas
   const QString code = file.Code();
   if (code.isEmpty()) return SetLostAside(context, profile, file);
   if (IsCodeUsed(context, profile, code)) return;
-  IsNoted(context, profile, password, code) ? file.Forget() : file.SetAside();
+  std::ignore = IsNoted(context, profile, password, code) ? file.Forget() : file.SetAside();
 }
 
-// How a change of the password ended: what the files have now, and why it is not `Changed`.
-struct ChangeEnd {
-  PasswordChange::Outcome outcome = PasswordChange::Outcome::Unchanged;
-  StorageError reason;
-};
-
 // A code is on the disk before any file is under it, and goes when none is any more.
-ChangeEnd ChangeAlone(Context& context, const Disk& profile, const QString& from,
-                      const QString& to) {
+PasswordChange::End ChangeAlone(Context& context, const Disk& profile, const QString& from,
+                                const QString& to) {
   PasswordChange change = ChangeOf(context, profile);
   if (const Result<> finished = change.Finish(); !finished) return {.reason = finished.Error()};
   if (const QString code = FileKey::CodeIn(to); !code.isEmpty()) {
@@ -121,9 +117,9 @@ ChangeEnd ChangeAlone(Context& context, const Disk& profile, const QString& from
     const Result<> noted = NoteFormerCode(context, profile, from, from);
     if (!noted) return {.reason = noted.Error()};
   }
-  const PasswordChange::Outcome outcome = change.Run(from, to);
-  if (outcome != PasswordChange::Outcome::Decided) ForgetUnusedCode(context, profile);
-  return {outcome, change.Error()};
+  PasswordChange::End end = change.Run(from, to);
+  if (end.outcome != PasswordChange::Outcome::Decided) ForgetUnusedCode(context, profile);
+  return end;
 }
 
 // An empty new password becomes a code, the present one where there is one.
@@ -230,9 +226,9 @@ QStringList FormerPasswords(Context& context, const Disk& profile, const QString
   return PasswordsOf(former, CodeFileOf(context, profile));
 }
 
-DiskPtr NewProfile(const QString& serialId, const QString& name, const QString& mail) {
+DiskPtr NewProfile(const SerialId& serialId, const QString& name, const QString& mail) {
   auto profile = std::make_shared<Disk>(serialId);
-  const QString folder = QStringLiteral("/current/") + serialId + u'\\';
+  const QString folder = QStringLiteral("/current/") + serialId.Text() + u'\\';
   AnyObject::Begin(*profile, object_type::kProfile, name);
   AnyObject::SetSystem(*profile, true);
   ProfileBag::SetFile(*profile, folder + QStringLiteral("profile.mbx"));
@@ -242,9 +238,9 @@ DiskPtr NewProfile(const QString& serialId, const QString& name, const QString& 
 }
 
 Result<DiskPtr> CreateProfile(Context& context, const QString& name) {
-  const QString serial = context.Data.NewSerialID(QStringLiteral("_profile"));
-  const QString mail = QStringLiteral("/current/") + serial + u'\\' +
-                       context.Data.NewSerialID().left(kFileNameCharacters) +
+  const SerialId serial = context.Data.NewSerialID(QStringLiteral("_profile"));
+  const QString mail = QStringLiteral("/current/") + serial.Text() + u'\\' +
+                       context.Data.NewSerialID().Text().left(kFileNameCharacters) +
                        QStringLiteral(".mbx");
   DiskPtr profile = NewProfile(serial, name, mail);
   const Result<> saved = SaveObject(context, DatabaseKind::Navigator, *profile);
@@ -299,7 +295,7 @@ Result<> ChangeProfilePassword(Context& context, const Disk& profile, const QStr
         Ui::tr("パスワードの変更がまだ終わっていません。プログラムを終了して、新しい"
                "パスワードでログインしてください。"));
   }
-  if (context.Session->SerialID() == profile.SerialID()) {
+  if (context.Session->Serial() == profile.Serial()) {
     ProfileBag::SetPassword(*context.Session, to);
     std::ignore = NoteFiles(context);  // which keys are the present ones; tried again at the end
   }
@@ -315,8 +311,8 @@ Result<> AdoptMailFile(Context& context, const QString& path, const QString& its
   }
   const QString code = RecoveryCode::Read(itsPassword);
   const QString from = code.isEmpty() ? itsPassword : FileKey::FromCode(code);
-  if (change.Run(from, password) != PasswordChange::Outcome::Changed) return change.Error();
-  return {};
+  const PasswordChange::End end = change.Run(from, password);
+  return end.outcome == PasswordChange::Outcome::Changed ? Result<>() : end.reason;
 }
 
 QString RenewFileKeys(Context& context, const Disk& profile, const QString& password) {

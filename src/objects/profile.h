@@ -11,7 +11,7 @@ namespace vorn {
 
 /// A profile's object, not stored yet: its database lies in the folder named by its serial
 /// identifier; `mail` is the stored path of its mail database, which is all its history.
-DiskPtr NewProfile(const QString& serialId, const QString& name, const QString& mail);
+DiskPtr NewProfile(const SerialId& serialId, const QString& name, const QString& mail);
 
 /// Makes a profile in the navigator database: its object, with the path of its profile database and
 /// of one mail database in a folder of its own. The files themselves are made when they are first

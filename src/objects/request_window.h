@@ -16,7 +16,7 @@ class RequestWindow {
   /// serial identifier. False when it is to be discarded; it has told its own failures.
   virtual bool LoadDefaultProperty(const DiskPtr& request, bool update) = 0;
   /// The serial identifier of what the window shows.
-  virtual QString Tag() const = 0;
+  virtual SerialId Tag() const = 0;
   /// Whether the window stands in the main window's client area.
   virtual bool IsChild() const = 0;
   virtual void ShowModeless() = 0;

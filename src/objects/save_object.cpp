@@ -19,7 +19,7 @@ namespace {
 // same: the marks in memory are right, and the next login writes them again.
 void ApplyDefaultProfileRule(Context& context, Disk& saved) {
   const auto mark = [&context](Disk& profile) {
-    AnyObject::SetDefault(profile, profile.SerialID() == context.Session->SerialID());
+    AnyObject::SetDefault(profile, profile.Serial() == context.Session->Serial());
   };
   for (const DiskPtr& object : context.Objects) {
     if (AnyObject(*object).Is(object_type::kProfile)) mark(*object);
@@ -29,13 +29,13 @@ void ApplyDefaultProfileRule(Context& context, Disk& saved) {
                                       "(SELECT SERIALID FROM object WHERE NAME = "
                                       "'FormName@string' AND PROPERTY = 'profile') AND NAME = "
                                       "'Default@boolean' AND NOT SERIALID = ") +
-                       QuoteSql(saved.SerialID()));
+                       QuoteSql(saved.Serial()));
 }
 
 // Another program in the profile may have worked since this one read it. A count that went back
 // would hide that a file is older than it (see `CountWork`).
 void KeepHighestWorks(DataSession& data, Disk& profile) {
-  Disk stored(profile.SerialID());
+  Disk stored(profile.Serial());
   if (!stored.DatabaseToDisk(data)) return;
   QList<FileNote> notes = FileNotes(profile);
   for (FileNote& note : notes) {
@@ -53,7 +53,7 @@ void KeepHighestWorks(DataSession& data, Disk& profile) {
 bool StoreRows(DataSession& data, Disk& object) {
   if (!AnyObject(object).Is(object_type::kProfile)) return object.DiskToDatabase(data);
   if (!FileNotes(object).isEmpty()) KeepHighestWorks(data, object);
-  Disk stored(object.SerialID());
+  Disk stored(object.Serial());
   for (qint32 i = 1; i <= object.Size(); ++i) {
     const QString& name = object.NameAt(i);
     if (!ProfileBag::SessionKeys().contains(name, Qt::CaseInsensitive))
@@ -74,7 +74,7 @@ Result<> ValidateObject(const DiskCollection& objects, const Disk& object) {
   const QString name = AnyObject(object).Name();
   if (name.isEmpty()) return StorageError{Kind::Other, NoNameText(AnyObject(object).Type())};
   for (const DiskPtr& other : objects) {
-    if (other->SerialID() != object.SerialID() && AnyObject(*other).Name() == name) {
+    if (other->Serial() != object.Serial() && AnyObject(*other).Name() == name) {
       return StorageError{
           Kind::Other, Ui::tr("同じオブジェクト名を持つオブジェクトが存在します。") +
                            Ui::tr("（%1「%2」）").arg(TypeCaption(AnyObject(*other).Type()), name)};

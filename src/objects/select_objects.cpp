@@ -12,11 +12,11 @@ bool PassesFilter(const Disk& object, const QString& type, const Disk& owner,
   if (filter.isEmpty()) return true;
   if (type == object_type::kProfile) {
     return filter.contains(object_type::kProfile) ||
-           (filter.contains(u"owner") && object.SerialID() == owner.SerialID());
+           (filter.contains(u"owner") && object.Serial() == owner.Serial());
   }
   if (filter.contains(type)) return true;
   if (type != object_type::kFolder) return false;
-  return (filter.contains(u"inbox") && object.SerialID() == fixed_serial::kInbox) ||
+  return (filter.contains(u"inbox") && object.Serial() == fixed_serial::kInbox) ||
          (filter.contains(u"static") && FolderObject(object).IsFilledByHand()) ||
          (filter.contains(u"active") && AnyObject(object).Draw().contains(u"active"));
 }

@@ -24,7 +24,7 @@ namespace {
 using Values = std::initializer_list<std::pair<QString, QVariant>>;
 
 struct StandardFolder {
-  const QString& serialId;
+  const SerialId& serialId;
   QString name;
   QString draw;
   QString sql;
@@ -38,7 +38,7 @@ void SetAll(Disk& object, Values values) {
   for (const auto& [key, value] : values) object.Let(key, value);
 }
 
-DiskPtr NewObject(const QString& serialId, const QString& type, const QString& name,
+DiskPtr NewObject(const SerialId& serialId, const QString& type, const QString& name,
                   const QString& toolTip, const QString& draw) {
   auto object = std::make_shared<Disk>(serialId);
   AnyObject::Begin(*object, type, name, draw);
@@ -81,7 +81,7 @@ Result<> CreateFolders(Context& context) {
 // How a new profile looks: pages in tabs, in a window that leaves a quarter of the screen, and
 // messages in a table.
 Result<> CreateLook(Context& context) {
-  const auto make = [&context](const QString& serialId, void (*fill)(Disk&)) -> Result<> {
+  const auto make = [&context](const SerialId& serialId, void (*fill)(Disk&)) -> Result<> {
     if (LoadObject(context, serialId) != nullptr) return {};
     const auto object = std::make_shared<Disk>(serialId);
     fill(*object);

@@ -27,8 +27,8 @@ struct WindowWord {
 
 const WindowWord kWindowWords[] = {{WantedWindow::Pages, QStringLiteral("browser")},
                                    {WantedWindow::Message, QStringLiteral("mail")},
-                                   {WantedWindow::Settings, fixed_serial::kSettings},
-                                   {WantedWindow::Rules, fixed_serial::kRules}};
+                                   {WantedWindow::Settings, fixed_serial::kSettings.Text()},
+                                   {WantedWindow::Rules, fixed_serial::kRules.Text()}};
 
 // What stands in "after"; any other word means none as well.
 struct StepWord {
@@ -58,10 +58,10 @@ void WindowRequest::Begin(Disk& bag, Kind kind, const QString& status) {
   bag.Let(kStatus, status);
 }
 
-DiskPtr WindowRequest::NewMessages(const QString& serial, const QString& serials) {
+DiskPtr WindowRequest::NewMessages(const SerialId& serial, const SerialIds& messages) {
   auto request = std::make_shared<Disk>(serial);
   Begin(*request, Kind::MessageBox, kNewMessages);
-  request->Let(kMessage, serials);
+  request->Let(kMessage, LinesOf(messages));
   return request;
 }
 

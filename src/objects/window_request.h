@@ -27,15 +27,15 @@ class WindowRequest {
   static void BeginDialog(Disk& bag, const QString& type);
   /// A request for a window of pages or of a message.
   static void BeginWindow(Disk& bag, WantedWindow window);
-  /// That new messages have come; `serials` has one a line.
-  static DiskPtr NewMessages(const QString& serial, const QString& serials);
+  /// That new messages have come.
+  static DiskPtr NewMessages(const SerialId& serial, const SerialIds& messages);
 
   bool Is(Kind kind) const;
   WantedWindow Wanted() const;
   /// The type of the object that is edited.
   QString ObjectType() const { return bag_.Text(kStatus); }
   bool IsForNewMessages() const;
-  QString NewMessages() const { return bag_.Text(kMessage); }
+  SerialIds NewMessages() const { return SerialIdsOfLines(bag_.Text(kMessage)); }
 
   /// The window is a new one even where one with that tag is open.
   bool OpensAnother() const { return bag_.Flag(kDirect); }

@@ -13,7 +13,7 @@ namespace {
 const QString kHtml = QStringLiteral("_html");
 
 // Not stored as text, so that folders have the form that the present version gives it.
-QString ReadyTemplate(Context& context, const QString& folder, const QString& defaultTemplate) {
+QString ReadyTemplate(Context& context, const SerialId& folder, const QString& defaultTemplate) {
   const QString id = SharedLayout(context);
   const QList<ReadyLayout> all = ReadyLayouts(folder, Settings(context).Rows());
   for (const ReadyLayout& layout : all) {
@@ -33,18 +33,19 @@ QStringList OwnTemplates(const Disk& layouts) {
 
 }  // namespace
 
-FolderLayout GetFolderLayout(Context& context, const QString& folder,
+FolderLayout GetFolderLayout(Context& context, const SerialId& folder,
                              const QString& defaultTemplate) {
   FolderLayout layout{SharedTemplate(context, folder, defaultTemplate), context.TempFolder};
   if (const DiskPtr own = LoadObject(context, fixed_serial::kLayout)) {
-    layout.html = own->Text(folder + kHtml, layout.html);
-    layout.path = PlatformPath(context, own->Text(folder + QStringLiteral("_path"), layout.path));
+    layout.html = own->Text(folder.Text() + kHtml, layout.html);
+    layout.path =
+        PlatformPath(context, own->Text(folder.Text() + QStringLiteral("_path"), layout.path));
   }
   if (!layout.path.endsWith(u'/') && !layout.path.endsWith(u'\\')) layout.path += u'/';
   return layout;
 }
 
-QString SharedTemplate(Context& context, const QString& folder, const QString& defaultTemplate) {
+QString SharedTemplate(Context& context, const SerialId& folder, const QString& defaultTemplate) {
   return ReadyTemplate(context, folder, defaultTemplate);
 }
 

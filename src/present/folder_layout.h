@@ -15,11 +15,11 @@ struct FolderLayout {
 
 /// The folder's own layout from the object "layout", or the one that the profile's folders share,
 /// or the given default.
-FolderLayout GetFolderLayout(Context& context, const QString& folder,
+FolderLayout GetFolderLayout(Context& context, const SerialId& folder,
                              const QString& defaultTemplate);
 
 /// The template of a folder that has none of its own.
-QString SharedTemplate(Context& context, const QString& folder, const QString& defaultTemplate);
+QString SharedTemplate(Context& context, const SerialId& folder, const QString& defaultTemplate);
 /// The `ReadyLayout` (its `id`) of all folders that have none of their own; empty for the default
 /// one.
 QString SharedLayout(Context& context);

@@ -24,7 +24,8 @@ std::optional<MailRequest> ReadLinkCommand(const QString& address) {
   const QString word = address.left(end).toLower();
   for (const CommandWord& command : kCommands) {
     if (word != command.word) continue;
-    return MailRequest::Of(QUrl::fromPercentEncoding(address.mid(end).toUtf8()), command.mode);
+    return MailRequest::Of(SerialId(QUrl::fromPercentEncoding(address.mid(end).toUtf8())),
+                           command.mode);
   }
   return std::nullopt;
 }

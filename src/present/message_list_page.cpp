@@ -31,7 +31,7 @@ constexpr qint32 kPreviewRows = 30;
 constexpr qsizetype kKnownFolders = 16;
 constexpr qint64 kRowsTried = 100;
 
-PageContent ReadContent(Context& context, const QString& folder) {
+PageContent ReadContent(Context& context, const SerialId& folder) {
   const Settings settings(context);
   PageContent content;
   content.folder = LoadObject(context, folder);
@@ -49,16 +49,15 @@ PageContent ReadContent(Context& context, const QString& folder) {
   return content;
 }
 
-QString NameOf(const Context& context, const QString& folder) {
+QString NameOf(const Context& context, const SerialId& folder) {
   const DiskPtr object = context.Objects.Find(folder);
   return object == nullptr ? QString() : AnyObject(*object).ShownName();
 }
 
 // The hand-filled folders of a message, or else the one of its state.
-QString PlaceOf(Context& context, const QString& serialId, StoredState state) {
+QString PlaceOf(Context& context, const SerialId& serialId, StoredState state) {
   QStringList names;
-  const QString folders = MessageRows(context.Data).FoldersOf(serialId).ValueOr({});
-  for (const QString& folder : folders.split(kLineBreak, Qt::SkipEmptyParts)) {
+  for (const SerialId& folder : MessageRows(context.Data).FoldersOf(serialId).ValueOr({})) {
     names.append(NameOf(context, folder));
   }
   names.removeAll(QString());  // folders that are gone
@@ -82,19 +81,19 @@ bool HasRow(DataSession& session, FolderRows& rows) {
 MessageListPages::MessageListPages(Context& context)
     : context_(context), tags_(CreatePageTagTable()), template_(DefaultPageTemplate()) {}
 
-Result<MadePage<QByteArray>> MessageListPages::FolderPage(const QString& folder, qint32 page,
+Result<MadePage<QByteArray>> MessageListPages::FolderPage(const SerialId& folder, qint32 page,
                                                           const FolderSearch& search) {
   const QString html = GetFolderLayout(context_, folder, template_).html;
   PageContent content = ReadContent(context_, folder);
   if (search.isEverywhere && !search.isEmpty()) {
-    content.placeOf = [this](const QString& serialId, StoredState state) {
+    content.placeOf = [this](const SerialId& serialId, StoredState state) {
       return PlaceOf(context_, serialId, state);
     };
   }
   return Fill(html, content, page, RowsOf(folder, search));
 }
 
-Result<MadePage<QString>> MessageListPages::CreateMessageListPage(const QString& folder,
+Result<MadePage<QString>> MessageListPages::CreateMessageListPage(const SerialId& folder,
                                                                   qint32 page,
                                                                   const FolderSearch& search) {
   const auto made = FolderPage(folder, page, search);
@@ -104,7 +103,7 @@ Result<MadePage<QString>> MessageListPages::CreateMessageListPage(const QString&
   return MadePage<QString>{*path, made->hasBefore, made->hasNext};
 }
 
-Result<QByteArray> MessageListPages::Preview(const QString& folder, const QString& html) {
+Result<QByteArray> MessageListPages::Preview(const SerialId& folder, const QString& html) {
   PageContent content = ReadContent(context_, folder);
   content.rowsPerPage = kPreviewRows;
   const auto made = Fill(html, content, 1, RowsOf(folder, {}));
@@ -121,9 +120,8 @@ Result<MadePage<QByteArray>> MessageListPages::Fill(const QString& html, const P
   // One more row than the page shows, to know whether any follows.
   const qint64 limit = content.rowsPerPage > 0 ? content.rowsPerPage + 1 : 0;
   PageContent rest = content;
-  rest.rowsAfter = [&](qint64& passed) { return RowsAfter(*rows, skipped, limit, passed); };
-  qint64 lost = 0;
-  const RecordsetPtr shown = rest.rowsAfter(lost);
+  rest.rowsAfter = [&](qint64 passed) { return RowsAfter(*rows, skipped, limit, passed); };
+  const auto [shown, lost] = rest.rowsAfter(0);
   if (shown == nullptr) return ReasonOf(context_.Data);
   hasNone_ = shown->Eof();
   MadePage<QByteArray> made;
@@ -137,19 +135,17 @@ Result<MadePage<QByteArray>> MessageListPages::Fill(const QString& html, const P
 }
 
 // A page of the file that cannot be read may hold the next rows, but hardly a hundred of them.
-RecordsetPtr MessageListPages::RowsAfter(FolderRows& rows, qint64 skipped, qint64 limit,
-                                         qint64& passed) {
-  const qint64 first = passed;
-  for (; passed < first + kRowsTried; ++passed) {
-    if (rows.Open(context_.Data, skipped + passed, limit)) return context_.Data.Recordset();
+RowsBehind MessageListPages::RowsAfter(FolderRows& rows, qint64 first, qint64 limit,
+                                       qint64 skipped) {
+  for (qint64 at = skipped; at < skipped + kRowsTried; ++at) {
+    if (rows.Open(context_.Data, first + at, limit)) return {context_.Data.Recordset(), at};
     if (ReasonOf(context_.Data).kind != StorageError::Kind::Damaged) break;
   }
-  passed = first;
-  return nullptr;
+  return {nullptr, skipped};
 }
 
 // What is known of the folder's rows; null when there is no such folder.
-FolderRows* MessageListPages::RowsOf(const QString& folder, const FolderSearch& search) {
+FolderRows* MessageListPages::RowsOf(const SerialId& folder, const FolderSearch& search) {
   const FolderQuery query = FolderSqlBuilder(context_).Query(folder).Searched(search);
   if (query.IsEmpty()) return nullptr;
   const bool newestFirst = ListSettings(context_).IsNewestFirst();
@@ -163,7 +159,8 @@ FolderRows* MessageListPages::RowsOf(const QString& folder, const FolderSearch& 
   return &*known;
 }
 
-qint32 MessageListPages::CountPages(const QString& folder, const FolderSearch& search, bool count) {
+qint32 MessageListPages::CountPages(const SerialId& folder, const FolderSearch& search,
+                                    bool count) {
   const qint32 rowsPerPage = ListSettings(context_).RowsPerPage();
   if (rowsPerPage < 1) return 1;
   FolderRows* rows = RowsOf(folder, search);
@@ -174,7 +171,7 @@ qint32 MessageListPages::CountPages(const QString& folder, const FolderSearch& s
   return static_cast<qint32>(qMax(qint64{1}, (found + rowsPerPage - 1) / rowsPerPage));
 }
 
-qint64 MessageListPages::CountFound(const QString& folder, const FolderSearch& search) {
+qint64 MessageListPages::CountFound(const SerialId& folder, const FolderSearch& search) {
   FolderRows* rows = RowsOf(folder, search);
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
   return rows == nullptr || !mail ? -1 : rows->Count(context_.Data);
@@ -185,28 +182,28 @@ qint32 MessageListPages::PageOf(qint64 rowsBefore) const {
   return rowsPerPage < 1 ? 1 : static_cast<qint32>(rowsBefore / rowsPerPage) + 1;
 }
 
-QString MessageListPages::Question(const QString& folder, const FolderSearch& search) {
+QString MessageListPages::Question(const SerialId& folder, const FolderSearch& search) {
   const FolderRows* rows = RowsOf(folder, search);
   return rows == nullptr ? QString() : rows->Question();
 }
 
-QString MessageListPages::ScopeQuestion(const QString& folder, const FolderSearch& search) const {
+QString MessageListPages::ScopeQuestion(const SerialId& folder, const FolderSearch& search) const {
   const FolderQuery scope = FolderSqlBuilder(context_).Query(folder).Scope(search);
   return scope.IsEmpty() ? QString() : FolderRows(scope, RowOrder::NewestFirst).Question();
 }
 
-void MessageListPages::TakeAnswer(const QString& folder, const FolderSearch& search,
-                                  const QStringList& serialIds) {
+void MessageListPages::TakeAnswer(const SerialId& folder, const FolderSearch& search,
+                                  const SerialIds& serialIds) {
   FolderRows* rows = RowsOf(folder, search);
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
   if (rows != nullptr && mail) rows->Take(context_.Data, serialIds);
 }
 
-void MessageListPages::Forget(const QString& folder, const FolderSearch& search) {
+void MessageListPages::Forget(const SerialId& folder, const FolderSearch& search) {
   if (FolderRows* rows = RowsOf(folder, search)) rows->Forget();
 }
 
-bool MessageListPages::Explore(const QString& folder, const FolderSearch& search) {
+bool MessageListPages::Explore(const SerialId& folder, const FolderSearch& search) {
   FolderRows* rows = RowsOf(folder, search);
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
   return rows != nullptr && mail && rows->Explore(context_.Data);
@@ -218,7 +215,7 @@ Result<QString> MessageListPages::Write(const QByteArray& bytes, const QString& 
     folder = context_.AppFolder;
     if (!MakePrivateFolder(folder)) return StorageError();
   }
-  QFile file(folder + context_.Data.NewSerialID() + QStringLiteral(".html"));
+  QFile file(folder + context_.Data.NewSerialID().Text() + QStringLiteral(".html"));
   if (!OpenPrivate(file, QIODevice::WriteOnly)) return StorageError();
   if (file.write(bytes) != bytes.size() || !file.flush()) {
     file.remove();  // half a page would read like a folder that lost messages

@@ -24,15 +24,15 @@ MessageNavigation::MessageNavigation(Context& context, MessageListPages& pages, 
       tell_(std::move(tell)) {}
 
 void MessageNavigation::GoToUnopened() {
-  page_.rows.CurrentAlone([this, folder = page_.request.Folder()](const QString& message) {
+  page_.rows.CurrentAlone([this, folder = page_.request.Folder()](const SerialId& message) {
     if (page_.request.Folder() == folder) GoToUnopenedAfter(message);
   });
 }
 
-void MessageNavigation::GoToUnopenedAfter(const QString& message) {
+void MessageNavigation::GoToUnopenedAfter(const SerialId& message) {
   const ConditionLimit brief(kSearchMs);
   const auto next = NextUnopened(context_, page_.request.Folder(), page_.request.Search(), message);
-  if (!next || next->isEmpty()) {
+  if (!next || next->IsEmpty()) {
     tell_(!next && brief.IsReached() ? next.Error().text
                                      : Ui::tr("ほかに未開封のメッセージはありません。"));
     return;
@@ -40,38 +40,38 @@ void MessageNavigation::GoToUnopenedAfter(const QString& message) {
   GoToRow(*next);
 }
 
-void MessageNavigation::GoTo(const QString& message) {
-  page_.rows.CurrentAlone([this, message, folder = page_.request.Folder()](const QString&) {
+void MessageNavigation::GoTo(const SerialId& message) {
+  page_.rows.CurrentAlone([this, message, folder = page_.request.Folder()](const SerialId&) {
     if (page_.request.Folder() == folder) GoToRow(message);
   });
 }
 
 // On this page or another one.
-void MessageNavigation::GoToRow(const QString& message) {
+void MessageNavigation::GoToRow(const SerialId& message) {
   page_.rows.GoToMessage(message, [this, message, folder = page_.request.Folder()] {
     if (page_.request.Folder() != folder) return;
     if (const int page = PageOf(message)) show_(page, message, {});
   });
 }
 
-int MessageNavigation::PageOf(const QString& message) const {
-  if (message.isEmpty()) return 0;
+int MessageNavigation::PageOf(const SerialId& message) const {
+  if (message.IsEmpty()) return 0;
   const ConditionLimit brief(kSearchMs);
   const auto before = RowsBefore(context_, page_.request.Folder(), page_.request.Search(), message);
   if (!before && brief.IsReached()) tell_(before.Error().text);
   return before ? pages_.PageOf(*before) : 0;
 }
 
-bool MessageNavigation::GoToShown(const QString& message) {
+bool MessageNavigation::GoToShown(const SerialId& message) {
   const int page = PageOf(message);
   if (page > 0) show_(page, message, {});
   return page > 0;
 }
 
 // What is pressed before it is there is meant for it, and is done to no other.
-void MessageNavigation::GoToReturned(const QStringList& messages) {
+void MessageNavigation::GoToReturned(const SerialIds& messages) {
   if (const int page = PageOf(messages.first())) {
-    show_(page, messages.first(), messages.size() > 1 ? messages : QStringList());
+    show_(page, messages.first(), messages.size() > 1 ? messages : SerialIds());
   } else if (page_.queue.IsAlone()) {
     page_.queue.DropOthers();
   }

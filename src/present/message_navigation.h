@@ -15,7 +15,7 @@ class MessageNavigation {
  public:
   /// Has another page shown, with that message as the current one and `chosen` as those chosen; of
   /// one page of a folder it is the next version.
-  using ShowPage = std::function<void(int page, const QString& message, const QStringList& chosen)>;
+  using ShowPage = std::function<void(int page, const SerialId& message, const SerialIds& chosen)>;
   /// Tells the user a sentence in passing.
   using Tell = std::function<void(const QString& sentence)>;
 
@@ -25,20 +25,20 @@ class MessageNavigation {
   /// Goes to the next unopened message of the folder.
   void GoToUnopened();
   /// Goes to a message of the folder once what was asked before is done.
-  void GoTo(const QString& message);
+  void GoTo(const SerialId& message);
   /// Goes to a message at once, whatever the page that is there has been asked; false where the
   /// folder does not show it.
-  bool GoToShown(const QString& message);
+  bool GoToShown(const SerialId& message);
   /// Goes to the first of messages that the page may not show yet, by making another one; several
   /// are chosen there.
-  void GoToReturned(const QStringList& messages);
+  void GoToReturned(const SerialIds& messages);
 
   /// The number of the page on which a message stands; 0 where the folder does not show it.
-  int PageOf(const QString& message) const;
+  int PageOf(const SerialId& message) const;
 
  private:
-  void GoToUnopenedAfter(const QString& message);
-  void GoToRow(const QString& message);
+  void GoToUnopenedAfter(const SerialId& message);
+  void GoToRow(const SerialId& message);
 
   Context& context_;
   MessageListPages& pages_;

@@ -42,11 +42,10 @@ void PageFiller::NextRow() {
   rows_->MoveNext();
   if (!rows_->Eof() || !rows_->Failed() || !content_.rowsAfter) return;
   rows_->End();
-  qint64 skipped = passed_;
-  const RecordsetPtr rest = content_.rowsAfter(skipped);
-  lost_ += rest == nullptr ? 1 : skipped - passed_;
-  passed_ = skipped;
-  if (rest != nullptr) rows_ = rest;
+  const RowsBehind rest = content_.rowsAfter(passed_);
+  lost_ += rest.rows == nullptr ? 1 : rest.skipped - passed_;
+  passed_ = rest.skipped;
+  if (rest.rows != nullptr) rows_ = rest.rows;
 }
 
 void PageFiller::WriteLost() {
@@ -105,9 +104,10 @@ void PageFiller::HandleMail(qsizetype afterTag) {
 
 QList<const ChildTag*> PageFiller::TakeChildren(const PageTag& tag) {
   QList<const ChildTag*> children;
-  const QString indices = ReadChildTags(template_, tag, pending_);
-  for (const QString& index : indices.split(kLineBreak, Qt::SkipEmptyParts)) {
-    children.append(&tag.definition->children[index.toUInt()]);
+  const FoundChildTags found = ReadChildTags(template_, tag, pending_);
+  pending_ = found.end;
+  for (const qsizetype index : found.indices) {
+    children.append(&tag.definition->children[static_cast<size_t>(index)]);
   }
   return children;
 }
@@ -126,7 +126,7 @@ bool PageFiller::HandleLink(const PageTag& tag, qsizetype afterTag) {
     const QString kind =
         children.isEmpty() ? QStringLiteral("preview") : QString::fromUtf16(children.last()->key);
     link_ = LinkState::Open;
-    WriteText(QStringLiteral("<A HREF = \"") + kind + u':' + rows_->SerialID() +
+    WriteText(QStringLiteral("<A HREF = \"") + kind + u':' + rows_->Serial().Text() +
               QStringLiteral("\">"));
     return true;
   }

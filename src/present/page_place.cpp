@@ -29,9 +29,9 @@ void PagePlace::BeginAtLast() {
   Set(kAtLast, true);
 }
 
-void PagePlace::BeginAtMessage(const QString& serialId, const QStringList& chosen) {
-  const QJsonObject state{{QStringLiteral("next"), QJsonArray{serialId}},
-                          {QStringLiteral("chosen"), QJsonArray::fromStringList(chosen)},
+void PagePlace::BeginAtMessage(const SerialId& serialId, const SerialIds& chosen) {
+  const QJsonObject state{{QStringLiteral("next"), QJsonArray{serialId.Text()}},
+                          {QStringLiteral("chosen"), QJsonArray::fromStringList(TextsOf(chosen))},
                           {QStringLiteral("seen"), true}};
   Set(QString::fromUtf8(QJsonDocument(state).toJson(QJsonDocument::Compact)), true);
 }

@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include "storage/base/serial_id.h"
+
 namespace vorn {
 
 /// Where the user is on a folder's page, and so on its next version: the current row, the choice
@@ -14,7 +16,7 @@ class PagePlace {
   /// It begins at its end, and its last row is the current one.
   void BeginAtLast();
   /// It begins with that message as the current one, and with those chosen that it shows.
-  void BeginAtMessage(const QString& serialId, const QStringList& chosen = {});
+  void BeginAtMessage(const SerialId& serialId, const SerialIds& chosen = {});
   /// Whether a page that is scrolled to its end is there again when it has grown: what comes last
   /// is what the user looks at.
   void StayAtEnd(bool stays) { staysAtEnd_ = stays; }

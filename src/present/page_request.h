@@ -27,7 +27,7 @@ class PageRequest {
   void Take(DiskPtr bag) { bag_ = std::move(bag); }
 
   /// The folder's serial identifier, or that of the request itself.
-  QString Folder() const { return bag_->SerialID(); }
+  SerialId Folder() const { return bag_->Serial(); }
   /// A folder's page or one of the program's own, and not a web page.
   bool IsLocal() const { return bag_->Flag(kLocal); }
   void BeLocal() { bag_->Let(kLocal, true); }
@@ -51,7 +51,9 @@ class PageRequest {
   /// What the folder is searched for; empty when all is shown.
   FolderSearch Search() const {
     FolderSearch search(bag_->Text(kSearch), bag_->Flag(kEverywhere));
-    if (bag_->Flag(kInTexts)) search.hits = bag_->Text(kHits).split(u' ', Qt::SkipEmptyParts);
+    if (bag_->Flag(kInTexts)) {
+      search.hits = SerialIdsOf(bag_->Text(kHits).split(u' ', Qt::SkipEmptyParts));
+    }
     search.hasMore = bag_->Flag(kHasMore);
     return search;
   }
@@ -59,7 +61,7 @@ class PageRequest {
     bag_->Let(kSearch, search.text);
     bag_->Let(kEverywhere, search.isEverywhere);
     bag_->Let(kInTexts, search.hits.has_value());
-    bag_->Let(kHits, search.hits.value_or(QStringList()).join(u' '));
+    bag_->Let(kHits, TextsOf(search.hits.value_or(SerialIds())).join(u' '));
     bag_->Let(kHasMore, search.hasMore);
   }
   /// Whether texts are being read for the search.

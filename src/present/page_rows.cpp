@@ -7,10 +7,13 @@
 namespace vorn {
 namespace {
 
-// What the page answers, as a value of that kind.
-template <typename Value>
-PageQueue::Answer Answering(const std::function<void(Value)>& then) {
-  return [then](const QVariant& answer) { then(answer.value<std::decay_t<Value>>()); };
+// What the page answers, as what it is.
+PageQueue::Answer Answering(const std::function<void(const SerialId&)>& then) {
+  return [then](const QVariant& answer) { then(SerialIdOf(answer)); };
+}
+
+PageQueue::Answer Answering(const std::function<void(const SerialIds&)>& then) {
+  return [then](const QVariant& answer) { then(SerialIdsOf(answer.toStringList())); };
 }
 
 }  // namespace
@@ -27,45 +30,46 @@ void PageRows::Call(const QString& function, int number, bool flag) {
            .arg(flag ? QStringLiteral("true") : QStringLiteral("false")));
 }
 
-void PageRows::Tell(const QString& function, const QStringList& messages) {
+void PageRows::Tell(const QString& function, const SerialIds& messages) {
   if (messages.isEmpty()) return;
   const QByteArray ids =
-      QJsonDocument(QJsonArray::fromStringList(messages)).toJson(QJsonDocument::Compact);
+      QJsonDocument(QJsonArray::fromStringList(TextsOf(messages))).toJson(QJsonDocument::Compact);
   queue_.RunFirst(OnPage(QStringLiteral("%1(%2)").arg(function, QString::fromUtf8(ids))));
 }
 
-void PageRows::GoToMessage(const QString& serialId, const std::function<void()>& notHere) {
+void PageRows::GoToMessage(const SerialId& serialId, const std::function<void()>& notHere) {
   queue_.GoOn(OnPage(QStringLiteral("goToMessage(decodeURIComponent('%1'))")
-                         .arg(QString::fromLatin1(QUrl::toPercentEncoding(serialId)))),
+                         .arg(QString::fromLatin1(QUrl::toPercentEncoding(serialId.Text())))),
               [notHere](const QVariant& here) {
                 if (!here.toBool()) notHere();
               });
 }
 
 void PageRows::Unchoose(const std::function<void(bool)>& then) {
-  queue_.Run(OnPage(QStringLiteral("unchoose()")), Answering(then));
+  queue_.Run(OnPage(QStringLiteral("unchoose()")),
+             [then](const QVariant& answer) { then(answer.toBool()); });
 }
 
-void PageRows::Chosen(const std::function<void(const QStringList&)>& then) {
+void PageRows::Chosen(const std::function<void(const SerialIds&)>& then) {
   queue_.Run(OnPage(QStringLiteral("chosen()")), Answering(then));
 }
 
-void PageRows::ToOpen(const std::function<void(const QString&, const QStringList&)>& then) {
-  const std::function<void(const QStringList&)> take = [then](const QStringList& answer) {
-    then(answer.value(0), answer.mid(1));
-  };
-  queue_.Run(OnPage(QStringLiteral("toOpen()")), Answering(take));
+void PageRows::ToOpen(const std::function<void(const QString&, const SerialIds&)>& then) {
+  queue_.Run(OnPage(QStringLiteral("toOpen()")), [then](const QVariant& answer) {
+    const QStringList told = answer.toStringList();
+    then(told.value(0), SerialIdsOf(told.mid(1)));
+  });
 }
 
-void PageRows::Take(const std::function<void(const QStringList&)>& then) {
+void PageRows::Take(const std::function<void(const SerialIds&)>& then) {
   queue_.Run(OnPage(QStringLiteral("take()")), Answering(then));
 }
 
-void PageRows::Current(const std::function<void(const QString&)>& then) {
+void PageRows::Current(const std::function<void(const SerialId&)>& then) {
   queue_.Run(OnPage(QStringLiteral("current()")), Answering(then));
 }
 
-void PageRows::CurrentAlone(const std::function<void(const QString&)>& then) {
+void PageRows::CurrentAlone(const std::function<void(const SerialId&)>& then) {
   queue_.RunAlone(OnPage(QStringLiteral("current()")), Answering(then));
 }
 

@@ -6,6 +6,7 @@
 
 #include "present/page_queue.h"
 #include "present/page_script.h"
+#include "storage/base/serial_id.h"
 
 namespace vorn {
 
@@ -30,7 +31,7 @@ class PageRows {
   void GoTo(int row, bool extend) { Call(QStringLiteral("goTo"), row, extend); }
   /// Goes to a message's row; where the page has none, no row is current, and `notHere` is called.
   /// For what is asked alone: see `PageQueue::GoOn`.
-  void GoToMessage(const QString& serialId, const std::function<void()>& notHere);
+  void GoToMessage(const SerialId& serialId, const std::function<void()>& notHere);
   void Toggle() { Call(QStringLiteral("toggle()")); }
   /// No row is chosen any more; gives whether any was.
   void Unchoose(const std::function<void(bool)>& then);
@@ -40,23 +41,23 @@ class PageRows {
   /// None is before all that waits, since another message is to be the current one.
   void DeselectFirst() { queue_.RunFirst(OnPage(QStringLiteral("deselect()"))); }
   /// Gives the identifiers of the chosen messages, or of the current one; none when the page goes.
-  void Chosen(const std::function<void(const QStringList&)>& then);
+  void Chosen(const std::function<void(const SerialIds&)>& then);
   /// Gives what Enter opens: the address of the link on which the keyboard stands, else empty, and
   /// the same identifiers.
-  void ToOpen(const std::function<void(const QString&, const QStringList&)>& then);
+  void ToOpen(const std::function<void(const QString&, const SerialIds&)>& then);
   /// As `Chosen`, of messages that are about to leave the folder: their rows are marked at once,
   /// and the next one becomes current, so that nothing meets a message twice while the page is made
   /// anew.
-  void Take(const std::function<void(const QStringList&)>& then);
+  void Take(const std::function<void(const SerialIds&)>& then);
   /// Messages that were taken stay. What the user does next waits, and is done after this.
-  void GiveBack(const QStringList& messages) { Tell(QStringLiteral("giveBack"), messages); }
+  void GiveBack(const SerialIds& messages) { Tell(QStringLiteral("giveBack"), messages); }
   /// Messages have left the folder; so with this.
-  void Remove(const QStringList& messages) { Tell(QStringLiteral("remove"), messages); }
+  void Remove(const SerialIds& messages) { Tell(QStringLiteral("remove"), messages); }
   /// Gives the identifier of the current message, whichever others are chosen; none when the page
   /// goes.
-  void Current(const std::function<void(const QString&)>& then);
+  void Current(const std::function<void(const SerialId&)>& then);
   /// The same for something that changes the page: see `PageQueue::RunAlone`.
-  void CurrentAlone(const std::function<void(const QString&)>& then);
+  void CurrentAlone(const std::function<void(const SerialId&)>& then);
 
   /// A link of the page.
   struct Link {
@@ -68,7 +69,7 @@ class PageRows {
  private:
   void Call(const QString& call) { queue_.Run(OnPage(call)); }
   void Call(const QString& function, int number, bool flag);
-  void Tell(const QString& function, const QStringList& messages);
+  void Tell(const QString& function, const SerialIds& messages);
 
   PageQueue& queue_;
   int count_ = 0;

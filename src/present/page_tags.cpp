@@ -285,16 +285,16 @@ PageTagTable CreatePageTagTable() {
   return table;
 }
 
-QString ReadChildTags(const QByteArray& text, const PageTag& section, qsizetype& position,
-                      qint32 limit) {
-  QStringList found;
+FoundChildTags ReadChildTags(const QByteArray& text, const PageTag& section, qsizetype position,
+                             qint32 limit) {
+  FoundChildTags found{{}, position};
   for (qsizetype i = 0; i < section.children.size(); ++i) {
-    if (!MatchTagPattern(text, section.children[i], position)) continue;
-    found.append(QString::number(i));
-    position += section.children[i].length;
-    if (limit != 0 && found.size() > limit) break;
+    if (!MatchTagPattern(text, section.children[i], found.end)) continue;
+    found.indices.append(i);
+    found.end += section.children[i].length;
+    if (limit != 0 && found.indices.size() > limit) break;
   }
-  return found.join(QStringLiteral("\r\n"));
+  return found;
 }
 
 QString TagText(const SectionTag& tag, const PageRow& row, const ChildTags& children) {

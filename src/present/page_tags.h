@@ -64,11 +64,16 @@ using PageTagTable = QList<PageTag>;
 /// The fixed table of tags.
 PageTagTable CreatePageTagTable();
 
-/// The indices of the section's child tags that stand one after the other at a position, in table
-/// order and each at most once, joined with CR LF. `position` moves past them. A `limit` other than
-/// 0 ends the reading once more children than that were found.
-QString ReadChildTags(const QByteArray& text, const PageTag& section, qsizetype& position,
-                      qint32 limit = 0);
+/// Child tags of a section that stand in a text.
+struct FoundChildTags {
+  QList<qsizetype> indices;  ///< in the section's table
+  qsizetype end = 0;         ///< the position behind them
+};
+
+/// The section's child tags that stand one after the other at a position, in table order and each
+/// at most once. A `limit` other than 0 ends the reading once more children than that were found.
+FoundChildTags ReadChildTags(const QByteArray& text, const PageTag& section, qsizetype position,
+                             qint32 limit = 0);
 
 /// What a `Row` or `Page` tag becomes with these child tags behind it.
 QString TagText(const SectionTag& tag, const PageRow& row, const QList<const ChildTag*>& children);

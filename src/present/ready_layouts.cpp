@@ -155,7 +155,7 @@ QString Padding(RowHeight rows) {
 
 // The words in the language of the interface, and the address column that tells something: in a
 // folder of one's own messages all have one sender.
-QString Worded(const char* text, const QString& folder, RowHeight rows) {
+QString Worded(const char* text, const SerialId& folder, RowHeight rows) {
   const bool isSent = folder == fixed_serial::kOutbox || folder == fixed_serial::kEditWait;
   const std::pair<const char16_t*, QString> words[] = {
       {u"{who}", isSent ? Ui::tr("宛先") : Ui::tr("送信者")},
@@ -174,7 +174,7 @@ QString Worded(const char* text, const QString& folder, RowHeight rows) {
 
 }  // namespace
 
-QList<ReadyLayout> ReadyLayouts(const QString& folder, RowHeight rows) {
+QList<ReadyLayout> ReadyLayouts(const SerialId& folder, RowHeight rows) {
   return {{QStringLiteral("standard"), Ui::tr("標準"), DefaultPageTemplate()},
           {QStringLiteral("table"), Ui::tr("表"), Worded(kTable, folder, rows)},
           {QStringLiteral("cards"), Ui::tr("カード"), Worded(kCards, folder, rows)}};

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include "objects/settings.h"
+#include "storage/base/serial_id.h"
 
 namespace vorn {
 
@@ -16,6 +17,6 @@ struct ReadyLayout {
 
 /// The ready-made templates for a folder, which in folders of sent messages show whom they went to,
 /// with rows of that height; the first is the default one, which knows no height.
-QList<ReadyLayout> ReadyLayouts(const QString& folder, RowHeight rows = RowHeight::Normal);
+QList<ReadyLayout> ReadyLayouts(const SerialId& folder, RowHeight rows = RowHeight::Normal);
 
 }  // namespace vorn

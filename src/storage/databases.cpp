@@ -172,7 +172,7 @@ Result<> LoadObjects(Context& context, DatabaseKind kind, DiskCollection& object
   }
   const RecordsetPtr serials = context.Data.Recordset();
   for (; !serials->Eof(); serials->MoveNext()) {
-    const auto object = std::make_shared<Disk>(serials->SerialID());
+    const auto object = std::make_shared<Disk>(serials->Serial());
     if (object->DatabaseToDisk(context.Data)) objects.Add(object);
   }
   if (serials->Failed()) return serials->Error();

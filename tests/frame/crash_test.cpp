@@ -98,7 +98,7 @@ TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
     report.nextPassword.reset();
     for (const QString& file : ProfileFiles(context, *context.Session)) {
       EXPECT_EQ(CheckDatabaseFile(file, context.Session->Text(u"password"), ContentsOf(file),
-                                  context.Data.Damage())
+                                  context.Data.Damage().TakeOf(file))
                     .problems.join(u'\n'),
                 QString())
           << kill;
@@ -108,8 +108,8 @@ TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
                                            CursorKind::ForwardOnly));
     QSet<QString> present;
     for (const RecordsetPtr rows = context.Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
-      present.insert(rows->SerialID());
-      if (report.opened.contains(rows->SerialID())) {
+      present.insert(rows->Serial().Text());
+      if (report.opened.contains(rows->Serial().Text())) {
         EXPECT_EQ(rows->Fields(u"FIELD_FLAG").toString(), QStringLiteral("0200"));
       }
     }
@@ -154,11 +154,11 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   const QString ballast = disk.Path() + QStringLiteral("ballast");
   test::WriteFile(ballast, QByteArray(300000, 'x'));
   MailStore store(context);
-  QMap<QString, QByteArray> stored;
+  QMap<SerialId, QByteArray> stored;
   for (int i = 0; i < 200; ++i) {
     const QByteArray source = "Subject: " + QByteArray::number(i) + "\r\n\r\n" +
                               QByteArray(30000, static_cast<char>('a' + i % 26));
-    const Result<QString> serial =
+    const Result<SerialId> serial =
         store.StoreMessage(Disk(context.Data.NewSerialID(QStringLiteral("mail_"))), source);
     if (!serial) {
       EXPECT_EQ(serial.Error().kind, StorageError::Kind::DiskFull)
@@ -176,7 +176,8 @@ TEST(Crash, AFullDiskGivesAnErrorAndLosesNothing) {
   ASSERT_TRUE(QFile::remove(ballast));
   ASSERT_TRUE(LogIn(context, {}, {}));
   EXPECT_EQ(CheckDatabaseFile(MailDatabasePath(context), context.Session->Text(u"password"),
-                              FileContents::Messages, context.Data.Damage())
+                              FileContents::Messages,
+                              context.Data.Damage().TakeOf(MailDatabasePath(context)))
                 .problems.join(u'\n'),
             QString());
   for (auto message = stored.begin(); message != stored.end(); ++message) {
@@ -217,9 +218,9 @@ TEST(Crash, AFullDiskLeavesNoFileUnderACodeThatIsNotKept) {
     const QStringList files = ProfileFiles(first, *profile);
     PasswordChange change(first.Data, files.first() + QStringLiteral(".decided"), files);
     const QString between = QStringLiteral("x");
-    ASSERT_EQ(change.Run(first.Session->Text(u"password"), between),
+    ASSERT_EQ(change.Run(first.Session->Text(u"password"), between).outcome,
               PasswordChange::Outcome::Changed);
-    ASSERT_EQ(change.Run(between, {}), PasswordChange::Outcome::Changed);
+    ASSERT_EQ(change.Run(between, {}).outcome, PasswordChange::Outcome::Changed);
     ASSERT_TRUE(code.Forget());
   }
   fill(300000);
@@ -256,9 +257,9 @@ class PasswordChangeTest : public testing::Test {
   bool AllOpenWith(const QString& password) {
     bool open = true;
     for (const QString& file : files_) {
-      open =
-          open && CheckDatabaseFile(file, password, ContentsOf(file), profile_.Get().Data.Damage())
-                      .IsSound();
+      open = open && CheckDatabaseFile(file, password, ContentsOf(file),
+                                       profile_.Get().Data.Damage().TakeOf(file))
+                         .IsSound();
     }
     return open;
   }

@@ -17,18 +17,19 @@ class FakeWindow : public RequestWindow {
  public:
   FakeWindow(QStringList& log, bool child) : log_(log), child_(child) {}
   bool LoadDefaultProperty(const DiskPtr& request, bool update) override {
-    tag_ = request->SerialID();
-    log_.append(QStringLiteral("load %1%2").arg(tag_, update ? QStringLiteral("+") : QString()));
+    tag_ = request->Serial();
+    log_.append(
+        QStringLiteral("load %1%2").arg(tag_.Text(), update ? QStringLiteral("+") : QString()));
     return accepts;
   }
-  QString Tag() const override { return tag_; }
+  SerialId Tag() const override { return tag_; }
   bool IsChild() const override { return child_; }
   void ShowModeless() override { log_.append(QStringLiteral("modeless")); }
   void ShowModal() override {
     log_.append(QStringLiteral("modal"));
     if (whileModal) whileModal();
   }
-  void Activate() override { log_.append(QStringLiteral("activate ") + tag_); }
+  void Activate() override { log_.append(QStringLiteral("activate ") + tag_.Text()); }
   void Unload() override { log_.append(QStringLiteral("unload")); }
   void SetObjectText(const QString& text) override { log_.append(QStringLiteral("text ") + text); }
   void ConfirmObject() override { log_.append(QStringLiteral("ok")); }
@@ -40,7 +41,7 @@ class FakeWindow : public RequestWindow {
  private:
   QStringList& log_;
   bool child_;
-  QString tag_;
+  SerialId tag_;
 };
 
 class DispatcherTest : public testing::Test, public DispatchHost {
@@ -71,9 +72,9 @@ class DispatcherTest : public testing::Test, public DispatchHost {
     log_.append(QStringLiteral("notify ") + request.Text(u"message"));
   }
   void ApplySettings() override { log_.append(QStringLiteral("apply")); }
-  QString NodeText(const QString& serialId) const override { return serialId.toUpper(); }
-  void RefreshNode(const QString& serialId) override {
-    log_.append(QStringLiteral("refresh ") + serialId);
+  QString NodeText(const SerialId& serialId) const override { return serialId.Text().toUpper(); }
+  void RefreshNode(const SerialId& serialId) override {
+    log_.append(QStringLiteral("refresh ") + serialId.Text());
   }
 
   QString Run() {
@@ -83,14 +84,14 @@ class DispatcherTest : public testing::Test, public DispatchHost {
   }
   void PostDialog(const char16_t* serialId, RequestShow show, AfterStep after) {
     DialogRequest request;
-    request.serialId = QString::fromUtf16(serialId);
+    request.serialId = SerialId(QString::fromUtf16(serialId));
     request.status = QStringLiteral("account");
     request.show = show;
     request.after = after;
     EXPECT_TRUE(queue_.PostDialogRequest(request));
   }
   void PostMail(const char16_t* serialId, OpenMode mode = OpenMode::Show) {
-    queue_.PostMailRequest(MailRequest::Of(QString::fromUtf16(serialId), mode));
+    queue_.PostMailRequest(MailRequest::Of(SerialId(QString::fromUtf16(serialId)), mode));
   }
 
   TestProfile profile_;
@@ -128,7 +129,7 @@ TEST_F(DispatcherTest, HiddenWindowsRunTheirStepAtOnce) {
 
 TEST_F(DispatcherTest, ChildWindowsAreArrangedAndDecliningOnesDropped) {
   BrowserRequest request;
-  request.serialId = QStringLiteral("f");
+  request.serialId = u"f"_id;
   queue_.PostBrowserRequest(request);
   EXPECT_EQ(Run(), QStringLiteral("load f,modeless,arrange,refresh f"));
   accepts_ = false;
@@ -167,24 +168,24 @@ TEST_F(DispatcherTest, RequestsCarryTheirKeys) {
 
 TEST(EventLogTest, RecordsAreKeptAndShown) {
   struct View : EventView {
-    void ShowEvent(const QString& serialId, const QString& title, const QString& icon) override {
+    void ShowEvent(const SerialId& serialId, const QString& title, const QString& icon) override {
       shown.append(serialId);
       last = title + u'/' + icon;
     }
-    QStringList shown;
+    SerialIds shown;
     QString last;
   } view;
   TestProfile profile;
   EventLog log(profile.Get(), view);
   const DiskPtr settings = Settings(profile.Get()).Bag();
   settings->Let(QStringLiteral("EventsFolded"), false);
-  log.AddEvent(kEventError, kEventMessage, QStringLiteral("m"), QString(), QStringLiteral("mailup"),
+  log.AddEvent(kEventError, kEventMessage, u"m"_id, QString(), QStringLiteral("mailup"),
                QStringLiteral("text"));
   EXPECT_EQ(view.last, QStringLiteral("システム/mailuperror"));
-  log.AddEvent(kEventInformation, kEventObject, QStringLiteral("a"), QStringLiteral("仕事"),
+  log.AddEvent(kEventInformation, kEventObject, u"a"_id, QStringLiteral("仕事"),
                QStringLiteral("account"), {});
   EXPECT_EQ(view.last, QStringLiteral("仕事/accountinfomation"));
-  EXPECT_TRUE(view.shown[1].startsWith(u"event_1_"));
+  EXPECT_TRUE(view.shown[1].Text().startsWith(u"event_1_"));
   const DiskPtr record = log.Find(view.shown[0]);
   ASSERT_NE(record, nullptr);
   // A failure is over once the message is sent.
@@ -206,13 +207,13 @@ TEST(EventLogTest, RecordsAreKeptAndShown) {
   settings->Let(QStringLiteral("EventsFolded"), true);
   view.shown.clear();
   for (int i = 0; i < 200; ++i) {
-    log.AddEvent(i == 100 ? kEventError : kEventInformation, kEventObject, QStringLiteral("b"),
+    log.AddEvent(i == 100 ? kEventError : kEventInformation, kEventObject, u"b"_id,
                  QStringLiteral("会社"), QStringLiteral("account"),
                  i % 50 == 0 ? QStringLiteral("came %1").arg(i) : QString());
   }
   EXPECT_EQ(view.last.left(3), QStringLiteral("会社 "));
   EXPECT_EQ(view.last.indexOf(u':'), 5);
-  EXPECT_EQ(QSet<QString>(view.shown.begin(), view.shown.end()).size(), 2);
+  EXPECT_EQ(QSet<SerialId>(view.shown.begin(), view.shown.end()).size(), 2);
   const QString said = log.Find(view.shown[0])->Text(u"message");
   EXPECT_LT(said.indexOf(u"came 150"), said.indexOf(u"came 0"));
   EXPECT_FALSE(said.contains(u"came 100"));

@@ -93,9 +93,11 @@ TEST_F(LostFilesTest, AnotherDatabaseInItsPlaceIsNotTakenForIt) {
 TEST_F(LostFilesTest, ADamagedMailFileKeepsNobodyOut) {
   ASSERT_TRUE(QFile::resize(mail_, QFileInfo(mail_).size() / 2 / 4096 * 4096));
   EXPECT_TRUE(Start(kPassword)) << error_.toStdString();
-  EXPECT_FALSE(
-      CheckDatabaseFile(mail_, kPassword, FileContents::Messages, next_->Data.Damage()).IsSound());
-  EXPECT_FALSE(CheckDatabaseFile(database_, kPassword, FileContents::Messages, next_->Data.Damage())
+  EXPECT_FALSE(CheckDatabaseFile(mail_, kPassword, FileContents::Messages,
+                                 next_->Data.Damage().TakeOf(mail_))
+                   .IsSound());
+  EXPECT_FALSE(CheckDatabaseFile(database_, kPassword, FileContents::Messages,
+                                 next_->Data.Damage().TakeOf(database_))
                    .IsSound())
       << "a file of other contents";
 }
@@ -103,7 +105,7 @@ TEST_F(LostFilesTest, ADamagedMailFileKeepsNobodyOut) {
 // Frames that hold no first page do not tell by themselves to which database they belong.
 TEST_F(LostFilesTest, TheLogOfAnotherDatabaseIsSetAside) {
   TestProfile other(kPassword);
-  const QString serialId = other.Store("Subject: other\r\n\r\n");
+  const SerialId serialId = other.Store("Subject: other\r\n\r\n");
   const QString foreign = MailDatabasePath(other.Get());
   other.Restart(kPassword);
   ASSERT_TRUE(MailStore(other.Get()).SetDust(Disk(serialId), true));
@@ -112,7 +114,8 @@ TEST_F(LostFilesTest, TheLogOfAnotherDatabaseIsSetAside) {
   test::WriteFile(mail_ + QStringLiteral("-wal"), log);
   ASSERT_TRUE(Start(kPassword)) << error_.toStdString();
   EXPECT_EQ(Messages(), 3);
-  EXPECT_TRUE(CheckDatabaseFile(mail_, kPassword, FileContents::Messages, next_->Data.Damage())
+  EXPECT_TRUE(CheckDatabaseFile(mail_, kPassword, FileContents::Messages,
+                                next_->Data.Damage().TakeOf(mail_))
                   .unreadable.isEmpty());
   EXPECT_EQ(ReadFile(mail_ + QStringLiteral("-wal.damaged1")), log);
 }

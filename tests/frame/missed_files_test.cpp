@@ -177,7 +177,7 @@ TEST_F(MissedFilesTest, TheTrueNameAndMailFileReplaceWhatWasGuessedFromTheFolder
     EXPECT_EQ(next_->Objects.Count(), 1);
     EXPECT_EQ(next_->Notices.size(), keyLost ? 2 : 1);
     ASSERT_TRUE(LogInAgain(kRight, {}, QStringLiteral("山田"))) << error_.toStdString();
-    EXPECT_EQ(next_->Session->SerialID(), context.Session->SerialID());
+    EXPECT_EQ(next_->Session->Serial(), context.Session->Serial());
     EXPECT_EQ(next_->Session->Text(u"Mail"), second);
     EXPECT_EQ(Messages(), 0);
     next_->Data.CloseAll();
@@ -217,19 +217,19 @@ TEST_F(MissedFilesTest, AListThatALiveProgramHoldsStaysWhereItIs) {
 
 TEST_F(MissedFilesTest, EveryProfilesFolderIsFoundForANewList) {
   const QDir data(profile_.Folder());
-  const QString first = profile_.Get().Session->SerialID();
-  QStringList folders{first};
+  const SerialId first = profile_.Get().Session->Serial();
+  SerialIds folders{first};
   for (const QString& made : {QStringLiteral("_profile_9_X"), QStringLiteral("profile_9_X")}) {
     ASSERT_TRUE(data.mkpath(made));
     const QString copy = data.filePath(made) + QStringLiteral("/profile.mbx");
     ASSERT_TRUE(QFile::copy(own_, copy));
-    folders.append(made);
+    folders.append(SerialId(made));
   }
   QFile::remove(profile_.Get().NaviDatabasePath);
   next_ = std::make_unique<Context>();
   ASSERT_TRUE(StartUp(*next_, profile_.Folder()));
-  for (const QString& folder : folders) {
-    EXPECT_TRUE(next_->Objects.Contains(folder)) << qPrintable(folder);
+  for (const SerialId& folder : folders) {
+    EXPECT_TRUE(next_->Objects.Contains(folder)) << qPrintable(folder.Text());
   }
   next_->Data.CloseAll();
 }

@@ -44,31 +44,32 @@ TEST(OtherObjectsTest, WhatTheySaveIsLoadedAndAPasswordThatIsNotStoredStaysKnown
   Context& context = profile.Get();
   OtherObjects others(context, 0);
   others.TakeOver();
-  const auto save = [&context](const QString& serialId, const QString& name, const QString& time) {
+  const auto save = [&context](const SerialId& serialId, const QString& name, const QString& time) {
     const auto file =
         Connection::Open(PlatformPath(context, context.Session->Text(u"Profile")),
                          context.Session->Text(u"Password"), Connection::Mode::Existing)
             .ValueOr(nullptr);
     ASSERT_NE(file, nullptr);
-    ASSERT_TRUE(file->Run("DELETE FROM object WHERE SERIALID = ?", {serialId}));
+    ASSERT_TRUE(file->Run("DELETE FROM object WHERE SERIALID = ?", {serialId.Text()}));
     const QMap<QString, QString> values{{QStringLiteral("FormName"), object_type::kAccount},
                                         {QStringLiteral("Object"), name},
                                         {QStringLiteral("InMailServerPassword"), QString()},
                                         {QStringLiteral("DayTime"), time}};
     for (auto value = values.begin(); value != values.end(); ++value) {
-      ASSERT_TRUE(file->Run("INSERT INTO object (SERIALID, NAME, PROPERTY) VALUES (?, ?, ?)",
-                            {serialId, value.key() + QStringLiteral("@string"), value.value()}));
+      ASSERT_TRUE(
+          file->Run("INSERT INTO object (SERIALID, NAME, PROPERTY) VALUES (?, ?, ?)",
+                    {serialId.Text(), value.key() + QStringLiteral("@string"), value.value()}));
     }
   };
-  const QString account = QStringLiteral("theirs");
+  const SerialId account = u"theirs"_id;
   save(account, QStringLiteral("first"), QStringLiteral("2026/01/01 1:00:00"));
-  EXPECT_EQ(others.TakeOver(), QStringList{account});
+  EXPECT_EQ(others.TakeOver(), SerialIds{account});
   EXPECT_TRUE(others.TakeOver().isEmpty());
   const DiskPtr loaded = context.Objects.Find(account);
   ASSERT_NE(loaded, nullptr);
   loaded->Let(QStringLiteral("InMailServerPassword"), QStringLiteral("typed"));
   save(account, QStringLiteral("second"), QStringLiteral("2026/01/01 2:00:00"));
-  EXPECT_EQ(others.TakeOver(), QStringList{account});
+  EXPECT_EQ(others.TakeOver(), SerialIds{account});
   EXPECT_EQ(loaded->Text(u"Object"), QStringLiteral("second"));
   EXPECT_EQ(loaded->Text(u"InMailServerPassword"), QStringLiteral("typed"));
 }

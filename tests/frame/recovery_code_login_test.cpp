@@ -75,8 +75,9 @@ class RecoveryCodeLogin : public testing::Test {
     context.Data.CloseAll();
     PasswordChange change(context.Data, files_[0] + QStringLiteral(".decided"), files_);
     const QString between = QStringLiteral("x");  // no program re-keys from a code to nothing
-    ASSERT_EQ(change.Run(FileKey::FromCode(code_), between), PasswordChange::Outcome::Changed);
-    ASSERT_EQ(change.Run(between, {}), PasswordChange::Outcome::Changed);
+    ASSERT_EQ(change.Run(FileKey::FromCode(code_), between).outcome,
+              PasswordChange::Outcome::Changed);
+    ASSERT_EQ(change.Run(between, {}).outcome, PasswordChange::Outcome::Changed);
     context.Data.CloseAll();
     context.Lock.reset();
     ASSERT_TRUE(QFile::remove(codeFile_));

@@ -72,7 +72,7 @@ class DamageTest : public testing::Test {
 
   TestProfile profile_;
   QList<QByteArray> sources_;
-  QStringList serials_;
+  SerialIds serials_;
   QString file_;
   QByteArray sound_;
 };
@@ -95,7 +95,7 @@ TEST_F(DamageTest, AnyPageLostIsToldAndNothingElseIsGivenOut) {
     Context().Data.CloseAll();
     const FileFindings findings =
         CheckDatabaseFile(file_, Context().Session->Text(u"password"), FileContents::Messages,
-                          Context().Data.Damage());
+                          Context().Data.Damage().TakeOf(file_));
     if (unreadable > 0) {
       EXPECT_FALSE(findings.IsSound()) << page;
       ++told;
@@ -146,11 +146,11 @@ TEST_F(DamageTest, ADamagedStoreWaitsForTheUsersDecision) {
 }
 
 TEST_F(DamageTest, OnlyAWholeCopyStandsInForAnother) {
-  EXPECT_TRUE(StoredCopyIsWhole(Context(), file_, serials_[5]));
+  EXPECT_TRUE(StoredCopyIsWhole(Context(), file_, serials_[5].Text()));
   EXPECT_FALSE(StoredCopyIsWhole(Context(), file_, QStringLiteral("nobody")));
   ASSERT_GT(LastPageOfLarge(), 0);
-  EXPECT_FALSE(StoredCopyIsWhole(Context(), file_, serials_[5]));
-  EXPECT_TRUE(StoredCopyIsWhole(Context(), file_, serials_[4]));
+  EXPECT_FALSE(StoredCopyIsWhole(Context(), file_, serials_[5].Text()));
+  EXPECT_TRUE(StoredCopyIsWhole(Context(), file_, serials_[4].Text()));
 }
 
 TEST_F(DamageTest, SourcesOfAnOlderVersionGetTheirDigestsInTheBackground) {
@@ -214,7 +214,7 @@ TEST_F(DamageTest, ALostRowIsNamedByItsTime) {
     Zero(page);
     const FileFindings findings =
         CheckDatabaseFile(file_, Context().Session->Text(u"password"), FileContents::Messages,
-                          Context().Data.Damage());
+                          Context().Data.Damage().TakeOf(file_));
     for (const UnreadableMessage& message : findings.unreadable) {
       if (message.subject.isEmpty() && serials_.contains(message.serialId)) ++named;
     }

@@ -15,10 +15,10 @@ TEST(DraftsTest, ADraftOutlivesTheProgramAndKeepsTheMessagesFolders) {
   stored.Let(QStringLiteral("folder"), QStringLiteral("one"));
   ASSERT_TRUE(MailStore(profile.Get()).StoreMessage(stored, "Subject: old\r\n\r\n"));
   const QByteArray typed("Subject: new\r\n\r\n\xF0\x9F\x8D\xA3\0\r\n", 22);
-  ASSERT_TRUE(Drafts::Keep(profile.Get(), QStringLiteral("mail_1"), typed));
+  ASSERT_TRUE(Drafts::Keep(profile.Get(), u"mail_1"_id, typed));
   profile.Restart();
-  ASSERT_EQ(Drafts::LeftBehind(profile.Get()), QStringList{QStringLiteral("mail_1")});
-  ASSERT_TRUE(Drafts::Restore(profile.Get(), QStringLiteral("mail_1")));
+  ASSERT_EQ(Drafts::LeftBehind(profile.Get()), SerialIds{u"mail_1"_id});
+  ASSERT_TRUE(Drafts::Restore(profile.Get(), u"mail_1"_id));
   EXPECT_EQ(MailStore(profile.Get()).LoadMessageSource(stored), typed);
   EXPECT_EQ(profile.Select(QStringLiteral("SELECT FOLDERID AS V FROM folder")),
             QList<QVariant>{QStringLiteral("one")});
@@ -26,11 +26,11 @@ TEST(DraftsTest, ADraftOutlivesTheProgramAndKeepsTheMessagesFolders) {
   EXPECT_TRUE(Drafts::LeftBehind(profile.Get()).isEmpty());
   // As a power failure leaves it: the message went on, and the draft came back.
   for (const int status : {2, 3, -3}) {
-    ASSERT_TRUE(Drafts::Keep(profile.Get(), QStringLiteral("mail_1"), typed));
+    ASSERT_TRUE(Drafts::Keep(profile.Get(), u"mail_1"_id, typed));
     stored.Let(QStringLiteral("process"), status);
     ASSERT_TRUE(MailStore(profile.Get()).StoreMessage(stored, "Subject: sent\r\n\r\n"));
     EXPECT_TRUE(Drafts::LeftBehind(profile.Get()).isEmpty()) << status;
-    EXPECT_EQ(profile.Get().Objects.Find(QStringLiteral("draft_mail_1")), nullptr);
+    EXPECT_EQ(profile.Get().Objects.Find(u"draft_mail_1"_id), nullptr);
   }
 }
 

@@ -18,7 +18,7 @@ using test::TestProfile;
 
 class MailStoreTest : public testing::Test {
  protected:
-  DiskPtr Request(const QString& serialId, const QString& folders = {}) {
+  DiskPtr Request(const SerialId& serialId, const QString& folders = {}) {
     auto request = std::make_shared<Disk>(serialId);
     request->Let(QStringLiteral("folder"), folders);
     return request;
@@ -42,9 +42,9 @@ TEST_F(MailStoreTest, SourcesComeBackByteForByte) {
       "Subject: x\r\n\r\n\0\xFF\x1B"
       "it's \r\r\n\n.",
       24);
-  ASSERT_EQ(store_.StoreMessage(*Request(QStringLiteral("m'1")), source), QStringLiteral("m'1"));
-  EXPECT_EQ(store_.LoadMessageSource(*Request(QStringLiteral("m'1"))), source);
-  EXPECT_FALSE(store_.LoadMessageSource(*Request(QStringLiteral("m2"))));
+  ASSERT_EQ(store_.StoreMessage(*Request(u"m'1"_id), source), u"m'1"_id);
+  EXPECT_EQ(store_.LoadMessageSource(*Request(u"m'1"_id)), source);
+  EXPECT_FALSE(store_.LoadMessageSource(*Request(u"m2"_id)));
   EXPECT_FALSE(store_.StoreMessage(Disk(), source));
 }
 
@@ -52,20 +52,20 @@ TEST_F(MailStoreTest, AddressesThatWereWrittenToAreReadOnceAndOfferedAtOnce) {
   const auto send = [this](const char* to) {
     return profile_.Store(QByteArray("To: ") + to + "\r\n\r\n", kStatusSent);
   };
-  const auto change = [this](const QString& serialId, const QString& value) {
+  const auto change = [this](const SerialId& serialId, const QString& value) {
     const OpenedDatabase opened(profile_.Get(), DatabaseKind::Mail);
     EXPECT_TRUE(profile_.Get().Data.Execute(QStringLiteral("UPDATE mail SET ") + value +
-                                            QStringLiteral(" WHERE SERIALID = '") + serialId +
-                                            u'\''));
+                                            QStringLiteral(" WHERE SERIALID = '") +
+                                            serialId.Text() + u'\''));
   };
   KnownAddresses known(profile_.Get());
-  const QString first = send("one@example.jp");
+  const SerialId first = send("one@example.jp");
   send("two@example.jp");
   const QStringList both{QStringLiteral("two@example.jp"), QStringLiteral("one@example.jp")};
   EXPECT_EQ(known.Offers().mid(0, 2), both);
   change(first, QStringLiteral("FIELD_MAILADDRESS = 'TO: never@example.jp'"));
   EXPECT_EQ(known.Offers().mid(0, 2), both) << "it was read again";
-  const QString third = send("three@example.jp");
+  const SerialId third = send("three@example.jp");
   change(third, QStringLiteral("FIELD_TIMESTAMP = '2999-01-01 00:00:00.000'"));
   EXPECT_EQ(known.Offers().value(0), QStringLiteral("three@example.jp"));
   send("four@example.jp");
@@ -73,7 +73,7 @@ TEST_F(MailStoreTest, AddressesThatWereWrittenToAreReadOnceAndOfferedAtOnce) {
 }
 
 TEST_F(MailStoreTest, StoringAgainReplacesEverythingButTheIdentifier) {
-  const DiskPtr message = Request(QStringLiteral("m"), QStringLiteral("a\r\nb"));
+  const DiskPtr message = Request(u"m"_id, QStringLiteral("a\r\nb"));
   Disk& request = *message;
   request.Let(QStringLiteral("MessageID"), QStringLiteral("first"));
   ASSERT_TRUE(store_.StoreMessage(request, "Subject: one\r\n\r\n"));
@@ -106,10 +106,10 @@ TEST_F(MailStoreTest, SeveralMessagesAreStoredTogetherOrNotAtAll) {
 
 TEST_F(MailStoreTest, AFilingFromSeveralFoldersIsTakenBackWholeOrNotAtAll) {
   Context& context = profile_.Get();
-  const QStringList messages{profile_.Store("Subject: 1\r\n\r\n"),
-                             profile_.Store("Subject: 2\r\n\r\n")};
-  const QString into = QStringLiteral("new");
-  const Filed left{{QStringLiteral("a"), {messages[0]}}, {QStringLiteral("b"), {messages[1]}}};
+  const SerialIds messages{profile_.Store("Subject: 1\r\n\r\n"),
+                           profile_.Store("Subject: 2\r\n\r\n")};
+  const SerialId into = u"new"_id;
+  const Filed left{{u"a"_id, {messages[0]}}, {u"b"_id, {messages[1]}}};
   ASSERT_TRUE(MoveMessages(context, {.into = left}));
   const Result<Moved> back =
       MoveMessages(context, {.into = {{into, messages}}, .outOf = left, .outOfDust = messages});
@@ -133,10 +133,10 @@ TEST_F(MailStoreTest, AFilingFromSeveralFoldersIsTakenBackWholeOrNotAtAll) {
 }
 
 TEST_F(MailStoreTest, WhatIsThrownAwayComesBackAsItWasAndGoesWhole) {
-  QStringList messages;
+  SerialIds messages;
   for (int status = 1; status <= 4; ++status) {
     messages.append(profile_.Store("Subject: x\r\n\r\ntext\r\n", status));
-    ASSERT_TRUE(MoveMessages(profile_.Get(), {.into = {{QStringLiteral("f"), {messages.last()}}}}));
+    ASSERT_TRUE(MoveMessages(profile_.Get(), {.into = {{u"f"_id, {messages.last()}}}}));
   }
   const auto states = [this] {
     QString shown;
@@ -146,9 +146,9 @@ TEST_F(MailStoreTest, WhatIsThrownAwayComesBackAsItWasAndGoesWhole) {
     }
     return shown;
   };
-  ASSERT_TRUE(MoveMessages(profile_.Get(), {.into = {{QStringLiteral("g"), messages}},
-                                            .outOf = {{QStringLiteral("f"), messages}}}));
-  ASSERT_TRUE(MoveMessages(profile_.Get(), {.into = {{QStringLiteral("g"), messages}}}));
+  ASSERT_TRUE(MoveMessages(profile_.Get(),
+                           {.into = {{u"g"_id, messages}}, .outOf = {{u"f"_id, messages}}}));
+  ASSERT_TRUE(MoveMessages(profile_.Get(), {.into = {{u"g"_id, messages}}}));
   EXPECT_EQ(profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM folder")).size(), 4)
       << "each once, however often it is put there";
   EXPECT_TRUE(
@@ -161,7 +161,7 @@ TEST_F(MailStoreTest, WhatIsThrownAwayComesBackAsItWasAndGoesWhole) {
   ASSERT_TRUE(SetDust(profile_.Get(), messages.mid(0, 1), true) && EmptyDust(profile_.Get()));
   EXPECT_EQ(states(), QStringLiteral("2 "));
   EXPECT_EQ(profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM folder")),
-            QList<QVariant>{messages[1]});
+            QList<QVariant>{messages[1].Text()});
   EXPECT_EQ(profile_.Select(QStringLiteral("SELECT COUNT(0) AS V FROM long_binary")),
             QList<QVariant>{1});
 }
@@ -169,28 +169,29 @@ TEST_F(MailStoreTest, WhatIsThrownAwayComesBackAsItWasAndGoesWhole) {
 // Also of more messages than one statement has room for.
 TEST_F(MailStoreTest, AMoveIsTakenBackToWhereEachWas) {
   Context& context = profile_.Get();
-  const QString dusted = profile_.Store("Subject: d\r\n\r\n", kStatusReceived);
-  const QString filed = profile_.Store("Subject: f\r\n\r\n", kStatusReceived);
-  const QString folder = QStringLiteral("g");
+  const SerialId dusted = profile_.Store("Subject: d\r\n\r\n", kStatusReceived);
+  const SerialId filed = profile_.Store("Subject: f\r\n\r\n", kStatusReceived);
+  const SerialId folder = u"g"_id;
   ASSERT_TRUE(SetDust(context, {dusted}, true));
   ASSERT_TRUE(MoveMessages(context, {.into = {{folder, {filed}}}}));
-  QStringList many{dusted};
-  for (int i = 0; i < 1200; ++i) many.append(QStringLiteral("gone%1").arg(i));
+  SerialIds many{dusted};
+  for (int i = 0; i < 1200; ++i) many.append(SerialId(QStringLiteral("gone%1").arg(i)));
   many.append(filed);
-  const auto stands = [&](const QStringList& inFolder, const QStringList& thrownAway) {
+  const auto stands = [&](const SerialIds& inFolder, const SerialIds& thrownAway) {
+    const QStringList thrown = TextsOf(thrownAway);
     return test::Filed(context, many, folder) == inFolder &&
            profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail WHERE STATUS < 0 "
                                           "ORDER BY rowid")) ==
-               QList<QVariant>(thrownAway.begin(), thrownAway.end());
+               QList<QVariant>(thrown.begin(), thrown.end());
   };
   const Result<Moved> back = MoveMessages(context, {.into = {{folder, many}}, .outOfDust = many});
   ASSERT_TRUE(back && stands({dusted, filed}, {}));
-  EXPECT_EQ(back->back.Messages(), QStringList{dusted}) << "the other is not moved";
+  EXPECT_EQ(back->back.Messages(), SerialIds{dusted}) << "the other is not moved";
   EXPECT_TRUE(MoveMessages(context, back->back) && stands({filed}, {dusted}));
   const Result<Moved> out = SetDust(context, many, true);
   EXPECT_TRUE(out && stands({filed}, {dusted, filed}));
   EXPECT_TRUE(MoveMessages(context, out->back) && stands({filed}, {dusted}));
-  EXPECT_EQ(Received(context, many).ValueOr({}), (QStringList{dusted, filed}));
+  EXPECT_EQ(Received(context, many).ValueOr({}), (SerialIds{dusted, filed}));
   EXPECT_TRUE(SetMark(context, many, kFlagNew, true) && ToggleStar(context, many));
   EXPECT_EQ(Column(QStringLiteral("MIN(SUBSTR(FIELD_FLAG, 3, 1) & SUBSTR(FIELD_FLAG, 7, 1))")),
             QStringLiteral("11"));
@@ -200,7 +201,7 @@ TEST_F(MailStoreTest, AMoveIsTakenBackToWhereEachWas) {
 
 // One without a digest, as earlier versions stored it: no mail ends with zeros.
 TEST_F(MailStoreTest, ASourceThatLostItsEndIsNotGivenOut) {
-  ASSERT_TRUE(store_.StoreMessage(*Request(QStringLiteral("m")), "Subject: x\r\n\r\ntext\r\n"));
+  ASSERT_TRUE(store_.StoreMessage(*Request(u"m"_id), "Subject: x\r\n\r\ntext\r\n"));
   const auto connection =
       Connection::Open(MailDatabasePath(profile_.Get()), profile_.Get().Session->Text(u"password"),
                        Connection::Mode::Existing)
@@ -210,9 +211,9 @@ TEST_F(MailStoreTest, ASourceThatLostItsEndIsNotGivenOut) {
     ASSERT_TRUE(connection->Run("UPDATE long_binary SET DIGEST = NULL, DATA = ?", {bytes}));
   };
   lay("Subject: x\r\n\r\nte");
-  EXPECT_EQ(store_.LoadMessageSource(*Request(QStringLiteral("m"))), "Subject: x\r\n\r\nte");
+  EXPECT_EQ(store_.LoadMessageSource(*Request(u"m"_id)), "Subject: x\r\n\r\nte");
   lay(QByteArray("Subject: x\r\n\r\nte\0\0", 18));
-  EXPECT_FALSE(store_.LoadMessageSource(*Request(QStringLiteral("m"))));
+  EXPECT_FALSE(store_.LoadMessageSource(*Request(u"m"_id)));
 }
 
 TEST_F(MailStoreTest, WhoHasNoDefaultAccountWritesWithTheFirst) {
@@ -226,7 +227,7 @@ TEST_F(MailStoreTest, WhoHasNoDefaultAccountWritesWithTheFirst) {
 }
 
 TEST_F(MailStoreTest, TheMaskChoosesWhatIsWritten) {
-  const DiskPtr message = Request(QStringLiteral("m"));
+  const DiskPtr message = Request(u"m"_id);
   Disk& request = *message;
   ASSERT_TRUE(store_.StoreMessage(request, "\r\n"));
   request.Let(QStringLiteral("process"), -4);
@@ -243,7 +244,7 @@ TEST_F(MailStoreTest, TheMaskChoosesWhatIsWritten) {
 }
 
 TEST_F(MailStoreTest, OpeningAMessageReadsItAndMarksItOpened) {
-  const QString serialId =
+  const SerialId serialId =
       profile_.Store("Subject: =?UTF-8?B?44GC?=\r\nFrom: =?UTF-8?B?44GE?= <a@x>\r\n\r\nbody\r\n");
   Disk request(serialId);
   const OpenedMessage message = OpenMessage(profile_.Get(), request);

@@ -14,9 +14,7 @@ QStringList Lines(const MessageModel& model) {
 }
 
 MessageModel Applied(const char* address) {
-  MessageModel model;
-  ApplyMailto(QString::fromUtf8(address), model);
-  return model;
+  return WithMailto({}, QString::fromUtf8(address));
 }
 
 TEST(Mailto, FieldsOfANewMessageAreFilled) {

@@ -181,27 +181,39 @@ TEST(MailArchiveTest, AnImportIsTakenBackButForWhatWasUsed) {
   test::TestProfile profile;
   Context& context = profile.Get();
   const QTemporaryDir folder;
-  const QString shelf = QStringLiteral("shelf");
+  const SerialId shelf = u"shelf"_id;
   for (const char* name : {"1", "2", "3", "4"}) {
     test::WriteFile(folder.filePath(QLatin1String(name) + QStringLiteral(".eml")),
                     QByteArray("From: a@x\r\nSubject: ") + name + "\r\n\r\ntext\r\n");
   }
-  ImportCounts counts;
   qint64 read = 0;
-  ASSERT_TRUE(ImportMessages(context, folder.path(), shelf, &counts,
-                             [&read](int, qint64 bytes) { return (read = bytes) > 0; }));
+  const ImportOutcome outcome = ImportMessages(
+      context, folder.path(), shelf, [&read](int, qint64 bytes) { return (read = bytes) > 0; });
+  ASSERT_TRUE(outcome.complete);
   EXPECT_EQ(read, ArchiveBytes(folder.path())) << "how far it is at its end";
+  const ImportCounts& counts = outcome.counts;
   const auto flags = FlagsOf(context, counts.brought);
   ASSERT_EQ(flags->size(), 4);
   // One got a mark, one was thrown away and one is somewhere else as well.
   EXPECT_TRUE(ToggleStar(context, {counts.brought[0]}));
   EXPECT_TRUE(SetDust(context, {counts.brought[1]}, true));
-  EXPECT_TRUE(MoveMessages(context, {.into = {{QStringLiteral("other"), {counts.brought[2]}}}}));
-  EXPECT_EQ(UnchangedAmong(context, *flags, QString()), QStringList()) << "they are filed";
-  EXPECT_EQ(UnchangedAmong(context, *flags, shelf), QStringList{counts.brought[3]});
+  EXPECT_TRUE(MoveMessages(context, {.into = {{u"other"_id, {counts.brought[2]}}}}));
+  EXPECT_EQ(UnchangedAmong(context, *flags, {}), SerialIds()) << "they are filed";
+  EXPECT_EQ(UnchangedAmong(context, *flags, shelf), SerialIds{counts.brought[3]});
   // What has its mark no more is as it was.
   EXPECT_TRUE(ToggleStar(context, {counts.brought[0]}));
   EXPECT_EQ(UnchangedAmong(context, *flags, shelf)->size(), 2);
+}
+
+TEST(MailArchiveTest, WhoWantsNoMoreIsAskedOfNoFurtherFile) {
+  const QTemporaryDir folder;
+  for (const char* name : {"1.mbox", "2.mbox", "3.eml"}) {
+    test::WriteFile(folder.filePath(QLatin1String(name)),
+                    "From a@x Mon Jan  1 00:00:00 2024\nSubject: 1\n\nx\n");
+  }
+  int taken = 0;
+  EXPECT_TRUE(ReadArchive(folder.path(), [&taken](const QByteArray&) { return ++taken < 1; }));
+  EXPECT_EQ(taken, 1);
 }
 
 TEST(MailArchiveTest, AFileThatIsNoMessageIsRefusedByName) {

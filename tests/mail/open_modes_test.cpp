@@ -315,7 +315,7 @@ TEST_F(OpenModes, ADraftKeepsTheCodeThatWasChosen) {
 TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
   TestProfile profile;
   Settings(profile.Get()).Bag()->Let(QStringLiteral("ReplyLine"), QString());
-  const QString serialId =
+  const SerialId serialId =
       profile.Store("From: f@x\r\nDisposition-Notification-To: f@x\r\nSubject: s\r\n\r\nbody\r\n");
   Disk show(serialId);
   EXPECT_TRUE(OpenMessage(profile.Get(), show).found);
@@ -323,7 +323,7 @@ TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
   Disk again(serialId);
   OpenMessage(profile.Get(), again);
   EXPECT_FALSE(again.Flag(u"notice"));
-  EXPECT_EQ(again.SerialID(), serialId);
+  EXPECT_EQ(again.Serial(), serialId);
   ASSERT_TRUE(SetMark(profile.Get(), {serialId}, kFlagAnswered, true));
   ASSERT_TRUE(ToggleStar(profile.Get(), {serialId}));
   Disk reply(serialId);
@@ -338,8 +338,8 @@ TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
   Disk other(serialId);
   MailRequestBag(other).SetMode(OpenMode::Reply);
   EXPECT_TRUE(OpenMessage(profile.Get(), other).model.text.Get().contains(u"さんは書きました："));
-  EXPECT_EQ(reply.Text(u"original"), serialId);
-  EXPECT_NE(reply.SerialID(), serialId);
+  EXPECT_EQ(reply.Text(u"original"), serialId.Text());
+  EXPECT_NE(reply.Serial(), serialId);
   EXPECT_EQ(reply.Number(u"process"), 1);
 }
 

@@ -26,7 +26,7 @@ namespace {
 using test::TestProfile;
 using Kind = ConditionLine::Kind;
 
-DiskPtr MakeObject(const QString& serialId, const QString& type, const QString& name,
+DiskPtr MakeObject(const SerialId& serialId, const QString& type, const QString& name,
                    const QString& draw = {}) {
   auto object = std::make_shared<Disk>(serialId);
   object->Let(QStringLiteral("FormName"), type);
@@ -39,17 +39,18 @@ TEST(StandardObjects, ANewProfileHasThemAllUnderTheirFixedIdentifiers) {
   TestProfile profile;
   Context& context = profile.Get();
   struct Expected {
-    QString serialId, name, draw, sql;
+    SerialId serialId;
+    QString name, draw, sql;
   };
   const Expected folders[] = {
-      {QStringLiteral("01_folder_1_INBOX0000000"), QStringLiteral("受信"),
-       QStringLiteral("activedown"), QStringLiteral("STATUS = 4")},
-      {QStringLiteral("01_folder_2_OUTBOX000000"), QStringLiteral("送信"),
-       QStringLiteral("activeup"), QStringLiteral("STATUS = 3")},
-      {QStringLiteral("01_folder_3_EDITWAIT0000"), QStringLiteral("待ち"),
-       QStringLiteral("activewait"), QStringLiteral("STATUS = 1 OR STATUS = 2")},
-      {QStringLiteral("01_folder_4_DUST00000000"), QStringLiteral("くずかご"),
-       QStringLiteral("dust"), QStringLiteral("STATUS < 0")},
+      {u"01_folder_1_INBOX0000000"_id, QStringLiteral("受信"), QStringLiteral("activedown"),
+       QStringLiteral("STATUS = 4")},
+      {u"01_folder_2_OUTBOX000000"_id, QStringLiteral("送信"), QStringLiteral("activeup"),
+       QStringLiteral("STATUS = 3")},
+      {u"01_folder_3_EDITWAIT0000"_id, QStringLiteral("待ち"), QStringLiteral("activewait"),
+       QStringLiteral("STATUS = 1 OR STATUS = 2")},
+      {u"01_folder_4_DUST00000000"_id, QStringLiteral("くずかご"), QStringLiteral("dust"),
+       QStringLiteral("STATUS < 0")},
   };
   for (const Expected& expected : folders) {
     const DiskPtr folder = context.Objects.Find(expected.serialId);
@@ -112,17 +113,16 @@ TEST(VersionSerial, PartsAreJoinedWithFourDigitsEach) {
 
 TEST(SelectObjects, FilterAndFlagsChooseTheObjects) {
   DiskCollection objects;
-  const DiskPtr owner =
-      MakeObject(QStringLiteral("p1"), object_type::kProfile, QStringLiteral("a"));
+  const DiskPtr owner = MakeObject(u"p1"_id, object_type::kProfile, QStringLiteral("a"));
   objects.Add(owner);
-  objects.Add(MakeObject(QStringLiteral("p2"), object_type::kProfile, QStringLiteral("b")));
-  objects.Add(MakeObject(QStringLiteral("f1"), object_type::kFolder, QStringLiteral("c"),
+  objects.Add(MakeObject(u"p2"_id, object_type::kProfile, QStringLiteral("b")));
+  objects.Add(MakeObject(u"f1"_id, object_type::kFolder, QStringLiteral("c"),
                          QStringLiteral("activedown")));
-  objects.Add(MakeObject(QStringLiteral("f2"), object_type::kFolder, QStringLiteral("d"),
-                         QStringLiteral("static")));
-  objects.Add(MakeObject(QStringLiteral("a1"), object_type::kAccount, QStringLiteral("e")));
-  objects.Add(MakeObject(QStringLiteral("x"), QString(), QStringLiteral("f")));
-  objects.Find(QStringLiteral("a1"))->Let(QStringLiteral("Enabled"), true);
+  objects.Add(
+      MakeObject(u"f2"_id, object_type::kFolder, QStringLiteral("d"), QStringLiteral("static")));
+  objects.Add(MakeObject(u"a1"_id, object_type::kAccount, QStringLiteral("e")));
+  objects.Add(MakeObject(u"x"_id, QString(), QStringLiteral("f")));
+  objects.Find(u"a1"_id)->Let(QStringLiteral("Enabled"), true);
 
   const auto select = [&](const QString& filter, SelectFlags flags = {}) {
     QStringList serials;
@@ -144,33 +144,31 @@ TEST(SelectObjects, FilterAndFlagsChooseTheObjects) {
 
 TEST(SaveObject, NamesMustBeGivenAndUnique) {
   DiskCollection objects;
-  objects.Add(MakeObject(QStringLiteral("a"), object_type::kAccount, QStringLiteral("Work")));
+  objects.Add(MakeObject(u"a"_id, object_type::kAccount, QStringLiteral("Work")));
   const auto check = [&objects](const QString& name) {
-    return ValidateObject(objects, *MakeObject(QStringLiteral("b"), object_type::kAccount, name))
-        .Error()
-        .text;
+    return ValidateObject(objects, *MakeObject(u"b"_id, object_type::kAccount, name)).Error().text;
   };
   EXPECT_EQ(check(QString()), QStringLiteral("オブジェクト名が設定されていません。"
                                              "アカウントの名前を入力してください。"));
-  objects.Add(MakeObject(QStringLiteral("f"), object_type::kFolder, QStringLiteral("Notes")));
+  objects.Add(MakeObject(u"f"_id, object_type::kFolder, QStringLiteral("Notes")));
   EXPECT_EQ(check(QStringLiteral("Notes")),
             QStringLiteral("同じオブジェクト名を持つオブジェクトが存在します。"
                            "（フォルダ「Notes」）"));
   EXPECT_EQ(check(QStringLiteral("work")), QString());
-  EXPECT_TRUE(ValidateObject(objects, *objects.Find(QStringLiteral("a"))));
+  EXPECT_TRUE(ValidateObject(objects, *objects.Find(u"a"_id)));
 }
 
 TEST(SaveObject, OnlyTheLoggedInProfileIsTheDefaultAndItsPasswordIsNotStored) {
   TestProfile profile(QStringLiteral("top secret"));
   Context& context = profile.Get();
-  const QString first = context.Session->SerialID();
+  const SerialId first = context.Session->Serial();
   const DiskPtr second =
-      MakeObject(QStringLiteral("_profile2"), object_type::kProfile, QStringLiteral("Second"));
+      MakeObject(u"_profile2"_id, object_type::kProfile, QStringLiteral("Second"));
   second->Let(QStringLiteral("Default"), true);
   context.Objects.Add(second);
   // As an editing window gives it, in a bag of its own.
   const DiskPtr edited =
-      MakeObject(second->SerialID(), object_type::kProfile, QStringLiteral("Second"));
+      MakeObject(second->Serial(), object_type::kProfile, QStringLiteral("Second"));
   edited->Let(QStringLiteral("Default"), true);
   ASSERT_TRUE(SaveObject(context, DatabaseKind::Navigator, *edited));
   EXPECT_FALSE(second->Flag(u"Default"));
@@ -181,7 +179,7 @@ TEST(SaveObject, OnlyTheLoggedInProfileIsTheDefaultAndItsPasswordIsNotStored) {
   ASSERT_TRUE(LoadObjects(context, DatabaseKind::Navigator, stored));
   EXPECT_EQ(stored.Count(), 2);
   EXPECT_TRUE(stored.Find(first)->Flag(u"Default"));
-  EXPECT_FALSE(stored.Find(second->SerialID())->Flag(u"Default"));
+  EXPECT_FALSE(stored.Find(second->Serial())->Flag(u"Default"));
   EXPECT_FALSE(stored.Find(first)->Get(u"password").isValid());
   EXPECT_EQ(context.Session->Text(u"password"), QStringLiteral("top secret"));
 }
@@ -191,12 +189,12 @@ TEST(SaveObject, MarkedObjectsAreSavedTogetherAtTheEnd) {
   const DiskPtr placement = profile.Get().Objects.Find(fixed_serial::kMainPlacement);
   placement->Let(QStringLiteral("save"), true);
   placement->Let(QStringLiteral("width"), 700);
-  const auto other = MakeObject(QStringLiteral("x"), object_type::kBook, QStringLiteral("x"));
+  const auto other = MakeObject(u"x"_id, object_type::kBook, QStringLiteral("x"));
   profile.Get().Objects.Add(other);
   ASSERT_TRUE(SaveMarkedObjects(profile.Get()));
   profile.Restart();
   EXPECT_EQ(profile.Get().Objects.Find(fixed_serial::kMainPlacement)->Number(u"width"), 700);
-  EXPECT_EQ(profile.Get().Objects.Find(QStringLiteral("x")), nullptr);
+  EXPECT_EQ(profile.Get().Objects.Find(u"x"_id), nullptr);
 }
 
 // Whoever needs an object while messages are read or written loses neither rows nor the
@@ -204,7 +202,7 @@ TEST(SaveObject, MarkedObjectsAreSavedTogetherAtTheEnd) {
 TEST(OpenedDatabase, WhatIsOpenedMeanwhileLeavesTheOuterOneAsItWas) {
   TestProfile profile;
   Context& context = profile.Get();
-  const QString first = profile.Store("Subject: first\r\n\r\n");
+  const SerialId first = profile.Store("Subject: first\r\n\r\n");
   profile.Store("Subject: second\r\n\r\n");
   DataSession& data = context.Data;
   {
@@ -212,7 +210,7 @@ TEST(OpenedDatabase, WhatIsOpenedMeanwhileLeavesTheOuterOneAsItWas) {
     ASSERT_TRUE(mail);
     ASSERT_TRUE(data.Begin());
     ASSERT_TRUE(data.Execute(
-        QStringLiteral("UPDATE mail SET STATUS = -4 WHERE SERIALID = '%1'").arg(first)));
+        QStringLiteral("UPDATE mail SET STATUS = -4 WHERE SERIALID = '%1'").arg(first.Text())));
     ASSERT_TRUE(data.OpenRecordset(QStringLiteral("SELECT * FROM mail ORDER BY FIELD_SUBJECT"),
                                    CursorKind::ForwardOnly));
     const RecordsetPtr rows = data.Recordset();
@@ -282,8 +280,8 @@ TEST(Account, ValuesAreCheckedBeforeTheyAreStored) {
 class SearchConditionTest : public testing::Test {
  protected:
   // A folder with these condition lines; its statement.
-  QString Statement(const QStringList& lines, const QString& serialId = QStringLiteral("f")) {
-    const DiskPtr folder = MakeObject(serialId, object_type::kFolder, serialId);
+  QString Statement(const QStringList& lines, const SerialId& serialId = u"f"_id) {
+    const DiskPtr folder = MakeObject(serialId, object_type::kFolder, serialId.Text());
     folder->Let(QStringLiteral("Condition"), lines.join(kLineBreak));
     profile_.Get().Objects.Remove(serialId);
     profile_.Get().Objects.Add(folder);
@@ -300,18 +298,18 @@ class SearchConditionTest : public testing::Test {
 // What a folder shows, of messages of several states, senders and days.
 TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
   const auto store = [this](const char* subject, const char* sender, int status, int days) {
-    const QString serial = profile_.Store(
+    const SerialId serial = profile_.Store(
         QByteArray("From: ") + sender + "\r\nSubject: " + subject + "\r\n\r\n\r\n", status);
     const QString time =
         QDateTime::currentDateTime().addDays(-days).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
     EXPECT_TRUE(OpenDatabase(profile_.Get(), DatabaseKind::Mail));
     EXPECT_TRUE(profile_.Get().Data.Execute(
         QStringLiteral("UPDATE mail SET FIELD_TIMESTAMP = '%1' WHERE SERIALID = '%2'")
-            .arg(time, serial)));
+            .arg(time, serial.Text())));
     profile_.Get().Data.Close();
     return serial;
   };
-  const QString filed = store("abc today", "x@example.com", 4, 0);
+  const SerialId filed = store("abc today", "x@example.com", 4, 0);
   store("week ABC", "\"o'x\" <o@example.com>", 4, 7);
   store("old", "x@example.com", 4, 40);
   store("mine abc", "me@example.com", 2, 8);
@@ -321,7 +319,7 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
     store("other", other, 3, 60);
   }
   store("clip\r\nContent-Type: application/pdf", "x@example.com", 3, 60);
-  ASSERT_TRUE(MoveMessages(profile_.Get(), {.into = {{QStringLiteral("f"), {filed}}}}));
+  ASSERT_TRUE(MoveMessages(profile_.Get(), {.into = {{u"f"_id, {filed}}}}));
 
   const auto shown = [this](const QString& statement) {
     QStringList subjects;
@@ -361,7 +359,7 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
   EXPECT_EQ(lines({subject, Line(Kind::Attachment, {}, true, true)}), lines({subject}));
   EXPECT_EQ(shown(FolderSqlBuilder(profile_.Get()).CreateFolderSql(fixed_serial::kInbox)),
             QStringLiteral("abc today|old|week ABC"));
-  EXPECT_EQ(FolderSqlBuilder(profile_.Get()).CreateFolderSql(QStringLiteral("nowhere")), QString());
+  EXPECT_EQ(FolderSqlBuilder(profile_.Get()).CreateFolderSql(u"nowhere"_id), QString());
   // Conditions that users write themselves.
   EXPECT_EQ(sql(u"DATEDIFF(\"d\", FIELD_TIMESTAMP, NOW) = 8"), QStringLiteral("mine abc"));
   EXPECT_EQ(sql(u"FIELD_TIMESTAMP > #2026/01/31# AND STATUS = 2"), QStringLiteral("mine abc"));
@@ -373,7 +371,7 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
 TEST_F(SearchConditionTest, WhatGoesByTheTimeIsKnown) {
   const auto goesByTime = [this](const QString& line) {
     Statement({line});
-    return FolderSqlBuilder(profile_.Get()).Query(QStringLiteral("f")).DependsOnTime();
+    return FolderSqlBuilder(profile_.Get()).Query(u"f"_id).DependsOnTime();
   };
   EXPECT_TRUE(goesByTime(Line(Kind::TimeStamp, {QStringLiteral("-7")})));
   EXPECT_FALSE(goesByTime(Line(Kind::Subject, {QStringLiteral("snow")})));
@@ -385,34 +383,34 @@ TEST_F(SearchConditionTest, WhatGoesByTheTimeIsKnown) {
 }
 
 TEST_F(SearchConditionTest, WhatIsFiledIsShownOnceAndNeverNowhere) {
-  const QString kept = profile_.Store("Subject: kept\r\n\r\n");
-  const QString filed = profile_.Store("Subject: filed\r\n\r\n");
+  const SerialId kept = profile_.Store("Subject: kept\r\n\r\n");
+  const SerialId filed = profile_.Store("Subject: filed\r\n\r\n");
   Context& context = profile_.Get();
   const auto shelf = std::make_shared<Disk>(QStringLiteral("shelf"));
   shelf->Let(QStringLiteral("FormName"), object_type::kFolder);
   shelf->Let(QStringLiteral("Draw"), QStringLiteral("static"));
   context.Objects.Add(shelf);
   const auto inbox = [this, &context] {
-    QStringList ids;
+    SerialIds ids;
     const FolderQuery query = FolderSqlBuilder(context).Query(fixed_serial::kInbox);
     for (const QVariant& id : profile_.Select(query.Listing().replace(
              QStringLiteral("SELECT *"), QStringLiteral("SELECT SERIALID AS V"))))
-      ids.append(id.toString());
+      ids.append(SerialIdOf(id));
     EXPECT_EQ(profile_.Select(query.Counting().replace(QStringLiteral("COUNT(*)"),
                                                        QStringLiteral("COUNT(*) AS V"))),
               QList<QVariant>{ids.size()});
     return ids;
   };
-  ASSERT_TRUE(MoveMessages(context, {.into = {{shelf->SerialID(), {filed}}}}));
-  EXPECT_EQ(inbox(), QStringList{kept});
+  ASSERT_TRUE(MoveMessages(context, {.into = {{shelf->Serial(), {filed}}}}));
+  EXPECT_EQ(inbox(), SerialIds{kept});
   shelf->Let(QStringLiteral("Condition"), QStringLiteral("subject\t○\tno such"));
   EXPECT_EQ(inbox().size(), 2) << "the folder shows by conditions now, and not what is in it";
   shelf->Let(QStringLiteral("Condition"), QString());
-  EXPECT_EQ(inbox(), QStringList{kept});
+  EXPECT_EQ(inbox(), SerialIds{kept});
   Settings(context).Bag()->Let(QStringLiteral("ShownOnce"), false);
   EXPECT_EQ(inbox().size(), 2);
   Settings(context).Bag()->Let(QStringLiteral("ShownOnce"), true);
-  context.Objects.Remove(shelf->SerialID());
+  context.Objects.Remove(shelf->Serial());
   EXPECT_EQ(inbox().size(), 2) << "the folder has been deleted";
 }
 
@@ -437,10 +435,11 @@ TEST_F(SearchConditionTest, WhatWasThrownAwayIsInTheDustBinAlone) {
   EXPECT_EQ(count({Line(Kind::Subject, {QStringLiteral("folder.")})}), 1) << "filed or not";
   EXPECT_FALSE(Statement({}).isEmpty());  // one that is filled by hand
   EXPECT_TRUE(Statement({}).contains(QStringLiteral("STATUS > 0")));
-  EXPECT_EQ(count({Line(Kind::Folder, {fixed_serial::kDust})}), 3) << "who asks for it gets it";
+  EXPECT_EQ(count({Line(Kind::Folder, {fixed_serial::kDust.Text()})}), 3)
+      << "who asks for it gets it";
   // Nor does a text in a condition that the user wrote.
   const QString written = QStringLiteral("written");
-  const DiskPtr folder = MakeObject(written, object_type::kFolder, written);
+  const DiskPtr folder = MakeObject(SerialId(written), object_type::kFolder, written);
   profile_.Get().Objects.Add(folder);
   for (const auto& [sql, found] : {std::pair{u"FIELD_SUBJECT LIKE '*status*'", 0},
                                    {u"FIELD_SUBJECT = \"in folder.one\"", 1},
@@ -492,8 +491,8 @@ TEST_F(SearchConditionTest, FoldersThatReferToThemselvesAreExpandedOnce) {
             QStringLiteral("SELECT * FROM mail WHERE mail.FIELD_SUBJECT LIKE '*x*'"));
   EXPECT_EQ(Statement({Line(Kind::Folder, {QStringLiteral("f")})}),
             QStringLiteral("SELECT * FROM mail WHERE 0 = 1"));
-  EXPECT_EQ(Statement({Line(Kind::Folder, {fixed_serial::kInbox}),
-                       Line(Kind::Folder, {fixed_serial::kOutbox})}),
+  EXPECT_EQ(Statement({Line(Kind::Folder, {fixed_serial::kInbox.Text()}),
+                       Line(Kind::Folder, {fixed_serial::kOutbox.Text()})}),
             QStringLiteral("SELECT * FROM mail WHERE STATUS = 4 OR STATUS = 3"));
 }
 
@@ -505,16 +504,15 @@ TEST_F(SearchConditionTest, AConditionWithoutAValueIsSoundInTheFile) {
       FormatConditionLine({ConditionLine::Kind::Subject, true, false, {QString()}});
   EXPECT_FALSE(line.endsWith(QChar(u'\0')));
   EXPECT_EQ(ParseConditionLine(line)->kind, ConditionLine::Kind::Subject);
-  const DiskPtr folder =
-      MakeObject(QStringLiteral("f_empty"), object_type::kFolder, QStringLiteral("empty"));
+  const DiskPtr folder = MakeObject(u"f_empty"_id, object_type::kFolder, QStringLiteral("empty"));
   folder->Let(QStringLiteral("Condition"), line + QChar(u'\0') + QChar(u'\0'));  // as it was stored
   ASSERT_TRUE(SaveObject(context, DatabaseKind::Profile, *folder));
   const QString file = ProfileFiles(context, *context.Session).first();
   EXPECT_TRUE(CheckDatabaseFile(file, context.Session->Text(u"password"), FileContents::Objects,
-                                context.Data.Damage())
+                                context.Data.Damage().TakeOf(file))
                   .IsSound());
   profile_.Restart();
-  EXPECT_NE(profile_.Get().Objects.Find(QStringLiteral("f_empty")), nullptr);
+  EXPECT_NE(profile_.Get().Objects.Find(u"f_empty"_id), nullptr);
 }
 
 TEST_F(SearchConditionTest, LinesReadBackAndOddOnesAreSkipped) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <algorithm>
 
 #include "mail/codec/charset/code_page_932.h"
 #include "mail/search/neighbour_message.h"
@@ -45,12 +46,12 @@ class MessageListPageTest : public testing::Test {
   // What a folder's own template becomes.
   QByteArray Filled(const char* pageTemplate) {
     const auto layout = std::make_shared<Disk>(fixed_serial::kLayout);
-    layout->Let(folder_ + QStringLiteral("_html"), QString::fromUtf8(pageTemplate));
+    layout->Let(folder_.Text() + QStringLiteral("_html"), QString::fromUtf8(pageTemplate));
     profile_.Get().Objects.Remove(fixed_serial::kLayout);
     profile_.Get().Objects.Add(layout);
     return Page();
   }
-  QString Store(const QByteArray& subject, int status = 4, const QByteArray& more = {}) {
+  SerialId Store(const QByteArray& subject, int status = 4, const QByteArray& more = {}) {
     return profile_.Store("From: Sato <s@x>\r\nTo: t@x\r\nBcc: b@x\r\nSubject: " + subject +
                               "\r\n" + more + "\r\nbody text\r\n",
                           status);
@@ -62,13 +63,13 @@ class MessageListPageTest : public testing::Test {
 
   TestProfile profile_;
   QByteArray last_;  // row of a page
-  QString folder_ = fixed_serial::kInbox;
+  SerialId folder_ = fixed_serial::kInbox;
   QString search_;
   bool hasNeighbours_ = true;
 };
 
 TEST_F(MessageListPageTest, TheDefaultPageIsByteForByteAsDocumented) {
-  const QByteArray id = Store("A & B").toLatin1();
+  const QByteArray id = Store("A & B").Text().toLatin1();
   SetRows(1);
   const QString page = QStringLiteral(
       "<HTML lang = \"ja\">\r\n\r\n    <HEAD>\r\n"
@@ -106,7 +107,7 @@ TEST_F(MessageListPageTest, TheDefaultPageIsByteForByteAsDocumented) {
 
 TEST_F(MessageListPageTest, AFolderHasItsOwnLayoutOrTheSharedOne) {
   Context& context = profile_.Get();
-  const auto text = [this](const QString& folder) {
+  const auto text = [this](const SerialId& folder) {
     folder_ = folder;
     return QString::fromLatin1(Page());
   };
@@ -155,7 +156,7 @@ TEST_F(MessageListPageTest, ASearchLooksAtWhatIsShownOfAddresses) {
 
 TEST_F(MessageListPageTest, WhatIsFoundInAllFoldersSaysWhereItIs) {
   Context& context = profile_.Get();
-  const QString filed = Store("hit filed");
+  const SerialId filed = Store("hit filed");
   Store("hit received");
   Store("hit sent", kStatusSent);
   const auto folder = MakeManualFolder(context, QStringLiteral("棚<1>"));
@@ -186,29 +187,29 @@ TEST_F(MessageListPageTest, APageIsItsUsersAlone) {
 }
 
 TEST_F(MessageListPageTest, TheNextAndTheEarlierOneOfOneMoment) {
-  QStringList serials;
+  SerialIds serials;
   for (int i = 0; i < 3; ++i) serials.append(Store("A"));
   ASSERT_TRUE(OpenDatabase(profile_.Get(), DatabaseKind::Mail));
   ASSERT_TRUE(profile_.Get().Data.Execute(
       QStringLiteral("UPDATE mail SET FIELD_TIMESTAMP = '2026-01-01 00:00:00.000'")));
   profile_.Get().Data.Close();
-  serials.sort();
-  const auto neighbour = [this](const QString& serial, int step) {
+  std::sort(serials.begin(), serials.end());
+  const auto neighbour = [this](const SerialId& serial, int step) {
     return NeighbourMessage(profile_.Get(), folder_, search_, serial, step);
   };
   EXPECT_EQ(neighbour(serials[1], 1), serials[2]);
   EXPECT_EQ(neighbour(serials[1], -1), serials[0]);
-  EXPECT_EQ(neighbour(serials[0], -1), QString());
-  EXPECT_EQ(neighbour(serials[2], 1), QString());
+  EXPECT_EQ(neighbour(serials[0], -1), SerialId());
+  EXPECT_EQ(neighbour(serials[2], 1), SerialId());
   // In a search only what it finds is beside one another.
-  const QString found = Store("Bee");
+  const SerialId found = Store("Bee");
   search_ = QStringLiteral("Be");
   EXPECT_EQ(neighbour(serials[0], 1), found);
-  EXPECT_EQ(neighbour(found, -1), QString());
+  EXPECT_EQ(neighbour(found, -1), SerialId());
 }
 
 TEST_F(MessageListPageTest, TheNextUnopenedOneFollowsTheOrderOfThePages) {
-  QStringList serials;
+  SerialIds serials;
   for (int i = 0; i < 4; ++i) serials.append(Store(i == 2 ? "Bee" : "A"));
   ASSERT_TRUE(OpenDatabase(profile_.Get(), DatabaseKind::Mail));
   for (int i = 0; i < 4; ++i) {
@@ -216,14 +217,14 @@ TEST_F(MessageListPageTest, TheNextUnopenedOneFollowsTheOrderOfThePages) {
         QStringLiteral("UPDATE mail SET FIELD_TIMESTAMP = '2026-01-0%1 00:00:00.000' "
                        "WHERE SERIALID = '%2'")
             .arg(i + 1)
-            .arg(serials[i])));
+            .arg(serials[i].Text())));
   }
   profile_.Get().Data.Close();
   ASSERT_TRUE(SetMark(profile_.Get(), {serials[1]}, kFlagNew, false));
-  const auto next = [this](const QString& from) {
+  const auto next = [this](const SerialId& from) {
     return NextUnopened(profile_.Get(), folder_, search_, from);
   };
-  const auto before = [this](const QString& message) {
+  const auto before = [this](const SerialId& message) {
     return RowsBefore(profile_.Get(), folder_, search_, message);
   };
   EXPECT_EQ(next({}), serials[0]);
@@ -234,13 +235,13 @@ TEST_F(MessageListPageTest, TheNextUnopenedOneFollowsTheOrderOfThePages) {
   EXPECT_EQ(next(serials[2]), serials[0]);
   EXPECT_EQ(next({}), serials[3]);
   EXPECT_EQ(before(serials[3]), 0);
-  EXPECT_FALSE(before(QStringLiteral("none")));
+  EXPECT_FALSE(before(u"none"_id));
   search_ = QStringLiteral("Be");
   EXPECT_EQ(next(serials[3]), serials[2]);
-  EXPECT_EQ(next(serials[2]), QString()) << "itself is not the next";
+  EXPECT_EQ(next(serials[2]), SerialId()) << "itself is not the next";
   EXPECT_EQ(before(serials[2]), 0);
   search_ = QStringLiteral("from");
-  EXPECT_EQ(next({}), QString()) << "what stands before each address is not searched";
+  EXPECT_EQ(next({}), SerialId()) << "what stands before each address is not searched";
 }
 
 TEST_F(MessageListPageTest, UnopenedMessagesAreThoseOfTheFoldersAlternatives) {
@@ -250,12 +251,12 @@ TEST_F(MessageListPageTest, UnopenedMessagesAreThoseOfTheFoldersAlternatives) {
   folder->Let(QStringLiteral("SqlUse"), true);
   folder->Let(QStringLiteral("Sql"), QStringLiteral("STATUS = 3 OR STATUS = 4"));
   profile_.Get().Objects.Add(folder);
-  const QString opened = Store("opened", 3);
+  const SerialId opened = Store("opened", 3);
   Store("unopened");
   Disk request(opened);
   request.Let(QStringLiteral("flag"), QStringLiteral("000"));
   ASSERT_TRUE(MailStore(profile_.Get()).UpdateMessageState(kStateFlag, request, true));
-  EXPECT_EQ(CountUnread(profile_.Get(), folder->SerialID()), 1);
+  EXPECT_EQ(CountUnread(profile_.Get(), folder->Serial()), 1);
 }
 
 TEST_F(MessageListPageTest, OnlyReceivedMessagesCanBeAnswered) {
@@ -268,7 +269,8 @@ TEST_F(MessageListPageTest, OnlyReceivedMessagesCanBeAnswered) {
 }
 
 TEST_F(MessageListPageTest, TagsAreFilled) {
-  const QByteArray id = Store("", 4, "X-Priority: 1\r\nContent-Type: image/png\r\n").toLatin1();
+  const QByteArray id =
+      Store("", 4, "X-Priority: 1\r\nContent-Type: image/png\r\n").Text().toLatin1();
   const auto row = [this](const char* tags) {
     return Filled(("<+MAIL>" + QByteArray(tags) + ";<+MAIL>").constData());
   };
@@ -315,7 +317,7 @@ TEST_F(MessageListPageTest, NoNameHidesTheAddressThatAMessageCameFrom) {
   Settings(profile_.Get()).Bag()->Let(QStringLiteral("PageEscape"), true);
   const auto shown = [this](const char16_t* name, const char* subject = "s") {
     folder_ = fixed_serial::kInbox;
-    const QString id =
+    const SerialId id =
         profile_.Store("From: =?utf-8?B?" + QString::fromUtf16(name).toUtf8().toBase64() +
                            "?= <evil@x.test>\r\nSubject: =?utf-8?B?" +
                            QByteArray(subject).toBase64() + "?=\r\n\r\nx\r\n",
@@ -351,14 +353,14 @@ TEST_F(MessageListPageTest, ARowTemplateThatNeverEndsIsWrittenOnce) {
 }
 
 TEST_F(MessageListPageTest, AnOpenLinkSectionEndsWithItsPage) {
-  const QByteArray link = "1<A HREF = \"preview:" + Store("a").toLatin1() + "\">2";
+  const QByteArray link = "1<A HREF = \"preview:" + Store("a").Text().toLatin1() + "\">2";
   SetRows(1);
   Filled("");  // makes the layout
   MessageListPages pages(profile_.Get());
   const auto filled = [&](const char* html) {
     profile_.Get()
         .Objects.Find(fixed_serial::kLayout)
-        ->Let(folder_ + QStringLiteral("_html"), QString::fromUtf8(html));
+        ->Let(folder_.Text() + QStringLiteral("_html"), QString::fromUtf8(html));
     const QString path = pages.CreateMessageListPage(folder_, 1).ValueOr({}).content;
     const QByteArray bytes = ReadFile(path);
     QFile::remove(path);
@@ -370,14 +372,16 @@ TEST_F(MessageListPageTest, AnOpenLinkSectionEndsWithItsPage) {
 
 // Of both the engine takes fewer values in a statement.
 TEST_F(MessageListPageTest, ManyHitsAreShownInAFolderOfManyLiterals) {
-  const QStringList messages{Store("word"), Store("word, too"), Store("one"), Store("it's 7")};
+  const SerialIds messages{Store("word"), Store("word, too"), Store("one"), Store("it's 7")};
   QStringList literals;
   for (int i = 0; i < 1200; ++i) literals.append(QStringLiteral("'it''s %1'").arg(i));
   profile_.Get().Objects.Find(folder_)->Let(
       QStringLiteral("Sql"), QStringLiteral("FIELD_SUBJECT NOT IN (%1)").arg(literals.join(u',')));
   FolderSearch search(QStringLiteral("word"));
   search.hits = messages.mid(2);
-  for (int i = 0; i < 2000; ++i) search.hits->prepend(QStringLiteral("gone%1").arg(i));
+  for (int i = 0; i < 2000; ++i) {
+    search.hits->prepend(SerialId(QStringLiteral("gone%1").arg(i)));
+  }
   MessageListPages pages(profile_.Get());
   EXPECT_EQ(pages.CountFound(folder_, search), 1);
   search.hasMore = true;
@@ -395,12 +399,11 @@ TEST_F(MessageListPageTest, AHostileConditionGivesNoPage) {
 TEST(PageTags, ChildrenAreReadInTableOrderAndUpToTheLimit) {
   const PageTagTable table = CreatePageTagTable();
   const QByteArray text = "<replay><FORWARD>x";
-  qsizetype position = 0;
-  EXPECT_EQ(ReadChildTags(text, table[1], position), QStringLiteral("0\r\n2"));
-  EXPECT_EQ(position, text.size() - 1);
-  position = 0;
-  ReadChildTags(text, table[1], position, 1);
-  EXPECT_EQ(position, text.size() - 1);  // the limit is met after one more
+  const FoundChildTags all = ReadChildTags(text, table[1], 0);
+  EXPECT_EQ(all.indices, QList<qsizetype>({0, 2}));
+  EXPECT_EQ(all.end, text.size() - 1);
+  // the limit is met after one more
+  EXPECT_EQ(ReadChildTags(text, table[1], 0, 1).end, text.size() - 1);
   EXPECT_FALSE(MatchTagPattern("<+MAI", table[8].section, 0));
   EXPECT_EQ(DefaultPageTemplate().count(QStringLiteral("\r\n")), 45);
 }
@@ -410,7 +413,7 @@ TEST(LinkCommand, CommandsAreReadInAnyCase) {
   ASSERT_TRUE(reply);
   EXPECT_EQ(reply->mode, OpenMode::ReplyAll);
   EXPECT_TRUE(reply->isNew);
-  EXPECT_EQ(reply->serialId, QStringLiteral("mail_x@y"));
+  EXPECT_EQ(reply->serialId, u"mail_x@y"_id);
   EXPECT_FALSE(ReadLinkCommand(QStringLiteral("preview:a"))->isNew);
   EXPECT_FALSE(ReadLinkCommand(QStringLiteral("http://x/preview:a")));
   EXPECT_FALSE(ReadLinkCommand(QStringLiteral("preview")));

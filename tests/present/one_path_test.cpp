@@ -170,13 +170,13 @@ class OnePathTest : public testing::Test {
  protected:
   Context& TheContext() { return profile_.Get(); }
 
-  MessageModel Open(const QString& serial, OpenMode mode) {
+  MessageModel Open(const SerialId& serial, OpenMode mode) {
     Disk request(serial);
     request.Let(QStringLiteral("db"), static_cast<int>(DatabaseKind::MailByPath));
     MailRequestBag(request).SetMode(mode);
     return OpenMessage(TheContext(), request).model;
   }
-  void LetCode(const QString& serial, int code) {
+  void LetCode(const SerialId& serial, int code) {
     Disk request(serial);
     const QString text = code < 0 ? QStringLiteral("*") : QString::number(code);
     MessageBag::SetFlags(request, FlagString(QStringLiteral("0200")).With(kFlagCode, text));
@@ -184,12 +184,13 @@ class OnePathTest : public testing::Test {
   }
 
   struct PageRow {
-    QString serial, subject, text;
+    SerialId serial;
+    QString subject, text;
   };
   // Every message of the inbox as a line of a folder's page: a link, its subject and its text.
   QByteArray AllOnOnePage() {
     const auto layout = std::make_shared<Disk>(fixed_serial::kLayout);
-    layout->Let(fixed_serial::kInbox + QStringLiteral("_html"),
+    layout->Let(fixed_serial::kInbox.Text() + QStringLiteral("_html"),
                 QStringLiteral("<+MAIL>\n<+DIALOG>x<+DIALOG>|<+SUBJECT>|<+TEXT>"));
     TheContext().Objects.Remove(fixed_serial::kLayout);
     TheContext().Objects.Add(layout);
@@ -215,7 +216,7 @@ TEST_F(OnePathTest, MixedCodesAreReadAsTheyWereWritten) {
   std::vector<PageRow> pages;
   for (int number = 0; number < kMessages && failures < 5; ++number) {
     const Generated message = generator.Next(number);
-    const QString serial = profile_.Store(message.source);
+    const SerialId serial = profile_.Store(message.source);
     const MessageIndex index = IndexMessage(message.source, {}, {types});
     numbered += StoredCharset(index.flags) != CharsetChoice::Automatic ? 1 : 0;
     const auto agrees = [&](const char* place, const QString& text, const QString& expected) {
@@ -250,7 +251,7 @@ TEST_F(OnePathTest, MixedCodesAreReadAsTheyWereWritten) {
   for (size_t i = 0; i < pages.size() && !HasFailure(); ++i) {
     const QByteArray wanted =
         ToCodePage932(QStringLiteral("preview:%1\">x</A>|%2|%3")
-                          .arg(pages[i].serial, pages[i].subject, pages[i].text));
+                          .arg(pages[i].serial.Text(), pages[i].subject, pages[i].text));
     EXPECT_TRUE(page.contains(wanted)) << wanted.toStdString();
   }
   // Those in one code throughout keep its number.

@@ -136,14 +136,14 @@ class Desk {
   }
 
   void Open(const QString& message) {
-    place_.BeginAtMessage(message);
+    place_.BeginAtMessage(SerialId(message));
     LoadPage();
     Settle();
   }
   void Delete() {
-    rows_.Take([this](const QStringList& messages) {
+    rows_.Take([this](const SerialIds& messages) {
       QTimer::singleShot(0, &context_, [this, messages] {
-        for (const QString& message : messages) {
+        for (const QString& message : TextsOf(messages)) {
           if (folder_.removeOne(message)) deleted_.append(message);
         }
         rows_.Remove(messages);
@@ -158,14 +158,15 @@ class Desk {
       folder_.append(message);
       folder_.sort();
       if (random_.bounded(2) == 0) Refresh();
-      place_.BeginAtMessage(message);
+      place_.BeginAtMessage(SerialId(message));
       Refresh();
     });
   }
   // As the next unopened message, which is sought in the store.
   void GoToNext() {
-    rows_.CurrentAlone([this](const QString& message) {
-      const QString next = folder_.value(qMin(folder_.indexOf(message) + 3, folder_.size() - 1));
+    rows_.CurrentAlone([this](const SerialId& message) {
+      const qsizetype at = folder_.indexOf(message.Text());
+      const SerialId next(folder_.value(qMin(at + 3, folder_.size() - 1)));
       rows_.GoToMessage(next, [this, next] {
         place_.BeginAtMessage(next);
         Refresh();

@@ -68,7 +68,7 @@ class PagingTest : public testing::Test {
     return expected;
   }
   QStringList Page(MessageListPages& pages, qint32 number,
-                   const QString& folder = fixed_serial::kInbox) {
+                   const SerialId& folder = fixed_serial::kInbox) {
     const auto page = pages.CreateMessageListPage(folder, number).ValueOr({});
     before_ = page.hasBefore;
     next_ = page.hasNext;
@@ -159,12 +159,12 @@ TEST_F(PagingTest, RowsThatWereFoundElsewhereMakeThePagesUntilSomethingChanges) 
                                                 CursorKind::ForwardOnly));
   QStringList found;
   for (const RecordsetPtr rows = profile_.Get().Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
-    found.append(rows->SerialID());
+    found.append(rows->Serial().Text());
   }
   EXPECT_EQ(found, Expected());
   // Others than the truth show where they come from.
   found.removeAt(1500);
-  pages.TakeAnswer(fixed_serial::kInbox, {}, found);
+  pages.TakeAnswer(fixed_serial::kInbox, {}, SerialIdsOf(found));
   ExpectPagesOf(pages, found);
   EXPECT_EQ(pages.CountPages(fixed_serial::kInbox, QStringLiteral("s"), false), 0);
   Run([](DataSession& data) { Insert(data, 9001, QStringLiteral("'2021-03-01 00:00:00'")); });

@@ -394,12 +394,12 @@ TEST_F(DataSessionTest, PasswordsChangeFromAndToTheEmptyOne) {
 }
 
 TEST_F(DataSessionTest, SerialIdentifiersAreUniqueSafeAndInOrder) {
-  QSet<QString> seen;
-  QString last;
+  QSet<SerialId> seen;
+  SerialId last;
   const QRegularExpression allowed(QStringLiteral("^mail_[a-z2-7]{20}$"));
   for (int i = 0; i < 20000; ++i) {
-    const QString serial = data_.NewSerialID(QStringLiteral("mail_"));
-    ASSERT_TRUE(allowed.match(serial).hasMatch()) << serial.toStdString();
+    const SerialId serial = data_.NewSerialID(QStringLiteral("mail_"));
+    ASSERT_TRUE(allowed.match(serial.Text()).hasMatch()) << serial.Text().toStdString();
     ASSERT_LT(last, serial);
     seen.insert(serial);
     last = serial;

@@ -12,7 +12,7 @@ namespace {
 
 using test::TestProfile;
 
-DiskPtr Reloaded(Context& context, const QString& serialId) {
+DiskPtr Reloaded(Context& context, const SerialId& serialId) {
   auto copy = std::make_shared<Disk>(serialId);
   EXPECT_TRUE(copy->DatabaseToDisk(context.Data));
   return copy;
@@ -76,14 +76,14 @@ TEST(Disk, ValuesAndTheirOrderSurviveSavingAndLoading) {
   bag.Remove(u"no");
   ASSERT_TRUE(bag.DiskToDatabase(context.Data));
 
-  const DiskPtr copy = Reloaded(context, QStringLiteral("s"));
+  const DiskPtr copy = Reloaded(context, u"s"_id);
   ASSERT_EQ(copy->Size(), bag.Size());
   for (qint32 i = 1; i <= bag.Size(); ++i) {
     EXPECT_EQ(copy->NameAt(i), bag.NameAt(i));
     EXPECT_EQ(copy->Get(bag.NameAt(i)), bag.Get(bag.NameAt(i)));
   }
   EXPECT_TRUE(bag.Delete(context.Data));
-  EXPECT_EQ(Reloaded(context, QStringLiteral("s"))->Size(), 0);
+  EXPECT_EQ(Reloaded(context, u"s"_id)->Size(), 0);
 }
 
 TEST(Disk, OddRowsAreReadAsFarAsTheyMakeSense) {
@@ -97,7 +97,7 @@ TEST(Disk, OddRowsAreReadAsFarAsTheyMakeSense) {
   InsertRow(context, QStringLiteral("number@long"), QStringLiteral("twelve"));
   InsertRow(context, QStringLiteral("Twice@long"), QStringLiteral("1"));
   InsertRow(context, QStringLiteral("TWICE@long"), QStringLiteral("2"));
-  const DiskPtr bag = Reloaded(context, QStringLiteral("s"));
+  const DiskPtr bag = Reloaded(context, u"s"_id);
   EXPECT_EQ(bag->Size(), 4);
   EXPECT_EQ(bag->Get(u"flag"), QVariant(true));
   EXPECT_EQ(bag->Get(u"other"), QVariant(false));
@@ -117,7 +117,7 @@ TEST(Disk, AFailedSaveKeepsTheStoredRows) {
   bag.Set(QStringLiteral("object"), QVariant::fromValue(std::make_shared<Disk>()));
   bag.Let(QStringLiteral("later"), QStringLiteral("new"));
   EXPECT_FALSE(bag.DiskToDatabase(context.Data));
-  const DiskPtr stored = Reloaded(context, QStringLiteral("s"));
+  const DiskPtr stored = Reloaded(context, u"s"_id);
   EXPECT_EQ(stored->Text(u"kept"), QStringLiteral("value"));
   EXPECT_EQ(stored->Size(), 1);
 

@@ -70,7 +70,7 @@ class PasswordStepsTest : public testing::Test {
     };
     PasswordChange::Outcome outcome = PasswordChange::Outcome::Unchanged;
     try {
-      outcome = change.Run(from_, to_);
+      outcome = change.Run(from_, to_).outcome;
     } catch (const Death&) {
       outcome = QFile::exists(files_[0] + QStringLiteral(".decided"))
                     ? PasswordChange::Outcome::Decided
@@ -95,7 +95,8 @@ TEST_F(PasswordStepsTest, WhereverItStopsAllFilesHaveOnePassword) {
       EXPECT_EQ(reached, step < kSteps);
       DataSession next;
       PasswordChange rest = Change(next);
-      EXPECT_TRUE(rest.Finish()) << rest.Error().text.toStdString();
+      const Result<> finished = rest.Finish();
+      EXPECT_TRUE(finished) << finished.Error().text.toStdString();
       EXPECT_FALSE(rest.IsUnfinished());
       const QString password = Password();
       EXPECT_EQ(reached, outcome != PasswordChange::Outcome::Changed) << step;
@@ -120,7 +121,7 @@ TEST_F(PasswordStepsTest, WhatTheDiskHoldsDecidesWhetherItIsChanged) {
       if (step == at && file == files_[1]) spoil(file);
       return true;
     };
-    const PasswordChange::Outcome outcome = change.Run(kOld, kNew);
+    const PasswordChange::Outcome outcome = change.Run(kOld, kNew).outcome;
     data.CloseAll();
     return outcome;
   };
@@ -152,10 +153,11 @@ TEST_F(PasswordStepsTest, AMissingOrDamagedCopyIsAnErrorAndNeverSuccess) {
   for (const QByteArray& wrong : {QByteArray(), QByteArray(8192, 'x')}) {
     if (!wrong.isEmpty()) test::WriteFile(copy, wrong);
     PasswordChange rest = Change(data);
-    EXPECT_FALSE(rest.Finish());
-    EXPECT_TRUE(rest.Error().text.contains(u"mail.mbx")) << rest.Error().text.toStdString();
+    const Result<> finished = rest.Finish();
+    EXPECT_FALSE(finished);
+    EXPECT_TRUE(finished.Error().text.contains(u"mail.mbx")) << finished.Error().text.toStdString();
     EXPECT_TRUE(rest.IsUnfinished());
-    EXPECT_EQ(rest.Run(kOld, kNew), PasswordChange::Outcome::Unchanged);
+    EXPECT_EQ(rest.Run(kOld, kNew).outcome, PasswordChange::Outcome::Unchanged);
   }
   QFile::remove(copy);
   ASSERT_TRUE(QFile::rename(aside, copy));
@@ -213,18 +215,18 @@ TEST_F(PasswordStepsTest, OlderFilesOpenAndGetAKeyOfTodayUnderTheSamePassword) {
   EXPECT_TRUE(renewal.AnyKeyIsOlder(kOld));
   const QString mark = FileMark(files_[0]);
   EXPECT_TRUE(renewal.AnyKeyIsOlder({}));
-  EXPECT_EQ(renewal.Run(kOld, kOld), PasswordChange::Outcome::Changed);
+  EXPECT_EQ(renewal.Run(kOld, kOld).outcome, PasswordChange::Outcome::Changed);
   EXPECT_FALSE(renewal.AnyKeyIsOlder(kOld));
   EXPECT_EQ(FileMark(files_[0]), mark) << "a lost file is still told from another";
-  EXPECT_EQ(renewal.Run(kOld, kNew), PasswordChange::Outcome::Changed);
-  EXPECT_EQ(renewal.Run(kNew, {}), PasswordChange::Outcome::Changed);
+  EXPECT_EQ(renewal.Run(kOld, kNew).outcome, PasswordChange::Outcome::Changed);
+  EXPECT_EQ(renewal.Run(kNew, {}).outcome, PasswordChange::Outcome::Changed);
   const QString code = FileKey::FromCode(QStringLiteral("ABCDE"));
   EXPECT_TRUE(renewal.AnyKeyIsOlder(code));
   EXPECT_TRUE(data.TestPassword(files_[0], code));
-  EXPECT_EQ(renewal.Run(code, code), PasswordChange::Outcome::Changed);
+  EXPECT_EQ(renewal.Run(code, code).outcome, PasswordChange::Outcome::Changed);
   EXPECT_FALSE(renewal.AnyKeyIsOlder(code));
   EXPECT_FALSE(data.TestPassword(files_[0], {}));
-  EXPECT_EQ(renewal.Run(code, kOld), PasswordChange::Outcome::Changed);
+  EXPECT_EQ(renewal.Run(code, kOld).outcome, PasswordChange::Outcome::Changed);
   EXPECT_EQ(FileMark(files_[0]), mark);
   EXPECT_EQ(Password(), kOld);
   ASSERT_TRUE(data.Open(files_[0], kOld));

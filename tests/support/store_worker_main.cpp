@@ -46,7 +46,7 @@ int main(int argc, char** argv) {
     request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
     request.Let(QStringLiteral("folder"), QStringLiteral("f1\r\nf2"));
     const int size = QRandomGenerator::global()->bounded(100, 60000);
-    const Result<QString> stored =
+    const Result<SerialId> stored =
         store.StoreMessage(request, "Subject: x\r\n\r\n" + QByteArray(size, 'x'));
     if (!stored) Die(stored.Error().text);
     Say("stored", request.SerialID());

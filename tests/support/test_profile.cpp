@@ -81,7 +81,7 @@ DiskPtr TestProfile::AddAccount(int port, bool deleteOnServer, bool apop, const 
   return *CreateAccount(*context_, values);
 }
 
-QString TestProfile::Store(const QByteArray& source, int status) {
+SerialId TestProfile::Store(const QByteArray& source, int status) {
   Disk request(context_->Data.NewSerialID(QStringLiteral("mail_")));
   request.Let(QStringLiteral("process"), status);
   request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
@@ -99,11 +99,11 @@ QList<QVariant> Select(Context& context, const QString& select) {
   return values;
 }
 
-QStringList Filed(Context& context, QStringList messages, const QString& folder) {
-  const QList<QVariant> filed =
-      Select(context,
-             QStringLiteral("SELECT SERIALID AS V FROM folder WHERE FOLDERID = '%1'").arg(folder));
-  messages.removeIf([&filed](const QString& serial) { return !filed.contains(serial); });
+SerialIds Filed(Context& context, SerialIds messages, const SerialId& folder) {
+  const QList<QVariant> filed = Select(
+      context,
+      QStringLiteral("SELECT SERIALID AS V FROM folder WHERE FOLDERID = '%1'").arg(folder.Text()));
+  messages.removeIf([&filed](const SerialId& serial) { return !filed.contains(serial.Text()); });
   return messages;
 }
 

@@ -13,6 +13,7 @@
 
 #include "frame/profile_login.h"
 #include "storage/context.h"
+#include "support/serial_literal.h"
 
 // How values print in failed expectations.
 void PrintTo(const QString& text, std::ostream* out);
@@ -38,7 +39,7 @@ Result<> Enter(Context& context, const QString& folder, const QString& password 
 QList<QVariant> Select(Context& context, const QString& select);
 
 /// Those of the messages that are filed in a folder.
-QStringList Filed(Context& context, QStringList messages, const QString& folder);
+SerialIds Filed(Context& context, SerialIds messages, const SerialId& folder);
 
 /// A data folder on disk with the first profile logged in, as after a first run.
 class TestProfile {
@@ -54,8 +55,8 @@ class TestProfile {
   DiskPtr AddAccount(int port, bool deleteOnServer = false, bool apop = false,
                      const QString& user = QStringLiteral("user"),
                      const QString& password = QStringLiteral("secret"));
-  /// Stores a received message; returns its serial identifier.
-  QString Store(const QByteArray& source, int status = 4);
+  /// Stores a received message.
+  SerialId Store(const QByteArray& source, int status = 4);
   /// The column "V" of every row that a statement selects from the mail database.
   QList<QVariant> Select(const QString& select) { return test::Select(*context_, select); }
 

@@ -16,7 +16,7 @@ namespace vorn::test {
 class RecordingHost : public PlanHost, public StatusPanel {
  public:
   void PostRequest(const DiskPtr& request) override { requests.append(request); }
-  void AddEvent(EventLevel level, EventMode, const QString&, const QString&,
+  void AddEvent(EventLevel level, EventMode, const SerialId&, const QString&,
                 const QString& category, const QString& text) override {
     levels.append(level);
     categories.append(category);
@@ -27,7 +27,7 @@ class RecordingHost : public PlanHost, public StatusPanel {
     ++periodic;
     if (onPeriodic) onPeriodic();
   }
-  QString ChooseAccount(const QString&, const QString&) override {
+  SerialId ChooseAccount(const QString&, const QString&) override {
     if (onQuestion) onQuestion();
     return chosenAccount;
   }
@@ -47,7 +47,8 @@ class RecordingHost : public PlanHost, public StatusPanel {
   QList<DiskPtr> requests;
   QList<int> levels;
   QStringList categories, log, progress, work, held;
-  QString chosenAccount, typedPassword;
+  SerialId chosenAccount;
+  QString typedPassword;
   int passwordQuestions = 0;
   int periodic = 0;
   std::function<void()> onEvent;  // a session has ended

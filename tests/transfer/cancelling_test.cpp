@@ -41,7 +41,7 @@ TEST_F(OnceTest, CancellingEndsTheSessionAndNotTheChecking) {
   EXPECT_TRUE(host_.log.last().contains(QStringLiteral("2通受信")));
   ASSERT_EQ(host_.requests.size(), 1);
   EXPECT_EQ(host_.requests[0]->Text(u"message").split(QStringLiteral("\r\n")).size(), 2);
-  EXPECT_TRUE(traffic_.Plan().Job(QStringLiteral("maildefault")));
+  EXPECT_TRUE(traffic_.Plan().Job(u"maildefault"_id));
 }
 
 // A session that has ended is recorded, and its account given free, also when the user cancels what
@@ -129,7 +129,7 @@ TEST_F(OnceTest, AQuestionThatIsOpenHoldsNobodyUp) {
     EXPECT_TRUE(isFree(Account(account).Work()));
     traffic_.Plan().Cancel();
   };
-  accounts.Remove(known->SerialID());
+  accounts.Remove(known->Serial());
   traffic_.Plan().AddReceiveJob(accounts);
   traffic_.Tick();
   EXPECT_FALSE(traffic_.Plan().HasWork());

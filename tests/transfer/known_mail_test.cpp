@@ -277,7 +277,7 @@ TEST_F(KnownMailTest, WhatWasHereOnceStaysKnown) {
   profile_.AddAccount(server_.Port());
   EXPECT_EQ(Receive().stored, 3);
   const QList<QVariant> rows = profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail"));
-  ASSERT_TRUE(SetDust(profile_.Get(), {rows.value(0).toString()}, true));
+  ASSERT_TRUE(SetDust(profile_.Get(), {SerialIdOf(rows.value(0))}, true));
   ASSERT_TRUE(EmptyDust(profile_.Get()));
   const QList<test::ServerMessage> all = server_.Messages;
   server_.Messages.clear();
@@ -308,7 +308,7 @@ TEST_F(KnownMailTest, WhatWasErasedForGoodStaysAway) {
   const auto erase = [this] {
     const QList<QVariant> all =
         profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail WHERE FIELD_SUBJECT = '1'"));
-    ASSERT_TRUE(SetDust(profile_.Get(), {all.value(0).toString()}, true));
+    ASSERT_TRUE(SetDust(profile_.Get(), {SerialIdOf(all.value(0))}, true));
     ASSERT_TRUE(EmptyDust(profile_.Get()));
   };
   erase();
@@ -339,7 +339,7 @@ TEST_F(KnownMailTest, WhatIsErasedDuringTheSessionKeepsNothingOnTheServer) {
     const QList<QVariant> first =
         profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail WHERE FIELD_SUBJECT = '0'"));
     erased =
-        SetDust(profile_.Get(), {first.value(0).toString()}, true) && EmptyDust(profile_.Get());
+        SetDust(profile_.Get(), {SerialIdOf(first.value(0))}, true) && EmptyDust(profile_.Get());
   };
   EXPECT_EQ(Receive().stored, 4);
   EXPECT_TRUE(erased);

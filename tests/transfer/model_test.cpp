@@ -100,7 +100,7 @@ class Model : public testing::Test {
   QString Folder() const { return folder_.path() + QStringLiteral("/data/"); }
   int Dice(int sides) { return static_cast<int>(chance_.bounded(sides)); }
   RunningProgram& AnyProgram() { return *programs_[static_cast<size_t>(Dice(2))]; }
-  QString AnyMessage() {
+  SerialId AnyMessage() {
     if (written_.empty()) return {};
     auto found = written_.begin();
     std::advance(found, Dice(static_cast<int>(written_.size())));
@@ -108,15 +108,15 @@ class Model : public testing::Test {
   }
 
   // A source whose subject names the message and whose text and recipient name the version.
-  QByteArray NewSource(const QString& serial) {
+  QByteArray NewSource(const SerialId& serial) {
     const QByteArray version = QByteArray::number(++versions_);
     return "From: me@example.com\r\nTo: to" + version +
-           "@example.com\r\nSubject: " + serial.toLatin1() + "\r\n\r\n" +
+           "@example.com\r\nSubject: " + serial.Text().toLatin1() + "\r\n\r\n" +
            QByteArray(Dice(3) == 0 ? 400000 : 20, 'x') + "\r\n.dot " + version + "\r\n.\r\n";
   }
 
   // --- what users do ---
-  bool StoreWaiting(Context& context, const QString& serial) {
+  bool StoreWaiting(Context& context, const SerialId& serial) {
     const QByteArray source = NewSource(serial);
     Disk request(serial);
     request.Let(QStringLiteral("process"), 2);
@@ -134,16 +134,16 @@ class Model : public testing::Test {
   }
   // As the message window edits one that waits: taken back first.
   void Edit() {
-    const QString serial = AnyMessage();
+    const SerialId serial = AnyMessage();
     Context& context = AnyProgram().context;
-    if (serial.isEmpty() || !MailStore(context).CancelWaiting(Disk(serial))) return;
+    if (serial.IsEmpty() || !MailStore(context).CancelWaiting(Disk(serial))) return;
     written_[serial].withdrawn = true;
     if (Dice(2) == 0) StoreWaiting(context, serial);
   }
   void ThrowAway() {
-    const QString serial = AnyMessage();
+    const SerialId serial = AnyMessage();
     Context& context = AnyProgram().context;
-    if (serial.isEmpty() || StatusOf(context, serial) != kStatusWaiting) return;
+    if (serial.IsEmpty() || StatusOf(context, serial) != kStatusWaiting) return;
     if (Outbox(context, MailDatabasePath(context)).FindDoubtful(serial)) return;
     bool gone = false;
     if (Dice(2) == 0) {
@@ -160,7 +160,7 @@ class Model : public testing::Test {
     Outbox outbox(context, MailDatabasePath(context));
     const QList<DoubtfulMessage> doubtful = outbox.Doubtful();
     if (doubtful.isEmpty()) return;
-    const QString serial = doubtful[Dice(static_cast<int>(doubtful.size()))].serialId;
+    const SerialId serial = doubtful[Dice(static_cast<int>(doubtful.size()))].serialId;
     if (Dice(2) == 0) {
       if (outbox.SendAgain(serial)) ++written_[serial].allowed;
     } else if (outbox.KeepAsSent(serial)) {
@@ -171,7 +171,7 @@ class Model : public testing::Test {
     RunningProgram& program = AnyProgram();
     static constexpr PlanFlags kFlags[] = {kPlanSend, kPlanReceive, kPlanSend | kPlanReceive};
     program.traffic.Plan().CreateMessagePlan(kFlags[Dice(3)],
-                                             Dice(3) == 0 ? AnyMessage() : QString());
+                                             Dice(3) == 0 ? AnyMessage() : SerialId());
   }
 
   // --- what servers, disks and deaths do ---
@@ -308,11 +308,11 @@ class Model : public testing::Test {
   }
 
   // --- what must hold ---
-  int StatusOf(Context& context, const QString& serial) {
+  int StatusOf(Context& context, const SerialId& serial) {
     int status = 0;
     if (OpenDatabase(context, DatabaseKind::Mail) &&
         context.Data.OpenRecordset(
-            QStringLiteral("SELECT STATUS FROM mail WHERE SERIALID = '%1'").arg(serial),
+            QStringLiteral("SELECT STATUS FROM mail WHERE SERIALID = '%1'").arg(serial.Text()),
             CursorKind::ForwardOnly)) {
       status = context.Data.Recordset()->Fields(u"STATUS").toInt();
     }
@@ -330,11 +330,11 @@ class Model : public testing::Test {
     }
     EXPECT_EQ(delivered.count(QString()), 0U) << "something arrived that nobody sent";
     for (const auto& [serial, message] : written_) {
-      const QList<test::SentMessage> copies = delivered[serial];
+      const QList<test::SentMessage> copies = delivered[serial.Text()];
       const int status = StatusOf(context, serial);
       const bool doubtful =
           Outbox(context, MailDatabasePath(context)).FindDoubtful(serial).has_value();
-      const std::string what = serial.toStdString() + " status " + std::to_string(status) +
+      const std::string what = serial.Text().toStdString() + " status " + std::to_string(status) +
                                (doubtful ? " doubtful" : "");
       EXPECT_LE(copies.size(), message.allowed) << what << " was delivered too often";
       EXPECT_TRUE(status != kStatusWaiting || doubtful) << what << " still waits";
@@ -377,7 +377,7 @@ class Model : public testing::Test {
   LoopbackPop3Server pop3_;
   LoopbackPop3Server empty_;  // of another account
   std::array<std::unique_ptr<RunningProgram>, 2> programs_;
-  std::map<QString, Written> written_;
+  std::map<SerialId, Written> written_;
   int versions_ = 0;
   int mailed_ = 0;
   QSet<QByteArray> mail_;

@@ -53,9 +53,9 @@ class MovedMailboxTest : public test::TrafficTest {
     }
     const QString file = profile_.Folder() + QStringLiteral("/old.mbox");
     test::WriteFile(file, archive);
-    ImportCounts imported;
-    EXPECT_TRUE(ImportMessages(profile_.Get(), file, {}, &imported));
-    return imported.imported;
+    const ImportOutcome outcome = ImportMessages(profile_.Get(), file, {});
+    EXPECT_TRUE(outcome.complete);
+    return outcome.counts.imported;
   }
   // As another program receives it at this moment, through another name of the server.
   Result<MailStore::Received> StoreElsewhere(const QByteArray& mail) {
@@ -72,10 +72,10 @@ class MovedMailboxTest : public test::TrafficTest {
     EXPECT_EQ(QSet<QString>(subjects.begin(), subjects.end()).size(), count);
   }
   void EraseAll() {
-    QStringList serials;
+    SerialIds serials;
     for (const QVariant& serial :
          profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail"))) {
-      serials.append(serial.toString());
+      serials.append(SerialIdOf(serial));
     }
     ASSERT_TRUE(SetDust(profile_.Get(), serials, true));
     ASSERT_TRUE(EmptyDust(profile_.Get()));
@@ -285,7 +285,7 @@ TEST_F(MovedMailboxTest, ASessionDeletesAsItBegan) {
   account->Let(QStringLiteral("InMailServerDelete"), true);
   AddMail(8, 1, "kept");
   server_.OnCommand = [&](const QByteArray& line) {
-    if (line.startsWith("RETR")) profile_.Get().Objects.Remove(account->SerialID());
+    if (line.startsWith("RETR")) profile_.Get().Objects.Remove(account->Serial());
   };
   EXPECT_EQ(Receive().stored, 1);
   EXPECT_EQ(server_.Messages.size(), 3);
@@ -392,7 +392,7 @@ TEST_F(MovedMailboxTest, ATornOffMessageIsDeletedWhenItComesTheSameTwice) {
   Receive();
   EXPECT_TRUE(server_.Messages.isEmpty());
   server_.Faults.clear();
-  profile_.Get().Objects.Remove(other->SerialID());
+  profile_.Get().Objects.Remove(other->Serial());
   EraseAll();
   // A header alone is asked for once more at once, since it may be the answer to another command.
   Settings(profile_.Get()).Bag()->Let(QStringLiteral("Careful"), true);

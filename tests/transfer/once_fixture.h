@@ -28,7 +28,7 @@ class OnceTest : public test::TrafficTest {
     const DiskPtr account = AddSendAccount(smtp_.Port());
     ASSERT_TRUE(SaveObject(profile_.Get(), DatabaseKind::Profile, *account));
   }
-  QString StoreWaiting(const QByteArray& subject = "s") {
+  SerialId StoreWaiting(const QByteArray& subject = "s") {
     return profile_.Store("From: me@example.com\r\nTo: a@example.com\r\nSubject: " + subject +
                               "\r\n\r\ntext\r\n.\r\n",
                           2);

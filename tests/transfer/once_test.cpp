@@ -22,7 +22,7 @@ using test::LoopbackPop3Server;
 using test::LoopbackSmtpServer;
 
 TEST_F(OnceTest, AMessageThatIsPlannedIsNotPlannedAgain) {
-  const QString serial = StoreWaiting();
+  const SerialId serial = StoreWaiting();
   traffic_.Plan().CreateMessagePlan(kPlanSend);
   // While the server makes up its mind: a second click, the window's own send, the timer's job.
   Arrives([&] {
@@ -42,30 +42,31 @@ TEST_F(OnceTest, WhatAServerRefusesForGoodWaitsForItsUser) {
       SelectObjects(context.Objects, *context.Session, object_type::kAccount, kSelectEnabled)
           ->First();
   account->Let(QStringLiteral("InMailServer"), QString());
-  const auto plan = [this](PlanFlags flags, const QString& serial = {}) {
+  const auto plan = [this](PlanFlags flags, const SerialId& serial = {}) {
     const int before = smtp_.Count("MAIL");
     traffic_.Plan().CreateMessagePlan(flags, serial);
     RunAll({&traffic_});
     return smtp_.Count("MAIL") - before;
   };
   const auto check = [&plan] { return plan(kPlanReceive | kPlanSend); };
-  const auto takeBack = [this](const QString& serial) {
+  const auto takeBack = [this](const SerialId& serial) {
     EXPECT_TRUE(MailStore(profile_.Get()).CancelWaiting(Disk(serial)));
     EXPECT_TRUE(
         SendRefusals(profile_.Get(), MailDatabasePath(profile_.Get())).All().contains(serial))
         << "what is mended, and why";
-    EXPECT_TRUE(Execute("UPDATE mail SET STATUS = 2 WHERE SERIALID = '" + serial.toUtf8() + "'"));
+    EXPECT_TRUE(
+        Execute("UPDATE mail SET STATUS = 2 WHERE SERIALID = '" + serial.Text().toUtf8() + "'"));
   };
-  const auto sendAgain = [&plan](const QString& serial) { EXPECT_EQ(plan(kPlanSend, serial), 1); };
+  const auto sendAgain = [&plan](const SerialId& serial) { EXPECT_EQ(plan(kPlanSend, serial), 1); };
   LoopbackSmtpServer other;
   ASSERT_TRUE(other.Listen());
-  const auto mendAccount = [&](const QString&) {
+  const auto mendAccount = [&](const SerialId&) {
     account->Let(QStringLiteral("OutMailServerPort"), static_cast<int>(other.Port()));
   };
   const struct {
     QByteArray command, reply;
     bool isForGood;
-    std::function<void(const QString&)> mend;
+    std::function<void(const SerialId&)> mend;
   } cases[] = {{"RCPT", "450 4.7.1 greylisted", false, {}},
                {"RCPT", "550 5.1.1 no such user", true, takeBack},
                {".", "554 5.7.1 spam", true, sendAgain},
@@ -73,7 +74,7 @@ TEST_F(OnceTest, WhatAServerRefusesForGoodWaitsForItsUser) {
   for (const auto& [command, reply, isForGood, mend] : cases) {
     SCOPED_TRACE(reply.toStdString());
     smtp_.Replies = {{command, reply + "\r\n"}};
-    const QString serial = StoreWaiting();
+    const SerialId serial = StoreWaiting();
     EXPECT_EQ(check(), 1);
     const qsizetype told = host_.log.size();
     EXPECT_EQ(check(), isForGood ? 0 : 1);
@@ -86,7 +87,7 @@ TEST_F(OnceTest, WhatAServerRefusesForGoodWaitsForItsUser) {
   EXPECT_EQ(other.Messages().size(), 1);
   other.Replies = {{"RCPT", "550 no\r\n"}};
   // By whichever account the user has chosen for it as well.
-  host_.chosenAccount = account->SerialID();
+  host_.chosenAccount = account->Serial();
   profile_.Store("From: old@example.net\r\nTo: a@example.com\r\n\r\ntext\r\n.\r\n", 2);
   for (int i = 0; i < 3; ++i) check();
   EXPECT_EQ(other.Count("MAIL"), 2) << "the one that came, and the refused one once";
@@ -94,7 +95,7 @@ TEST_F(OnceTest, WhatAServerRefusesForGoodWaitsForItsUser) {
 
 // Nothing else has to wait for it to be told.
 TEST_F(OnceTest, WhatADeathLeftIsDoubtfulAtTheNextAttempt) {
-  const QString serial = StoreWaiting();
+  const SerialId serial = StoreWaiting();
   Outbox outbox = TheOutbox();
   const auto read = outbox.Read(serial);
   ASSERT_TRUE(read && read->reading == Outbox::Reading::Ready);
@@ -123,7 +124,7 @@ TEST_F(OnceTest, TwoProgramsSendEachMessageOnce) {
 }
 
 TEST_F(OnceTest, WhoeverLosesTheClaimSendsNothing) {
-  const QString serial = StoreWaiting();
+  const SerialId serial = StoreWaiting();
   OtherProgram other(profile_.Folder());
   Outbox outbox = TheOutbox();
   Outbox otherOutbox(other.context, MailDatabasePath(other.context));
@@ -148,7 +149,7 @@ TEST_F(OnceTest, WhoeverLosesTheClaimSendsNothing) {
 
 // The window plans what it stores; that a session of the former text goes on must not drop it.
 TEST_F(OnceTest, WhatIsStoredAnewWhileItsSessionBeginsIsSentAsItIsNow) {
-  const QString serial = StoreWaiting("first");
+  const SerialId serial = StoreWaiting("first");
   int before = 0;
   qsizetype sent = 0;
   const auto storeAs = [&](const QByteArray& subject) {
@@ -180,7 +181,7 @@ TEST_F(OnceTest, WhatIsStoredAnewWhileItsSessionBeginsIsSentAsItIsNow) {
 
 // Nobody presses the button of a message again because its file was in use when it was planned.
 TEST_F(OnceTest, WhatCannotBeReadAtOnceIsPlannedLater) {
-  const QString serial = StoreWaiting();
+  const SerialId serial = StoreWaiting();
   Context& context = profile_.Get();
   context.Data.CloseAll();
   auto inUse = std::make_unique<SoleUse>(PlatformPath(context, MailDatabasePath(context)));
@@ -194,10 +195,10 @@ TEST_F(OnceTest, WhatCannotBeReadAtOnceIsPlannedLater) {
 
 TEST_F(OnceTest, OnlyWhatStillWaitsIsSent) {
   Context& context = profile_.Get();
-  const QString deleted = StoreWaiting("deleted");
-  const QString thrown = StoreWaiting("thrown away");
-  const QString taken = StoreWaiting("taken back");
-  const QString unreadable = StoreWaiting("unreadable");
+  const SerialId deleted = StoreWaiting("deleted");
+  const SerialId thrown = StoreWaiting("thrown away");
+  const SerialId taken = StoreWaiting("taken back");
+  const SerialId unreadable = StoreWaiting("unreadable");
   StoreWaiting("sent");
   traffic_.Plan().CreateMessagePlan(kPlanSend);
   ASSERT_TRUE(DeleteMessages(context, {deleted}));
@@ -215,7 +216,7 @@ TEST_F(OnceTest, OnlyWhatStillWaitsIsSent) {
 }
 
 TEST_F(OnceTest, WhatIsSentIsWhatTheRowHoldsNow) {
-  const QString serial = StoreWaiting();
+  const SerialId serial = StoreWaiting();
   traffic_.Plan().CreateMessagePlan(kPlanSend);
   Disk edited(serial);
   edited.Let(QStringLiteral("process"), 2);
@@ -231,9 +232,9 @@ TEST_F(OnceTest, WhatIsSentIsWhatTheRowHoldsNow) {
 
 // What waits beside it can: who throws away all that waits loses no time over the one that goes.
 TEST_F(OnceTest, AMessageUnderWayCannotBeTakenBack) {
-  const QString serial = StoreWaiting("under way");
-  const QString thrown = StoreWaiting("thrown away");
-  const QString deleted = StoreWaiting("deleted");
+  const SerialId serial = StoreWaiting("under way");
+  const SerialId thrown = StoreWaiting("thrown away");
+  const SerialId deleted = StoreWaiting("deleted");
   bool cancelled = true;
   UnderWay underWay;
   UnderWay kept;
@@ -255,7 +256,7 @@ TEST_F(OnceTest, AMessageUnderWayCannotBeTakenBack) {
 
 TEST_F(OnceTest, AnAnswerThatNeverCameIsLeftToTheUser) {
   smtp_.Faults = {{Fault::Kind::Cut, ".", 1, 0, {}}};
-  const QString serial = StoreWaiting();
+  const SerialId serial = StoreWaiting();
   const ReceiveCounts counts = Send();
   EXPECT_EQ(counts.sent, 0);
   EXPECT_EQ(counts.doubtful, 1);
@@ -339,7 +340,7 @@ TEST_F(OnceTest, WhatCannotBeNotedIsNotSent) {
 }
 
 TEST_F(OnceTest, AfterAFailedStoreNothingMoreIsSent) {
-  const QString first = StoreWaiting("first");
+  const SerialId first = StoreWaiting("first");
   for (int i = 0; i < 2; ++i) StoreWaiting(QByteArray::number(i));
   // The others are another job's, which is as far as to begin when the store fails.
   traffic_.Plan().CreateMessagePlan(kPlanSend, first);

@@ -17,7 +17,7 @@ using test::TestCertificates;
 
 class RealSmtpTest : public test::TrafficTest {
  protected:
-  QString StoreWaiting(const QByteArray& fields, const QByteArray& body = "text\r\n") {
+  SerialId StoreWaiting(const QByteArray& fields, const QByteArray& body = "text\r\n") {
     return profile_.Store("From: me@example.com\r\n" + fields + "\r\n" + body + ".\r\n", 2);
   }
 };

@@ -19,11 +19,11 @@ class ReceiveTest : public test::TrafficTest {
     }
   }
 
-  QStringList Serials() {
-    QStringList serials;
+  SerialIds Serials() {
+    SerialIds serials;
     for (const QVariant& serial :
          profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail"))) {
-      serials.append(serial.toString());
+      serials.append(SerialIdOf(serial));
     }
     return serials;
   }

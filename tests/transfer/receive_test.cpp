@@ -83,7 +83,7 @@ TEST_F(ReceiveTest, AutomaticCheckingAsksForNoPassword) {
   host_.onPeriodic = [this] { traffic_.Plan().CreateMessagePlan(kPlanReceive); };
   Settings(profile_.Get()).Bag()->Let(QStringLiteral("MessageCheck"), true);
   traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
-  const DiskPtr job = traffic_.Plan().Job(QStringLiteral("maildefault"));
+  const DiskPtr job = traffic_.Plan().Job(u"maildefault"_id);
   ASSERT_NE(job, nullptr);
   for (int check = 1; check <= 2; ++check) {
     host_.log.clear();
@@ -161,14 +161,14 @@ TEST_F(ReceiveTest, LargeAndRandomMessagesArriveWhole) {
 }
 
 TEST_F(ReceiveTest, ThePeriodicJobRunsWhenItsMinuteHasCome) {
-  const DiskPtr settings = profile_.Get().Objects.Find(QStringLiteral("logo"));
+  const DiskPtr settings = profile_.Get().Objects.Find(u"logo"_id);
   settings->Let(QStringLiteral("MessageCheck"), true);
   settings->Let(QStringLiteral("MessageCheckInterval"), 0);  // counts as one minute
   traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
   for (int i = 0; i < 5; ++i) traffic_.Tick();
   EXPECT_EQ(host_.periodic, 1);
   // It waits for the next minute, and goes on each time that its time has come.
-  const DiskPtr job = traffic_.Plan().Job(QStringLiteral("maildefault"));
+  const DiskPtr job = traffic_.Plan().Job(u"maildefault"_id);
   const QString format = QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz");
   const auto next = [&] { return QDateTime::fromString(job->Text(u"daytime"), format); };
   for (int runs = 2; runs < 4; ++runs) {
@@ -185,7 +185,7 @@ TEST_F(ReceiveTest, ThePeriodicJobRunsWhenItsMinuteHasCome) {
 TEST_F(ReceiveTest, NewMailPostsANoticeWhenAskedTo) {
   AddMessages(2);
   profile_.AddAccount(server_.Port());
-  const DiskPtr settings = profile_.Get().Objects.Find(QStringLiteral("logo"));
+  const DiskPtr settings = profile_.Get().Objects.Find(u"logo"_id);
   const auto set = [&](const QStringList& on) {
     for (const char* key : {"", "Dialog", "Desktop", "Sound", "SoundAlone"}) {
       settings->Let(QStringLiteral("MessageNotice") + QLatin1String(key),

@@ -16,7 +16,7 @@ using test::LoopbackSmtpServer;
 class SendPlanTest : public test::TrafficTest {
  protected:
   void SetUp() override { ASSERT_TRUE(smtp_.Listen()); }
-  QString StoreWaiting(const QByteArray& from, const QByteArray& subject) {
+  SerialId StoreWaiting(const QByteArray& from, const QByteArray& subject) {
     return profile_.Store(
         "From: " + from + "\r\nTo: a@example.com\r\nSubject: " + subject + "\r\n\r\ntext\r\n.\r\n",
         2);
@@ -51,7 +51,7 @@ TEST_F(SendPlanTest, TheDefaultOneOfTwoAccountsWithAnAddressSends) {
 TEST_F(SendPlanTest, TheChosenAccountAnswersForMessagesOfOthers) {
   const DiskPtr account = AddSendAccount(smtp_.Port());
   account->Let(QStringLiteral("Display"), QStringLiteral("山田"));
-  host_.chosenAccount = account->SerialID();
+  host_.chosenAccount = account->Serial();
   StoreWaiting("Old Name <old@example.net>", "first");
   StoreWaiting("older@example.net", "second");
   EXPECT_EQ(Send().sent, 2);
@@ -68,7 +68,7 @@ TEST_F(SendPlanTest, TheChosenAccountAnswersForMessagesOfOthers) {
 TEST_F(SendPlanTest, ShownSendersStayAndTheAccountIsTheSender) {
   Settings(profile_.Get()).Bag()->Let(QStringLiteral("StandardHeaders"), true);
   const DiskPtr account = AddSendAccount(smtp_.Port());
-  host_.chosenAccount = account->SerialID();
+  host_.chosenAccount = account->Serial();
   StoreWaiting("Alias <alias@example.net>", "first");
   profile_.Store("To: a@example.com\r\nSubject: none\r\n\r\ntext\r\n.\r\n", 2);
   EXPECT_EQ(Send().sent, 2);

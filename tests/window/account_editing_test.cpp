@@ -38,7 +38,7 @@ TEST_F(EditingTest, AnAccountIsMadeWithExactlyItsKeys) {
   Type(Child<QLineEdit>(window, u"txInMailServerPassword"), QStringLiteral("pw"));
   PressOk();
   EXPECT_FALSE(window.isVisible()) << Error().toStdString();
-  EXPECT_EQ(context().Session->Text(u"status"), window.Tag());
+  EXPECT_EQ(context().Session->Text(u"status"), window.Tag().Text());
 
   const DiskPtr account = Stored(window.Tag());
   QStringList keys;
@@ -121,7 +121,7 @@ TEST_F(EditingTest, ServersAreProposedFromTheAddressAndNeverOverWhatWasTyped) {
   Child<QLineEdit>(window, u"txObject").setText(QStringLiteral("a"));
   PressOk();
   ASSERT_EQ(Error(), QString());
-  const QString serialId = window.Tag();
+  const SerialId serialId = window.Tag();
   for (const QString& key :
        {QStringLiteral("InMailServer"), QStringLiteral("InMailServerUser"),
         QStringLiteral("OutMailServer"), QStringLiteral("OutMailServerUser")}) {
@@ -322,11 +322,11 @@ TEST_F(EditingTest, ACertificateIsTrustedAndTheTrustTakenBack) {
 
 TEST_F(EditingTest, APasswordThatIsNotToBeSavedIsKnownOnlyWhileRunning) {
   const DiskPtr account = profile_.AddAccount(110);
-  ObjectsWindow& window = Open(object_type::kAccount, account->SerialID());
+  ObjectsWindow& window = Open(object_type::kAccount, account->Serial());
   EXPECT_EQ(Child<QLineEdit>(window, u"txInMailServerPassword").echoMode(), QLineEdit::Password);
   Child<QCheckBox>(window, u"ckInMailServerPasswordSave").setChecked(false);
   PressOk();
-  EXPECT_EQ(Stored(account->SerialID())->Text(u"InMailServerPassword"), QString());
+  EXPECT_EQ(Stored(account->Serial())->Text(u"InMailServerPassword"), QString());
   EXPECT_EQ(account->Text(u"InMailServerPassword"), QStringLiteral("secret"));
 }
 

@@ -219,7 +219,7 @@ TEST_F(MessageWindowTest, WhatIsTypedAtTheRowsGoesIntoTheRowThatIsMeant) {
   test::ClickRow(list, list.item(list.rowCount() - 1, 1));
   type("\"Yamada, Taro\" <p2@example.jp>x");
   const QStringList typed = shown();
-  const QString serialId = window.Tag();
+  const SerialId serialId = window.Tag();
   window.close();
   ASSERT_TRUE(Gone());
   MessageWindow& again = Open(serialId);

@@ -33,7 +33,7 @@ class DamageWindowTest : public MessageWindowTest {
 };
 
 TEST_F(DamageWindowTest, AMessageThatCannotBeReadIsNamedAndTheUserDecides) {
-  const QString serial = Store(kPlain, 4);
+  const SerialId serial = Store(kPlain, 4);
   DamageSources();
   MessageWindow* window = nullptr;
   const QString told = Answer([&] { window = &Open(serial); }, false);

@@ -63,7 +63,7 @@ class DayTest : public ProgramTest {
     Context().Data.Close();
     return count;
   }
-  QString Serial(const QString& subject, int status) const {
+  SerialId Serial(const QString& subject, int status) const {
     EXPECT_TRUE(OpenDatabase(Context(), DatabaseKind::Mail));
     EXPECT_TRUE(Context().Data.OpenRecordset(
         QStringLiteral("SELECT * FROM mail WHERE FIELD_SUBJECT = '%1' AND STATUS = %2")
@@ -71,9 +71,9 @@ class DayTest : public ProgramTest {
             .arg(status),
         CursorKind::ForwardOnly));
     const RecordsetPtr rows = Context().Data.Recordset();
-    const QString serial = rows->Eof() ? QString() : rows->SerialID();
+    const SerialId serial = rows->Eof() ? SerialId() : rows->Serial();
     Context().Data.Close();
-    EXPECT_FALSE(serial.isEmpty()) << subject.toStdString();
+    EXPECT_FALSE(serial.IsEmpty()) << subject.toStdString();
     return serial;
   }
   MessageWindow& Open(const QString& subject, int status = 4) const {
@@ -159,7 +159,7 @@ void DayTest::ReadAndAnswer() {
   // A click reads at the side, and a key opens.
   ClickLink(QStringLiteral("a[href^=\"preview:\"]"));
   const auto* pane = Browser()->findChild<ReadingPane*>();
-  ASSERT_TRUE(WaitFor([pane] { return pane != nullptr && !pane->Shown().isEmpty(); }));
+  ASSERT_TRUE(WaitFor([pane] { return pane != nullptr && !pane->Shown().IsEmpty(); }));
   QTest::keyClick(View()->focusProxy(), Qt::Key_Return);
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   MessageWindow& answer = *TopLevel<MessageWindow>();
@@ -208,7 +208,7 @@ void DayTest::SendReceipt() {
   Settings(Context()).Bag()->Let(QStringLiteral("ReceiveNotice"), true);
   Deliver(Mail("receipt", "Disposition-Notification-To: sato@example.jp\r\n"));
   Receive();
-  const QString serial = Serial(QStringLiteral("receipt"), 4);
+  const SerialId serial = Serial(QStringLiteral("receipt"), 4);
   EXPECT_TRUE(Sent([&] {
                 EXPECT_TRUE(InModal<QMessageBox>(
                     [&] { program_->Parent()->Requests().OpenMessage(MailRequest::Of(serial)); },

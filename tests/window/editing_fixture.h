@@ -18,11 +18,11 @@ class EditingTest : public testing::Test {
  protected:
   class NoView : public EventView {
    public:
-    void ShowEvent(const QString&, const QString&, const QString&) override {}
+    void ShowEvent(const SerialId&, const QString&, const QString&) override {}
   };
 
   // A property window for a request, shown without blocking.
-  ObjectsWindow& Open(const QString& type, const QString& serialId = {}) {
+  ObjectsWindow& Open(const QString& type, const SerialId& serialId = {}) {
     RequestQueue queue(context());
     DialogRequest request;
     request.status = type;
@@ -40,7 +40,7 @@ class EditingTest : public testing::Test {
     return label.isVisible() ? label.text() : QString();
   }
   // The object as it is stored, not as it is loaded.
-  DiskPtr Stored(const QString& serialId, DatabaseKind kind = DatabaseKind::Profile) {
+  DiskPtr Stored(const SerialId& serialId, DatabaseKind kind = DatabaseKind::Profile) {
     auto object = std::make_shared<Disk>(serialId);
     EXPECT_TRUE(OpenDatabase(context(), kind));
     EXPECT_TRUE(object->DatabaseToDisk(context().Data));

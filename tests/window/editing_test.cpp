@@ -89,9 +89,9 @@ TEST_F(EditingTest, TablesOfAddressesAndPlacesAreEditedInPlace) {
       SelectObjects(context().Objects, *context().Session, object_type::kBookmark);
   const DiskPtr bookmark = bookmarks->First();
   const QString before = bookmark->Text(u"Url");
-  Open(object_type::kBookmark, bookmark->SerialID());
+  Open(object_type::kBookmark, bookmark->Serial());
   PressOk();
-  EXPECT_EQ(Stored(bookmark->SerialID())->Text(u"Url"), before);
+  EXPECT_EQ(Stored(bookmark->Serial())->Text(u"Url"), before);
 }
 
 TEST_F(EditingTest, WhatWasChangedIsNotDroppedByEscape) {
@@ -99,7 +99,7 @@ TEST_F(EditingTest, WhatWasChangedIsNotDroppedByEscape) {
   Child<QTabWidget>(*window, u"tsPage").setCurrentIndex(1);
   QTest::keyClick(window, Qt::Key_Escape);  // nothing was
   EXPECT_FALSE(window->isVisible());
-  window = &Open(object_type::kProfile, profile_.Get().Session->SerialID());
+  window = &Open(object_type::kProfile, profile_.Get().Session->Serial());
   Type(Child<QLineEdit>(*window, u"txPassword"), QStringLiteral("secret"));  // in no bag
   const QString question = QStringLiteral("変更を保存しますか？");
   const auto escape = [&window] { QTest::keyClick(window, Qt::Key_Escape); };
@@ -111,7 +111,7 @@ TEST_F(EditingTest, WhatWasChangedIsNotDroppedByEscape) {
   Type(Child<QLineEdit>(*window, u"txObject"), QStringLiteral("友人"));
   EXPECT_EQ(NextMessageBox(escape, Qt::Key_Y), question);
   EXPECT_FALSE(window->isVisible());
-  const QString stored = window->Tag();
+  const SerialId stored = window->Tag();
   EXPECT_EQ(Stored(stored)->Text(u"Object"), QStringLiteral("友人"));
   window = &Open(object_type::kBook, stored);
   Type(Child<QLineEdit>(*window, u"txObject"), QStringLiteral("他人"));
@@ -127,11 +127,12 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
     PressOk();
     const DiskPtr stored = Stored(window.Tag(), DatabaseKind::Navigator);
     EXPECT_EQ(stored->Text(u"Profile"),
-              QStringLiteral("/current/%1\\profile.mbx").arg(window.Tag()));
+              QStringLiteral("/current/%1\\profile.mbx").arg(window.Tag().Text()));
     EXPECT_EQ(stored->Text(u"Mail"), stored->Text(u"History"));
     EXPECT_FALSE(stored->Get(u"Password").isValid());
     // Who is not logged in to a profile that has files takes none from it.
-    const QString folder = PlatformPath(context(), QStringLiteral("/current/") + window.Tag());
+    const QString folder =
+        PlatformPath(context(), QStringLiteral("/current/") + window.Tag().Text());
     ASSERT_TRUE(QDir().mkpath(folder));
     test::WriteFile(folder + QStringLiteral("/profile.mbx"), {});
     ObjectsWindow& other = Open(object_type::kProfile, window.Tag());
@@ -140,7 +141,7 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
     }
     other.close();
   }
-  ObjectsWindow& window = Open(object_type::kProfile, context().Session->SerialID());
+  ObjectsWindow& window = Open(object_type::kProfile, context().Session->Serial());
   auto& history = Child<QTableWidget>(window, u"lvHistory");
   ASSERT_EQ(history.rowCount(), 1);
   Press(Child<QPushButton>(window, u"cmNewDatabase"));
@@ -178,7 +179,7 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
   EXPECT_FALSE(QFile::exists(path));
   profile_.Restart(QStringLiteral("new"));
   // From now on only who knows it changes it, or takes it away.
-  ObjectsWindow& again = Open(object_type::kProfile, context().Session->SerialID());
+  ObjectsWindow& again = Open(object_type::kProfile, context().Session->Serial());
   Child<QLineEdit>(again, u"txPassword").setText(QStringLiteral("newer"));
   Child<QLineEdit>(again, u"txPasswordAgain").setText(QStringLiteral("newer"));
   for (const char16_t* now : {u"", u"wrong"}) {
@@ -196,12 +197,12 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
 
 // With a password every change of the profile was refused, and the boxes showed the password.
 TEST_F(EditingTest, AProfileWithAPasswordIsEditedAndCanLoseIt) {
-  const QString serialId = context().Session->SerialID();
+  const SerialId serialId = context().Session->Serial();
   ASSERT_TRUE(
       ChangeProfilePassword(context(), *context().Session, QString(), QStringLiteral("secret")));
   profile_.Restart(QStringLiteral("secret"));
   {
-    ObjectsWindow& window = Open(object_type::kProfile, context().Session->SerialID());
+    ObjectsWindow& window = Open(object_type::kProfile, context().Session->Serial());
     EXPECT_EQ(Child<QLineEdit>(window, u"txPassword").text(), QString());
     EXPECT_TRUE(Child<QLabel>(window, u"lbProtection").text().contains(QStringLiteral("暗号化")));
     Type(Child<QLineEdit>(window, u"txObject"), QStringLiteral("新しい名前"));
@@ -287,7 +288,7 @@ TEST_F(EditingTest, OneValueIsAskedInFourWays) {
         answer = InputTree(context(), nullptr, {}, {}, object_type::kFolder, fixed_serial::kOutbox);
       },
       [](ConsoleWindow& window) { QTest::keyClick(&window, Qt::Key_Return); }));
-  EXPECT_EQ(answer, fixed_serial::kOutbox);
+  EXPECT_EQ(answer, fixed_serial::kOutbox.Text());
   // A key that is not there chooses nothing, and neither does the focus.
   EXPECT_TRUE(InModal<ConsoleWindow>(
       [&] { answer = InputTree(context(), nullptr, {}, {}, object_type::kFolder, {}); },

@@ -8,6 +8,7 @@
 #include <QPrintDialog>
 #include <QPushButton>
 #include <QStatusBar>
+#include <algorithm>
 
 #include "auxiliary/window/console_window.h"
 #include "mail/address_book.h"
@@ -206,10 +207,10 @@ TEST_F(FolderCommandsTest, AMarkIsTakenBackBeforeADeletion) {
 
 TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
   Begin(5, 100);
-  const auto dusted = [this](const QStringList& expected) {
+  const auto dusted = [this](const SerialIds& expected) {
     OpenFolder(fixed_serial::kDust);
-    return AwaitScript(
-        QStringLiteral("vorn.all(), vorn.chosen().join() === '%1'").arg(expected.join(u',')));
+    return AwaitScript(QStringLiteral("vorn.all(), vorn.chosen().join() === '%1'")
+                           .arg(TextsOf(expected).join(u',')));
   };
   Press(Qt::Key_Down);
   Press(Qt::Key_Down, Qt::ShiftModifier);
@@ -222,7 +223,7 @@ TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
 
   // What is filed from the dust bin is no longer in it, until that is taken back.
   const auto isFiled = [this] {
-    return !test::Filed(program_->GetContext(), Ids({1}), QString::fromUtf16(kShelf)).isEmpty();
+    return !test::Filed(program_->GetContext(), Ids({1}), kShelf).isEmpty();
   };
   FocusPage();
   Press(Qt::Key_Home);
@@ -259,20 +260,21 @@ TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
                            [](ConsoleWindow& window) { window.cmOk_Click(); });
   });
   for (int i = 0; i < 2; ++i) {
-    MadeAnewBy([this] { Drop(QStringLiteral("mail_4"), QString::fromUtf16(kShelf)); });
+    MadeAnewBy([this] { Drop(u"mail_4"_id, kShelf); });
   }
-  OpenFolder(QString::fromUtf16(kShelf));
+  OpenFolder(kShelf);
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 2"))) << "each once";
-  EXPECT_EQ(Script(QStringLiteral("vorn.all(), vorn.chosen()")).toStringList(), Ids({1, 4}));
+  EXPECT_EQ(Script(QStringLiteral("vorn.all(), vorn.chosen()")).toStringList(),
+            TextsOf(Ids({1, 4})));
   // The whole choice is dragged by one of its messages, which the pointer says.
   EXPECT_EQ(Script(QStringLiteral(
                 "document.querySelector('[draggable]').dispatchEvent(new DragEvent('dragstart', "
                 "{bubbles: true, dataTransfer: new DataTransfer})), "
                 "document.documentElement.lastChild.innerText")),
             QStringLiteral("2通"));
-  Drop(QStringLiteral("mail_4"), fixed_serial::kDust);
+  Drop(u"mail_4"_id, fixed_serial::kDust);
   EXPECT_TRUE(dusted(Ids({1, 4})));
-  MadeAnewBy([this] { Drop(QStringLiteral("mail_1"), fixed_serial::kInbox); });
+  MadeAnewBy([this] { Drop(u"mail_1"_id, fixed_serial::kInbox); });
   EXPECT_TRUE(dusted({})) << "with the others that are chosen";
   // Into a folder that is made for them, which is not the one that was chosen before.
   OpenFolder(fixed_serial::kInbox);
@@ -291,14 +293,14 @@ TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
   const DiskPtr made =
       FindObjectByName(program_->GetContext(), object_type::kFolder, QStringLiteral("Done"));
   ASSERT_NE(made, nullptr);
-  OpenFolder(made->SerialID());
+  OpenFolder(made->Serial());
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
 }
 
 TEST_F(FolderCommandsTest, TheInboxTakesWhatItCanShow) {
   Begin(3, 100);
   Context& context = program_->GetContext();
-  const QString shelf = QString::fromUtf16(kShelf);
+  const SerialId shelf = kShelf;
   ASSERT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
   ASSERT_TRUE(
       context.Data.Execute(QStringLiteral("UPDATE mail SET STATUS = 3 WHERE SERIALID = 'mail_2'")));
@@ -307,14 +309,14 @@ TEST_F(FolderCommandsTest, TheInboxTakesWhatItCanShow) {
   OpenFolder(shelf);
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 2")));
   const auto filed = [&] {
-    QStringList members = test::Filed(context, Ids({1, 2}), shelf);
-    members.sort();
+    SerialIds members = test::Filed(context, Ids({1, 2}), shelf);
+    std::sort(members.begin(), members.end());
     return members;
   };
-  MadeAnewBy([this] { Drop(QStringLiteral("mail_1"), fixed_serial::kInbox); });
+  MadeAnewBy([this] { Drop(u"mail_1"_id, fixed_serial::kInbox); });
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
   // What was sent stays where it is found.
-  EXPECT_TRUE(InModal<QMessageBox>([this] { Drop(QStringLiteral("mail_2"), fixed_serial::kInbox); },
+  EXPECT_TRUE(InModal<QMessageBox>([this] { Drop(u"mail_2"_id, fixed_serial::kInbox); },
                                    [](QMessageBox& box) { box.accept(); }));
   EXPECT_EQ(filed(), Ids({2}));
   FocusPage();
@@ -367,7 +369,7 @@ TEST_F(FolderCommandsTest, CorrespondentsComeIntoAnAddressBook) {
   EXPECT_TRUE(told(u"もう登録されています"));
   // While its window is open nothing is added behind its back.
   DialogRequest request;
-  request.serialId = book->SerialID();
+  request.serialId = book->Serial();
   request.status = object_type::kBook;
   request.show = kShowModeless;
   RequestQueue queue(context);
@@ -375,7 +377,7 @@ TEST_F(FolderCommandsTest, CorrespondentsComeIntoAnAddressBook) {
   program_->Parent()->Mail().PostRequest(queue.Front());
   ASSERT_TRUE(WaitFor([] { return TopLevel<ObjectsWindow>() != nullptr; }));
   EXPECT_TRUE(InModal<QMessageBox>(
-      [&] { program_->Parent()->Pages().Messages().AddToBook({QStringLiteral("mail_1")}); },
+      [&] { program_->Parent()->Pages().Messages().AddToBook({u"mail_1"_id}); },
       [](QMessageBox& box) {
         EXPECT_TRUE(box.text().contains(u"編集中"));
         box.button(QMessageBox::Ok)->click();
@@ -389,7 +391,7 @@ TEST_F(FolderCommandsTest, CorrespondentsComeIntoAnAddressBook) {
   ASSERT_EQ(people.size(), 1) << "who is no user of the profile is the sender";
   EXPECT_EQ(AddToBook(context, second, people), 1);
   EXPECT_TRUE(InModal<QInputDialog>(
-      [&] { program_->Parent()->Pages().Messages().AddToBook({QStringLiteral("mail_1")}); },
+      [&] { program_->Parent()->Pages().Messages().AddToBook({u"mail_1"_id}); },
       [](QInputDialog& dialog) {
         dialog.setTextValue(QStringLiteral("社外"));
         dialog.accept();
@@ -398,14 +400,13 @@ TEST_F(FolderCommandsTest, CorrespondentsComeIntoAnAddressBook) {
   // Unless one is the default.
   AnyObject::SetDefault(*second, true);
   second->Let(QStringLiteral("Addressbook"), QString());
-  program_->Parent()->Pages().Messages().AddToBook({QStringLiteral("mail_1")});
+  program_->Parent()->Pages().Messages().AddToBook({u"mail_1"_id});
   EXPECT_EQ(second->Text(u"Addressbook"), QStringLiteral("TO: a@example.jp"));
 }
 
 TEST_F(FolderCommandsTest, TheDefaultFolderMarkedLastIsOpenAtTheStart) {
   Begin(1, 100);
-  for (const QString& folder :
-       {fixed_serial::kOutbox, QString::fromUtf16(kShelf), fixed_serial::kDust}) {
+  for (const SerialId& folder : {fixed_serial::kOutbox, kShelf, fixed_serial::kDust}) {
     Disk& object = *program_->GetContext().Objects.Find(folder);
     AnyObject::SetDefault(object, folder != fixed_serial::kDust);
     ASSERT_TRUE(SaveObject(program_->GetContext(), DatabaseKind::Profile, object));
@@ -414,8 +415,7 @@ TEST_F(FolderCommandsTest, TheDefaultFolderMarkedLastIsOpenAtTheStart) {
   EndProgram();
   StartProgram();
   LogInWith(QString());
-  EXPECT_TRUE(WaitFor(
-      [this] { return Browser() != nullptr && Browser()->Tag() == QString::fromUtf16(kShelf); }));
+  EXPECT_TRUE(WaitFor([this] { return Browser() != nullptr && Browser()->Tag() == kShelf; }));
 }
 
 TEST_F(FolderCommandsTest, TheCurrentMessageIsPrintedFromThePage) {

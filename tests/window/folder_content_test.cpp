@@ -144,7 +144,7 @@ TEST_F(FolderContentTest, ALayoutIsChosenWrittenAndSeenBeforeItIsKept) {
   }
   const DiskPtr layouts = program_->GetContext().Objects.Find(fixed_serial::kLayout);
   ASSERT_NE(layouts, nullptr);
-  EXPECT_FALSE(layouts->Get(fixed_serial::kInbox + QStringLiteral("_html")).isValid());
+  EXPECT_FALSE(layouts->Get(fixed_serial::kInbox.Text() + QStringLiteral("_html")).isValid());
 }
 
 }  // namespace

@@ -53,7 +53,7 @@ TEST_F(EditingTest, AFolderIsMadeFromConditionsWithAPreview) {
             QStringLiteral("SELECT * FROM mail WHERE mail.FIELD_SUBJECT LIKE '*plan*' AND "
                            "mail.STATUS IN (4)"));
   // And back: the rows are there again.
-  const QString serialId = window.Tag();
+  const SerialId serialId = window.Tag();
   Open(object_type::kFolder, serialId);
   EXPECT_EQ(Child<ConditionEditor>(*window_, u"lvCondition").rowCount(), 2);
 }
@@ -65,17 +65,17 @@ TEST_F(EditingTest, AFolderThatLeadsBackToItselfIsNotSaved) {
     PressOk();
     return window.Tag();
   };
-  const QString first = make(QStringLiteral("甲"));
-  const QString second = make(QStringLiteral("乙"));
+  const SerialId first = make(QStringLiteral("甲"));
+  const SerialId second = make(QStringLiteral("乙"));
   // A condition "in the folder with that name".
-  const auto refer = [this](const QString& folder, const QString& other) {
+  const auto refer = [this](const SerialId& folder, const SerialId& other) {
     ObjectsWindow& window = Open(object_type::kFolder, folder);
     Child<QTabWidget>(window, u"tsPage").setCurrentIndex(1);
     Press(Child<QPushButton>(window, u"cmAddCondition"));
     auto& list = Child<ConditionEditor>(window, u"lvCondition");
     qobject_cast<QComboBox*>(list.cellWidget(0, 1))->setCurrentIndex(2);
     auto* folders = qobject_cast<QComboBox*>(list.cellWidget(0, 3));
-    folders->setCurrentIndex(folders->findData(other));
+    folders->setCurrentIndex(folders->findData(other.Text()));
     PressOk();
     return Error();
   };
@@ -103,7 +103,7 @@ TEST_F(EditingTest, ConditionsThatCannotBeShownStayAsTheyAre) {
   folder->Let(QStringLiteral("OfALaterVersion"), QStringLiteral("kept"));
   ASSERT_TRUE(SaveObject(context(), DatabaseKind::Profile, *folder));
   {
-    ObjectsWindow& window = Open(object_type::kFolder, folder->SerialID());
+    ObjectsWindow& window = Open(object_type::kFolder, folder->Serial());
     auto& list = Child<ConditionEditor>(window, u"lvCondition");
     ASSERT_EQ(list.rowCount(), 5);
     EXPECT_EQ(qobject_cast<QComboBox*>(list.cellWidget(0, 3))->currentText(),
@@ -112,16 +112,16 @@ TEST_F(EditingTest, ConditionsThatCannotBeShownStayAsTheyAre) {
     PressOk();
     EXPECT_EQ(Error(), QString());
   }
-  EXPECT_EQ(Stored(folder->SerialID())->Text(u"Condition"), lines.join(kLineBreak));
-  EXPECT_EQ(Stored(folder->SerialID())->Text(u"OfALaterVersion"), QStringLiteral("kept"));
-  EXPECT_EQ(Stored(folder->SerialID())->Text(u"Object"), QStringLiteral("丁"));
+  EXPECT_EQ(Stored(folder->Serial())->Text(u"Condition"), lines.join(kLineBreak));
+  EXPECT_EQ(Stored(folder->Serial())->Text(u"OfALaterVersion"), QStringLiteral("kept"));
+  EXPECT_EQ(Stored(folder->Serial())->Text(u"Object"), QStringLiteral("丁"));
   // A change is that of its row, and keeps there what the editor cannot show.
-  ObjectsWindow& window = Open(object_type::kFolder, folder->SerialID());
+  ObjectsWindow& window = Open(object_type::kFolder, folder->Serial());
   auto& list = Child<ConditionEditor>(window, u"lvCondition");
   list.cellWidget(1, 3)->findChildren<QCheckBox*>()[1]->setChecked(true);
   qobject_cast<QComboBox*>(list.cellWidget(4, 0))->setCurrentIndex(1);
   PressOk();
-  const QStringList changed = Stored(folder->SerialID())->Text(u"Condition").split(kLineBreak);
+  const QStringList changed = Stored(folder->Serial())->Text(u"Condition").split(kLineBreak);
   EXPECT_EQ(ParseConditionLine(changed.value(1))->values.join(u','), QStringLiteral("2,4,9"));
   EXPECT_EQ(changed.mid(2, 2), lines.mid(2, 2));
   EXPECT_TRUE(ParseConditionLine(changed.value(4))->joinedByAnd) << "another connector alone";

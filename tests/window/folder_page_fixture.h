@@ -16,7 +16,7 @@
 
 namespace vorn {
 
-inline constexpr char16_t kShelf[] = u"_folder_shelf";
+inline const SerialId kShelf(QStringLiteral("_folder_shelf"));
 
 /// Answers every request with one page and remembers what was asked for.
 class WebSite {
@@ -56,14 +56,14 @@ class FolderPageTest : public ProgramTest {
       settings->Let(QStringLiteral("MessagesNewest"), newest);
       settings->Let(QStringLiteral("PageEscape"), escape);
       EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));
-      Disk shelf(QString::fromUtf16(kShelf));
+      Disk shelf(kShelf);
       shelf.Let(QStringLiteral("FormName"), object_type::kFolder);
       shelf.Let(QStringLiteral("Object"), QStringLiteral("棚"));
       shelf.Let(QStringLiteral("Draw"), QStringLiteral("static"));
       shelf.Let(QStringLiteral("Parent"), profile.Get().Session->SerialID());
       EXPECT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, shelf));
       for (int i = 1; i <= messages; ++i) {
-        StoreReceived(profile.Get(), QStringLiteral("mail_%1").arg(i),
+        StoreReceived(profile.Get(), SerialId(QStringLiteral("mail_%1").arg(i)),
                       "From: a@example.jp\r\nSubject: No" + QByteArray::number(i) + ".\r\n" + more +
                           "\r\nbody\r\n",
                       QStringLiteral("2020-01-01 00:%1:00").arg(i, 2, 10, QChar(u'0')));
@@ -80,7 +80,7 @@ class FolderPageTest : public ProgramTest {
     Settings(program_->GetContext()).Bag()->Let(QStringLiteral("WebOutside"), false);
     Settings(program_->GetContext()).Bag()->Let(QStringLiteral("ScriptsAsked"), false);
   }
-  static void StoreReceived(Context& context, const QString& serialId, const QByteArray& source,
+  static void StoreReceived(Context& context, const SerialId& serialId, const QByteArray& source,
                             const QString& time) {
     Disk request(serialId);
     request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
@@ -90,7 +90,7 @@ class FolderPageTest : public ProgramTest {
   }
   // A message comes while the program runs; its text is one line.
   void Come(const QByteArray& serialId, const QByteArray& subject, const QString& time = {}) const {
-    StoreReceived(program_->GetContext(), QString::fromLatin1(serialId),
+    StoreReceived(program_->GetContext(), SerialId(QString::fromLatin1(serialId)),
                   "From: a@example.jp\r\nSubject: " + subject + "\r\n\r\nbody\r\n", time);
     program_->Parent()->Pages().Messages().MessageStored();
   }
@@ -106,9 +106,11 @@ class FolderPageTest : public ProgramTest {
   void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QTest::keyClick(View()->focusProxy(), key, modifiers);
   }
-  static QStringList Ids(std::initializer_list<int> numbers) {
-    QStringList ids;
-    for (const int number : numbers) ids.append(QStringLiteral("mail_%1").arg(number));
+  static SerialIds Ids(std::initializer_list<int> numbers) {
+    SerialIds ids;
+    for (const int number : numbers) {
+      ids.append(SerialId(QStringLiteral("mail_%1").arg(number)));
+    }
     return ids;
   }
   bool AwaitGone(const char* subject) const {
@@ -118,24 +120,24 @@ class FolderPageTest : public ProgramTest {
                                       "!document.body.innerText.includes('%1')")
                            .arg(QString::fromUtf8(subject)));
   }
-  QTreeWidgetItem* Node(const QString& serialId) const {
+  QTreeWidgetItem* Node(const SerialId& serialId) const {
     QTreeWidgetItemIterator item(&test::Child<QTreeWidget>(*program_->Parent(), u"tvConsole"));
     for (; *item != nullptr; ++item) {
-      if ((*item)->data(0, Qt::UserRole).toString() == serialId) return *item;
+      if (SerialIdOf((*item)->data(0, Qt::UserRole)) == serialId) return *item;
     }
     return nullptr;
   }
-  void OpenFolder(const QString& serialId) {
+  void OpenFolder(const SerialId& serialId) {
     auto& tree = test::Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
     Browser()->Unload();
     ASSERT_TRUE(WaitFor([this] { return Browser() == nullptr; }));
     test::ClickRow(tree, Node(serialId));
     ASSERT_TRUE(WaitFor([this] { return Browser() != nullptr && !PageText().isEmpty(); }));
   }
-  void Drop(const QString& message, const QString& folder) {
+  void Drop(const SerialId& message, const SerialId& folder) {
     auto& tree = test::Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
     QMimeData dragged;
-    dragged.setUrls({QUrl(QStringLiteral("preview:") + message)});
+    dragged.setUrls({QUrl(QStringLiteral("preview:") + message.Text())});
     const QPoint at = test::PlaceOf(tree, Node(folder));
     const auto actions = Qt::CopyAction | Qt::MoveAction;
     QDragEnterEvent enter(at, actions, &dragged, Qt::LeftButton, Qt::NoModifier);

@@ -27,7 +27,7 @@ using test::Child;
 
 TEST_F(FolderPageTest, RowsAreMovedAmongAndChosenByKeys) {
   Begin(6, 100);
-  EXPECT_EQ(Chosen(), QStringList());
+  EXPECT_EQ(Chosen(), SerialIds());
   Press(Qt::Key_Down);
   EXPECT_EQ(Chosen(), Ids({1}));
   Press(Qt::Key_J);
@@ -93,10 +93,10 @@ TEST_F(FolderPageTest, FoldersThatAreOnlyLookedAtShareATab) {
     const auto* frame = area->currentSubWindow();
     const auto* browser =
         frame == nullptr ? nullptr : qobject_cast<BrowserWindow*>(frame->widget());
-    return browser == nullptr ? QString() : browser->Tag();
+    return browser == nullptr ? SerialId() : browser->Tag();
   };
   auto& tree = Child<QTreeWidget>(*parent, u"tvConsole");
-  const auto shows = [&](const QString& folder, size_t tabs) {
+  const auto shows = [&](const SerialId& folder, size_t tabs) {
     return WaitFor([&] { return active() == folder && Browsers().size() == tabs; });
   };
   test::ClickRow(tree, Node(fixed_serial::kOutbox));
@@ -105,8 +105,8 @@ TEST_F(FolderPageTest, FoldersThatAreOnlyLookedAtShareATab) {
   auto* search = area->currentSubWindow()->findChild<QLineEdit*>(QStringLiteral("txSearch"));
   QTest::keyClicks(search, QStringLiteral("nothing"));
   QTest::keyClick(search, Qt::Key_Return);
-  test::ClickRow(tree, Node(QString::fromUtf16(kShelf)));
-  ASSERT_TRUE(shows(QString::fromUtf16(kShelf), 2));
+  test::ClickRow(tree, Node(kShelf));
+  ASSERT_TRUE(shows(kShelf, 2));
   EXPECT_EQ(search->text(), QString());
   EXPECT_EQ(area->currentSubWindow()->windowTitle(), QStringLiteral("棚"));
   test::ClickRow(tree, Node(fixed_serial::kInbox));
@@ -115,9 +115,9 @@ TEST_F(FolderPageTest, FoldersThatAreOnlyLookedAtShareATab) {
   ASSERT_TRUE(shows(fixed_serial::kDust, 3));
   test::ClickRow(tree, Node(fixed_serial::kOutbox));
   ASSERT_TRUE(shows(fixed_serial::kOutbox, 3));
-  test::ClickRow(tree, Node(QString::fromUtf16(kShelf)), Qt::MiddleButton);
-  ASSERT_TRUE(shows(QString::fromUtf16(kShelf), 4));
-  EXPECT_EQ(tree.currentItem(), Node(QString::fromUtf16(kShelf)));
+  test::ClickRow(tree, Node(kShelf), Qt::MiddleButton);
+  ASSERT_TRUE(shows(kShelf, 4));
+  EXPECT_EQ(tree.currentItem(), Node(kShelf));
 }
 
 TEST_F(FolderPageTest, ASearchBeginsAtTheNewestAndAKeyEndsIt) {
@@ -176,8 +176,8 @@ TEST_F(FolderPageTest, ASearchBeginsAtTheNewestAndAKeyEndsIt) {
   EXPECT_FALSE(PageText().contains(QStringLiteral("Elsewhere -4")));
   // What is filed from there leaves the folder in which it was.
   Context& context = program_->GetContext();
-  const QStringList hit(QStringLiteral("mail_of_3"));
-  ASSERT_TRUE(MoveMessages(context, {.into = {{QString::fromUtf16(kShelf), hit}}}));
+  const SerialIds hit{u"mail_of_3"_id};
+  ASSERT_TRUE(MoveMessages(context, {.into = {{kShelf, hit}}}));
   ASSERT_TRUE(MakeManualFolder(context, QStringLiteral("Done")));
   FocusPage();
   Press(Qt::Key_Home);
@@ -186,7 +186,7 @@ TEST_F(FolderPageTest, ASearchBeginsAtTheNewestAndAKeyEndsIt) {
                            QTest::keyClicks(window.focusWidget(), QStringLiteral("Done"));
                            QTest::keyClick(window.focusWidget(), Qt::Key_Return);
                          });
-  const auto stands = [&] { return test::Filed(context, hit, QString::fromUtf16(kShelf)) == hit; };
+  const auto stands = [&] { return test::Filed(context, hit, kShelf) == hit; };
   EXPECT_TRUE(WaitFor([&] { return !stands(); }));
   FocusPage();
   Press(Qt::Key_Z, Qt::ControlModifier);
@@ -200,7 +200,7 @@ TEST_F(FolderPageTest, TheFolderThatEnterTakesIsSeenAndIsTheOnlyOneMeant) {
   Begin(3, 10, true);
   Context& context = program_->GetContext();
   ASSERT_TRUE(MakeManualFolder(context, QStringLiteral("Plan A")));
-  const QString second = *MakeManualFolder(context, QStringLiteral("Plan B"));
+  const SerialId second = *MakeManualFolder(context, QStringLiteral("Plan B"));
   const auto choose = [this](const std::function<void(ConsoleWindow&)>& act) {
     FocusPage();
     Press(Qt::Key_Home);
@@ -222,8 +222,8 @@ TEST_F(FolderPageTest, TheFolderThatEnterTakesIsSeenAndIsTheOnlyOneMeant) {
   });
   EXPECT_TRUE(WaitFor([&] { return test::Filed(context, Ids({1, 2, 3}), second).size() == 1; }));
   // The last one is also the one that something was dragged onto.
-  const QString shelf = QString::fromUtf16(kShelf);
-  Drop(QStringLiteral("mail_2"), shelf);
+  const SerialId shelf = kShelf;
+  Drop(u"mail_2"_id, shelf);
   ASSERT_TRUE(WaitFor([&] { return test::Filed(context, Ids({2}), shelf).size() == 1; }));
   choose([&](ConsoleWindow& window) {
     EXPECT_EQ(chosen(window), QStringLiteral("棚"));
@@ -236,11 +236,11 @@ TEST_F(FolderPageTest, TheFolderThatEnterTakesIsSeenAndIsTheOnlyOneMeant) {
 TEST_F(FolderPageTest, ASearchOfTextsFindsWhatMessagesSay) {
   Begin(3, 10, true);
   Context& context = program_->GetContext();
-  StoreReceived(context, QStringLiteral("mail_wrapped"),
+  StoreReceived(context, u"mail_wrapped"_id,
                 "Subject: Wrapped\r\nContent-Type: text/plain; charset=utf-8\r\n\r\n"
                 "ご依頼の見積\r\n書です。\r\n",
                 {});
-  StoreReceived(context, QStringLiteral("mail_marked"),
+  StoreReceived(context, u"mail_marked"_id,
                 "Subject: Marked\r\nContent-Type: text/html\r\nContent-Transfer-Encoding: base64"
                 "\r\n\r\n" +
                     QByteArray("<p>An <b>en</b>TITY</p>").toBase64(),
@@ -287,7 +287,7 @@ TEST_F(FolderPageTest, ASearchOfTextsFindsWhatMessagesSay) {
 TEST_F(FolderPageTest, ASearchOfTextsTakesNothingAwayWhenItEnds) {
   Begin(3, 10, true);
   // Which takes a while to read.
-  StoreReceived(program_->GetContext(), QStringLiteral("mail_long"),
+  StoreReceived(program_->GetContext(), u"mail_long"_id,
                 "Subject: Long\r\nContent-Type: text/html\r\n\r\n" +
                     QByteArray("<p>some <b>words</b></p>\r\n").repeated(250000) + "<p>No more</p>",
                 {});
@@ -314,7 +314,7 @@ TEST_F(FolderPageTest, ASearchOfTextsTakesNothingAwayWhenItEnds) {
   FocusPage(false);
   Press(Qt::Key_Home);
   Press(Qt::Key_Down, Qt::ShiftModifier);
-  const QStringList chosen = Chosen();
+  const SerialIds chosen = Chosen();
   EXPECT_EQ(chosen.size(), 2);
   ASSERT_FALSE(bar.isHidden()) << "too early";
   ASSERT_TRUE(awaitCount(QStringLiteral("4通")));
@@ -338,14 +338,14 @@ TEST_F(FolderPageTest, ATabThatRestedIsAsItWasLeft) {
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.chosen().length === 2 && scrollY > 100")));
   const double place = Script(QStringLiteral("scrollY")).toDouble();
   auto& tree = Child<QTreeWidget>(*parent, u"tvConsole");
-  const auto look = [&](const QString& folder) {
+  const auto look = [&](const SerialId& folder) {
     const size_t before = Browsers().size();
     test::ClickRow(tree, Node(folder), Qt::LeftButton, Qt::ControlModifier);
     ASSERT_TRUE(WaitFor([&] { return Browsers().size() == before + 1; }));
     BrowserWindow* browser = Browsers().back();
     ASSERT_TRUE(WaitFor([&] { return browser->Tag() == folder && browser->isVisible(); }));
   };
-  look(QString::fromUtf16(kShelf));
+  look(kShelf);
   test::RunFor(500);
   const auto view = [&] { return inbox->findChild<QWebEngineView*>(QStringLiteral("wbUrl")); };
   EXPECT_NE(view(), nullptr);
@@ -386,10 +386,9 @@ TEST_F(FolderPageTest, TheKeysAreThePagesInWhicheverTab) {
   Begin(4, 100);
   ParentWindow* parent = program_->Parent();
   BrowserWindow* inbox = Browser();
-  ASSERT_TRUE(
-      MoveMessages(program_->GetContext(), {.into = {{QString::fromUtf16(kShelf), Ids({1, 2})}}}));
+  ASSERT_TRUE(MoveMessages(program_->GetContext(), {.into = {{kShelf, Ids({1, 2})}}}));
   auto& tree = Child<QTreeWidget>(*parent, u"tvConsole");
-  test::ClickRow(tree, Node(QString::fromUtf16(kShelf)), Qt::LeftButton, Qt::ControlModifier);
+  test::ClickRow(tree, Node(kShelf), Qt::LeftButton, Qt::ControlModifier);
   ASSERT_TRUE(WaitFor([&] { return Browsers().size() == 2; }));
   BrowserWindow* shelf = Browsers().front() == inbox ? Browsers().back() : Browsers().front();
   auto* tabs = parent->findChild<QMdiArea*>()->findChild<QTabBar*>();
@@ -416,7 +415,7 @@ TEST_F(FolderPageTest, TheKeysAreThePagesInWhicheverTab) {
   QTest::keyClick(list->focusProxy(), Qt::Key_End);
   const QString isLast = QStringLiteral("vorn.chosen().join() === 'mail_4'");
   ASSERT_TRUE(WaitFor([&] { return ScriptIn(*list, isLast).toBool(); }));
-  for (const QString& folder : {QString::fromUtf16(kShelf), fixed_serial::kInbox}) {
+  for (const SerialId& folder : {kShelf, fixed_serial::kInbox}) {
     test::ClickRow(tree, Node(folder));
     ASSERT_TRUE(hasKeys(folder == fixed_serial::kInbox ? inbox : shelf));
     test::RunFor(200);
@@ -431,8 +430,7 @@ TEST_F(FolderPageTest, TheKeysAreThePagesInWhicheverTab) {
     EXPECT_TRUE(hasKeys(from == 0 ? inbox : shelf));
     QTest::keyClick(parent, Qt::Key_F1);
     ASSERT_TRUE(WaitFor([area] { return area->subWindowList().size() == 4; }));
-    EXPECT_EQ(tree.currentItem(),
-              Node(from == 0 ? fixed_serial::kInbox : QString::fromUtf16(kShelf)));
+    EXPECT_EQ(tree.currentItem(), Node(from == 0 ? fixed_serial::kInbox : kShelf));
     area->activeSubWindow()->close();
     ASSERT_TRUE(WaitFor([area] { return area->subWindowList().size() == 3; }));
     EXPECT_EQ(tabs->currentIndex(), from);

@@ -21,7 +21,7 @@ class FolderTreeTest : public FolderPageTest {};
 TEST_F(FolderTreeTest, TheTreeSelectsWhatIsShownOrWorkedOn) {
   Begin(3, 100);
   auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
-  QTreeWidgetItem* shelf = Node(QString::fromUtf16(kShelf));
+  QTreeWidgetItem* shelf = Node(kShelf);
   const QPoint from = tree->visualItemRect(shelf).center();
   const QPoint to = tree->visualItemRect(Node(fixed_serial::kOutbox)).center();
   ASSERT_NE(from, to);
@@ -44,7 +44,7 @@ TEST_F(FolderTreeTest, TheTreeSelectsWhatIsShownOrWorkedOn) {
     opened = active == nullptr ? nullptr : active->findChild<BrowserWindow*>();
     return opened != nullptr && opened != Browser();
   }));
-  EXPECT_EQ(opened->Tag(), QString::fromUtf16(kShelf));
+  EXPECT_EQ(opened->Tag(), kShelf);
   EXPECT_EQ(tree->currentItem(), shelf);
 
   tree->setFocus();
@@ -61,7 +61,7 @@ TEST_F(FolderTreeTest, UnopenedMessagesAreCountedInTheTree) {
   Begin(3, 100);
   QTreeWidgetItem* inbox = Node(fixed_serial::kInbox);
   ASSERT_TRUE(WaitFor([inbox] { return inbox->text(1) == u"3"; }));
-  EXPECT_EQ(Node(QString::fromUtf16(kShelf))->text(1), QString());
+  EXPECT_EQ(Node(kShelf)->text(1), QString());
   Press(Qt::Key_Down);
   Press(Qt::Key_Return);
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
@@ -85,8 +85,8 @@ TEST_F(FolderTreeTest, StandardNamesAreInTheLanguageOfTheInterface) {
   for (Disk* object : made) {
     const QString japanese = AnyObject(*object).Name();
     qApp->installTranslator(&english);
-    tree.RefreshNode(object->SerialID());
-    const QString shown = tree.NodeText(object->SerialID());
+    tree.RefreshNode(object->Serial());
+    const QString shown = tree.NodeText(object->Serial());
     const QString tip = AnyObject(*object).ShownTip();
     qApp->removeTranslator(&english);
     EXPECT_NE(shown, japanese);

@@ -184,7 +184,8 @@ class HostileServerAnswersTest : public ProgramTest {
   void ReadEvents() {
     auto& tree = Child<QTreeWidget>(*program_->Parent(), u"tvConsole");
     QTreeWidgetItemIterator item(&tree);
-    while (*item != nullptr && (*item)->data(0, Qt::UserRole).toString() != fixed_serial::kEventLog)
+    while (*item != nullptr &&
+           SerialIdOf((*item)->data(0, Qt::UserRole)) != fixed_serial::kEventLog)
       ++item;
     ASSERT_NE(*item, nullptr);
     QTreeWidgetItem* log = *item;

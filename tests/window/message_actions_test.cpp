@@ -19,17 +19,17 @@ class CountingHost : public MessageHost {
  public:
   int stored = 0;
 
-  void SendMessage(const QString&) override {}
-  bool ChooseSender(const QString&, const QString&, const QString&) override { return false; }
+  void SendMessage(const SerialId&) override {}
+  bool ChooseSender(const SerialId&, const QString&, const QString&) override { return false; }
   void MessageStored() override { ++stored; }
   void PostMail(const MailRequest&) override {}
   void OpenMessageFile(const QString&) override {}
   void PrintPageFile(const QString&, const QString&) override {}
-  QString NeighbourOf(const QString&, int) override { return {}; }
-  void GatherAlike(const QString&) override {}
-  void StopAlike(const QString&) override {}
+  SerialId NeighbourOf(const SerialId&, int) override { return {}; }
+  void GatherAlike(const SerialId&) override {}
+  void StopAlike(const SerialId&) override {}
   QStringList OfferedAddresses() override { return {}; }
-  void AddToBook(const QStringList&) override {}
+  void AddToBook(const SerialIds&) override {}
   void MakeAccount() override {}
   bool IsClosing() const override { return false; }
 };
@@ -41,28 +41,28 @@ class MessageActionsTest : public testing::Test {
       done_ = done;
       undo_ = std::move(undo);
     });
-    actions_.OnReturned([this](const QStringList& messages) { returned_ = messages; });
+    actions_.OnReturned([this](const SerialIds& messages) { returned_ = messages; });
   }
-  QString Folder(const char16_t* name) {
+  SerialId Folder(const char16_t* name) {
     return MakeManualFolder(profile_.Get(), QString::fromUtf16(name)).ValueOr({});
   }
-  qsizetype In(const QString& folder) {
+  qsizetype In(const SerialId& folder) {
     return test::Filed(profile_.Get(), messages_, folder).size();
   }
 
   test::TestProfile profile_;
-  QStringList messages_{profile_.Store("Subject: 1\r\n\r\n"), profile_.Store("Subject: 2\r\n\r\n")};
+  SerialIds messages_{profile_.Store("Subject: 1\r\n\r\n"), profile_.Store("Subject: 2\r\n\r\n")};
   QWidget window_;
   CountingHost host_;
   MessageActions actions_{profile_.Get(), window_, host_};
   QString done_;
   std::function<void()> undo_;
-  QStringList returned_;
+  SerialIds returned_;
 };
 
 TEST_F(MessageActionsTest, WhatIsFiledLeavesTheFolderThatIsShownAndComesBack) {
-  const QString shelf = Folder(u"shelf");
-  const QString box = Folder(u"box");
+  const SerialId shelf = Folder(u"shelf");
+  const SerialId box = Folder(u"box");
   EXPECT_TRUE(actions_.Drop(messages_, shelf, fixed_serial::kOutbox).isEmpty());
   EXPECT_EQ(In(shelf), 2);
   EXPECT_EQ(actions_.Drop(messages_, box, shelf), messages_);
@@ -73,13 +73,13 @@ TEST_F(MessageActionsTest, WhatIsFiledLeavesTheFolderThatIsShownAndComesBack) {
   undo_();
   EXPECT_EQ(In(shelf), 2);
   EXPECT_EQ(In(box), 0);
-  EXPECT_EQ(QSet<QString>(returned_.begin(), returned_.end()),
-            QSet<QString>(messages_.begin(), messages_.end()));
+  EXPECT_EQ(QSet<SerialId>(returned_.begin(), returned_.end()),
+            QSet<SerialId>(messages_.begin(), messages_.end()));
   EXPECT_EQ(host_.stored, 4);
 }
 
 TEST_F(MessageActionsTest, WhatIsThrownAwayLeavesEveryFolderButTheDustBin) {
-  const QStringList one{messages_[0]};
+  const SerialIds one{messages_[0]};
   EXPECT_EQ(actions_.Act(MessageAction::ToDust, one, fixed_serial::kInbox), one);
   EXPECT_EQ(done_, QStringLiteral("1通をくずかごに入れました。"));
   EXPECT_TRUE(actions_.Act(MessageAction::OutOfDust, one, fixed_serial::kInbox).isEmpty());

@@ -72,7 +72,7 @@ TEST_F(MessageWindowTest, ARowThatIsBeingTypedInIsSavedAndShown) {
   ASSERT_NE(source, nullptr);
   EXPECT_TRUE(source->findChild<QPlainTextEdit*>()->toPlainText().contains(u"last@example.jp"));
   type(u"lvHeader", 0, u"txHeader", QStringLiteral("Other: closed"));
-  const QString serial = window.Tag();
+  const SerialId serial = window.Tag();
   window.close();
   EXPECT_TRUE(Gone());
   const QByteArray stored = Column(serial, QStringLiteral("MAIL")).toByteArray();

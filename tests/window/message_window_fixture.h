@@ -33,13 +33,13 @@ class MessageWindowTest : public ProgramTest {
   }
   vorn::Context& Context() const { return program_->GetContext(); }
 
-  QString Store(const QByteArray& source, int status) const {
+  SerialId Store(const QByteArray& source, int status) const {
     Disk request(Context().Data.NewSerialID(QStringLiteral("mail_")));
     request.Let(QStringLiteral("process"), status);
     request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
     return *MailStore(Context()).StoreMessage(request, source);
   }
-  MessageWindow& Open(const QString& serialId) const {
+  MessageWindow& Open(const SerialId& serialId) const {
     program_->Parent()->Requests().OpenMessage(MailRequest::Of(serialId));
     MessageWindow* window = nullptr;
     EXPECT_TRUE(WaitFor([&window] {
@@ -83,10 +83,10 @@ class MessageWindowTest : public ProgramTest {
     }
     return names;
   }
-  QVariant Column(const QString& serialId, const QString& column) const {
+  QVariant Column(const SerialId& serialId, const QString& column) const {
     EXPECT_TRUE(OpenDatabase(Context(), DatabaseKind::Mail));
     Context().Data.OpenRecordset(
-        QStringLiteral("SELECT * FROM mail WHERE SERIALID = '%1'").arg(serialId),
+        QStringLiteral("SELECT * FROM mail WHERE SERIALID = '%1'").arg(serialId.Text()),
         CursorKind::ForwardOnly);
     const RecordsetPtr row = Context().Data.Recordset();
     const QVariant value = row->Eof() ? QVariant() : row->Fields(column);

@@ -148,7 +148,7 @@ TEST_F(MessageWindowTest, WhatKeepsAMessageFromBeingSentIsTold) {
 }
 
 TEST_F(MessageWindowTest, AWaitingMessageBecomesEditableWhenItsSendingIsCancelled) {
-  const QString serial = Store(kDraft, 2);
+  const SerialId serial = Store(kDraft, 2);
   MessageWindow& window = Open(serial);
   QAction* send = Menu(window, u"menuFilesMessages").actions()[0];
   const auto answer = [send](QMessageBox::StandardButton button) {
@@ -189,14 +189,14 @@ QStringList Confirmed(const std::function<void()>& act) {
 }
 
 TEST_F(MessageWindowTest, WhyASendingCannotBeCancelledIsTold) {
-  const QString serial = Store(kDraft, kStatusWaiting);
+  const SerialId serial = Store(kDraft, kStatusWaiting);
   MessageWindow& window = Open(serial);
   {
     const OpenedDatabase mail(Context(), DatabaseKind::Mail);
     ASSERT_TRUE(Context().Data.Execute(
         QStringLiteral("INSERT INTO send_attempt (SERIALID, STATE, STARTED, SERVER, REPLY) "
                        "VALUES('%1',1,'','','')")
-            .arg(serial)));
+            .arg(serial.Text())));
   }
   QAction* send = Menu(window, u"menuFilesMessages").actions()[0];
   EXPECT_TRUE(Confirmed([send] { send->trigger(); }).value(1).startsWith(u"送信をキャンセルでき"));
@@ -206,7 +206,7 @@ TEST_F(MessageWindowTest, WhyASendingCannotBeCancelledIsTold) {
 TEST_F(MessageWindowTest, AWaitingMessageThatWasErasedOffersNothing) {
   for (const bool isTold : {true, false}) {
     SCOPED_TRACE(isTold);
-    const QString serial = Store(kDraft, kStatusWaiting);
+    const SerialId serial = Store(kDraft, kStatusWaiting);
     MessageWindow& window = Open(serial);
     Disk request(serial);
     request.Let(QStringLiteral("erase"), true);
@@ -229,8 +229,8 @@ TEST_F(MessageWindowTest, AWaitingMessageThatWasErasedOffersNothing) {
 
 // What was changed is stored too when the window goes on to another message.
 TEST_F(MessageWindowTest, TheNextMessageLosesNothingOfTheOneBefore) {
-  const QString first = Store(kPlain, 4);
-  const QString second = Store(kPlain, 4);
+  const SerialId first = Store(kPlain, 4);
+  const SerialId second = Store(kPlain, 4);
   program_->Parent()->Pages().Messages().MessageStored();
   AwaitInbox();
   MessageWindow& window = Open(first);
@@ -244,7 +244,7 @@ TEST_F(MessageWindowTest, TheNextMessageLosesNothingOfTheOneBefore) {
 
 // A kind alone is an edit.
 TEST_F(MessageWindowTest, AChangedKindIsKept) {
-  const QString serial = Store(kDraft, 1);
+  const SerialId serial = Store(kDraft, 1);
   MessageWindow& window = Open(serial);
   auto& list = Child<QTableWidget>(window, u"lvMailaddress");
   for (int row = 0; row < list.rowCount(); ++row) {
@@ -265,7 +265,7 @@ TEST_F(MessageWindowTest, DustFoldersAndDeletionAreStoredWhenTheWindowCloses) {
   folder->Let(QStringLiteral("Object"), QStringLiteral("仕事@会社"));
   folder->Let(QStringLiteral("Draw"), QStringLiteral("static"));
   Context().Objects.Add(folder);
-  const QString serial = Store(kPlain, 4);
+  const SerialId serial = Store(kPlain, 4);
   MessageWindow& window = Open(serial);
   EXPECT_TRUE(
       InModal<ConsoleWindow>([&] { Menu(window, u"menuFilesMessages").actions()[9]->trigger(); },
@@ -294,7 +294,7 @@ TEST_F(MessageWindowTest, DustFoldersAndDeletionAreStoredWhenTheWindowCloses) {
 }
 
 TEST_F(MessageWindowTest, ASentMessageInTheDustIsTakenOutToBeSentAgain) {
-  const QString serial = Store(kDraft, -3);
+  const SerialId serial = Store(kDraft, -3);
   MessageWindow& window = Open(serial);
   QAction* send = window.findChild<QAction*>(QStringLiteral("mailup"));
   EXPECT_EQ(NextMessageBox([send] { send->trigger(); }, Qt::Key_Escape),
@@ -317,7 +317,7 @@ TEST_F(MessageWindowTest, ASentMessageInTheDustIsTakenOutToBeSentAgain) {
 }
 
 TEST_F(MessageWindowTest, PriorityCharsetAndHeadersGoIntoTheMessage) {
-  const QString serial = Store(kDraft, 1);
+  const SerialId serial = Store(kDraft, 1);
   MessageWindow& window = Open(serial);
   Menu(window, u"menuEditsPrioritys").actions()[0]->trigger();
   Menu(window, u"menuEditCharsets").actions()[2]->trigger();
@@ -341,8 +341,8 @@ TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
   memo.setFocus();
   TypeText(memo, QStringLiteral("消えない🍣"));
   QMetaObject::invokeMethod(window.findChild<QTimer*>(QStringLiteral("tmDraft")), "timeout");
-  const QString serial = window.Tag();
-  EXPECT_EQ(Drafts::LeftBehind(Context()), QStringList{serial});
+  const SerialId serial = window.Tag();
+  EXPECT_EQ(Drafts::LeftBehind(Context()), SerialIds{serial});
   // The end of the session keeps a row as well that is being typed.
   auto& list = Child<QTableWidget>(window, u"lvMailaddress");
   const int row = list.rowCount() - 1;
@@ -350,7 +350,7 @@ TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
   list.editItem(list.item(row, 1));
   TypeText(*list.indexWidget(list.model()->index(row, 1)), QStringLiteral("b@example.jp"));
   program_->Parent()->KeepEverything();
-  const DiskPtr draft = Context().Objects.Find(QStringLiteral("draft_") + serial);
+  const DiskPtr draft = Context().Objects.Find(SerialId(QStringLiteral("draft_") + serial.Text()));
   InModal<QMessageBox>([&window] { window.close(); },
                        [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
   ASSERT_TRUE(Gone());
@@ -467,7 +467,7 @@ TEST_F(MessageWindowTest, TheEditMenuWorksOnTheBoxThatHasTheFocus) {
 }
 
 TEST_F(MessageWindowTest, AnEventsTextAndTheSourceAreShown) {
-  const QString serial = Store(kPlain, 4);
+  const SerialId serial = Store(kPlain, 4);
   program_->Parent()->Mail().AddEvent(kEventError, kEventMessage, serial, QString(),
                                       QStringLiteral("mailup"),
                                       QStringLiteral("送信で使用するアカウントが不明です。"));

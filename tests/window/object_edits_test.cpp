@@ -33,19 +33,19 @@ const QString kExtra = QStringLiteral("OfALaterVersion");
 
 class NoEvents : public EventView {
  public:
-  void ShowEvent(const QString&, const QString&, const QString&) override {}
+  void ShowEvent(const SerialId&, const QString&, const QString&) override {}
 };
 
 class ObjectEdits : public testing::Test {
  protected:
   // An object of a type as an earlier window, or a later version, may have stored it.
-  QString Make(const QString& type) {
+  SerialId Make(const QString& type) {
     Context& context = profile_.Get();
     if (type == object_type::kAccount) {
       const DiskPtr account = profile_.AddAccount(110);
       account->Let(kExtra, QStringLiteral("kept"));
       EXPECT_TRUE(SaveObject(context, DatabaseKind::Profile, *account));
-      return account->SerialID();
+      return account->Serial();
     }
     auto object = std::make_shared<Disk>(context.Data.NewSerialID(QStringLiteral("_") + type));
     object->Let(QStringLiteral("FormName"), type);
@@ -61,9 +61,9 @@ class ObjectEdits : public testing::Test {
     }
     EXPECT_TRUE(SaveObject(context, DatabaseKind::Profile, *object));
     context.Objects.Add(object);
-    return object->SerialID();
+    return object->Serial();
   }
-  Values Stored(const QString& serialId) {
+  Values Stored(const SerialId& serialId) {
     Disk object(serialId);
     EXPECT_TRUE(OpenDatabase(profile_.Get(), DatabaseKind::Profile));
     EXPECT_TRUE(object.DatabaseToDisk(profile_.Get().Data));
@@ -186,7 +186,7 @@ class ObjectEdits : public testing::Test {
 
   using Opener = std::function<std::unique_ptr<EditingWindow>(const DiskPtr& request)>;
 
-  void EditAtRandom(const QString& type, const QString& serialId, const Opener& open) {
+  void EditAtRandom(const QString& type, const SerialId& serialId, const Opener& open) {
     const Values before = Stored(serialId);
     RequestQueue queue(profile_.Get());
     DialogRequest request;

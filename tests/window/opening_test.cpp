@@ -174,10 +174,10 @@ TEST_F(OpeningTest, MailIsImportedAndExportedByMenu) {
   EXPECT_FALSE(PageText().contains(QStringLiteral("two")));
   // Nothing is lost by it.
   Context& context = program_->GetContext();
-  QStringList thrown;
+  SerialIds thrown;
   for (const QVariant& id :
        test::Select(context, QStringLiteral("SELECT SERIALID AS V FROM mail"))) {
-    thrown.append(id.toString());
+    thrown.append(SerialIdOf(id));
   }
   EXPECT_EQ(thrown.size(), 2);
   EXPECT_TRUE(SetDust(context, thrown, false));
@@ -250,7 +250,7 @@ TEST_F(OpeningTest, TheProgramSpeaksEnglishWhenAskedTo) {
     if ((*item)->text(0).contains(japanese)) left.append((*item)->text(0));
     if ((*item)->toolTip(0).contains(japanese)) left.append((*item)->toolTip(0));
   }
-  for (const ReadyLayout& layout : ReadyLayouts(QString())) {
+  for (const ReadyLayout& layout : ReadyLayouts({})) {
     if (layout.html.contains(japanese)) left.append(layout.name);
   }
   EXPECT_EQ(left, QStringList());

@@ -34,11 +34,11 @@ class PageReplacingTest : public FolderPageTest {
   int KeptRows() const {
     return Script(QStringLiteral("document.querySelectorAll('[data-kept]').length")).toInt();
   }
-  QStringList Order() const {
-    return Script(
-               QStringLiteral("[...new Set([...document.querySelectorAll('a[href^=\"preview:\"]')]"
+  SerialIds Order() const {
+    return SerialIdsOf(
+        Script(QStringLiteral("[...new Set([...document.querySelectorAll('a[href^=\"preview:\"]')]"
                               ".map(a => a.getAttribute('href').slice(8)))]"))
-        .toStringList();
+            .toStringList());
   }
 
   std::unique_ptr<QSignalSpy> loads_;
@@ -55,7 +55,7 @@ TEST_P(EachLayoutTest, WhatComesGoesAndChangesTouchesNoOtherRow) {
 
   Come("mail_new", "Between", QStringLiteral("2020-01-01 00:02:30"));
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 7")));
-  EXPECT_EQ(Order(), Ids({1, 2}) + QStringList(QStringLiteral("mail_new")) + Ids({3, 4, 5, 6}));
+  EXPECT_EQ(Order(), Ids({1, 2}) + SerialIds{u"mail_new"_id} + Ids({3, 4, 5, 6}));
   EXPECT_EQ(KeptRows(), 6);
   EXPECT_EQ(Chosen(), Ids({6})) << "what the user is at stays";
 
@@ -75,7 +75,7 @@ TEST_P(EachLayoutTest, WhatComesGoesAndChangesTouchesNoOtherRow) {
   settings->Let(QStringLiteral("NewestFirst"), true);
   MadeAnewBy([this] { Browser()->Refresh(); });
   settings->Let(QStringLiteral("NewestFirst"), false);
-  EXPECT_EQ(Order(), Ids({5, 4, 3}) + QStringList(QStringLiteral("mail_new")) + Ids({2, 1}));
+  EXPECT_EQ(Order(), Ids({5, 4, 3}) + SerialIds{u"mail_new"_id} + Ids({2, 1}));
   EXPECT_EQ(KeptRows(), 4) << "they have moved";
   Press(Qt::Key_Down);
   EXPECT_EQ(Chosen(), Ids({4})) << "in the new order";
@@ -88,14 +88,14 @@ INSTANTIATE_TEST_SUITE_P(Ready, EachLayoutTest, testing::Values("standard", "tab
 TEST_F(PageReplacingTest, AnotherFolderAndTheWayBackNeedNoLoadingEither) {
   BeginWith("table", 12);
   Press(Qt::Key_End);
-  Browser()->ShowFolder(QString::fromUtf16(kShelf));
+  Browser()->ShowFolder(kShelf);
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 0")));
   EXPECT_TRUE(PageText().contains(u"メッセージはありません")) << PageText().toStdString();
   EXPECT_EQ(View()->title(), QStringLiteral("棚"));
   Press(Qt::Key_Delete);  // there is nothing
   Browser()->ShowFolder(fixed_serial::kInbox);
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 12")));
-  EXPECT_EQ(Chosen(), QStringList()) << "a folder begins anew";
+  EXPECT_EQ(Chosen(), SerialIds()) << "a folder begins anew";
   Press(Qt::Key_Down);
   EXPECT_EQ(Chosen(), Ids({1}));
   EXPECT_FALSE(PageText().contains(u"メッセージはありません"));
@@ -134,7 +134,7 @@ TEST_F(PageReplacingTest, WhereThatDoesNotGoThePageIsLoaded) {
 
   const auto layOut = [this](const char* rows) {
     const auto object = LoadObject(program_->GetContext(), fixed_serial::kLayout);
-    object->Let(fixed_serial::kInbox + QStringLiteral("_html"),
+    object->Let(fixed_serial::kInbox.Text() + QStringLiteral("_html"),
                 QStringLiteral("<!DOCTYPE html>\r\n<html lang=\"ja\"><head><meta "
                                "http-equiv=\"Content-Type\" content=\"text/html; "
                                "charset=shift-jis\"></head><body>%1</body>")

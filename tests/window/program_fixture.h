@@ -170,8 +170,8 @@ class ProgramTest : public testing::Test {
   }
   // The chosen messages. The window is asked, which keeps questions and keys in their order while
   // the page is made anew.
-  QStringList Chosen() const {
-    return AnswerTo<QStringList>(
+  SerialIds Chosen() const {
+    return AnswerTo<SerialIds>(
         [this](const auto& then) { Browser()->Folder().ChosenMessages(then); });
   }
   // What a script answers that runs in a page's world of the program.

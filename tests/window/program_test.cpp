@@ -48,7 +48,7 @@ TEST_F(ProgramTest, AFirstRunMakesTheProfileAndShowsTheInbox) {
   values.incoming.port = server_.Port();
   const auto account = CreateAccount(program_->GetContext(), values);
   ASSERT_TRUE(account);
-  parent->RefreshNode((*account)->SerialID());
+  parent->RefreshNode((*account)->Serial());
   EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("受信してください")); }));
   EXPECT_EQ(Settings(program_->GetContext()).CheckMinutes(), 10);
 
@@ -140,7 +140,7 @@ TEST_F(ProgramTest, AFailedSessionIsShownAndRecorded) {
   EXPECT_TRUE(text.contains(QStringLiteral("パスワードを確認してください"))) << text.toStdString();
   EXPECT_FALSE(text.contains(QStringLiteral("secret")));
   // With its account gone an event still says what it says.
-  program_->Parent()->Mail().AddEvent(kEventError, kEventObject, QStringLiteral("gone"),
+  program_->Parent()->Mail().AddEvent(kEventError, kEventObject, u"gone"_id,
                                       QStringLiteral("<b>account</b>"), QStringLiteral("account"),
                                       QStringLiteral("-ERR <b>no</b>"));
   text = NextMessageBox([&] { test::ClickRow(*tree, log->child(1)); });
@@ -243,14 +243,14 @@ TEST_F(ProgramTest, AnObjectHangsWhereItWasMadeAndOthersStayWhenItGoes) {
     Disk request(serial);
     request.Let(QStringLiteral("process"), static_cast<int>(kStatusReceived));
     request.Let(QStringLiteral("Flag"), QStringLiteral("001"));
-    request.Let(QStringLiteral("folder"), fixed_serial::kInbox);
+    request.Let(QStringLiteral("folder"), fixed_serial::kInbox.Text());
     EXPECT_TRUE(MailStore(program_->GetContext()).StoreMessage(request, "Subject: s\r\n\r\n"));
   }
   // At once, and what the count at the start finds, whenever that is.
   tree->SetUnread(fixed_serial::kInbox, 2);
   ASSERT_EQ(CountUnread(program_->GetContext(), fixed_serial::kInbox), 2);
-  tree->ShowEvent(QStringLiteral("event_1"), QStringLiteral("出来事"), QStringLiteral("mail"));
-  const QString serialId = node(u"甲")->data(0, Qt::UserRole).toString();
+  tree->ShowEvent(u"event_1"_id, QStringLiteral("出来事"), QStringLiteral("mail"));
+  const SerialId serialId = SerialIdOf(node(u"甲")->data(0, Qt::UserRole));
   const auto hasPage = [&] {
     const auto pages = program_->Parent()->findChildren<BrowserWindow*>();
     return std::any_of(pages.begin(), pages.end(), [&](const BrowserWindow* page) {
@@ -271,9 +271,9 @@ TEST_F(ProgramTest, AnObjectHangsWhereItWasMadeAndOthersStayWhenItGoes) {
   tree->RemoveEvents();
   for (const char16_t* name : {u"乙", u"送信"}) {
     const DiskPtr object =
-        program_->GetContext().Objects.Find(node(name)->data(0, Qt::UserRole).toString());
-    program_->GetContext().Objects.Remove(object->SerialID());
-    if (name[0] == u'乙') object->Let(QStringLiteral("Parent"), fixed_serial::kOutbox);
+        program_->GetContext().Objects.Find(SerialIdOf(node(name)->data(0, Qt::UserRole)));
+    program_->GetContext().Objects.Remove(object->Serial());
+    if (name[0] == u'乙') object->Let(QStringLiteral("Parent"), fixed_serial::kOutbox.Text());
     program_->GetContext().Objects.Add(object);
   }
   tree->Fill();

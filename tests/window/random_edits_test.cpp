@@ -272,9 +272,10 @@ class RandomEdits : public MessageWindowTest {
     EXPECT_EQ(Look(), shown) << qPrintable(journal_);
   }
   // What a sudden death leaves comes back as it was.
-  void CheckDraft(const Shown& shown, const QString& serialId) {
+  void CheckDraft(const Shown& shown, const SerialId& serialId) {
     window_->KeepDraftNow();
-    const DiskPtr draft = Context().Objects.Find(QStringLiteral("draft_") + serialId);
+    const DiskPtr draft =
+        Context().Objects.Find(SerialId(QStringLiteral("draft_") + serialId.Text()));
     CloseWindow();
     if (draft != nullptr) {  // something was changed
       Context().Objects.Add(draft);
@@ -284,13 +285,13 @@ class RandomEdits : public MessageWindowTest {
     EXPECT_EQ(Look(), shown) << qPrintable(journal_);
     CloseWindow();
   }
-  void CheckKept(const Shown& shown, const QString& serialId) {
+  void CheckKept(const Shown& shown, const SerialId& serialId) {
     CloseWindow();
     Reopen(serialId);
     EXPECT_EQ(Look(), shown) << qPrintable(journal_);
     CloseWindow();
   }
-  void Reopen(const QString& serialId) {
+  void Reopen(const SerialId& serialId) {
     ASSERT_TRUE(Gone());
     window_ = &Open(serialId);
   }
@@ -298,7 +299,7 @@ class RandomEdits : public MessageWindowTest {
     window_->close();
     ASSERT_TRUE(Gone());
   }
-  void CheckSent(const Shown& shown, const QStringList& recipients, const QString& serialId) {
+  void CheckSent(const Shown& shown, const QStringList& recipients, const SerialId& serialId) {
     const qsizetype before = smtp_.Messages().size();
     window_->activateWindow();  // a list of offers that closes leaves none active here
     ASSERT_TRUE(QTest::qWaitForWindowActive(window_));
@@ -340,7 +341,7 @@ TEST_F(RandomEdits, WhatIsShownIsWhatIsSentAndKept) {
     chance_.seed(seed + static_cast<quint32>(round));
     window_ = &OpenStored(kDraft, 1);
     ASSERT_TRUE(QTest::qWaitForWindowActive(window_));
-    const QString serialId = window_->Tag();
+    const SerialId serialId = window_->Tag();
     journal_.clear();
     for (int action = static_cast<int>(chance_.bounded(4, 16)); action > 0; --action) Act();
     const Shown shown = Look();

@@ -58,7 +58,7 @@ class ReadingPaneTest : public FolderPageTest {
 
 TEST_F(ReadingPaneTest, TheCurrentMessageIsReadThereAndOpenedAfterAWhile) {
   BeginReading(4);
-  EXPECT_EQ(Pane()->Shown(), QString());
+  EXPECT_EQ(Pane()->Shown(), SerialId());
   Press(Qt::Key_Down);
   ASSERT_TRUE(AwaitShown(1));
   EXPECT_EQ(Child<QPlainTextEdit>(*Pane(), u"txMemo").toPlainText().trimmed(),
@@ -82,16 +82,16 @@ TEST_F(ReadingPaneTest, TheCurrentMessageIsReadThereAndOpenedAfterAWhile) {
   EXPECT_EQ(Mark(4, kFlagNew), QStringLiteral("1"));
   // Another page shows another choice.
   Child<QAction>(*Browser(), u"seek").trigger();
-  Browser()->ShowFolder(QString::fromUtf16(kShelf));
-  EXPECT_EQ(Pane()->Shown(), QString());
+  Browser()->ShowFolder(kShelf);
+  EXPECT_EQ(Pane()->Shown(), SerialId());
 }
 
 TEST_F(ReadingPaneTest, WhatIsBehindAnotherTabIsNotMarkedBeforeItIsSeenAgain) {
   BeginReading(3);
   BrowserWindow* inbox = Browser();
   auto* tabs = program_->Parent()->findChild<QMdiArea*>()->findChild<QTabBar*>();
-  test::ClickRow(Child<QTreeWidget>(*program_->Parent(), u"tvConsole"),
-                 Node(QString::fromUtf16(kShelf)), Qt::LeftButton, Qt::ControlModifier);
+  test::ClickRow(Child<QTreeWidget>(*program_->Parent(), u"tvConsole"), Node(kShelf),
+                 Qt::LeftButton, Qt::ControlModifier);
   ASSERT_TRUE(WaitFor([this] { return Browsers().size() == 2; }));
   tabs->setCurrentIndex(0);
   auto* pane = inbox->findChild<ReadingPane*>();
@@ -116,21 +116,21 @@ TEST_F(ReadingPaneTest, ThePaneShowsTheCurrentRowAlsoBehindAnotherTab) {
   ASSERT_TRUE(AwaitMark(2, kFlagNew, "0"));
   auto* pane = inbox->findChild<ReadingPane*>();
   auto* tabs = program_->Parent()->findChild<QMdiArea*>()->findChild<QTabBar*>();
-  test::ClickRow(Child<QTreeWidget>(*program_->Parent(), u"tvConsole"),
-                 Node(QString::fromUtf16(kShelf)), Qt::LeftButton, Qt::ControlModifier);
+  test::ClickRow(Child<QTreeWidget>(*program_->Parent(), u"tvConsole"), Node(kShelf),
+                 Qt::LeftButton, Qt::ControlModifier);
   ASSERT_TRUE(WaitFor([this] { return Browsers().size() == 2; }));
-  Drop(QStringLiteral("mail_2"), fixed_serial::kDust);
+  Drop(u"mail_2"_id, fixed_serial::kDust);
   auto* view = inbox->findChild<QWebEngineView*>(QStringLiteral("wbUrl"));
   ASSERT_TRUE(WaitFor([&] { return ScriptIn(*view, QStringLiteral("vorn.count()")) == 3; }));
   tabs->setCurrentIndex(0);
   const auto current = [view] {
-    return ScriptIn(*view, QStringLiteral("vorn.current()")).toString();
+    return SerialIdOf(ScriptIn(*view, QStringLiteral("vorn.current()")));
   };
-  EXPECT_TRUE(WaitFor([&] { return current().isEmpty() || current() == pane->Shown(); }));
+  EXPECT_TRUE(WaitFor([&] { return current().IsEmpty() || current() == pane->Shown(); }));
   view->setFocus();
   QTest::keyClick(view->focusProxy(), Qt::Key_Down);
   EXPECT_TRUE(WaitFor([&] {
-    return !current().isEmpty() && current() == pane->Shown() && current() != Ids({2}).first();
+    return !current().IsEmpty() && current() == pane->Shown() && current() != Ids({2}).first();
   }));
 }
 
@@ -192,18 +192,18 @@ TEST_F(ReadingPaneTest, OneClickReadsAndASecondOneOpens) {
 TEST_F(ReadingPaneTest, OpeningOneDoesNotOpenTheNext) {
   BeginReading(3);
   Context& context = program_->GetContext();
-  const DiskPtr shelf = LoadObject(context, QString::fromUtf16(kShelf));
+  const DiskPtr shelf = LoadObject(context, kShelf);
   shelf->Let(QStringLiteral("SqlUse"), true);
   shelf->Let(QStringLiteral("Sql"), QStringLiteral("SUBSTR(FIELD_FLAG, 3, 1) = '1'"));
-  MadeAnewBy([&] { Browser()->ShowFolder(shelf->SerialID()); });
+  MadeAnewBy([&] { Browser()->ShowFolder(shelf->Serial()); });
   FocusPage();
   Press(Qt::Key_Home);
   ASSERT_TRUE(AwaitShown(1));
   ASSERT_TRUE(AwaitGone("No1."));
   test::RunFor(2500);
-  EXPECT_EQ(Pane()->Shown(), QStringLiteral("mail_1"));
+  EXPECT_EQ(Pane()->Shown(), u"mail_1"_id);
   EXPECT_EQ(Mark(2, kFlagNew), QStringLiteral("1"));
-  EXPECT_EQ(Chosen(), QStringList()) << "a command would meet a message that is not in sight";
+  EXPECT_EQ(Chosen(), SerialIds()) << "a command would meet a message that is not in sight";
 }
 
 // Newly come mail that pushes it to another page, another program, another order: none of them is
@@ -223,15 +223,15 @@ TEST_F(ReadingPaneTest, WhatLeavesThePageByItselfIsReadOnAndNoOtherTakesItsPlace
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
   MadeAnewBy([this] { Come("mail_new", "Later", QStringLiteral("2020-01-02 00:00:00")); });
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 5")));
-  EXPECT_EQ(Pane()->Shown(), QStringLiteral("mail_2"));
-  EXPECT_EQ(Chosen(), QStringList());
+  EXPECT_EQ(Pane()->Shown(), u"mail_2"_id);
+  EXPECT_EQ(Chosen(), SerialIds());
   Press(Qt::Key_Delete);
   Press(Qt::Key_Down);
   ASSERT_TRUE(AwaitShown(3)) << "the next step goes on from there";
   EXPECT_EQ(Script(QStringLiteral("vorn.count()")).toInt(), 5) << "no row was meant";
 
   MadeAnewBy([&] { outside(DeleteMessages(context, Ids({3}))); });
-  EXPECT_TRUE(WaitFor([this] { return Pane()->Shown().isEmpty(); })) << "there is nothing to read";
+  EXPECT_TRUE(WaitFor([this] { return Pane()->Shown().IsEmpty(); })) << "there is nothing to read";
   Press(Qt::Key_Up);
   EXPECT_TRUE(AwaitShown(1));
 }
@@ -349,23 +349,23 @@ TEST_F(ReadingPaneTest, MarksAreGivenAndTakenAndWhatWasDoneIsTakenBack) {
   EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No2.")); }));
   EXPECT_TRUE(undo.isVisible()) << "the marks before it are steps, too";
   // Into a folder and out again.
-  Drop(QStringLiteral("mail_3"), QString::fromUtf16(kShelf));
+  Drop(u"mail_3"_id, kShelf);
   ASSERT_TRUE(WaitFor([&undo] { return undo.isVisible(); }));
   const auto isFiled = [this] {
     Context& context = program_->GetContext();
     const OpenedDatabase mail(context, DatabaseKind::Mail);
-    return MessageRows(context.Data).FoldersOf(QStringLiteral("mail_3")).ValueOr({});
+    return MessageRows(context.Data).FoldersOf(u"mail_3"_id).ValueOr({});
   };
-  EXPECT_EQ(isFiled().trimmed(), QString::fromUtf16(kShelf));
+  EXPECT_EQ(isFiled(), SerialIds{kShelf});
   // And one thrown away besides; both are taken back, the last one first.
-  MadeAnewBy([this] { Drop(QStringLiteral("mail_2"), fixed_serial::kDust); });
+  MadeAnewBy([this] { Drop(u"mail_2"_id, fixed_serial::kDust); });
   EXPECT_TRUE(AwaitGone("No2."));
   MadeAnewBy([&undo] { test::Press(undo); });
   EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No2.")); }));
   EXPECT_TRUE(Child<QLabel>(*program_->Parent(), u"lbDone")
                   .accessibleName()
                   .contains(QStringLiteral("くずかごに入れました")));
-  EXPECT_EQ(isFiled().trimmed(), QString::fromUtf16(kShelf));
+  EXPECT_EQ(isFiled(), SerialIds{kShelf});
   test::Press(undo);
   EXPECT_TRUE(WaitFor([&] { return isFiled().isEmpty(); }));
   // What was starred before is so again.

@@ -19,7 +19,7 @@ namespace {
 
 // What a reader needs is in front of him.
 TEST_F(MessageWindowTest, ReadersSeeTheDateAndWindowsStandWhereTheyStood) {
-  const QString serial = Store("Date: Tue, 24 Nov 2020 09:05:07 -0330\r\n" + kPlain, 4);
+  const SerialId serial = Store("Date: Tue, 24 Nov 2020 09:05:07 -0330\r\n" + kPlain, 4);
   MessageWindow& window = Open(serial);
   const QString date = Child<QLabel>(window, u"lbDate").text();
   EXPECT_TRUE(date.contains(QStringLiteral("9:05 (-0330)"))) << date.toStdString();
@@ -77,7 +77,7 @@ TEST_F(MessageWindowTest, PicturesInTheTextStandInOneEntryWhileTheyAreSeen) {
 // Also where nothing or something wrong says in which code it is.
 // What stands in the place of its text is the program's, and can be sent to nobody.
 TEST_F(MessageWindowTest, AMessageThatIsGoneIsNotWrittenAnew) {
-  MessageWindow& window = Open(QStringLiteral("mail_gone"));
+  MessageWindow& window = Open(u"mail_gone"_id);
   EXPECT_TRUE(Child<QPlainTextEdit>(window, u"txMemo").isReadOnly());
   EXPECT_FALSE(Buttons(window).contains(QStringLiteral("mailup")));
   EXPECT_FALSE(Buttons(window).contains(QStringLiteral("replay")));
@@ -111,7 +111,7 @@ TEST_F(MessageWindowTest, AReplyQuotesWhatTheWindowShows) {
 
 // For this view only: neither what is stored nor the next opening knows of it.
 TEST_F(MessageWindowTest, AMessageIsReadInACodeThatIsPickedFromAll) {
-  const QString serial = Store(
+  const SerialId serial = Store(
       "From: a@example.jp\r\nSubject: s\r\nContent-Type: text/plain; charset=us-ascii\r\n\r\n"
       "\xF0\xD2\xC9\xD7\xC5\xD4\r\n",
       kStatusReceived);
@@ -172,7 +172,7 @@ TEST_F(MessageWindowTest, ASignedMessageSaysSo) {
 // Who is typing an answer means no box that comes up meanwhile.
 TEST_F(MessageWindowTest, TypingAnswersNoQuestionForAReceipt) {
   Settings(Context()).Bag()->Let(QStringLiteral("ReceiveNotice"), true);
-  const QString serial =
+  const SerialId serial =
       Store("Disposition-Notification-To: boss@example.jp\r\n" + kPlain, kStatusReceived);
   program_->Parent()->Requests().OpenMessage(MailRequest::Of(serial, OpenMode::Reply));
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
@@ -208,7 +208,7 @@ TEST_F(MessageWindowTest, TypingAnswersNoQuestionForAReceipt) {
 TEST_F(MessageWindowTest, AReceiptIsSentAlsoWhenAReplyIsOpenedAtOnceAndShownWhenItCannotBe) {
   Settings(Context()).Bag()->Let(QStringLiteral("ReceiveNotice"), true);
   const auto reply = [this](const QByteArray& asks) {
-    const QString serial =
+    const SerialId serial =
         Store("Disposition-Notification-To: " + asks + "\r\n" + kPlain, kStatusReceived);
     EXPECT_TRUE(InModal<QMessageBox>(
         [&] {
@@ -251,9 +251,9 @@ TEST_F(MessageWindowTest, AReceiptIsSentAlsoWhenAReplyIsOpenedAtOnceAndShownWhen
 }
 
 TEST_F(MessageWindowTest, TheNextMessageIsShownAndTextIsFound) {
-  const QString first = Store(kPlain, 4);
+  const SerialId first = Store(kPlain, 4);
   QByteArray other = kPlain;
-  const QString second = Store(other.replace("hello", "other"), 4);
+  const SerialId second = Store(other.replace("hello", "other"), 4);
   MessageWindow& window = Open(first);
   const QMenu& view = Menu(window, u"menuViews");
   view.actions()[1]->trigger();
@@ -281,7 +281,7 @@ TEST_F(MessageWindowTest, TheNextMessageIsShownAndTextIsFound) {
 
 TEST_F(MessageWindowTest, AReceiptIsAskedForAlsoWhenTheNextMessageWantsOne) {
   Settings(Context()).Bag()->Let(QStringLiteral("ReceiveNotice"), true);
-  const QString first = Store(kPlain, kStatusReceived);
+  const SerialId first = Store(kPlain, kStatusReceived);
   Store("Disposition-Notification-To: boss@example.jp\r\n" + kPlain, kStatusReceived);
   MessageWindow& window = Open(first);
   EXPECT_TRUE(InModal<QMessageBox>(
@@ -322,7 +322,7 @@ TEST_F(MessageWindowTest, AMessageWithinAMessageHasAWindowOfItsOwn) {
 
 // Another window, or another program, may have erased what is still on the screen.
 TEST_F(MessageWindowTest, AMessageThatWasErasedIsAnsweredAsItIsShown) {
-  const QString serial = Store(kPlain, kStatusReceived);
+  const SerialId serial = Store(kPlain, kStatusReceived);
   MessageWindow& window = Open(serial);
   Disk request(serial);
   request.Let(QStringLiteral("erase"), true);

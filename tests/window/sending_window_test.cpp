@@ -34,7 +34,7 @@ class SendingWindowTest : public MessageWindowTest {
     EXPECT_TRUE(Gone());
   }
   Outbox TheOutbox() const { return {Context(), MailDatabasePath(Context())}; }
-  bool Status(const QString& serial, int status) const {
+  bool Status(const SerialId& serial, int status) const {
     return WaitFor([&] { return Column(serial, QStringLiteral("STATUS")).toInt() == status; });
   }
   void RunPlan() {
@@ -44,7 +44,7 @@ class SendingWindowTest : public MessageWindowTest {
 
 TEST_F(SendingWindowTest, TheUserDecidesOnAMessageThatMayHaveArrived) {
   smtp_.Faults = {{Fault::Kind::Cut, ".", 1, 0, {}}, {Fault::Kind::Cut, ".", 2, 0, {}}};
-  QStringList serials{Store(kDraft, 2), Store(kDraft, 2)};
+  SerialIds serials{Store(kDraft, 2), Store(kDraft, 2)};
   program_->Parent()->menuTools_Click(ToolsEntry::Receive);
   ASSERT_TRUE(WaitFor([this] { return TheOutbox().Doubtful().size() == 2; }));
   RunPlan();
@@ -73,7 +73,7 @@ TEST_F(SendingWindowTest, TheUserDecidesOnAMessageThatMayHaveArrived) {
 }
 
 TEST_F(SendingWindowTest, ADeathInTheMiddleOfSendingIsToldAtTheNextStart) {
-  const QString serial = Store(kDraft, 2);
+  const SerialId serial = Store(kDraft, 2);
   const auto read = TheOutbox().Read(serial);
   ASSERT_TRUE(read && read->reading == Outbox::Reading::Ready);
   ASSERT_EQ(
@@ -127,7 +127,7 @@ TEST_F(SendingWindowTest, LinesAreCountedAndWrappedWhereTheSettingSaysSo) {
 TEST_F(SendingWindowTest, WithoutAnAccountTheMessageStaysInItsWindow) {
   const QByteArray alias =
       "From: alias@example.jp\r\nTo: a@example.jp\r\nSubject: s\r\n\r\ntext\r\n.\r\n";
-  const QString serial = Store(alias, 1);
+  const SerialId serial = Store(alias, 1);
   MessageWindow& window = Open(serial);
   const auto send = [&window] { window.findChild<QAction*>(QStringLiteral("mailup"))->trigger(); };
   EXPECT_TRUE(InModal<ConsoleWindow>(
@@ -173,7 +173,7 @@ TEST_F(SendingWindowTest, WhoHasNoAccountIsToldWhenHeBeginsToWrite) {
                                      }));
   program_->Parent()->activateWindow();
   use(true);
-  program_->Parent()->RefreshNode(account->SerialID());
+  program_->Parent()->RefreshNode(account->Serial());
   EXPECT_TRUE(WaitFor([&notice] { return !notice.isVisible(); }));
   const auto& list = Child<QTableWidget>(window, u"lvMailaddress");
   QStringList addresses;
@@ -187,7 +187,7 @@ TEST_F(SendingWindowTest, WhoHasNoAccountIsToldWhenHeBeginsToWrite) {
 
 // Mail arrives, or another window stores something, while the question for the account is open.
 TEST_F(SendingWindowTest, WhatChangesDuringAQuestionDoesNotUndoTheMessage) {
-  const QString serial =
+  const SerialId serial =
       Store("From: alias@example.jp\r\nTo: a@example.jp\r\nSubject: s\r\n\r\nformer\r\n.\r\n", 1);
   MessageWindow& window = Open(serial);
   Type(Child<QPlainTextEdit>(window, u"txMemo"), QStringLiteral("what was written now"));
@@ -195,7 +195,7 @@ TEST_F(SendingWindowTest, WhatChangesDuringAQuestionDoesNotUndoTheMessage) {
       [&window] { window.findChild<QAction*>(QStringLiteral("mailup"))->trigger(); },
       [this, &window, &serial](ConsoleWindow& choice) {
         window.KeepDraftNow();  // as when the session ends now
-        EXPECT_EQ(Drafts::LeftBehind(Context()), QStringList{serial});
+        EXPECT_EQ(Drafts::LeftBehind(Context()), SerialIds{serial});
         program_->Parent()->Pages().Messages().MessageStored();
         test::RunFor(300);  // the program looks for such changes several times a second
         QTest::keyClick(&choice, Qt::Key_Return);

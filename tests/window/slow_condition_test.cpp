@@ -27,10 +27,10 @@ constexpr int kMarkedMs = 2000;   // of the time that the page takes
 class SlowConditionTest : public FolderPageTest {
  protected:
   void Ask(const QString& condition) {
-    const DiskPtr shelf = LoadObject(program_->GetContext(), QString::fromUtf16(kShelf));
+    const DiskPtr shelf = LoadObject(program_->GetContext(), kShelf);
     shelf->Let(QStringLiteral("SqlUse"), true);
     shelf->Let(QStringLiteral("Sql"), condition);
-    Browser()->ShowFolder(shelf->SerialID());
+    Browser()->ShowFolder(shelf->Serial());
   }
   QWidget& Bar() const { return Child<QWidget>(*Browser(), u"barCondition"); }
   bool AwaitText(const char* text) const {
@@ -50,7 +50,7 @@ TEST_F(SlowConditionTest, ItsMessagesComeWhenTheyAreFoundAndThePageStaysMeanwhil
   EXPECT_FALSE(Bar().isVisible()) << "what was found is known";
   // A change asks anew, and what changes meanwhile comes after it.
   const auto store = [this](const char* subject) {
-    StoreReceived(program_->GetContext(), QString::fromUtf8(subject).replace(u' ', u'_'),
+    StoreReceived(program_->GetContext(), SerialId(QString::fromUtf8(subject).replace(u' ', u'_')),
                   QByteArray("Subject: ") + subject + "\r\n\r\n",
                   QStringLiteral("2019-01-01 00:00:00"));
     Browser()->Refresh();
@@ -140,9 +140,9 @@ TEST_F(SlowConditionTest, WhatIsThrownAwayIsMetOnceWhileThePageIsMadeAnew) {
   EXPECT_TRUE(context.Data.OpenRecordset(
       QStringLiteral("SELECT SERIALID FROM mail WHERE STATUS < 0 ORDER BY FIELD_TIMESTAMP"),
       CursorKind::ForwardOnly));
-  QStringList thrown;
+  SerialIds thrown;
   for (const RecordsetPtr rows = context.Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
-    thrown.append(rows->SerialID());
+    thrown.append(rows->Serial());
   }
   EXPECT_EQ(thrown, Ids({1, 2, 3, 4, 5, 7, 9}));
 }

@@ -40,9 +40,9 @@ class AddressRequest {
   QString Types() const { return bag_.Text(kTypes); }
   void SetTypes(const QString& types) { bag_.Let(kTypes, types); }
   // What is looked for, and in which book; empty for all.
-  void NoteSearch(const QString& text, const QString& book) {
+  void NoteSearch(const QString& text, const SerialId& book) {
     bag_.Let(kText, text);
-    bag_.Let(kBook, book);
+    bag_.Let(kBook, book.Text());
   }
 
  private:
@@ -137,10 +137,10 @@ void AddressWindow::FillTree(const QString& draw) {
 void AddressWindow::Seek() {
   const QString text = txString_->text();
   const QTreeWidgetItem* node = tvObject_->currentItem();
-  const QString key = node == nullptr ? QString() : node->data(0, Qt::UserRole).toString();
+  const SerialId key = node == nullptr ? SerialId() : SerialIdOf(node->data(0, Qt::UserRole));
   const DiskPtr chosen = context_.Objects.Find(key);
   const bool isBook = chosen != nullptr && AnyObject(*chosen).Is(object_type::kBook);
-  AddressRequest(*request_).NoteSearch(text, isBook ? key : QString());
+  AddressRequest(*request_).NoteSearch(text, isBook ? key : SerialId());
 
   const LikePattern pattern(QString(u'*' + text + u'*'), LetterCase::Exact);
   // Without a search "select" would take whole books, which nobody means.
@@ -148,7 +148,7 @@ void AddressWindow::Seek() {
   lvCandidacy_->clear();
   for (const DiskPtr& object : context_.Objects) {
     if (!AnyObject(*object).Is(object_type::kBook)) continue;
-    if (isBook && object->SerialID() != key) continue;
+    if (isBook && object->Serial() != key) continue;
     for (const QString& line : BookObject(*object).Lines().split(kLineBreak, Qt::SkipEmptyParts)) {
       const AddressEntry entry = ParseAddressEntry(line);
       if (entry.address.isEmpty()) continue;

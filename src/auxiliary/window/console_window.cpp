@@ -182,7 +182,7 @@ void ConsoleWindow::LoadDefaultProperty(const DiskPtr& bag) {
     slider_->setValue(request.Initial().toInt());
     slider_->setFocus();
   } else if (mode_ == Mode::Tree) {
-    FillTree(request.Objects(), initial);
+    FillTree(request.Objects(), SerialId(initial));
     text_->setPlaceholderText(Ui::tr("名前を入力して選びます。"));
     takesAnother ? text_->setFocus() : tree_->setFocus();
   } else if (mode_ == Mode::List) {
@@ -193,18 +193,18 @@ void ConsoleWindow::LoadDefaultProperty(const DiskPtr& bag) {
   }
 }
 
-void ConsoleWindow::FillTree(const QString& draw, const QString& key) {
+void ConsoleWindow::FillTree(const QString& draw, const SerialId& key) {
   const DiskCollectionPtr objects = SelectObjects(context_.Objects, *context_.Session, draw);
-  QHash<QString, QTreeWidgetItem*> items;
+  QHash<SerialId, QTreeWidgetItem*> items;
   for (const DiskPtr& object : *objects) {
     auto* item = new QTreeWidgetItem(QStringList{AnyObject(*object).ShownName()});
     item->setIcon(0, Icon(AnyObject(*object).Draw()));
     item->setData(0, Qt::UserRole, object->SerialID());
-    items.insert(object->SerialID(), item);
+    items.insert(object->Serial(), item);
   }
   // Under its parent where that is shown too, as in the main window.
   for (const DiskPtr& object : *objects) {
-    QTreeWidgetItem* item = items.value(object->SerialID());
+    QTreeWidgetItem* item = items.value(object->Serial());
     QTreeWidgetItem* parent = items.value(AnyObject(*object).Parent());
     const QTreeWidgetItem* above = parent;
     while (above != nullptr && above != item) above = above->parent();
@@ -318,11 +318,11 @@ std::optional<QString> InputSlider(Context& context, QWidget* parent, const QStr
 }
 
 std::optional<QString> InputTree(Context& context, QWidget* parent, const QString& title,
-                                 const QString& caption, const QString& draw, const QString& key,
+                                 const QString& caption, const QString& draw, const SerialId& key,
                                  const QString& another) {
   return Ask(context, parent, Mode::Tree, title, caption, [&](ConsoleRequest& request) {
     request.SetObjects(draw);
-    request.SetInitial(key);
+    request.SetInitial(key.Text());
     request.SetAnother(another);
   });
 }

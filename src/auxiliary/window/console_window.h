@@ -37,7 +37,7 @@ class ConsoleWindow : public QDialog {
   bool PassOn(QKeyEvent& key);
   QList<QTreeWidgetItem*> NodesNamed(const QString& typed) const;
   void FindNode(const QString& typed);
-  void FillTree(const QString& draw, const QString& key);
+  void FillTree(const QString& draw, const SerialId& key);
   void FillList(const QString& entries, const QString& chosen);
   QVariant Answer() const;
   void End(const QVariant& answer);
@@ -74,7 +74,7 @@ std::optional<QString> InputSlider(Context& context, QWidget* parent, const QStr
 inline const QString kAnotherWanted = QStringLiteral("+");
 std::optional<QString> InputTree(Context& context, QWidget* parent, const QString& title,
                                  const QString& caption, const QString& draw,
-                                 const QString& key = {}, const QString& another = {});
+                                 const SerialId& key = {}, const QString& another = {});
 /// `entries` are lines of first field, "@", text, and optionally "@" and an icon key; the answer
 /// holds the first fields. With `folder` the user also picks a folder of the file system, which
 /// follows the answer on a line of its own.

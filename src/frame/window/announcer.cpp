@@ -162,7 +162,7 @@ void Announcer::FocusMoved(const QWindow* window) {
 void Announcer::PageLoaded(BrowserWindow& browser) {
   auto* view = browser.findChild<QWebEngineView*>();
   if (view == nullptr) return;
-  const QString folder = browser.Tag();
+  const QString folder = browser.Tag().Text();
   const QPointer<QWebEnginePage> page = view->page();
   WhenPainted(page, [this, page, folder] {
     if (page == nullptr) return;

@@ -58,15 +58,15 @@ ParentWindow::ParentWindow(Context& context)
       damage_(
           context, *this, [this] { return IsEnabled() && !traffic_.IsBusy(); },
           [this](const QString& sentence) {
-            traffic_.AddEvent(kEventError, kEventObject, context_.Session->SerialID(),
+            traffic_.AddEvent(kEventError, kEventObject, context_.Session->Serial(),
                               AnyObject(*context_.Session).Name(), QStringLiteral("account"),
                               sentence);
           }),
       notice_(
           context, *this,
-          [this](const QString& serialId) { opener_.OpenMessage(MailRequest::Of(serialId)); },
-          [this](MessageAction action, const QStringList& messages) {
-            pages_.Actions().Act(action, messages, QString());
+          [this](const SerialId& serialId) { opener_.OpenMessage(MailRequest::Of(serialId)); },
+          [this](MessageAction action, const SerialIds& messages) {
+            pages_.Actions().Act(action, messages, {});
           }),
       tray_(*this) {
   setObjectName(QStringLiteral("parent"));
@@ -123,7 +123,7 @@ void ParentWindow::ConnectPieces() {
   connect(area, &BrowserArea::ChosenChanged, this, showChosen);
   connect(area, &BrowserArea::StepWanted, this, [this](const QString& step) {
     if (step == first_step::kPassword) {
-      opener_.OpenObject(context_.Session->SerialID(), object_type::kProfile, kShowModal,
+      opener_.OpenObject(context_.Session->Serial(), object_type::kProfile, kShowModal,
                          AfterStep::None);
     } else if (auto* action = findChild<QAction*>(step)) {
       action->trigger();
@@ -145,7 +145,7 @@ void ParentWindow::LoadDefaultProperty() {
   ApplySettings();
   ArrangeWindows();
   const DiskPtr folder = DefaultObject(context_.Objects, object_type::kFolder);
-  opener_.OpenFolder(folder == nullptr ? fixed_serial::kInbox : folder->SerialID());
+  opener_.OpenFolder(folder == nullptr ? fixed_serial::kInbox : folder->Serial());
   changes_.CountSoon();
   const bool isMaximized = WasMaximized(context_, objectName());
   QTimer::singleShot(0, this, [this, isMaximized] {
@@ -157,10 +157,10 @@ void ParentWindow::LoadDefaultProperty() {
 }
 
 void ParentWindow::AskAtStart() {
-  for (const QString& serialId : AskOfDoubtful(context_, *this))
+  for (const SerialId& serialId : AskOfDoubtful(context_, *this))
     opener_.OpenMessage(MailRequest::Of(serialId));
-  const QStringList drafts = AskOfDrafts(context_, *this);
-  for (const QString& serialId : drafts) opener_.OpenMessage(MailRequest::Of(serialId));
+  const SerialIds drafts = AskOfDrafts(context_, *this);
+  for (const SerialId& serialId : drafts) opener_.OpenMessage(MailRequest::Of(serialId));
   if (!drafts.isEmpty()) changes_.Note();
   damage_.Ask();
   if (!AskOfLook(context_, *this)) return;
@@ -177,10 +177,11 @@ void ParentWindow::menuTools_Click(ToolsEntry entry) {
       traffic_.SendAndReceive();
       break;
     case ToolsEntry::Rules:
-      opener_.OpenObject(fixed_serial::kRules, fixed_serial::kRules, kShowModal, AfterStep::None);
+      opener_.OpenObject(fixed_serial::kRules, fixed_serial::kRules.Text(), kShowModal,
+                         AfterStep::None);
       break;
     case ToolsEntry::Settings:
-      opener_.OpenObject(fixed_serial::kSettings, fixed_serial::kSettings, kShowModal,
+      opener_.OpenObject(fixed_serial::kSettings, fixed_serial::kSettings.Text(), kShowModal,
                          AfterStep::ApplySettings);
       break;
     case ToolsEntry::Cancel:
@@ -201,7 +202,7 @@ void ParentWindow::Tick() {
   }
   changes_.Tick();
   if (IsEnabled()) {
-    for (const QString& serialId : changes_.NewObjects()) RefreshNode(serialId);
+    for (const SerialId& serialId : changes_.NewObjects()) RefreshNode(serialId);
   }
   if (damage_.IsDue() && IsEnabled()) damage_.Ask();
 }
@@ -215,7 +216,7 @@ void ParentWindow::ArrangeWindows() {
 }
 
 void ParentWindow::NotifyNewMessages(const Disk& request) {
-  notice_.Tell(WindowRequest(request).NewMessages().split(kLineBreak));
+  notice_.Tell(WindowRequest(request).NewMessages());
 }
 
 void ParentWindow::ApplySettings() {
@@ -236,18 +237,18 @@ void ParentWindow::ApplySettings() {
   }
 }
 
-QString ParentWindow::NodeText(const QString& serialId) const {
+QString ParentWindow::NodeText(const SerialId& serialId) const {
   return panes_->Tree().NodeText(serialId);
 }
 
-void ParentWindow::RefreshNode(const QString& serialId) {
+void ParentWindow::RefreshNode(const SerialId& serialId) {
   if (!panes_->Refresh(serialId)) opener_.OpenFolder(fixed_serial::kInbox);
   changes_.CountSoon();
   // The inbox shows what is in no folder that is filled by hand, and at first what is to be done.
   const DiskPtr object = context_.Objects.Find(serialId);
   const auto is = [&object](const QString& type) { return AnyObject(*object).Is(type); };
   if (object == nullptr || is(object_type::kFolder) || is(object_type::kAccount)) changes_.Note();
-  if (serialId != context_.Session->SerialID()) return;
+  if (serialId != context_.Session->Serial()) return;
   ShowTitle();
   panes_->Area().RefreshFolders();  // it may have another mail file now
 }

@@ -16,6 +16,7 @@
 #include "frame/window/panes/folder_panes.h"
 #include "frame/window/panes/opener.h"
 #include "frame/window/panes/request_windows.h"
+#include "storage/base/serial_id.h"
 
 class QToolBar;
 
@@ -53,8 +54,8 @@ class ParentWindow : public QMainWindow, public DispatchHost {
   void ArrangeWindows() override;
   void NotifyNewMessages(const Disk& request) override;
   void ApplySettings() override;
-  QString NodeText(const QString& serialId) const override;
-  void RefreshNode(const QString& serialId) override;
+  QString NodeText(const SerialId& serialId) const override;
+  void RefreshNode(const SerialId& serialId) override;
 
  protected:
   void closeEvent(QCloseEvent* event) override;

@@ -15,7 +15,7 @@ namespace vorn {
 using WorkProgress = std::function<bool(int done)>;
 
 struct ExportOrder {
-  QString folder;  ///< its serial identifier
+  SerialId folder;  ///< its serial identifier
   ArchiveFormat format = ArchiveFormat::Mbox;
   QString path;            ///< of the file or folder to write
   bool overwrite = false;  ///< also when there is one already (see `ArchiveWriter`)

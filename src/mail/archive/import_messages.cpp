@@ -42,8 +42,8 @@ void FillMessage(Disk& message, const QByteArray& source, const QString& id, Sto
 
 class Importer {
  public:
-  Importer(Context& context, const QString& folder, ImportCounts& counts)
-      : context_(context), store_(context), folder_(folder), counts_(counts) {
+  Importer(Context& context, const SerialId& folder)
+      : context_(context), store_(context), folder_(folder) {
     options_.textTypes = Settings(context).TextTypes();
     options_.standardHeaders = Settings(context).HasStandardHeaders();
   }
@@ -72,7 +72,7 @@ class Importer {
     }
     Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
     FillMessage(message, source, id, {kStatusReceived});
-    MessageBag::SetFolders(message, folder_);
+    MessageBag::SetFolders(message, {folder_});
     group_.Add(source.size());
     const Result<MailStore::Received> received = store_.StoreReceived(message, source);
     if (!received) return received.Error();
@@ -81,13 +81,14 @@ class Importer {
       return {};
     }
     brought_.insert(id);
-    counts_.brought.append(message.SerialID());
+    counts_.brought.append(message.Serial());
     ++counts_.imported;
     if (!group_.IsFull()) return {};
     group_.Clear();
     return context_.Data.Group().Flush();
   }
 
+  const ImportCounts& Counts() const { return counts_; }
   // After a failure the engine may have taken back more than the last message.
   void CountStored() {
     counts_.imported = 0;
@@ -109,15 +110,15 @@ class Importer {
     const auto imported = ids_.constFind(id);
     if (imported != ids_.cend()) {
       // What this import brought is not read again.
-      if (imported->serialId.isEmpty()) return true;
+      if (imported->serialId.IsEmpty()) return true;
       const Result<QByteArray> stored = store_.LoadMessageSource(Disk(imported->serialId));
       if (stored != source) counts_.unreadable.append(*imported);
       return true;
     }
     ids_.insert(id, {});
     const MessageIndex index = IndexMessage(source, FlagString(), options_);
-    const QList<QString> alike = stored_.values(Key(index.subject, index.addressLines));
-    return std::any_of(alike.begin(), alike.end(), [&](const QString& serialId) {
+    const SerialIds alike = stored_.values(Key(index.subject, index.addressLines));
+    return std::any_of(alike.begin(), alike.end(), [&](const SerialId& serialId) {
       const auto stored = store_.LoadMessageSource(Disk(serialId));
       // With the notes of another program, or without the end mark, as an export leaves it out.
       return stored && (IsSameButForNotes(*stored, source) || *stored == source + kEndMark);
@@ -126,25 +127,33 @@ class Importer {
 
   Context& context_;
   MailStore store_;
-  QString folder_;
-  ImportCounts& counts_;
+  SerialId folder_;
+  ImportCounts counts_;
   IndexOptions options_;
   GroupSize group_;
   QHash<QString, UnreadableMessage> ids_;  // by identifier
   QSet<QString> brought_;                  // identifiers, by this import
-  QMultiHash<size_t, QString> stored_;     // serial identifiers
+  QMultiHash<size_t, SerialId> stored_;
 };
 
 }  // namespace
 
-Result<> ImportMessages(Context& context, const QString& path, const QString& folder,
-                        ImportCounts* counts, const ImportProgress& progress) {
+void ImportCounts::Add(const ImportCounts& further) {
+  imported += further.imported;
+  brought += further.brought;
+  known += further.known;
+  unreadable += further.unreadable;
+  if (!further.notice.isEmpty()) notice = further.notice;
+}
+
+ImportOutcome ImportMessages(Context& context, const QString& path, const SerialId& folder,
+                             const ImportProgress& progress) {
   WorkLock work(context, kImportWork);
-  if (!work.Take(kWaitMs)) return StorageError{StorageError::Kind::Busy, work.HeldWords()};
-  Importer importer(context, folder, *counts);
+  if (!work.Take(kWaitMs)) return {StorageError{StorageError::Kind::Busy, work.HeldWords()}};
+  Importer importer(context, folder);
   if (const Result<> read = importer.ReadStored(); !read) {
-    return read.Error().Behind(
-        Ui::tr("保存されているメッセージを読み込めないため、取り込みません。"));
+    return {read.Error().Behind(
+        Ui::tr("保存されているメッセージを読み込めないため、取り込みません。"))};
   }
   context.Data.Group().Gather(MailDatabasePath(context));
   Result<> stored;
@@ -153,22 +162,26 @@ Result<> ImportMessages(Context& context, const QString& path, const QString& fo
   const Result<QString> read = ReadArchive(path, [&](const QByteArray& source) {
     stored = importer.Take(source);
     bytes += source.size();
-    ended = stored && progress && !progress(counts->imported + counts->known, bytes);
+    ended = stored && progress &&
+            !progress(importer.Counts().imported + importer.Counts().known, bytes);
     return stored && !ended;
   });
   const Result<> written = context.Data.Group().End();
   if (stored) stored = written;
   if (!stored) {
     importer.CountStored();
-    return stored.Error().Behind(Ui::tr("メッセージを保存できません。"));
+    return {stored.Error().Behind(Ui::tr("メッセージを保存できません。")), importer.Counts()};
   }
-  if (ended) return StorageError{StorageError::Kind::Other, Ui::tr("中止しました。")};
-  if (!read) return read.Error();
-  if (!read->isEmpty()) counts->notice = *read;
-  return {};
+  if (ended) {
+    return {StorageError{StorageError::Kind::Other, Ui::tr("中止しました。")}, importer.Counts()};
+  }
+  if (!read) return {read.Error(), importer.Counts()};
+  ImportOutcome outcome{{}, importer.Counts()};
+  outcome.counts.notice = *read;
+  return outcome;
 }
 
-Result<QString> TakeMessageFile(Context& context, const QString& path) {
+Result<SerialId> TakeMessageFile(Context& context, const QString& path) {
   QByteArray source;
   const Result<QString> read = ReadArchive(path, [&source](const QByteArray& first) {
     source = first;
@@ -180,15 +193,15 @@ Result<QString> TakeMessageFile(Context& context, const QString& path) {
                         Ui::tr("「%1」にメッセージがありません。").arg(path)};
   }
   const QString id = ImportId(source);
-  QString known;
+  SerialId known;
   if (const OpenedDatabase mail(context, DatabaseKind::Mail); mail) {
     const RecordsetPtr row = MessageRows(context.Data).Named(id);
-    if (row != nullptr && !row->Eof()) known = row->SerialID();
+    if (row != nullptr && !row->Eof()) known = row->Serial();
   }
-  if (!known.isEmpty()) return known;
+  if (!known.IsEmpty()) return known;
   Disk message(context.Data.NewSerialID(QStringLiteral("mail_")));
   FillMessage(message, source, id, {kStatusReceived, true});
-  const Result<QString> stored = MailStore(context).StoreMessage(message, source);
+  const Result<SerialId> stored = MailStore(context).StoreMessage(message, source);
   if (!stored) return stored.Error().Behind(Ui::tr("メッセージを保存できません。"));
   return stored;
 }

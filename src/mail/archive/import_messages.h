@@ -9,13 +9,23 @@
 
 namespace vorn {
 
+/// What an import brought.
 struct ImportCounts {
   int imported = 0;
-  QStringList brought;  ///< the serial identifiers of those
-  int known = 0;        ///< in the store already, but for what mail programs note in a header
+  SerialIds brought;  ///< the serial identifiers of those
+  int known = 0;      ///< in the store already, but for what mail programs note in a header
   /// In the store already, where they cannot be read any more.
   QList<UnreadableMessage> unreadable;
   QString notice;  ///< a sentence about files in a folder that were passed over
+
+  /// Adds what a further import brought.
+  void Add(const ImportCounts& further);
+};
+
+/// How an import ended: what was imported stays, also where it could not go on.
+struct ImportOutcome {
+  Result<> complete;
+  ImportCounts counts = {};
 };
 
 /// Told how many messages an import has looked at, and of how many bytes; false ends it.
@@ -23,13 +33,12 @@ using ImportProgress = std::function<bool(int messages, qint64 bytes)>;
 
 /// Imports the messages of a file or folder (`ReadArchive`) as received ones, under the time at
 /// which each arrived, and puts them into `folder`, a folder's serial identifier, unless that is
-/// empty. A message that is in the store already is left out. Fails when it could not go on; what
-/// was imported stays, and `counts` tells of it.
-Result<> ImportMessages(Context& context, const QString& path, const QString& folder,
-                        ImportCounts* counts, const ImportProgress& progress = {});
+/// empty. A message that is in the store already is left out.
+ImportOutcome ImportMessages(Context& context, const QString& path, const SerialId& folder,
+                             const ImportProgress& progress = {});
 
 /// Takes the first message of a file into the store, in the dust bin, from where the user may take
 /// it out to keep it; one that was taken before is found again. Returns its serial identifier.
-Result<QString> TakeMessageFile(Context& context, const QString& path);
+Result<SerialId> TakeMessageFile(Context& context, const QString& path);
 
 }  // namespace vorn

@@ -94,8 +94,7 @@ bool BeginsAsMbox(QByteArrayView start) {
   return start.startsWith("From ");
 }
 
-Result<> ReadFile(const QString& path, const std::function<bool(const QByteArray&)>& take,
-                  bool* goesOn) {
+Result<> ReadFile(const QString& path, const std::function<bool(const QByteArray&)>& take) {
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) return CannotRead(path);
   const QByteArray start = file.peek(kLookedAt);
@@ -106,14 +105,17 @@ Result<> ReadFile(const QString& path, const std::function<bool(const QByteArray
   QByteArray source = file.readAll();
   if (file.error() != QFileDevice::NoError) return CannotRead(path);
   if (!IsOwnName(QFileInfo(path).fileName())) source = WithCrLf(source);
-  if (!source.isEmpty()) *goesOn = take(source);
+  if (!source.isEmpty()) take(source);
   return {};
 }
 
 // A folder with all that lies in it.
 class FolderReader {
  public:
-  explicit FolderReader(const std::function<bool(const QByteArray&)>& take) : take_(take) {}
+  explicit FolderReader(const std::function<bool(const QByteArray&)>& take)
+      : take_([this, &take](const QByteArray& source) { return goesOn_ = take(source); }) {}
+  FolderReader(const FolderReader&) = delete;
+  FolderReader& operator=(const FolderReader&) = delete;
 
   void Read(const QDir& folder) {
     const bool isMaildir =
@@ -138,14 +140,14 @@ class FolderReader {
     const QStringList names = folder.entryList(filters, QDir::Files, QDir::Name);
     for (const QString& name : names) {
       if (!goesOn_) return;
-      const Result<> read = ReadFile(folder.filePath(name), take_, &goesOn_);
+      const Result<> read = ReadFile(folder.filePath(name), take_);
       if (!read) complete_ = read;
     }
     passedOver_ += static_cast<int>(folder.entryList(QDir::Files).size() - names.size());
   }
 
-  const std::function<bool(const QByteArray&)>& take_;
-  bool goesOn_ = true;
+  std::function<bool(const QByteArray&)> take_;
+  bool goesOn_ = true;  // what was said of the last message
   Result<> complete_;
   int passedOver_ = 0;
 };
@@ -164,9 +166,8 @@ QByteArray SenderOf(const QByteArray& source) {
 
 Result<QString> ReadArchive(const QString& path,
                             const std::function<bool(const QByteArray&)>& take) {
-  bool goesOn = true;
   if (!QFileInfo(path).isDir()) {
-    const Result<> read = ReadFile(path, take, &goesOn);
+    const Result<> read = ReadFile(path, take);
     if (!read) return read.Error();
     return QString();
   }

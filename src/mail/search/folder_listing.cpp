@@ -68,7 +68,7 @@ class MessageSearch {
     return Walk(QStringLiteral("SELECT rowid, SERIALID FROM mail ORDER BY SERIALID"),
                 [&](const Recordset& row) {
                   const QString time = times.value(row.FirstNumber());
-                  known_.insert(row.SerialID(), {row.SerialID(), {}, time});
+                  known_.insert(row.Serial(), {row.Serial(), {}, time});
                 });
   }
 
@@ -96,12 +96,12 @@ class MessageSearch {
 
   DataSession& data_;
   QString select_;
-  QHash<QString, UnreadableMessage> known_;  // by serial identifier
+  QHash<SerialId, UnreadableMessage> known_;  // by serial identifier
 };
 
 }  // namespace
 
-Result<FolderListing> ListFolderMessages(Context& context, const QString& folder) {
+Result<FolderListing> ListFolderMessages(Context& context, const SerialId& folder) {
   const QString select = FolderSqlBuilder(context).Query(folder).Listing();
   if (select.isEmpty()) return StorageError{StorageError::Kind::NotFound, {}};
   const OpenedDatabase mail(context, DatabaseKind::Mail);
@@ -117,7 +117,7 @@ Result<FolderListing> ListFolderMessages(Context& context, const QString& folder
   return reason;
 }
 
-Result<> ReadFolderRows(Context& context, const QString& folder,
+Result<> ReadFolderRows(Context& context, const SerialId& folder,
                         const std::function<void(const MailRow& row)>& take) {
   const QString select = FolderSqlBuilder(context).Query(folder).Listing();
   if (select.isEmpty()) return StorageError{StorageError::Kind::NotFound, {}};
@@ -134,32 +134,32 @@ Result<> ReadFolderRows(Context& context, const QString& folder,
   return ResultOf(context.Data, !rows->Failed());
 }
 
-QString FolderQuestion(Context& context, const QString& folder) {
+QString FolderQuestion(Context& context, const SerialId& folder) {
   const QString select = FolderSqlBuilder(context).Query(folder).Listing();
   return select.isEmpty() ? QString()
                           : QStringLiteral("SELECT SERIALID FROM (") + select +
                                 QStringLiteral(") ORDER BY FIELD_TIMESTAMP ASC");
 }
 
-Result<FolderListing> ListMessages(Context& context, const QStringList& serialIds) {
+Result<FolderListing> ListMessages(Context& context, const SerialIds& serialIds) {
   FolderListing listing;
   const OpenedDatabase mail(context, DatabaseKind::Mail);
   if (!mail) return mail.Error();
-  const auto rowsOf = [&](const QStringList& wanted, std::vector<FolderMessage>& found) {
+  const auto rowsOf = [&](const SerialIds& wanted, std::vector<FolderMessage>& found) {
     return List(context.Data, QStringLiteral("SELECT * FROM mail WHERE") + Among(wanted), found);
   };
-  QHash<QString, FolderMessage> known;
-  for (const QStringList& wanted : InPieces(serialIds)) {
+  QHash<SerialId, FolderMessage> known;
+  for (const SerialIds& wanted : InPieces(serialIds)) {
     std::vector<FolderMessage> found;
     if (!rowsOf(wanted, found)) {
       found.clear();
-      for (const QString& serialId : wanted) {
+      for (const SerialId& serialId : wanted) {
         if (!rowsOf({serialId}, found)) listing.unreadable.append({serialId, {}, {}});
       }
     }
     for (const FolderMessage& message : found) known.insert(message.serialId, message);
   }
-  for (const QString& serialId : serialIds) {
+  for (const SerialId& serialId : serialIds) {
     const auto message = known.constFind(serialId);
     if (message != known.constEnd()) listing.messages.push_back(*message);
   }

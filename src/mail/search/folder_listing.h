@@ -14,7 +14,7 @@
 namespace vorn {
 
 struct FolderMessage {
-  QString serialId;
+  SerialId serialId;
   QString subject;
   QString timestamp;
   bool opened = false;
@@ -29,17 +29,17 @@ struct FolderListing {
 
 /// Lists a folder to its end. A damaged page hides only the messages on it: where the list breaks
 /// off, every message is looked for by itself.
-Result<FolderListing> ListFolderMessages(Context& context, const QString& folder);
+Result<FolderListing> ListFolderMessages(Context& context, const SerialId& folder);
 
 /// Hands over the rows of a folder's messages, oldest first, as far as they can be read. Says why
 /// where the list breaks off.
-Result<> ReadFolderRows(Context& context, const QString& folder,
+Result<> ReadFolderRows(Context& context, const SerialId& folder,
                         const std::function<void(const MailRow& row)>& take);
 
 /// The question for the identifiers of a folder's messages, oldest first; empty when there is no
 /// such folder. A `ConditionRun` can ask it where the condition takes long.
-QString FolderQuestion(Context& context, const QString& folder);
+QString FolderQuestion(Context& context, const SerialId& folder);
 /// Lists the messages with these identifiers in their order; those that are gone are left out.
-Result<FolderListing> ListMessages(Context& context, const QStringList& serialIds);
+Result<FolderListing> ListMessages(Context& context, const SerialIds& serialIds);
 
 }  // namespace vorn

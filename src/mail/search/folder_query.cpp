@@ -11,7 +11,7 @@ const QString kUnopened = QString::fromUtf8(kUnopenedCondition.data(), kUnopened
 
 // The table `mail` with those messages alone. Without a limit the engine would read the whole
 // folder and compare.
-QString TableOf(const QStringList& messages) {
+QString TableOf(const SerialIds& messages) {
   return QStringLiteral("(SELECT * FROM mail WHERE%1 LIMIT %2) AS mail")
       .arg(Among(messages), QString::number(messages.size()));
 }

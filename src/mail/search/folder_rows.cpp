@@ -78,7 +78,7 @@ QString FolderRows::Question() const {
                                           : QStringLiteral(") ORDER BY FIELD_TIMESTAMP DESC"));
 }
 
-void FolderRows::Take(DataSession& session, const QStringList& serialIds) {
+void FolderRows::Take(DataSession& session, const SerialIds& serialIds) {
   Refresh(session);
   found_.emplace(serialIds);
   count_ = serialIds.size();
@@ -87,13 +87,13 @@ void FolderRows::Take(DataSession& session, const QStringList& serialIds) {
 // The identifiers come in pieces of text that the engine takes apart, since it takes only so many
 // values one by one.
 bool FolderRows::OpenFound(DataSession& session, qint64 first, qint64 limit) const {
-  const QStringList shown = found_->Mid(first, limit);
+  const SerialIds shown = found_->Mid(first, limit);
   const qsizetype size = qMax(kFewestInPiece, shown.size() / kMostPieces + 1);
   QStringList pieces;
   for (qsizetype at = 0; at < qMax(qsizetype{1}, shown.size()); at += size) {
     pieces.append(QStringLiteral("SELECT %1, '', %2")
                       .arg(at)
-                      .arg(QuoteSql(shown.mid(at, size).join(u' ') + u' ')));
+                      .arg(QuoteSql(TextsOf(shown.mid(at, size)).join(u' ') + u' ')));
   }
   return session.OpenRecordset(
       QStringLiteral("WITH RECURSIVE found(place, one, rest) AS (%1 UNION ALL SELECT place + 1, "

@@ -3,7 +3,7 @@
 #include <QStringList>
 #include <optional>
 
-#include "mail/search/compact_list.h"
+#include "mail/search/compact_ids.h"
 #include "mail/search/folder_query.h"
 #include "mail/search/row_index.h"
 #include "storage/session/data_session.h"
@@ -33,7 +33,7 @@ class FolderRows {
   /// takes long, and its answer: with it nothing more is asked as long as the database stays as it
   /// is.
   QString Question() const;
-  void Take(DataSession& session, const QStringList& serialIds);
+  void Take(DataSession& session, const SerialIds& serialIds);
   /// Forgets everything.
   void Forget() { *this = FolderRows(query_, order_); }
   /// Finds out more about where the rows stand, for some milliseconds; false when there is nothing
@@ -54,7 +54,7 @@ class FolderRows {
   bool few_ = false;
   bool indexed_ = false;  // an index alone finds the rows
   bool exploring_ = false;
-  std::optional<CompactList> found_;  // all of them, where they were asked for elsewhere
+  std::optional<CompactIds> found_;  // all of them, where they were asked for elsewhere
 };
 
 }  // namespace vorn

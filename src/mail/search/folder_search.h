@@ -1,9 +1,10 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
 #include <optional>
 #include <utility>
+
+#include "storage/base/serial_id.h"
 
 namespace vorn {
 
@@ -16,7 +17,7 @@ struct FolderSearch {
   QString text;  ///< empty where all of the folder is shown
   bool isEverywhere = false;
   /// Where texts have been searched, too: the identifiers of the messages that have it.
-  std::optional<QStringList> hits = std::nullopt;
+  std::optional<SerialIds> hits = std::nullopt;
   /// The texts were not searched to the end. What subjects and addresses have is found all the
   /// same.
   bool hasMore = false;

@@ -16,7 +16,7 @@ namespace {
 // Messages of one moment are told apart by their identifiers.
 struct Moment {
   QString time;
-  QString serialId;
+  SerialId serialId;
 
   QString Condition(QStringView compare) const {
     return QStringLiteral("(FIELD_TIMESTAMP %1 %2 OR (FIELD_TIMESTAMP = %2 AND SERIALID %1 %3))")
@@ -25,7 +25,7 @@ struct Moment {
 };
 
 // Nothing where there is no such message.
-Result<std::optional<Moment>> MomentOf(DataSession& data, const QString& serialId) {
+Result<std::optional<Moment>> MomentOf(DataSession& data, const SerialId& serialId) {
   const RecordsetPtr row = MessageRows(data).Of(serialId);
   if (row == nullptr) return ReasonOf(data);
   if (row->Eof()) return std::optional<Moment>();
@@ -40,14 +40,14 @@ Result<RecordsetPtr> Ask(DataSession& data, const QString& select) {
 }
 
 // The first of the rows that the condition leaves; empty where it leaves none.
-Result<QString> FirstSerial(DataSession& data, const QString& rows, const QString& condition,
-                            int step) {
+Result<SerialId> FirstSerial(DataSession& data, const QString& rows, const QString& condition,
+                             int step) {
   const QString select =
       QStringLiteral("SELECT * FROM (%1) WHERE %2 ORDER BY FIELD_TIMESTAMP %3, SERIALID %3")
           .arg(rows, condition, step < 0 ? QStringLiteral("DESC") : QStringLiteral("ASC"));
   const Result<RecordsetPtr> found = Ask(data, select);
   if (!found) return found.Error();
-  return (*found)->SerialID();
+  return (*found)->Serial();
 }
 
 QStringView Beyond(int step) {
@@ -60,22 +60,22 @@ int PageStep(Context& context) {
 
 }  // namespace
 
-Result<QString> NeighbourMessage(Context& context, const QString& folder,
-                                 const FolderSearch& search, const QString& serialId, int step) {
+Result<SerialId> NeighbourMessage(Context& context, const SerialId& folder,
+                                  const FolderSearch& search, const SerialId& serialId, int step) {
   const FolderQuery query = FolderSqlBuilder(context).Query(folder).Searched(search);
-  if (query.IsEmpty()) return QString();
+  if (query.IsEmpty()) return SerialId();
   const OpenedDatabase mail(context, DatabaseKind::Mail);
   if (!mail) return mail.Error();
   const auto from = MomentOf(context.Data, serialId);
   if (!from) return from.Error();
-  if (!*from) return QString();
+  if (!*from) return SerialId();
   return FirstSerial(context.Data, query.Listing(), (*from)->Condition(Beyond(step)), step);
 }
 
-Result<QString> NextUnopened(Context& context, const QString& folder, const FolderSearch& search,
-                             const QString& serialId) {
+Result<SerialId> NextUnopened(Context& context, const SerialId& folder, const FolderSearch& search,
+                              const SerialId& serialId) {
   const FolderQuery query = FolderSqlBuilder(context).Query(folder).Searched(search);
-  if (query.IsEmpty()) return QString();
+  if (query.IsEmpty()) return SerialId();
   const OpenedDatabase mail(context, DatabaseKind::Mail);
   if (!mail) return mail.Error();
   const int step = PageStep(context);
@@ -83,15 +83,15 @@ Result<QString> NextUnopened(Context& context, const QString& folder, const Fold
   // From one that cannot be read, as from none, it goes to any that can.
   const auto from = MomentOf(context.Data, serialId);
   if (from && *from) {
-    Result<QString> next = FirstSerial(context.Data, rows, (*from)->Condition(Beyond(step)), step);
-    if (!next || !next->isEmpty()) return next;
+    Result<SerialId> next = FirstSerial(context.Data, rows, (*from)->Condition(Beyond(step)), step);
+    if (!next || !next->IsEmpty()) return next;
   }
   const QString another = QStringLiteral("SERIALID <> ") + QuoteSql(serialId);
   return FirstSerial(context.Data, rows, another, step);
 }
 
-Result<qint64> RowsBefore(Context& context, const QString& folder, const FolderSearch& search,
-                          const QString& serialId) {
+Result<qint64> RowsBefore(Context& context, const SerialId& folder, const FolderSearch& search,
+                          const SerialId& serialId) {
   const StorageError missing{StorageError::Kind::NotFound, {}};
   const FolderQuery query = FolderSqlBuilder(context).Query(folder).Searched(search);
   if (query.IsEmpty()) return missing;
@@ -101,9 +101,9 @@ Result<qint64> RowsBefore(Context& context, const QString& folder, const FolderS
   if (!to) return to.Error();
   if (!*to) return missing;
   const QString itself = QStringLiteral("SERIALID = ") + QuoteSql(serialId);
-  const Result<QString> held = FirstSerial(context.Data, query.Listing(), itself, 1);
+  const Result<SerialId> held = FirstSerial(context.Data, query.Listing(), itself, 1);
   if (!held) return held.Error();
-  if (held->isEmpty()) return missing;
+  if (held->IsEmpty()) return missing;
   const Result<RecordsetPtr> before =
       Ask(context.Data, QStringLiteral("SELECT COUNT(*) FROM (%1) WHERE %2")
                             .arg(query.Listing(), (*to)->Condition(Beyond(-PageStep(context)))));

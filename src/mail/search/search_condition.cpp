@@ -43,13 +43,13 @@ QString FormatConditionLine(const ConditionLine& line) {
 namespace {
 
 // The folders that a folder's conditions name.
-QStringList NamedFolders(const Disk& folder) {
-  QStringList named;
+SerialIds NamedFolders(const Disk& folder) {
+  SerialIds named;
   if (FolderObject(folder).UsesSql()) return named;
   for (const QString& text : FolderObject(folder).Conditions().split(kLineBreak)) {
     const auto line = ParseConditionLine(text);
     if (line && TraitsOf(line->kind).value == ConditionValue::Folder) {
-      named.append(line->values.value(0));
+      named.append(SerialId(line->values.value(0)));
     }
   }
   return named;
@@ -58,11 +58,11 @@ QStringList NamedFolders(const Disk& folder) {
 }  // namespace
 
 bool RefersToItself(Context& context, const Disk& folder) {
-  QStringList waiting = NamedFolders(folder);
-  QStringList seen;
+  SerialIds waiting = NamedFolders(folder);
+  SerialIds seen;
   while (!waiting.isEmpty()) {
-    const QString serialId = waiting.takeFirst();
-    if (serialId == folder.SerialID()) return true;
+    const SerialId serialId = waiting.takeFirst();
+    if (serialId == folder.Serial()) return true;
     if (seen.contains(serialId)) continue;
     seen.append(serialId);
     if (const DiskPtr other = LoadObject(context, serialId)) waiting += NamedFolders(*other);
@@ -70,11 +70,11 @@ bool RefersToItself(Context& context, const Disk& folder) {
   return false;
 }
 
-QString FolderSqlBuilder::CreateFolderSql(const QString& serialId, bool wholeStatement) {
+QString FolderSqlBuilder::CreateFolderSql(const SerialId& serialId, bool wholeStatement) {
   return wholeStatement ? Query(serialId).Listing() : ConditionOnce(serialId);
 }
 
-FolderQuery FolderSqlBuilder::Query(const QString& serialId) {
+FolderQuery FolderSqlBuilder::Query(const SerialId& serialId) {
   const DiskPtr folder = LoadObject(context_, serialId);
   return folder == nullptr ? FolderQuery() : Query(*folder);
 }
@@ -82,15 +82,15 @@ FolderQuery FolderSqlBuilder::Query(const QString& serialId) {
 // What was thrown away is in the dust bin alone, unless the folder asks for messages by their
 // state.
 FolderQuery FolderSqlBuilder::Query(const Disk& folder) {
-  visited_ = folder.SerialID() + kLineBreak;
+  visited_ = {folder.Serial()};
   asksForState_ = false;
-  const QString condition = Condition(folder.SerialID(), folder);
+  const QString condition = Condition(folder.Serial(), folder);
   const bool isCareful = Settings(context_).IsCareful();
   const bool leavesDust = isCareful && !FolderObject(folder).UsesSql() && !asksForState_;
   const bool joins =
       isCareful ? NamesTable(condition, QLatin1String("folder")) : condition.contains(u"folder.");
   QString rest = leavesDust ? QStringLiteral(" AND mail.STATUS > 0") : QString();
-  if (folder.SerialID() == fixed_serial::kInbox && ListSettings(context_).ShowsFiledOnce()) {
+  if (folder.Serial() == fixed_serial::kInbox && ListSettings(context_).ShowsFiledOnce()) {
     rest += NotFiled();
   }
   return FolderQuery(rest.isEmpty() ? condition : u'(' + condition + u')' + rest,
@@ -103,7 +103,7 @@ QString FolderSqlBuilder::NotFiled() const {
   QStringList folders;
   const auto byHand = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
   for (const DiskPtr& folder : *byHand) {
-    if (FolderObject(*folder).ShowsWhatIsFiled()) folders.append(QuoteSql(folder->SerialID()));
+    if (FolderObject(*folder).ShowsWhatIsFiled()) folders.append(QuoteSql(folder->Serial()));
   }
   if (folders.isEmpty()) return {};
   return QStringLiteral(
@@ -113,15 +113,14 @@ QString FolderSqlBuilder::NotFiled() const {
 }
 
 // Of a folder that another one names; empty when it is being expanded already.
-QString FolderSqlBuilder::ConditionOnce(const QString& serialId) {
+QString FolderSqlBuilder::ConditionOnce(const SerialId& serialId) {
   const DiskPtr folder = LoadObject(context_, serialId);
-  const QString entry = serialId + kLineBreak;
-  if (folder == nullptr || visited_.contains(entry)) return {};
-  visited_ += entry;
+  if (folder == nullptr || visited_.contains(serialId)) return {};
+  visited_.insert(serialId);
   return Condition(serialId, *folder);
 }
 
-QString FolderSqlBuilder::Condition(const QString& serialId, const Disk& folder) {
+QString FolderSqlBuilder::Condition(const SerialId& serialId, const Disk& folder) {
   if (FolderObject(folder).UsesSql()) {
     const QString sql = FolderObject(folder).Sql();
     asksForState_ = asksForState_ || NamesColumn(sql, QLatin1String("STATUS"));
@@ -148,7 +147,9 @@ QString FolderSqlBuilder::Condition(const QString& serialId, const Disk& folder)
 
 QString FolderSqlBuilder::Clause(const ConditionLine& line) {
   const ConditionTraits& traits = TraitsOf(line.kind);
-  if (traits.value == ConditionValue::Folder) return ConditionOnce(line.values.value(0));
+  if (traits.value == ConditionValue::Folder) {
+    return ConditionOnce(SerialId(line.values.value(0)));
+  }
   if (traits.value == ConditionValue::States) asksForState_ = true;
   return traits.clause(line.values);
 }

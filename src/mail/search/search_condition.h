@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <optional>
@@ -37,24 +38,24 @@ class FolderSqlBuilder {
   explicit FolderSqlBuilder(Context& context) : context_(context) {}
 
   /// What a folder asks for; of no folder when it cannot be loaded.
-  FolderQuery Query(const QString& folder);
+  FolderQuery Query(const SerialId& folder);
   /// The same of a folder that is not stored as it stands here.
   FolderQuery Query(const Disk& folder);
 
   /// As text: the complete statement of a folder, or with `wholeStatement` false its condition
   /// alone. Empty when the folder cannot be loaded or is already being expanded. May hold text
   /// written by the user.
-  QString CreateFolderSql(const QString& folder, bool wholeStatement = true);
+  QString CreateFolderSql(const SerialId& folder, bool wholeStatement = true);
 
  private:
-  QString ConditionOnce(const QString& serialId);
-  QString Condition(const QString& serialId, const Disk& folder);
+  QString ConditionOnce(const SerialId& serialId);
+  QString Condition(const SerialId& serialId, const Disk& folder);
   QString Clause(const ConditionLine& line);
   QString NotFiled() const;
 
   Context& context_;
   bool asksForState_ = false;  // one of the conditions, also of a folder that is named
-  QString visited_;            // every folder entered during one build, each with CR LF
+  QSet<SerialId> visited_;     // every folder entered during one build
 };
 
 }  // namespace vorn

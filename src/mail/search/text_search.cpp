@@ -37,12 +37,12 @@ TextSearch::TextSearch(Context& context, const QString& text)
       pattern_(text.toStdString(), LetterCase::Ignored, Wildcards::None),
       textTypes_(Settings(context).TextTypes()) {}
 
-bool TextSearch::Finds(Connection& connection, const QString& serialId) const {
+bool TextSearch::Finds(Connection& connection, const SerialId& serialId) const {
   const auto row = connection.Prepare(
       "SELECT MAIL, FIELD_CONTENT, FIELD_FLAG, CONTAINS(FIELD_SUBJECT, ?) OR "
       "CONTAINS(ADDRESSES(FIELD_MAILADDRESS), ?) FROM mail WHERE SERIALID = ?");
   if (row == nullptr) return false;
-  row->Bind({text_, text_, serialId});
+  row->Bind({text_, text_, serialId.Text()});
   if (row->Next() != Statement::Step::Row) return false;
   if (row->Value(3).toBool()) return true;
   const Result<QByteArray> source = LongBinaryTable(connection).Read(row->Value(0).toLongLong());

@@ -18,7 +18,7 @@ class TextSearch {
 
   /// Whether the message has the text. Of a source that cannot be read only what the columns have
   /// is looked at.
-  bool Finds(Connection& connection, const QString& serialId) const;
+  bool Finds(Connection& connection, const SerialId& serialId) const;
 
  private:
   QString text_;

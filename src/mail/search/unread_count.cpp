@@ -5,7 +5,7 @@
 
 namespace vorn {
 
-qint64 CountUnread(Context& context, const QString& folder) {
+qint64 CountUnread(Context& context, const SerialId& folder) {
   const FolderQuery query = FolderSqlBuilder(context).Query(folder);
   const OpenedDatabase mail(context, DatabaseKind::Mail);
   if (query.IsEmpty() || !mail) return -1;
@@ -14,7 +14,7 @@ qint64 CountUnread(Context& context, const QString& folder) {
   return counted ? context.Data.Recordset()->FirstNumber() : -1;
 }
 
-QString UnreadQuestion(Context& context, const QString& folder) {
+QString UnreadQuestion(Context& context, const SerialId& folder) {
   return FolderSqlBuilder(context).Query(folder).Unread();
 }
 

@@ -7,8 +7,8 @@
 namespace vorn {
 
 /// How many messages of a folder are not yet opened; -1 when the folder cannot be read.
-qint64 CountUnread(Context& context, const QString& folder);
+qint64 CountUnread(Context& context, const SerialId& folder);
 /// The statement that tells it; empty when there is no such folder.
-QString UnreadQuestion(Context& context, const QString& folder);
+QString UnreadQuestion(Context& context, const SerialId& folder);
 
 }  // namespace vorn

@@ -11,6 +11,10 @@ namespace {
 
 const QString kPrefix = QStringLiteral("draft_");
 
+SerialId KeyOf(const SerialId& message) {
+  return SerialId(kPrefix + message.Text());
+}
+
 // A draft, by the names that its object's bag has. A bag holds text; base64 keeps any bytes.
 class DraftObject {
  public:
@@ -28,14 +32,14 @@ class DraftObject {
 };
 
 // The folders that the message is in already, when it was stored before.
-Result<QString> ReadStoredFolders(Context& context, const QString& message) {
+Result<SerialIds> ReadStoredFolders(Context& context, const SerialId& message) {
   const OpenedDatabase opened(context, DatabaseKind::Mail);
   if (!opened) return opened.Error();
   return MessageRows(context.Data).FoldersOf(message);
 }
 
 // Whether the message waits or was sent.
-bool HasGoneOn(Context& context, const QString& message) {
+bool HasGoneOn(Context& context, const SerialId& message) {
   const OpenedDatabase opened(context, DatabaseKind::Mail);
   if (!opened) return false;
   const RecordsetPtr row = MessageRows(context.Data).Of(message);
@@ -45,10 +49,10 @@ bool HasGoneOn(Context& context, const QString& message) {
 
 }  // namespace
 
-Result<> Keep(Context& context, const QString& message, const QByteArray& source) {
-  DiskPtr draft = context.Objects.Find(kPrefix + message);
+Result<> Keep(Context& context, const SerialId& message, const QByteArray& source) {
+  DiskPtr draft = context.Objects.Find(KeyOf(message));
   if (draft == nullptr) {
-    draft = std::make_shared<Disk>(kPrefix + message);
+    draft = std::make_shared<Disk>(KeyOf(message));
     context.Objects.Add(draft);
   }
   AnyObject::SetType(*draft, QStringLiteral("draft"));
@@ -56,25 +60,24 @@ Result<> Keep(Context& context, const QString& message, const QByteArray& source
   return SaveObject(context, DatabaseKind::Profile, *draft);
 }
 
-void Forget(Context& context, const QString& message) {
-  const DiskPtr draft = context.Objects.Find(kPrefix + message);
+void Forget(Context& context, const SerialId& message) {
+  const DiskPtr draft = context.Objects.Find(KeyOf(message));
   if (draft == nullptr) return;
   if (const OpenedDatabase profile(context, DatabaseKind::Profile); profile) {
     draft->Delete(context.Data);
   }
-  context.Objects.Remove(kPrefix + message);
+  context.Objects.Remove(KeyOf(message));
 }
 
-QStringList LeftBehind(Context& context) {
-  QStringList messages;
+SerialIds LeftBehind(Context& context) {
+  SerialIds messages;
   for (const DiskPtr& object : context.Objects) {
-    if (object->SerialID().startsWith(kPrefix)) {
-      messages.append(object->SerialID().sliced(kPrefix.size()));
-    }
+    const QString key = object->SerialID();
+    if (key.startsWith(kPrefix)) messages.append(SerialId(key.sliced(kPrefix.size())));
   }
   // What was sent since is not written any more: a power failure can take back that it was
   // forgotten.
-  for (const QString& message : QStringList(messages)) {
+  for (const SerialId& message : SerialIds(messages)) {
     if (!HasGoneOn(context, message)) continue;
     messages.removeAll(message);
     Forget(context, message);
@@ -82,16 +85,16 @@ QStringList LeftBehind(Context& context) {
   return messages;
 }
 
-Result<> Restore(Context& context, const QString& message) {
-  const DiskPtr draft = context.Objects.Find(kPrefix + message);
+Result<> Restore(Context& context, const SerialId& message) {
+  const DiskPtr draft = context.Objects.Find(KeyOf(message));
   if (draft == nullptr) return StorageError{StorageError::Kind::NotFound, {}};
   Disk request(message);
   MessageBag::SetStatus(request, kStatusEdit);
   MessageBag::SetFlags(request, kWrittenFlags);
-  const Result<QString> folders = ReadStoredFolders(context, message);
+  const Result<SerialIds> folders = ReadStoredFolders(context, message);
   if (!folders) return folders.Error();
   MessageBag::SetFolders(request, *folders);
-  const Result<QString> stored =
+  const Result<SerialId> stored =
       MailStore(context).StoreMessage(request, DraftObject(*draft).Source());
   if (!stored) return stored.Error();
   Forget(context, message);

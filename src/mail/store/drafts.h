@@ -14,14 +14,14 @@ namespace Drafts {
 
 /// Keeps `source` as the draft of the message with that serial identifier, in the place of the one
 /// kept before.
-Result<> Keep(Context& context, const QString& message, const QByteArray& source);
-void Forget(Context& context, const QString& message);
+Result<> Keep(Context& context, const SerialId& message, const QByteArray& source);
+void Forget(Context& context, const SerialId& message);
 /// The serial identifiers of the messages of which a draft was left behind. Those that wait or were
 /// sent meanwhile have none any more.
-QStringList LeftBehind(Context& context);
+SerialIds LeftBehind(Context& context);
 /// Stores a draft that was left behind as its message, being edited. When it fails, the draft is
 /// still there.
-Result<> Restore(Context& context, const QString& message);
+Result<> Restore(Context& context, const SerialId& message);
 
 }  // namespace Drafts
 }  // namespace vorn

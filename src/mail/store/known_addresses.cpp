@@ -58,7 +58,7 @@ void KnownAddresses::ReadSent() {
   for (int i = 0; i < kSentMessages && !rows->Eof(); ++i, rows->MoveNext()) {
     const MailRow row(*rows);
     if (i == 0) readTo_ = row.Timestamp();
-    const QString message = row.Timestamp() + row.Serial();
+    const QString message = row.Timestamp() + row.Serial().Text();
     if (read_.contains(message)) continue;
     read_.insert(message);
     entries += Recipients(row.AddressLines());

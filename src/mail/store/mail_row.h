@@ -16,7 +16,7 @@ class MailRow {
  public:
   explicit MailRow(const Recordset& rows) : rows_(&rows) {}
 
-  QString Serial() const { return rows_->SerialID(); }
+  SerialId Serial() const { return rows_->Serial(); }
   /// The name under which the message came.
   QString MessageId() const { return Text(u"FIELD_ID"); }
   StoredState State() const { return StoredState::Of(rows_->Fields(u"STATUS").toInt()); }

@@ -15,7 +15,7 @@ namespace vorn {
 namespace {
 
 QString Where(const Disk& request) {
-  return QStringLiteral(" WHERE SERIALID = ") + QuoteSql(request.SerialID());
+  return QStringLiteral(" WHERE SERIALID = ") + QuoteSql(request.Serial());
 }
 
 QString SelectRow(const Disk& request) {
@@ -37,11 +37,11 @@ OpenedDatabase MailStore::Open(const Disk& request) {
   return OpenedDatabase(context_, message.Database(), message.File(context_));
 }
 
-Result<QString> MailStore::StoreMessage(const Disk& request, const QByteArray& source) {
-  if (request.SerialID().isEmpty()) return StorageError();
+Result<SerialId> MailStore::StoreMessage(const Disk& request, const QByteArray& source) {
+  if (request.Serial().IsEmpty()) return StorageError();
   const Result<> stored = Store(request, source, QString());
   if (!stored) return stored.Error();
-  return request.SerialID();
+  return request.Serial();
 }
 
 Result<> MailStore::StoreMessages(const std::vector<std::pair<DiskPtr, QByteArray>>& messages) {
@@ -121,15 +121,15 @@ Result<MailStore::Taken> MailStore::StoreUnlessKnown(const Disk& request, const 
   const Result<bool> has = MessageRows(context_.Data).HasName(MessageBag(request).MessageId());
   const bool known = has.ValueOr(false);
   Result<> done = has ? Result<>() : has.Error();
-  QString alike;
+  SerialId alike;
   if (done && !known && identity && !besideAlike) {
-    const Result<QString> found = received.Of(*identity);
+    const Result<SerialId> found = received.Of(*identity);
     if (!found) done = found.Error();
-    alike = found.ValueOr(QString());
+    alike = found.ValueOr(SerialId());
   }
-  if (done && !known && alike.isEmpty()) {
+  if (done && !known && alike.IsEmpty()) {
     done = ResultOf(context_.Data, WriteMessage(request, source, index));
-    if (done && identity) done = received.Note(*identity, request.SerialID());
+    if (done && identity) done = received.Note(*identity, request.Serial());
   }
   if (done) done = ResultOf(context_.Data, context_.Data.Commit());
   if (!done) {
@@ -137,7 +137,7 @@ Result<MailStore::Taken> MailStore::StoreUnlessKnown(const Disk& request, const 
     return done.Error();
   }
   if (known) return Taken{Received::Known, {}};
-  return Taken{alike.isEmpty() ? Received::Stored : Received::Alike, alike};
+  return Taken{alike.IsEmpty() ? Received::Stored : Received::Alike, alike};
 }
 
 bool MailStore::WriteMessage(const Disk& request, const QByteArray& source,
@@ -208,10 +208,9 @@ bool MailStore::WriteState(StateMask mask, const Disk& request) {
 bool MailStore::WriteFolders(const Disk& request) {
   DataSession& data = context_.Data;
   if (!data.Execute(QStringLiteral("DELETE FROM folder") + Where(request))) return false;
-  const QStringList folders = MessageBag(request).Folders().split(kLineBreak, Qt::SkipEmptyParts);
-  for (const QString& folder : folders) {
+  for (const SerialId& folder : MessageBag(request).Folders()) {
     if (!data.Execute(QStringLiteral("INSERT INTO folder ( SERIALID, FOLDERID ) VALUES(") +
-                      QuoteSql(request.SerialID()) + u',' + QuoteSql(folder) + u')')) {
+                      QuoteSql(request.Serial()) + u',' + QuoteSql(folder) + u')')) {
       return false;
     }
   }

@@ -29,7 +29,7 @@ class MailStore {
 
   /// Creates or replaces the message's row with its index columns, and its folder membership.
   /// All or nothing. Returns the serial identifier.
-  Result<QString> StoreMessage(const Disk& request, const QByteArray& source);
+  Result<SerialId> StoreMessage(const Disk& request, const QByteArray& source);
 
   /// The same for several messages of one database: all of them or none.
   Result<> StoreMessages(const std::vector<std::pair<DiskPtr, QByteArray>>& messages);
@@ -76,7 +76,7 @@ class MailStore {
   /// What came of it, and the message that has the same identity where it is `Alike`.
   struct Taken {
     Received received;
-    QString alike;
+    SerialId alike;
   };
   Result<Taken> StoreUnlessKnown(const Disk& request, const QByteArray& source,
                                  const std::optional<qint64>& identity, bool besideAlike);

@@ -40,9 +40,11 @@ class MessageBag {
   static void SetStatus(Disk& bag, MessageStatus status) { SetState(bag, {status}); }
   FlagString Flags() const { return FlagString(bag_.Text(kFlags)); }
   static void SetFlags(Disk& bag, const FlagString& flags) { bag.Let(kFlags, flags.Text()); }
-  /// The identifiers of the folders that it is filed in, one a line.
-  QString Folders() const { return bag_.Text(kFolders); }
-  static void SetFolders(Disk& bag, const QString& folders) { bag.Let(kFolders, folders); }
+  /// The folders that it is filed in.
+  SerialIds Folders() const { return SerialIdsOfLines(bag_.Text(kFolders)); }
+  static void SetFolders(Disk& bag, const SerialIds& folders) {
+    bag.Let(kFolders, LinesOf(folders));
+  }
   /// When it came, in the stored form.
   QString Timestamp(const QString& byDefault) const { return bag_.Text(kTimestamp, byDefault); }
   static void SetTimestamp(Disk& bag, const QString& time) { bag.Let(kTimestamp, time); }

@@ -1,5 +1,6 @@
 #include "mail/store/message_filing.h"
 
+#include <QSet>
 #include <algorithm>
 #include <type_traits>
 
@@ -16,9 +17,9 @@ namespace {
 
 // Of those among the messages for which the condition, which that of the messages ends, holds.
 Result<MessageFlags> ReadFlags(DataSession& session, const QString& condition,
-                               const QStringList& messages) {
+                               const SerialIds& messages) {
   MessageFlags flags;
-  for (const QStringList& piece : InPieces(messages)) {
+  for (const SerialIds& piece : InPieces(messages)) {
     if (!session.OpenRecordset(QStringLiteral("SELECT SERIALID, FIELD_FLAG FROM mail WHERE ") +
                                    condition + Among(piece),
                                CursorKind::ForwardOnly)) {
@@ -44,31 +45,30 @@ const QString kMayChange =
     QStringLiteral(" AND SERIALID NOT IN (SELECT SERIALID FROM send_attempt WHERE STATE = 1)");
 
 // Those among the messages for which the statement, which their condition ends, selects them.
-Result<QStringList> FindAmong(DataSession& session, const QString& statement,
-                              const QStringList& messages) {
-  QStringList found;
-  for (const QStringList& piece : InPieces(messages)) {
+Result<SerialIds> FindAmong(DataSession& session, const QString& statement,
+                            const SerialIds& messages) {
+  SerialIds found;
+  for (const SerialIds& piece : InPieces(messages)) {
     if (!session.OpenRecordset(statement + Among(piece), CursorKind::ForwardOnly)) {
       return ReasonOf(session);
     }
     const RecordsetPtr rows = session.Recordset();
-    for (; !rows->Eof(); rows->MoveNext()) found.append(rows->SerialID());
+    for (; !rows->Eof(); rows->MoveNext()) found.append(rows->Serial());
     if (rows->Failed()) return rows->Error();
   }
   return found;
 }
 
-Result<QStringList> FindAmong(Context& context, const QString& statement,
-                              const QStringList& messages) {
+Result<SerialIds> FindAmong(Context& context, const QString& statement, const SerialIds& messages) {
   const OpenedDatabase opened(context, DatabaseKind::Mail);
   if (!opened) return opened.Error();
   return FindAmong(context.Data, statement, messages);
 }
 
 // Those among the messages that are being handed over.
-Result<UnderWay> ReadUnderWay(DataSession& session, const QStringList& messages) {
+Result<UnderWay> ReadUnderWay(DataSession& session, const SerialIds& messages) {
   UnderWay underWay;
-  for (const QStringList& piece : InPieces(messages)) {
+  for (const SerialIds& piece : InPieces(messages)) {
     if (!session.OpenRecordset(
             QStringLiteral(
                 "SELECT SERIALID, FIELD_SUBJECT FROM mail WHERE%1 AND SERIALID IN (SELECT SERIALID "
@@ -79,7 +79,7 @@ Result<UnderWay> ReadUnderWay(DataSession& session, const QStringList& messages)
     }
     const RecordsetPtr rows = session.Recordset();
     for (; !rows->Eof(); rows->MoveNext()) {
-      underWay.insert(rows->SerialID(), MailRow(*rows).Subject());
+      underWay.insert(rows->Serial(), MailRow(*rows).Subject());
     }
     if (rows->Failed()) return rows->Error();
   }
@@ -101,15 +101,15 @@ std::invoke_result_t<Work, DataSession&> Transact(Context& context, const Work& 
 }
 
 // Runs a statement, which the condition of messages and `rest` end.
-bool RunAmong(DataSession& session, const QString& statement, const QStringList& messages,
+bool RunAmong(DataSession& session, const QString& statement, const SerialIds& messages,
               const QString& rest = {}) {
-  const QList<QStringList> pieces = InPieces(messages);
-  return std::all_of(pieces.begin(), pieces.end(), [&](const QStringList& piece) {
+  const QList<SerialIds> pieces = InPieces(messages);
+  return std::all_of(pieces.begin(), pieces.end(), [&](const SerialIds& piece) {
     return session.Execute(statement + Among(piece) + rest);
   });
 }
 
-bool SetDust(DataSession& session, const QStringList& messages, bool dust) {
+bool SetDust(DataSession& session, const SerialIds& messages, bool dust) {
   return RunAmong(session,
                   QStringLiteral("UPDATE mail SET STATUS = ") +
                       (dust ? QStringLiteral("-ABS(STATUS)") : QStringLiteral("ABS(STATUS)")) +
@@ -121,9 +121,9 @@ bool SetDust(DataSession& session, const QStringList& messages, bool dust) {
 Result<Move> Narrow(DataSession& session, const Move& move) {
   Move narrowed;
   Result<> found;
-  const auto find = [&](const QString& select, const QStringList& messages, QStringList& among) {
+  const auto find = [&](const QString& select, const SerialIds& messages, SerialIds& among) {
     if (!found) return;
-    Result<QStringList> those = FindAmong(session, select, messages);
+    Result<SerialIds> those = FindAmong(session, select, messages);
     found = those ? Result<>() : those.Error();
     among = those.ValueOr({});
   };
@@ -160,8 +160,8 @@ bool Run(DataSession& session, const Move& move) {
   return SetDust(session, move.intoDust, true) && SetDust(session, move.outOfDust, false);
 }
 
-QStringList Without(const UnderWay& underWay, QStringList messages) {
-  messages.removeIf([&](const QString& message) { return underWay.contains(message); });
+SerialIds Without(const UnderWay& underWay, SerialIds messages) {
+  messages.removeIf([&](const SerialId& message) { return underWay.contains(message); });
   return messages;
 }
 
@@ -183,12 +183,17 @@ QString NoFolderWords() {
       "そこに入れられます。");
 }
 
-QStringList Move::Messages() const {
-  QStringList all = intoDust + outOfDust;
+SerialIds Move::Messages() const {
+  SerialIds all = intoDust + outOfDust;
   for (const Filed& filed : {into, outOf}) {
-    for (const QStringList& messages : filed) all += messages;
+    for (const SerialIds& messages : filed) all += messages;
   }
-  all.removeDuplicates();
+  QSet<SerialId> seen;
+  all.removeIf([&seen](const SerialId& message) {
+    const bool isSeen = seen.contains(message);
+    seen.insert(message);
+    return isSeen;
+  });
   return all;
 }
 
@@ -205,18 +210,18 @@ Result<Moved> MoveMessages(Context& context, const Move& move) {
   });
 }
 
-Result<Moved> SetDust(Context& context, const QStringList& messages, bool dust) {
+Result<Moved> SetDust(Context& context, const SerialIds& messages, bool dust) {
   return MoveMessages(context, dust ? Move{.intoDust = messages} : Move{.outOfDust = messages});
 }
 
-Result<QStringList> Received(Context& context, const QStringList& messages) {
+Result<SerialIds> Received(Context& context, const SerialIds& messages) {
   return FindAmong(
       context,
       QStringLiteral("SELECT SERIALID FROM mail WHERE ABS(STATUS) = %1 AND").arg(kStatusReceived),
       messages);
 }
 
-Result<> SetMark(Context& context, const QStringList& messages, FlagPosition mark, bool isSet) {
+Result<> SetMark(Context& context, const SerialIds& messages, FlagPosition mark, bool isSet) {
   const QString value = isSet ? QStringLiteral("'1'") : QStringLiteral("'0'");
   const QString received =
       mark == kFlagNew ? QStringLiteral(" AND ABS(STATUS) = %1").arg(kStatusReceived) : QString();
@@ -225,7 +230,7 @@ Result<> SetMark(Context& context, const QStringList& messages, FlagPosition mar
   });
 }
 
-Result<> ToggleStar(Context& context, const QStringList& messages) {
+Result<> ToggleStar(Context& context, const SerialIds& messages) {
   const QString other = QStringLiteral("(1 - SUBSTR(FIELD_FLAG & '0000000', %1, 1))")
                             .arg(static_cast<int>(kFlagStar));
   return Transact(context, [&](DataSession& session) {
@@ -233,7 +238,7 @@ Result<> ToggleStar(Context& context, const QStringList& messages) {
   });
 }
 
-Result<UnderWay> DeleteMessages(Context& context, const QStringList& messages) {
+Result<UnderWay> DeleteMessages(Context& context, const SerialIds& messages) {
   return Transact(context, [&](DataSession& session) -> Result<UnderWay> {
     Result<UnderWay> underWay = ReadUnderWay(session, messages);
     if (!underWay) return underWay;
@@ -245,17 +250,17 @@ Result<UnderWay> DeleteMessages(Context& context, const QStringList& messages) {
   });
 }
 
-Result<MessageFlags> FlagsOf(Context& context, const QStringList& messages) {
+Result<MessageFlags> FlagsOf(Context& context, const SerialIds& messages) {
   const OpenedDatabase opened(context, DatabaseKind::Mail);
   if (!opened) return opened.Error();
   return ReadFlags(context.Data, QString(), messages);
 }
 
-Result<QStringList> UnchangedAmong(Context& context, const MessageFlags& flags,
-                                   const QString& folder) {
+Result<SerialIds> UnchangedAmong(Context& context, const MessageFlags& flags,
+                                 const SerialId& folder) {
   const QString others = QStringLiteral("SELECT SERIALID FROM folder WHERE FOLDERID <> ");
   const QString filed =
-      folder.isEmpty()
+      folder.IsEmpty()
           ? QString()
           : QStringLiteral(" AND SERIALID IN (SELECT SERIALID FROM folder WHERE FOLDERID = %1)")
                 .arg(QuoteSql(folder));
@@ -266,7 +271,7 @@ Result<QStringList> UnchangedAmong(Context& context, const MessageFlags& flags,
   if (!opened) return opened.Error();
   const Result<MessageFlags> now = ReadFlags(context.Data, isThere, flags.keys());
   if (!now) return now.Error();
-  QStringList unchanged;
+  SerialIds unchanged;
   for (auto message = now->cbegin(); message != now->cend(); ++message) {
     if (Marks(flags.value(message.key())) == Marks(*message)) unchanged.append(message.key());
   }

@@ -2,7 +2,7 @@
 
 #include <QHash>
 #include <QMap>
-#include <QStringList>
+#include <QString>
 
 #include "mail/codec/mime/flag_string.h"
 #include "storage/base/result.h"
@@ -15,9 +15,9 @@ namespace vorn {
 // none. What is being handed over to a server stays as it is.
 
 /// Messages that are being handed over: their subjects by their serial identifiers.
-using UnderWay = QMap<QString, QString>;
+using UnderWay = QMap<SerialId, QString>;
 /// Messages by the hand-filled folders that they are in.
-using Filed = QMap<QString, QStringList>;
+using Filed = QMap<SerialId, SerialIds>;
 
 /// What the user is told where there is no hand-filled folder.
 QString NoFolderWords();
@@ -27,13 +27,13 @@ QString NoFolderWords();
 struct Move {
   Filed into = {};
   Filed outOf = {};
-  QStringList intoDust = {};
-  QStringList outOfDust = {};
+  SerialIds intoDust = {};
+  SerialIds outOfDust = {};
 
   /// The way back.
   Move Back() const { return {outOf, into, outOfDust, intoDust}; }
   /// All that are moved, each once.
-  QStringList Messages() const;
+  SerialIds Messages() const;
 };
 
 /// What came of a move.
@@ -46,23 +46,23 @@ struct Moved {
 /// Moves messages, all at once.
 Result<Moved> MoveMessages(Context& context, const Move& move);
 /// Puts messages into the dust bin or takes them out of it.
-Result<Moved> SetDust(Context& context, const QStringList& messages, bool dust);
+Result<Moved> SetDust(Context& context, const SerialIds& messages, bool dust);
 /// Those of the messages that were received.
-Result<QStringList> Received(Context& context, const QStringList& messages);
+Result<SerialIds> Received(Context& context, const SerialIds& messages);
 /// Sets or takes away a mark that is only there or not: unopened, answered, forwarded, starred.
 /// What was not received is never unopened.
-Result<> SetMark(Context& context, const QStringList& messages, FlagPosition mark, bool isSet);
+Result<> SetMark(Context& context, const SerialIds& messages, FlagPosition mark, bool isSet);
 /// Stars the messages that have no star, and takes it from the others.
-Result<> ToggleStar(Context& context, const QStringList& messages);
+Result<> ToggleStar(Context& context, const SerialIds& messages);
 /// Deletes messages, and what is filed of them, for good. Returns those that stay.
-Result<UnderWay> DeleteMessages(Context& context, const QStringList& messages);
+Result<UnderWay> DeleteMessages(Context& context, const SerialIds& messages);
 /// The flag strings of messages, by their serial identifiers.
-using MessageFlags = QHash<QString, FlagString>;
-Result<MessageFlags> FlagsOf(Context& context, const QStringList& messages);
+using MessageFlags = QHash<SerialId, FlagString>;
+Result<MessageFlags> FlagsOf(Context& context, const SerialIds& messages);
 /// Those received messages that are as they were: with these flags, in that hand-filled folder
 /// alone, or in none where it is empty, and not in the dust bin.
-Result<QStringList> UnchangedAmong(Context& context, const MessageFlags& flags,
-                                   const QString& folder);
+Result<SerialIds> UnchangedAmong(Context& context, const MessageFlags& flags,
+                                 const SerialId& folder);
 /// How many messages from that address wait to be sent; 0 as well when the file cannot
 /// be read.
 int CountWaiting(Context& context, const QString& address);

@@ -3,23 +3,24 @@
 #include <QList>
 #include <QStringList>
 
+#include "storage/base/serial_id.h"
 #include "storage/sql/sql_text.h"
 
 namespace vorn {
 
 /// The condition that holds for the rows of these messages.
-inline QString Among(const QStringList& messages) {
+inline QString Among(const SerialIds& messages) {
   QStringList quoted;
   quoted.reserve(messages.size());
-  for (const QString& serialId : messages) quoted.append(QuoteSql(serialId));
+  for (const SerialId& serialId : messages) quoted.append(QuoteSql(serialId));
   return QStringLiteral(" SERIALID IN (%1)").arg(quoted.join(u','));
 }
 
 /// Messages in pieces of which each has room in one statement: the engine takes 999 values, and a
 /// million characters.
-inline QList<QStringList> InPieces(const QStringList& messages) {
+inline QList<SerialIds> InPieces(const SerialIds& messages) {
   constexpr qsizetype kAtOnce = 500;
-  QList<QStringList> pieces;
+  QList<SerialIds> pieces;
   for (qsizetype at = 0; at < messages.size(); at += kAtOnce) {
     pieces.append(messages.mid(at, kAtOnce));
   }

@@ -29,7 +29,7 @@ RecordsetPtr MessageRows::Names() {
   return Select(QStringLiteral("SELECT FIELD_ID FROM mail"));
 }
 
-RecordsetPtr MessageRows::Of(const QString& serialId) {
+RecordsetPtr MessageRows::Of(const SerialId& serialId) {
   return Where(QStringLiteral("SERIALID = ") + QuoteSql(serialId));
 }
 
@@ -37,7 +37,7 @@ RecordsetPtr MessageRows::Named(const QString& messageId) {
   return Where(QStringLiteral("FIELD_ID = ") + QuoteSql(messageId));
 }
 
-RecordsetPtr MessageRows::Untried(const QString& serialId) {
+RecordsetPtr MessageRows::Untried(const SerialId& serialId) {
   return Where(kUntried + QStringLiteral(" AND SERIALID = ") + QuoteSql(serialId));
 }
 
@@ -45,9 +45,9 @@ RecordsetPtr MessageRows::Waiting() {
   return Where(QStringLiteral("STATUS = %1").arg(kStatusWaiting));
 }
 
-RecordsetPtr MessageRows::WaitingUntried(const QString& serialId) {
+RecordsetPtr MessageRows::WaitingUntried(const SerialId& serialId) {
   const QString one =
-      serialId.isEmpty() ? QString() : QStringLiteral(" AND SERIALID = ") + QuoteSql(serialId);
+      serialId.IsEmpty() ? QString() : QStringLiteral(" AND SERIALID = ") + QuoteSql(serialId);
   return Where(QStringLiteral("STATUS = %1 AND ").arg(kStatusWaiting) + kUntried + one);
 }
 
@@ -63,7 +63,7 @@ qint64 MessageRows::LastNumber() {
   return row == nullptr || row->Eof() ? 0 : row->FirstNumber();
 }
 
-bool MessageRows::Has(const QString& serialId) {
+bool MessageRows::Has(const SerialId& serialId) {
   const RecordsetPtr row =
       Select(QStringLiteral("SELECT SERIALID FROM mail WHERE SERIALID = ") + QuoteSql(serialId));
   return row != nullptr && !row->Eof();
@@ -90,14 +90,14 @@ bool MessageRows::HasNamePrefix(const QString& prefix) {
   return row != nullptr && !row->Eof();
 }
 
-Result<QString> MessageRows::FoldersOf(const QString& serialId) {
+Result<SerialIds> MessageRows::FoldersOf(const SerialId& serialId) {
   const RecordsetPtr rows =
       Select(QStringLiteral("SELECT FOLDERID FROM folder WHERE SERIALID = ") + QuoteSql(serialId));
   if (rows == nullptr) return ReasonOf(data_);
-  QStringList folders;
-  for (; !rows->Eof(); rows->MoveNext()) folders.append(rows->Fields(u"FOLDERID").toString());
+  SerialIds folders;
+  for (; !rows->Eof(); rows->MoveNext()) folders.append(SerialIdOf(rows->Fields(u"FOLDERID")));
   if (rows->Failed()) return rows->Error();
-  return folders.join(QStringLiteral("\r\n"));
+  return folders;
 }
 
 }  // namespace vorn

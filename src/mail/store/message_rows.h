@@ -19,29 +19,28 @@ class MessageRows {
   /// The identifiers of all under which they came (FIELD_ID), and no other column: an index has
   /// them.
   RecordsetPtr Names();
-  RecordsetPtr Of(const QString& serialId);
+  RecordsetPtr Of(const SerialId& serialId);
   /// By the name under which the message came: "MessageID" of its bag, FIELD_ID of its row.
   RecordsetPtr Named(const QString& messageId);
   /// A message, whatever its state, unless an attempt to send it is noted (see `Outbox`).
-  RecordsetPtr Untried(const QString& serialId);
+  RecordsetPtr Untried(const SerialId& serialId);
   /// What waits to be sent.
   RecordsetPtr Waiting();
   /// What waits and has no such attempt: one message, or all of them.
-  RecordsetPtr WaitingUntried(const QString& serialId = {});
+  RecordsetPtr WaitingUntried(const SerialId& serialId = {});
   /// What was sent at that time (FIELD_TIMESTAMP) or later, the newest first; empty: at any.
   RecordsetPtr SentSince(const QString& time);
 
   /// The number of the row that came last; 0 without any.
   qint64 LastNumber();
-  bool Has(const QString& serialId);
+  bool Has(const SerialId& serialId);
   /// Whether a message has that name; and the name of a row by its number, empty when there is
   /// none.
   Result<bool> HasName(const QString& messageId);
   Result<QString> NameOf(qint64 row);
   /// Whether a message has a name that begins so.
   bool HasNamePrefix(const QString& prefix);
-  /// The identifiers of its folders, one a line.
-  Result<QString> FoldersOf(const QString& serialId);
+  Result<SerialIds> FoldersOf(const SerialId& serialId);
 
  private:
   RecordsetPtr Where(const QString& condition);

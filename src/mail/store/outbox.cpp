@@ -15,7 +15,7 @@ namespace {
 // What a state of a note of an attempt says; the rules of the table know the numbers too.
 enum AttemptState { kUnderWay = 1, kDoubtful = 2 };
 
-QString Where(const QString& serialId) {
+QString Where(const SerialId& serialId) {
   return QStringLiteral(" WHERE SERIALID = ") + QuoteSql(serialId);
 }
 
@@ -25,7 +25,7 @@ QString Version(const MailRow& row) {
 }
 
 // The version of a message that waits and of which no attempt is known; empty of any other.
-Result<QString> WaitingVersion(DataSession& data, const QString& serialId) {
+Result<QString> WaitingVersion(DataSession& data, const SerialId& serialId) {
   const RecordsetPtr row = MessageRows(data).Untried(serialId);
   if (row == nullptr || row->Failed()) return ReasonOf(data);
   if (row->Eof()) return QString();
@@ -34,10 +34,10 @@ Result<QString> WaitingVersion(DataSession& data, const QString& serialId) {
   return Version(message);
 }
 
-Result<WaitingMessage> ReadRow(DataSession& data, const QString& serialId) {
+Result<WaitingMessage> ReadRow(DataSession& data, const SerialId& serialId) {
   const RecordsetPtr row = MessageRows(data).Of(serialId);
   if (row == nullptr || row->Eof()) return ReasonOf(data);
-  const Result<QString> folders = MessageRows(data).FoldersOf(serialId);
+  const Result<SerialIds> folders = MessageRows(data).FoldersOf(serialId);
   if (!folders) return folders.Error();
   WaitingMessage message;
   message.folders = *folders;
@@ -56,7 +56,7 @@ OpenedDatabase Outbox::Open() {
   return OpenedDatabase(context_, DatabaseKind::MailByPath, file_);
 }
 
-Result<Outbox::Waiting> Outbox::Read(const QString& serialId) {
+Result<Outbox::Waiting> Outbox::Read(const SerialId& serialId) {
   const OpenedDatabase opened = Open();
   if (!opened) return Waiting{Reading::Closed};
   const Result<QString> version = WaitingVersion(context_.Data, serialId);
@@ -68,7 +68,7 @@ Result<Outbox::Waiting> Outbox::Read(const QString& serialId) {
   return Waiting{Reading::Ready, *std::move(read)};
 }
 
-Result<Outbox::Claim> Outbox::BeginHandover(const QString& serialId, const QString& version,
+Result<Outbox::Claim> Outbox::BeginHandover(const SerialId& serialId, const QString& version,
                                             const QString& server) {
   const OpenedDatabase opened = Open();
   if (!opened) return opened.Error();
@@ -96,7 +96,7 @@ Result<Outbox::Claim> Outbox::BeginHandover(const QString& serialId, const QStri
 }
 
 // Ends the attempt that fulfils the condition, and with it does what the statements say.
-Result<> Outbox::EndAttempt(const QString& serialId, const QString& condition,
+Result<> Outbox::EndAttempt(const SerialId& serialId, const QString& condition,
                             const QStringList& statementsAfter) {
   const OpenedDatabase opened = Open();
   if (!opened) return opened.Error();
@@ -116,11 +116,11 @@ Result<> Outbox::EndAttempt(const QString& serialId, const QString& condition,
   return ended;
 }
 
-Result<> Outbox::Withdraw(const QString& serialId) {
+Result<> Outbox::Withdraw(const SerialId& serialId) {
   return EndAttempt(serialId, QString(), {});
 }
 
-Result<> Outbox::Doubt(const QString& serialId, const QString& reply) {
+Result<> Outbox::Doubt(const SerialId& serialId, const QString& reply) {
   const OpenedDatabase opened = Open();
   if (!opened) return opened.Error();
   const bool noted =
@@ -187,7 +187,7 @@ QList<DoubtfulMessage> Outbox::ReadDoubtful(const QString& condition) {
               .arg(condition),
           CursorKind::ForwardOnly)) {
     for (const RecordsetPtr rows = context_.Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
-      messages.append({rows->Fields(u"ID").toString(), MailRow(*rows).Subject(),
+      messages.append({SerialIdOf(rows->Fields(u"ID")), MailRow(*rows).Subject(),
                        rows->Fields(u"STARTED").toString(), rows->Fields(u"SERVER").toString(),
                        rows->Fields(u"REPLY").toString()});
     }
@@ -199,17 +199,17 @@ QList<DoubtfulMessage> Outbox::Doubtful() {
   return ReadDoubtful(QString());
 }
 
-std::optional<DoubtfulMessage> Outbox::FindDoubtful(const QString& serialId) {
+std::optional<DoubtfulMessage> Outbox::FindDoubtful(const SerialId& serialId) {
   const QList<DoubtfulMessage> found =
       ReadDoubtful(QStringLiteral(" AND send_attempt.SERIALID = ") + QuoteSql(serialId));
   return found.isEmpty() ? std::nullopt : std::optional(found.first());
 }
 
-Result<> Outbox::SendAgain(const QString& serialId) {
+Result<> Outbox::SendAgain(const SerialId& serialId) {
   return EndAttempt(serialId, QStringLiteral(" AND STATE = %1").arg(kDoubtful), {});
 }
 
-Result<> Outbox::KeepAsSent(const QString& serialId) {
+Result<> Outbox::KeepAsSent(const SerialId& serialId) {
   return EndAttempt(serialId, QStringLiteral(" AND STATE = %1").arg(kDoubtful),
                     {QStringLiteral("UPDATE mail SET STATUS = %1").arg(kStatusSent) +
                      Where(serialId) + QStringLiteral(" AND STATUS = %1").arg(kStatusWaiting)});

@@ -17,14 +17,14 @@ struct WaitingMessage {
   QByteArray source;
   QString addressLines;
   FlagString flags;
-  QString folders;  ///< folder identifiers, one a line
+  SerialIds folders;
   QString version;  ///< changes whenever the message is stored
 };
 
 /// A message that was being handed over to a server when the program or the connection died, so
 /// that nobody knows whether it arrived.
 struct DoubtfulMessage {
-  QString serialId;
+  SerialId serialId;
   QString subject;
   QString started;  ///< when the server was about to get it, in the stored form
   QString server;
@@ -59,15 +59,15 @@ class Outbox {
     WaitingMessage message = {};  ///< what was read where it is `Ready`
   };
   /// Fails when it waits, and its row cannot be read as it was stored.
-  Result<Waiting> Read(const QString& serialId);
+  Result<Waiting> Read(const SerialId& serialId);
 
   enum class Claim { Taken, Lost };
   /// Notes that the message of that `version` is about to be handed over to `server`. `Lost`: it
   /// does not wait any more or was changed. Fails when it cannot be noted durably.
-  Result<Claim> BeginHandover(const QString& serialId, const QString& version,
+  Result<Claim> BeginHandover(const SerialId& serialId, const QString& version,
                               const QString& server);
-  Result<> Withdraw(const QString& serialId);
-  Result<> Doubt(const QString& serialId, const QString& reply);
+  Result<> Withdraw(const SerialId& serialId);
+  Result<> Doubt(const SerialId& serialId, const QString& reply);
   /// Makes every attempt that was left over doubtful; the number of them.
   int DoubtLeftOver();
   /// The same when no program is sending: one that is settles it by itself.
@@ -81,15 +81,15 @@ class Outbox {
   Result<> MakeDurable();
 
   QList<DoubtfulMessage> Doubtful();
-  std::optional<DoubtfulMessage> FindDoubtful(const QString& serialId);
+  std::optional<DoubtfulMessage> FindDoubtful(const SerialId& serialId);
   /// The user's word on a doubtful message: it waits again, or it counts as sent. Fails, as
   /// `NotFound`, when it is none (any more).
-  Result<> SendAgain(const QString& serialId);
-  Result<> KeepAsSent(const QString& serialId);
+  Result<> SendAgain(const SerialId& serialId);
+  Result<> KeepAsSent(const SerialId& serialId);
 
  private:
   OpenedDatabase Open();
-  Result<> EndAttempt(const QString& serialId, const QString& condition,
+  Result<> EndAttempt(const SerialId& serialId, const QString& condition,
                       const QStringList& statementsAfter);
   QList<DoubtfulMessage> ReadDoubtful(const QString& condition);
 

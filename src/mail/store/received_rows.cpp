@@ -25,7 +25,7 @@ Result<> ReceivedRows::Read(
   return {};
 }
 
-Result<QString> ReceivedRows::Of(qint64 identity) {
+Result<SerialId> ReceivedRows::Of(qint64 identity) {
   const Result<RecordsetPtr> row =
       AskOwn(data_,
              "SELECT SERIALID FROM received_identity WHERE IDENTITY = ?1 AND EXISTS (SELECT 1 FROM "
@@ -33,12 +33,12 @@ Result<QString> ReceivedRows::Of(qint64 identity) {
                  QByteArray::number(kStatusReceived) + ')',
              {identity});
   if (!row) return row.Error();
-  return (*row)->SerialID();
+  return (*row)->Serial();
 }
 
-Result<> ReceivedRows::Note(qint64 identity, const QString& serialId) {
+Result<> ReceivedRows::Note(qint64 identity, const SerialId& serialId) {
   return RunOwn(data_, "INSERT OR REPLACE INTO received_identity VALUES (?1, ?2)",
-                {identity, serialId});
+                {identity, serialId.Text()});
 }
 
 }  // namespace vorn

@@ -21,8 +21,8 @@ class ReceivedRows {
                                                        const QString& subject)>& tell);
   /// The serial identifier of the message that was last noted under that number (`MessageIdentity`,
   /// table `received_identity`), empty when there is none any more; and the noting of one.
-  Result<QString> Of(qint64 identity);
-  Result<> Note(qint64 identity, const QString& serialId);
+  Result<SerialId> Of(qint64 identity);
+  Result<> Note(qint64 identity, const SerialId& serialId);
 
  private:
   DataSession& data_;

@@ -4,16 +4,16 @@
 
 namespace vorn {
 
-Result<> SendRefusals::Note(const QString& serialId, const SendRefusal& refusal) {
+Result<> SendRefusals::Note(const SerialId& serialId, const SendRefusal& refusal) {
   const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file_);
   if (!opened) return opened.Error();
   return RunOwn(context_.Data,
                 "REPLACE INTO send_refusal (SERIALID, ROUTE, TRIED, REPLY) VALUES(?1, ?2, ?3, ?4)",
-                {serialId, refusal.route, refusal.tried, refusal.reply});
+                {serialId.Text(), refusal.route, refusal.tried, refusal.reply});
 }
 
-QHash<QString, SendRefusal> SendRefusals::All() {
-  QHash<QString, SendRefusal> refusals;
+QHash<SerialId, SendRefusal> SendRefusals::All() {
+  QHash<SerialId, SendRefusal> refusals;
   const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file_);
   if (!opened) return refusals;
   const auto rows =
@@ -23,9 +23,8 @@ QHash<QString, SendRefusal> SendRefusals::All() {
              {});
   if (!rows) return refusals;
   for (Recordset& row = **rows; !row.Eof(); row.MoveNext()) {
-    refusals.insert(row.Fields(u"SERIALID").toString(),
-                    {row.Fields(u"ROUTE").toString(), row.Fields(u"TRIED").toString(),
-                     row.Fields(u"REPLY").toString()});
+    refusals.insert(row.Serial(), {row.Fields(u"ROUTE").toString(), row.Fields(u"TRIED").toString(),
+                                   row.Fields(u"REPLY").toString()});
   }
   return refusals;
 }

@@ -24,9 +24,9 @@ class SendRefusals {
   /// `file` is the stored path of the mail database.
   SendRefusals(Context& context, QString file) : context_(context), file_(std::move(file)) {}
 
-  Result<> Note(const QString& serialId, const SendRefusal& refusal);
+  Result<> Note(const SerialId& serialId, const SendRefusal& refusal);
   /// Of what is not in the dust bin, by serial identifier; none where the file cannot be read.
-  QHash<QString, SendRefusal> All();
+  QHash<SerialId, SendRefusal> All();
 
  private:
   Context& context_;

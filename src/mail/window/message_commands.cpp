@@ -90,11 +90,11 @@ void ChooseFolders(const Parts& parts) {
     entries.append(folder->SerialID() + u'@' + name.replace(u'@', u'＠') + u'@' +
                    AnyObject(*folder).Draw());
   }
-  const auto chosen =
-      InputList(parts.context, &parts.window, Ui::tr("保存フォルダ"),
-                Ui::tr("メッセージを保存するフォルダを選択してください。"),
-                MessageBag(*parts.document.Bag()).Folders(), entries.join(kLineBreak), true);
-  if (chosen) parts.document.Edits().SetFolders(*chosen);
+  const auto chosen = InputList(parts.context, &parts.window, Ui::tr("保存フォルダ"),
+                                Ui::tr("メッセージを保存するフォルダを選択してください。"),
+                                LinesOf(MessageBag(*parts.document.Bag()).Folders()),
+                                entries.join(kLineBreak), true);
+  if (chosen) parts.document.Edits().SetFolders(SerialIdsOfLines(*chosen));
 }
 
 template <CharsetChoice kCharset>
@@ -265,15 +265,15 @@ QList<MessageCommand> MessagesEntries() {
        {.begins = true, .needsText = true}},
       {MessagesMenu,
        Ui::tr("このようなメールをフォルダに集める(&G).."),
-       [](const Parts& parts) { parts.host.GatherAlike(parts.document.Bag()->SerialID()); },
+       [](const Parts& parts) { parts.host.GatherAlike(parts.document.Bag()->Serial()); },
        {.begins = true, .isEnabled = IsRead}},
       {MessagesMenu,
        Ui::tr("このようなメールを受信しない(&X).."),
-       [](const Parts& parts) { parts.host.StopAlike(parts.document.Bag()->SerialID()); },
+       [](const Parts& parts) { parts.host.StopAlike(parts.document.Bag()->Serial()); },
        {.isEnabled = IsRead}},
       {MessagesMenu,
        Ui::tr("アドレスブックに登録(&B)"),
-       [](const Parts& parts) { parts.host.AddToBook({parts.document.Bag()->SerialID()}); },
+       [](const Parts& parts) { parts.host.AddToBook({parts.document.Bag()->Serial()}); },
        {.isEnabled = IsRead}},
   };
 }

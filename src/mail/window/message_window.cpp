@@ -220,8 +220,8 @@ void MessageWindow::TurnInto(OpenMode mode) {
 
 void MessageWindow::ShowNeighbour(int step) {
   if (document_.IsEditable()) return;
-  const QString serialId = host_.NeighbourOf(document_.Tag(), step);
-  if (serialId.isEmpty()) return;
+  const SerialId serialId = host_.NeighbourOf(document_.Tag(), step);
+  if (serialId.IsEmpty()) return;
   closing_.StoreState();
   auto next = std::make_shared<Disk>(serialId);
   MessageBag(*document_.Bag()).CopyPlace(*next);

@@ -9,6 +9,7 @@
 #include "mail/window/host/message_host.h"
 #include "mail/window/message_commands.h"
 #include "objects/request_window.h"
+#include "storage/base/serial_id.h"
 
 namespace vorn {
 
@@ -29,7 +30,7 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   MessageWindow(Context& context, MessageHost& host, const EventLog& events);
 
   bool LoadDefaultProperty(const DiskPtr& request, bool update) override;
-  QString Tag() const override { return document_.Tag(); }
+  SerialId Tag() const override { return document_.Tag(); }
   bool IsChild() const override { return false; }
   void ShowModeless() override;
   void ShowModal() override;

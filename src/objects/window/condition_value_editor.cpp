@@ -55,7 +55,7 @@ QWidget* MakeFolders(const Context& context, const QStringList& values, const To
   auto* folders = new QComboBox;
   for (const DiskPtr& object : context.Objects) {
     if (AnyObject(*object).Is(object_type::kFolder)) {
-      folders->addItem(AnyObject(*object).ShownName(), object->SerialID());
+      folders->addItem(AnyObject(*object).ShownName(), object->Serial().Text());
     }
   }
   if (!values.isEmpty() && folders->findData(values[0]) < 0) {

@@ -76,7 +76,7 @@ bool EditingWindow::SaveEdited(const DiskPtr& bag) {
 void EditingWindow::cmOk_Click() {
   pages_->TellNothing();
   if (!pages_->Check() || !Save()) return;
-  ProfileBag::SetAnswer(*context_.Session, Tag());
+  ProfileBag::SetAnswer(*context_.Session, Tag().Text());
   accept();
 }
 

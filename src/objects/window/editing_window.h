@@ -4,6 +4,7 @@
 
 #include "objects/request_window.h"
 #include "objects/window/form_pages.h"
+#include "storage/base/serial_id.h"
 
 namespace vorn {
 
@@ -18,7 +19,7 @@ class EditingWindow : public QDialog, public RequestWindow {
   EditingWindow(Context& context, const QString& name, QWidget* parent);
 
   // RequestWindow
-  QString Tag() const override { return request_ == nullptr ? QString() : request_->SerialID(); }
+  SerialId Tag() const override { return request_ == nullptr ? SerialId() : request_->Serial(); }
   bool IsChild() const override { return false; }
   void ShowModeless() override { show(); }
   void ShowModal() override { exec(); }

@@ -34,7 +34,7 @@ QString MeaningOfDefault(const QString& type) {
 
 }  // namespace
 
-FilePage::FilePage(const Context& context, const QString& type, const QString& serialId)
+FilePage::FilePage(const Context& context, const QString& type, const SerialId& serialId)
     : FormPage(QStringLiteral("file"), Ui::tr("全般(&G)")), type_(type) {
   AddHidden(QStringLiteral("txFormName"))->setText(type);
   AddHidden(QStringLiteral("txDraw"));
@@ -61,18 +61,18 @@ FilePage::FilePage(const Context& context, const QString& type, const QString& s
 }
 
 // Objects of the same type can hang under one another, but not under themselves.
-void FilePage::FillTree(const Context& context, const QString& type, const QString& serialId) {
+void FilePage::FillTree(const Context& context, const QString& type, const SerialId& serialId) {
   auto* top = new QTreeWidgetItem(tvParent_, {Ui::tr("（最上位）")});
   top->setData(0, Qt::UserRole, QString());
-  QHash<QString, QTreeWidgetItem*> items;
+  QHash<SerialId, QTreeWidgetItem*> items;
   for (const DiskPtr& object : context.Objects) {
     if (!AnyObject(*object).Is(type) || type == object_type::kProfile) continue;
     auto* item = new QTreeWidgetItem(QStringList{AnyObject(*object).ShownName()});
-    item->setData(0, Qt::UserRole, object->SerialID());
-    items.insert(object->SerialID(), item);
+    item->setData(0, Qt::UserRole, object->Serial().Text());
+    items.insert(object->Serial(), item);
   }
   for (const DiskPtr& object : context.Objects) {
-    QTreeWidgetItem* item = items.value(object->SerialID());
+    QTreeWidgetItem* item = items.value(object->Serial());
     if (item == nullptr) continue;
     QTreeWidgetItem* parent = items.value(AnyObject(*object).Parent(), top);
     const QTreeWidgetItem* above = parent;
@@ -84,9 +84,9 @@ void FilePage::FillTree(const Context& context, const QString& type, const QStri
   tvParent_->setCurrentItem(top);
 }
 
-void FilePage::LetParent(const QString& serialId) {
+void FilePage::LetParent(const SerialId& serialId) {
   for (QTreeWidgetItemIterator item(tvParent_); *item != nullptr; ++item) {
-    if ((*item)->data(0, Qt::UserRole).toString() == serialId) tvParent_->setCurrentItem(*item);
+    if (SerialIdOf((*item)->data(0, Qt::UserRole)) == serialId) tvParent_->setCurrentItem(*item);
   }
 }
 

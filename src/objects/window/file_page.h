@@ -1,6 +1,7 @@
 #pragma once
 
 #include "objects/window/form_page.h"
+#include "storage/base/serial_id.h"
 
 class QTreeWidget;
 
@@ -12,15 +13,15 @@ class FilePage : public FormPage {
 
  public:
   /// For an object of a type; `serialId` is that of the one that is edited.
-  FilePage(const Context& context, const QString& type, const QString& serialId);
+  FilePage(const Context& context, const QString& type, const SerialId& serialId);
 
   /// Chooses the object under which a new one hangs.
-  void LetParent(const QString& serialId);
+  void LetParent(const SerialId& serialId);
   PageFault Check() override;
   QLineEdit* Name() const { return txObject_; }
 
  private:
-  void FillTree(const Context& context, const QString& type, const QString& serialId);
+  void FillTree(const Context& context, const QString& type, const SerialId& serialId);
 
   QString type_;
   QLineEdit* txObject_;

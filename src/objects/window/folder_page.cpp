@@ -50,7 +50,7 @@ Matches CountMatches(Context& context, const Disk& folder, int limitMs) {
 
 }  // namespace
 
-FolderPage::FolderPage(Context& context, const QString& serialId)
+FolderPage::FolderPage(Context& context, const SerialId& serialId)
     : FormPage(object_type::kFolder, Ui::tr("フォルダ(&F)")),
       context_(context),
       serialId_(serialId) {

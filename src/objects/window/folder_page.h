@@ -4,6 +4,7 @@
 
 #include "objects/window/condition_editor.h"
 #include "objects/window/form_page.h"
+#include "storage/base/serial_id.h"
 #include "storage/condition_run.h"
 
 class QLabel;
@@ -18,7 +19,7 @@ class FolderPage : public FormPage {
   Q_OBJECT
 
  public:
-  FolderPage(Context& context, const QString& serialId);
+  FolderPage(Context& context, const SerialId& serialId);
 
   void Loaded(const Disk& object) override;
   PageFault Check() override;
@@ -35,7 +36,7 @@ class FolderPage : public FormPage {
   void FollowSqlUse(bool useSql);
 
   Context& context_;
-  QString serialId_;
+  SerialId serialId_;
   QCheckBox* ckSqlUse_;
   QPlainTextEdit* txSql_;
   ConditionEditor* lvCondition_;

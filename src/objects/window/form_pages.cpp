@@ -93,7 +93,7 @@ void FormPages::Finish(Disk& bag) const {
 
 QStringList FormPages::Entries() {
   QStringList entries;
-  const DiskPtr bag = FormToDisk(*this, QString());
+  const DiskPtr bag = FormToDisk(*this, {});
   for (qint32 i = 1; i <= bag->Size(); ++i) {
     const QString& key = bag->NameAt(i);
     if (key != AnyObject::kChanged) entries.append(key + u'=' + bag->Text(key));

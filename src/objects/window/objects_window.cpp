@@ -71,7 +71,7 @@ bool ObjectsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   findChild<QLineEdit*>(QStringLiteral("txDraw"))
       ->setText(type_ == object_type::kFolder ? QString() : type_);
   FillPages();
-  if (const QString parent = ObjectRequest(*request).Parent(); !parent.isEmpty())
+  if (const SerialId parent = ObjectRequest(*request).Parent(); !parent.IsEmpty())
     file_->LetParent(parent);
   const QString name = file_->Name()->text();
   TakeProposal(*request);
@@ -147,7 +147,7 @@ void ObjectsWindow::cmDelete_Click() {
   Context& context = GetContext();
   const DiskPtr object = context.Objects.Find(Tag());
   if (object == nullptr) return;
-  if (AnyObject(*object).IsSystem() || Tag() == context.Session->SerialID()) {
+  if (AnyObject(*object).IsSystem() || Tag() == context.Session->Serial()) {
     ShowBox(parentWidget(), QMessageBox::Information,
             AnyObject(*object).Is(object_type::kProfile)
                 ? Ui::tr("使用中のプロファイルは削除できません。")

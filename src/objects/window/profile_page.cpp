@@ -59,7 +59,7 @@ QTableWidget* MakeFileList(QWidget* parent) {
 
 }  // namespace
 
-ProfilePage::ProfilePage(Context& context, const QString& serialId)
+ProfilePage::ProfilePage(Context& context, const SerialId& serialId)
     : FormPage(object_type::kProfile, Ui::tr("プロファイル(&R)")),
       context_(context),
       serialId_(serialId) {
@@ -179,11 +179,11 @@ bool ProfilePage::IsNew() const {
 }
 
 QString ProfilePage::Folder() const {
-  return PlatformPath(context_, QStringLiteral("/current/") + serialId_);
+  return PlatformPath(context_, QStringLiteral("/current/") + serialId_.Text());
 }
 
 bool ProfilePage::IsLoggedIn() const {
-  return context_.Session->SerialID() == serialId_;
+  return context_.Session->Serial() == serialId_;
 }
 
 // One of the user's own.
@@ -205,15 +205,16 @@ void ProfilePage::Loaded(const Disk&) {
 }
 
 void ProfilePage::cmDefaultDatabase_Click() {
-  txProfile_->setText(QStringLiteral("/current/") + serialId_ + QStringLiteral("\\profile.mbx"));
+  txProfile_->setText(QStringLiteral("/current/") + serialId_.Text() +
+                      QStringLiteral("\\profile.mbx"));
   cmNewDatabase_Click();
   txMail_->setText(SelectedFile());
   MarkUsed();
 }
 
 void ProfilePage::cmNewDatabase_Click() {
-  AddLine(*lvHistory_, QStringLiteral("/current/") + serialId_ + u'\\' +
-                           context_.Data.NewSerialID().left(kFileNameCharacters) +
+  AddLine(*lvHistory_, QStringLiteral("/current/") + serialId_.Text() + u'\\' +
+                           context_.Data.NewSerialID().Text().left(kFileNameCharacters) +
                            QStringLiteral(".mbx"));
   lvHistory_->setCurrentCell(lvHistory_->rowCount() - 1, 0);
   MarkUsed();
@@ -225,7 +226,7 @@ void ProfilePage::AddExisting() {
                                                       Ui::tr("データベース (*.mbx)"));
   if (chosen.isEmpty()) return;
   const QFileInfo file(chosen);
-  const QString stored = QStringLiteral("/current/") + serialId_ + u'\\' + file.fileName();
+  const QString stored = QStringLiteral("/current/") + serialId_.Text() + u'\\' + file.fileName();
   const QString refusal = WhyNotAdded(file, stored);
   if (!refusal.isEmpty()) {
     ShowBox(this, QMessageBox::Information, refusal);

@@ -2,6 +2,7 @@
 
 #include "objects/window/form_page.h"
 #include "storage/base/result.h"
+#include "storage/base/serial_id.h"
 
 class QCheckBox;
 class QFileInfo;
@@ -14,7 +15,7 @@ class ProfilePage : public FormPage {
   Q_OBJECT
 
  public:
-  ProfilePage(Context& context, const QString& serialId);
+  ProfilePage(Context& context, const SerialId& serialId);
 
   void Loaded(const Disk& object) override;
   PageFault Check() override;
@@ -51,7 +52,7 @@ class ProfilePage : public FormPage {
   QString SelectedFile() const;
 
   Context& context_;
-  QString serialId_;
+  SerialId serialId_;
   QLineEdit* txProfile_;
   QLineEdit* txMail_;
   QTableWidget* lvHistory_;

@@ -143,7 +143,7 @@ bool BrowserWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   return true;
 }
 
-void BrowserWindow::ShowFolder(const QString& folder) {
+void BrowserWindow::ShowFolder(const SerialId& folder) {
   reading_->Drop();
   folder_->Leave();
   page_.request.Take(std::make_shared<Disk>(folder));

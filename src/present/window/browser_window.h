@@ -35,7 +35,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   ~BrowserWindow() override;
 
   bool LoadDefaultProperty(const DiskPtr& request, bool update) override;
-  QString Tag() const override { return tag_; }
+  SerialId Tag() const override { return tag_; }
   bool IsChild() const override { return true; }
   void ShowModeless() override;
   void ShowModal() override { ShowModeless(); }
@@ -53,7 +53,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   PageRest& Resting() const { return *rest_; }
 
   /// Shows another folder in the place of this one, as if it had just been opened.
-  void ShowFolder(const QString& folder);
+  void ShowFolder(const SerialId& folder);
   /// Shows a page of the program's own.
   void ShowOwnPage(const QString& title, const QString& html);
   /// Makes the folder's page anew and shows it.
@@ -77,7 +77,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void Seek();
 
   BrowserHost& host_;
-  QString tag_;
+  SerialId tag_;
   ShownPage page_;
   FolderToolbar* toolbar_;
   std::unique_ptr<EngineView> engine_;

@@ -44,11 +44,11 @@ constexpr QSize kLayoutSize(1000, 680);
 constexpr int kTypingPauseMs = 300;
 constexpr int kShownMs = 1000;  // the window stands still meanwhile
 
-QString HtmlKey(const QString& folder) {
-  return folder + QStringLiteral("_html");
+QString HtmlKey(const SerialId& folder) {
+  return folder.Text() + QStringLiteral("_html");
 }
-QString PathKey(const QString& folder) {
-  return folder + QStringLiteral("_path");
+QString PathKey(const SerialId& folder) {
+  return folder.Text() + QStringLiteral("_path");
 }
 
 // Enter inserts a tag here; passed on, it would press OK as well.
@@ -68,7 +68,7 @@ class TagList : public QTableWidget {
 }  // namespace
 
 LayoutWindow::LayoutWindow(Context& context, MessageListPages& pages,
-                           const BrowserProfiles& profiles, const QString& folder, QWidget* parent)
+                           const BrowserProfiles& profiles, const SerialId& folder, QWidget* parent)
     : QDialog(parent),
       context_(context),
       pages_(pages),
@@ -174,7 +174,7 @@ void LayoutWindow::BuildTags() {
 
 void LayoutWindow::Fill() {
   const DiskPtr folder = LoadObject(context_, folder_);
-  const QString name = folder == nullptr ? folder_ : AnyObject(*folder).ShownName();
+  const QString name = folder == nullptr ? folder_.Text() : AnyObject(*folder).ShownName();
   setWindowTitle(Ui::tr("フォルダのレイアウト - ") + name);
   const QList<ReadyLayout> ready = ReadyLayouts(folder_, Settings(context_).Rows());
   stored_ = GetFolderLayout(context_, folder_, ready.first().html).html;

@@ -27,7 +27,7 @@ class LayoutWindow : public QDialog {
 
  public:
   LayoutWindow(Context& context, MessageListPages& pages, const BrowserProfiles& profiles,
-               const QString& folder, QWidget* parent = nullptr);
+               const SerialId& folder, QWidget* parent = nullptr);
   ~LayoutWindow() override;
 
   void cmOk_Click();
@@ -52,7 +52,7 @@ class LayoutWindow : public QDialog {
 
   Context& context_;
   MessageListPages& pages_;
-  QString folder_;
+  SerialId folder_;
   QString stored_;  // the template as it was
   QComboBox* cbLayout_;
   QPlainTextEdit* txHtml_;

@@ -44,7 +44,7 @@ QVariant Decode(QStringView typeWord, const QString& text) {
 // released in order even when somebody else still holds the collection itself.
 void Discard(const DiskCash& item) {
   if (auto collection = item.Cash().value<DiskCollectionPtr>()) {
-    while (!collection->IsEmpty()) collection->Remove(DiskPtr(collection->First())->SerialID());
+    while (!collection->IsEmpty()) collection->Remove(DiskPtr(collection->First())->Serial());
   }
 }
 
@@ -176,15 +176,15 @@ bool Disk::Delete(DataSession& session) {
 }
 
 bool DiskCollection::Add(const DiskPtr& disk) {
-  if (bySerial_.contains(disk->SerialID())) return false;
-  bySerial_.insert(disk->SerialID(), disk);
+  if (bySerial_.contains(disk->Serial())) return false;
+  bySerial_.insert(disk->Serial(), disk);
   order_.push_back(disk);
   return true;
 }
 
-void DiskCollection::Remove(const QString& serialId) {
-  if (bySerial_.remove(serialId) == 0) return;
-  std::erase_if(order_, [&](const DiskPtr& disk) { return disk->SerialID() == serialId; });
+void DiskCollection::Remove(const SerialId& id) {
+  if (bySerial_.remove(id) == 0) return;
+  std::erase_if(order_, [&](const DiskPtr& disk) { return disk->Serial() == id; });
 }
 
 }  // namespace vorn

@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+#include "storage/base/serial_id.h"
+
 namespace vorn {
 
 class DataSession;
@@ -47,6 +49,7 @@ class Disk {
  public:
   Disk() = default;
   explicit Disk(QString serialId) : serialId_(std::move(serialId)) {}
+  explicit Disk(const SerialId& id) : serialId_(id.Text()) {}
   virtual ~Disk();
   Disk(const Disk&) = delete;
   Disk& operator=(const Disk&) = delete;
@@ -70,6 +73,8 @@ class Disk {
   virtual void Set(const QString& key, const QVariant& reference);
   virtual const QString& SerialID() const { return serialId_; }
   virtual void LetSerialID(const QString& serialId) { serialId_ = serialId; }
+  /// The same as what it is.
+  SerialId Serial() const { return SerialId(serialId_); }
   /// Removes all items; the serial identifier stays.
   virtual void Init();
   /// Removes one item; an absent key is no error.
@@ -102,9 +107,9 @@ class DiskCollection {
   /// False, changing nothing, when the identifier is taken.
   bool Add(const DiskPtr& disk);
   /// The bag with that identifier, or null.
-  DiskPtr Find(const QString& serialId) const { return bySerial_.value(serialId); }
-  bool Contains(const QString& serialId) const { return bySerial_.contains(serialId); }
-  void Remove(const QString& serialId);
+  DiskPtr Find(const SerialId& id) const { return bySerial_.value(id); }
+  bool Contains(const SerialId& id) const { return bySerial_.contains(id); }
+  void Remove(const SerialId& id);
   bool IsEmpty() const { return order_.empty(); }
   qsizetype Count() const { return static_cast<qsizetype>(order_.size()); }
   const DiskPtr& First() const { return order_.front(); }
@@ -114,7 +119,7 @@ class DiskCollection {
 
  private:
   std::vector<DiskPtr> order_;
-  QHash<QString, DiskPtr> bySerial_;
+  QHash<SerialId, DiskPtr> bySerial_;
 };
 
 }  // namespace vorn

@@ -7,6 +7,7 @@
 namespace vorn {
 namespace {
 
+const QString kLineEnd = QStringLiteral("\r\n");
 constexpr int kTimeCharacters = 11;
 constexpr int kRandomCharacters = 9;
 // 2020-01-01 UTC in microseconds; 55 bits from there last beyond the year 3000.
@@ -21,7 +22,27 @@ void AppendBase32(QString& text, quint64 value, int characters) {
 
 }  // namespace
 
-QString SerialIdGenerator::Next(const QString& prefix) {
+SerialIds SerialIdsOf(const QStringList& texts) {
+  SerialIds ids;
+  for (const QString& text : texts) ids.append(SerialId(text));
+  return ids;
+}
+
+QStringList TextsOf(const SerialIds& ids) {
+  QStringList texts;
+  for (const SerialId& id : ids) texts.append(id.Text());
+  return texts;
+}
+
+SerialIds SerialIdsOfLines(const QString& lines) {
+  return SerialIdsOf(lines.split(kLineEnd, Qt::SkipEmptyParts));
+}
+
+QString LinesOf(const SerialIds& ids) {
+  return TextsOf(ids).join(kLineEnd);
+}
+
+SerialId SerialIdGenerator::Next(const QString& prefix) {
   using std::chrono::microseconds;
   using std::chrono::system_clock;
   const auto now = std::chrono::duration_cast<microseconds>(system_clock::now().time_since_epoch());
@@ -32,7 +53,7 @@ QString SerialIdGenerator::Next(const QString& prefix) {
   serial.reserve(prefix.size() + kTimeCharacters + kRandomCharacters);
   AppendBase32(serial, lastTick_, kTimeCharacters);
   AppendBase32(serial, QRandomGenerator::system()->generate64(), kRandomCharacters);
-  return serial;
+  return SerialId(serial);
 }
 
 }  // namespace vorn

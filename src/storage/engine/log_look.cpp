@@ -40,8 +40,9 @@ Result<> LookAtLog(Connection& connection, const QString& path, const QString& p
   }
   auto alone = std::make_unique<SoleUse>(path);
   if (!alone->IsTaken()) return {};  // whoever has it open looked, and is writing to it
-  LoggedPage sample;
-  LogState log = ReadLogState(path, FileSalt(connection.Handle()), &sample);
+  const LogReading reading = ReadLog(path, FileSalt(connection.Handle()));
+  const LoggedPage& sample = reading.sample;
+  LogState log = reading.state;
   if (log == LogState::Sound && sample.number != 0) {
     const PageMarks marks(connection.Handle(), password);
     if (!marks.IsMarked(sample.number, sample.bytes) && marks.FitFile()) log = LogState::Foreign;

@@ -66,62 +66,65 @@ bool IsOfEarlierRound(const QByteArray& frame, const QByteArray& salts) {
 // killed, or undid, may stand behind the last change; such frames do not follow upon it, and none
 // of them ends a transaction. Frames of an earlier round of the log, which bear other salts, stand
 // behind all of these.
-LogState ReadFrames(QFile& log, const QByteArray& header, Sum sum, const QByteArray& databaseSalt,
-                    LoggedPage* sample) {
+LogReading ReadFrames(QFile& log, const QByteArray& header, Sum sum,
+                      const QByteArray& databaseSalt) {
   const auto page = static_cast<qsizetype>(Number(header, 8));
   const QByteArray salts = header.mid(16, 8);
   bool follows = true;
   bool gap = false;
   bool any = false;
+  LoggedPage sample;
   for (;;) {
     const QByteArray frame = log.read(kFrameHeaderBytes + page);
     if (frame.size() < kFrameHeaderBytes + page) break;
     if (frame.mid(8, 8) != salts) {
-      if (!IsOfEarlierRound(frame, salts)) return LogState::Torn;
+      if (!IsOfEarlierRound(frame, salts)) return {LogState::Torn};
       follows = false;
       gap = true;
       continue;
     }
-    if (gap) return LogState::Torn;
+    if (gap) return {LogState::Torn};
     if (follows) {
       sum.Add(QByteArrayView(frame).first(kCheckedFrameHeaderBytes));
       sum.Add(QByteArrayView(frame).sliced(kFrameHeaderBytes));
       follows = sum.Is(frame, 16);
     }
     const bool endsTransaction = Number(frame, 4) != 0;
-    if (!follows && endsTransaction) return LogState::Torn;
+    if (!follows && endsTransaction) return {LogState::Torn};
     if (!follows) continue;
     any = true;
     const bool isFirstPage = Number(frame, 0) == 1;
-    if (!isFirstPage && sample->number == 0) {
-      *sample = {Number(frame, 0), frame.mid(kFrameHeaderBytes)};
+    if (!isFirstPage && sample.number == 0) {
+      sample = {Number(frame, 0), frame.mid(kFrameHeaderBytes)};
     }
     if (isFirstPage && databaseSalt.size() == kSaltBytes &&
         frame.mid(kFrameHeaderBytes, kSaltBytes) != databaseSalt) {
-      return LogState::Foreign;
+      return {LogState::Foreign};
     }
   }
-  return any ? LogState::Sound : LogState::None;
+  return {any ? LogState::Sound : LogState::None, sample};
 }
 
 }  // namespace
 
-LogState ReadLogState(const QString& path, const QByteArray& databaseSalt, LoggedPage* sample) {
+LogReading ReadLog(const QString& path, const QByteArray& databaseSalt) {
   QFile log(LogPath(path));
-  if (!log.exists() || log.size() == 0) return LogState::None;
-  if (!log.open(QIODevice::ReadOnly)) return LogState::Closed;
+  if (!log.exists() || log.size() == 0) return {LogState::None};
+  if (!log.open(QIODevice::ReadOnly)) return {LogState::Closed};
   const QByteArray header = log.read(kHeaderBytes);
   // A machine that lost its power may leave zeros where nothing was written yet.
   if (header.count('\0') == header.size()) {
-    return HoldsOnlyZeros(log) ? LogState::None : LogState::Foreign;
+    return {HoldsOnlyZeros(log) ? LogState::None : LogState::Foreign};
   }
-  if (header.size() < kHeaderBytes || (Number(header, 0) & ~1U) != kMagic) return LogState::Foreign;
+  if (header.size() < kHeaderBytes || (Number(header, 0) & ~1U) != kMagic) {
+    return {LogState::Foreign};
+  }
   const quint32 page = Number(header, 8);
-  if (page < 512 || page > kLargestPage) return LogState::Foreign;
+  if (page < 512 || page > kLargestPage) return {LogState::Foreign};
   Sum sum{(Number(header, 0) & 1U) != 0};
   sum.Add(QByteArrayView(header).first(kCheckedHeaderBytes));
-  if (!sum.Is(header, 24)) return LogState::Foreign;
-  return ReadFrames(log, header, sum, databaseSalt, sample);
+  if (!sum.Is(header, 24)) return {LogState::Foreign};
+  return ReadFrames(log, header, sum, databaseSalt);
 }
 
 QByteArray LogRound(const QString& path) {

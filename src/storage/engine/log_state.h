@@ -22,11 +22,16 @@ struct LoggedPage {
   QByteArray bytes;
 };
 
+/// What reading a log shows. Only its first page tells by itself to which database a log belongs;
+/// of the others `sample` is one to look at.
+struct LogReading {
+  LogState state = LogState::None;
+  LoggedPage sample = {};
+};
+
 /// Reads the log of the database file at `path` (see the engine's "Database File Format", section
 /// 4), whose first bytes are `databaseSalt`. Nobody may have the database open.
-/// Only its first page tells by itself to which database a log belongs; for the others `sample`
-/// gets one to look at.
-LogState ReadLogState(const QString& path, const QByteArray& databaseSalt, LoggedPage* sample);
+LogReading ReadLog(const QString& path, const QByteArray& databaseSalt);
 
 /// What the log beside a database file bears while it is filled once; another one when it begins
 /// anew, which it does when all of it has come into the file. Empty when there is no log.

@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "storage/base/serial_id.h"
 #include "storage/base/storage_error.h"
 
 namespace vorn {
@@ -53,7 +54,8 @@ class Recordset {
   qint64 ByteCount(QStringView column) const;
   /// The first column of the current row as a number: what a question for a count answers.
   qint64 FirstNumber() const { return RawValue(0).toLongLong(); }
-  QString SerialID() const { return Fields(u"SERIALID").toString(); }
+  /// The column "SERIALID" of the current row.
+  SerialId Serial() const { return SerialIdOf(Fields(u"SERIALID")); }
 
   void AddNew();
   void Edit();

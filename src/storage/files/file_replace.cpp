@@ -5,10 +5,10 @@
 
 namespace vorn {
 
-bool ReplaceFile(const QString& from, const QString& to) {
+Result<> ReplaceFile(const QString& from, const QString& to) {
   std::error_code error;
   std::filesystem::rename(from.toStdU16String(), to.toStdU16String(), error);
-  return !error;
+  return error ? Result<>(StorageError()) : Result<>();
 }
 
 }  // namespace vorn

@@ -2,11 +2,13 @@
 
 #include <QString>
 
+#include "storage/base/result.h"
+
 namespace vorn {
 
 /// Puts the file `from` in the place of `to` in one step: whoever looks sees the old file or the
-/// new one. False when it could not be done; both files are then as they were.
-bool ReplaceFile(const QString& from, const QString& to);
+/// new one. Fails, for a reason that callers find the words for, with both files as they were.
+Result<> ReplaceFile(const QString& from, const QString& to);
 
 enum class Placing { Done, Exists, Failed };
 

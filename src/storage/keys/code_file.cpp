@@ -18,11 +18,6 @@ namespace {
 constexpr int kCodeWaitMs = 20000;
 constexpr qint64 kMostBytes = 1000;
 
-// Whoever wrote it may have died before it was on the disk.
-bool IsDurable(const QString& path) {
-  return SyncFile(path) && SyncFolder(QFileInfo(path).path());
-}
-
 // What the file says in the place of a code. No code is mistaken for it.
 const QString kSecret = QStringLiteral("secret ");
 
@@ -43,6 +38,11 @@ StorageError NotKept() {
           Ui::tr("鍵のファイル「profile."
                  "key」を保存できません。ディスクの空き容量、フォルダの権限、デスクトップの"
                  "キーリングを確認してください。")};
+}
+
+// Whoever wrote it may have died before it was on the disk.
+Result<> MakeDurable(const QString& path) {
+  return SyncFile(path) && SyncFolder(QFileInfo(path).path()) ? Result<>() : NotKept();
 }
 
 }  // namespace
@@ -72,11 +72,13 @@ Result<QString> CodeFile::CodeOrNew() const {
   if (lock.Take(FileLock::Kind::Exclusive, kCodeWaitMs) != FileLock::Result::Taken)
     return NotKept();
   if (const QString kept = Code(); !kept.isEmpty()) {
-    if (!IsDurable(path_)) return NotKept();
+    if (const Result<> durable = MakeDurable(path_); !durable) return durable.Error();
     return kept;
   }
   const QString code = RecoveryCode::Make();
-  if (!WriteSecret(code) && !Replace(code)) return NotKept();
+  if (!WriteSecret(code)) {
+    if (const Result<> written = Replace(code); !written) return written.Error();
+  }
   return code;
 }
 
@@ -86,21 +88,21 @@ Result<> CodeFile::Keep(const QString& code) const {
   FileLock lock(QDir(folder).filePath(QStringLiteral("create.lock")));
   if (lock.Take(FileLock::Kind::Exclusive, kCodeWaitMs) != FileLock::Result::Taken)
     return NotKept();
+  if (Code() == code) return MakeDurable(path_);
+  const Result<> kept = WriteSecret(code);
   // What the desktop guards does not become a file because it cannot be asked at the moment.
-  const bool kept =
-      Code() == code ? IsDurable(path_) : WriteSecret(code) || (!NamesSecret() && Replace(code));
-  return kept ? Result<>() : NotKept();
+  return kept || NamesSecret() ? kept : Replace(code);
 }
 
-bool CodeFile::WriteSecret(const QString& code) const {
+Result<> CodeFile::WriteSecret(const QString& code) const {
   const QString name = QUuid::createUuid().toString(QUuid::Id128);
-  if (secrets_ == nullptr || !secrets_->Keep(name, code)) return false;
-  const bool written = Replace(kSecret + name);
+  if (secrets_ == nullptr || !secrets_->Keep(name, code)) return NotKept();
+  const Result<> written = Replace(kSecret + name);
   if (!written) secrets_->Forget(name);
   return written;
 }
 
-bool CodeFile::Replace(const QString& line) const {
+Result<> CodeFile::Replace(const QString& line) const {
   const QString written = path_ + QStringLiteral(".new");
   QFile file(written);
   const QByteArray bytes = line.toLatin1() + '\n';
@@ -109,19 +111,19 @@ bool CodeFile::Replace(const QString& line) const {
   file.close();
   if (complete && SyncFile(written) && SetAside() && ReplaceFile(written, path_) &&
       SyncFolder(QFileInfo(path_).path())) {
-    return true;
+    return {};
   }
   QFile::remove(written);
-  return false;
+  return NotKept();
 }
 
-bool CodeFile::SetAside() const {
-  if (!QFileInfo::exists(path_)) return true;
+Result<> CodeFile::SetAside() const {
+  if (!QFileInfo::exists(path_)) return {};
   QString aside;
   for (int number = 1; aside.isEmpty() || QFileInfo::exists(aside); ++number) {
     aside = path_ + QStringLiteral(".other%1").arg(number);
   }
-  return QFile::rename(path_, aside);
+  return QFile::rename(path_, aside) ? Result<>() : NotKept();
 }
 
 QStringList CodeFile::Others() const {
@@ -135,9 +137,10 @@ QStringList CodeFile::Others() const {
   return codes;
 }
 
-bool CodeFile::Forget() const {
+Result<> CodeFile::Forget() const {
   QFile::remove(path_);
-  return !QFileInfo::exists(path_) && SyncFolder(QFileInfo(path_).path());
+  if (QFileInfo::exists(path_)) return NotKept();
+  return SyncFolder(QFileInfo(path_).path()) ? Result<>() : NotKept();
 }
 
 }  // namespace vorn

@@ -32,17 +32,17 @@ class CodeFile {
   Result<> Keep(const QString& code) const;
   /// The codes that other codes have taken the place of.
   QStringList Others() const;
-  /// Removes the file; false when it is still there. A secret of the desktop's stays for copies of
+  /// Removes the file; fails when it is still there. A secret of the desktop's stays for copies of
   /// the folder, which name it as well.
-  bool Forget() const;
-  /// Gives the file another name: its code is one of the others from now on. False
-  /// when it keeps its name.
-  bool SetAside() const;
+  Result<> Forget() const;
+  /// Gives the file another name: its code is one of the others from now on. Fails when it keeps
+  /// its name.
+  Result<> SetAside() const;
 
  private:
   QString CodeAt(const QString& path) const;
-  bool WriteSecret(const QString& code) const;
-  bool Replace(const QString& line) const;
+  Result<> WriteSecret(const QString& code) const;
+  Result<> Replace(const QString& line) const;
 
   QString path_;
   SecretStore* secrets_;

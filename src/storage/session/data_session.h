@@ -61,7 +61,7 @@ class DataSession {
   /// Runs a statement that returns no rows.
   bool Execute(const QString& statement);
 
-  QString NewSerialID(const QString& prefix = {}) { return serials_.Next(prefix); }
+  SerialId NewSerialID(const QString& prefix = {}) { return serials_.Next(prefix); }
   /// The current time in its stored form (see `CurrentTimeText`).
   QString Now() const;
 

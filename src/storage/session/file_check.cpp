@@ -107,7 +107,7 @@ class FileCheck {
     const Statement::Step step = row->Next();
     if (step == Statement::Step::Done) return;  // deleted meanwhile
     if (step == Statement::Step::Failed) return RowIsLost(id);
-    const UnreadableMessage message{row->Value(0).toString(), row->Value(1).toString(),
+    const UnreadableMessage message{SerialIdOf(row->Value(0)), row->Value(1).toString(),
                                     row->Value(2).toString()};
     const qint64 source = row->Value(3).toLongLong();
     sources_.insert(source);
@@ -129,7 +129,7 @@ class FileCheck {
       statement->Bind({id});
       return statement->Next() == Statement::Step::Row ? statement->Value(0).toString() : QString();
     };
-    message.serialId = find("SERIALID");
+    message.serialId = SerialId(find("SERIALID"));
     message.timestamp = find("FIELD_TIMESTAMP");
     findings_.unreadable.append(message);
   }
@@ -233,10 +233,9 @@ Result<> RequireContents(DataSession& data, FileContents contents) {
 }
 
 FileFindings CheckDatabaseFile(const QString& path, const QString& password, FileContents contents,
-                               FoundDamage& found) {
+                               const QSet<QString>& known) {
   FileFindings findings = Check(path, password, contents);
-  if (found.TakeOf(path).contains(kDamagedLog)) findings.AddLostLog();
-  found.Add(path, findings.parts);
+  if (known.contains(kDamagedLog)) findings.AddLostLog();
   return findings;
 }
 

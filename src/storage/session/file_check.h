@@ -6,15 +6,15 @@
 #include <QStringList>
 
 #include "storage/base/result.h"
+#include "storage/base/serial_id.h"
 
 namespace vorn {
 
 class DataSession;
-class FoundDamage;
 
 /// A message that cannot be read, by what can still be told of it.
 struct UnreadableMessage {
-  QString serialId;   ///< empty when it is lost as well
+  SerialId serialId;  ///< empty when it is lost as well
   QString subject;    ///< empty when it is lost, or the message has none
   QString timestamp;  ///< as stored; empty when it is lost
 
@@ -43,9 +43,8 @@ Result<> RequireContents(DataSession& data, FileContents contents);
 
 /// Reads every table and index of a file, every message source against its digest, and whether they
 /// belong together; a file of other contents is not sound. Neither the file nor its log is changed.
-/// What is damaged is then what `found` has of the file, of which it knows by what was read before
-/// that a log was.
+/// `known` is what reading has shown before to be damaged: a log that was may be gone since.
 FileFindings CheckDatabaseFile(const QString& path, const QString& password, FileContents contents,
-                               FoundDamage& found);
+                               const QSet<QString>& known);
 
 }  // namespace vorn

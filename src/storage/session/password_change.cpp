@@ -14,6 +14,7 @@
 #include "storage/keys/file_key.h"
 #include "storage/session/data_session.h"
 #include "storage/session/rekeying.h"
+#include "storage/session/session_result.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -44,6 +45,14 @@ QString FolderOf(const QString& path) {
   return QFileInfo(path).path();
 }
 
+StorageError Unwritable(StorageError::Kind kind) {
+  return {kind, Ui::tr("ディスクに書き込めません。")};
+}
+
+StorageError FolderUnwritable() {
+  return {StorageError::Kind::DiskFull, Ui::tr("プロファイルのフォルダに書き込めません。")};
+}
+
 }  // namespace
 
 PasswordChange::PasswordChange(DataSession& data, const QString& marker, const QStringList& files)
@@ -53,83 +62,78 @@ PasswordChange::PasswordChange(DataSession& data, const QString& marker, const Q
   files_.removeDuplicates();
 }
 
-bool PasswordChange::Fail(StorageError::Kind kind, const QString& sentence) {
-  error_ = {kind, sentence};
-  return false;
+Result<> PasswordChange::Begin(PasswordStep step, const QString& file) const {
+  if (!BeforeStep || BeforeStep(step, file)) return {};
+  return StorageError{StorageError::Kind::Other, QStringLiteral("interrupted")};
 }
 
-bool PasswordChange::Goes(PasswordStep step, const QString& file) {
-  if (!BeforeStep || BeforeStep(step, file)) return true;
-  return Fail(StorageError::Kind::Other, QStringLiteral("interrupted"));
-}
-
-PasswordChange::Outcome PasswordChange::Run(const QString& oldPassword,
-                                            const QString& newPassword) {
+PasswordChange::End PasswordChange::Run(const QString& oldPassword, const QString& newPassword) {
   data_.CloseAll();
-  if (!Complete()) return Outcome::Unchanged;
+  if (const Result<> earlier = Finish(); !earlier) return {Outcome::Unchanged, earlier.Error()};
   QStringList present = files_;
   present.removeIf([](const QString& file) { return !QFile::exists(file); });
-  const bool copied = std::all_of(present.begin(), present.end(), [&](const QString& file) {
-    return MakeCopy(file, oldPassword, newPassword);
-  });
-  if (!copied || !WriteMarker(present)) {
+  Result<> copied = MakeCopies(present, oldPassword, newPassword);
+  if (copied) copied = WriteMarker(present);
+  if (!copied) {
     RemoveCopies();
-    return Outcome::Unchanged;
+    return {Outcome::Unchanged, copied.Error()};
   }
-  if (!Complete()) return Outcome::Decided;
-  const bool verified = std::all_of(present.begin(), present.end(), [&](const QString& file) {
-    return Goes(PasswordStep::Verify, file) && OpensOnlyWith(file, newPassword, oldPassword);
-  });
-  return verified ? Outcome::Changed : Outcome::Decided;
+  if (const Result<> placed = Finish(); !placed) return {Outcome::Decided, placed.Error()};
+  const Result<> verified = Verify(present, newPassword, oldPassword);
+  return {verified ? Outcome::Changed : Outcome::Decided, verified.Error()};
+}
+
+Result<> PasswordChange::MakeCopies(const QStringList& files, const QString& oldPassword,
+                                    const QString& newPassword) {
+  for (const QString& file : files) {
+    if (const Result<> copied = MakeCopy(file, oldPassword, newPassword); !copied) return copied;
+  }
+  return {};
 }
 
 // The copy is taken while nobody writes to the file, with everything of its log in it.
-bool PasswordChange::MakeCopy(const QString& file, const QString& oldPassword,
-                              const QString& newPassword) {
+Result<> PasswordChange::MakeCopy(const QString& file, const QString& oldPassword,
+                                  const QString& newPassword) {
   const QString copy = CopyOf(file);
-  if (!Goes(PasswordStep::Copy, file)) return false;
+  if (const Result<> begun = Begin(PasswordStep::Copy, file); !begun) return begun;
   data_.CloseAll();
-  if (const Result<> copied = CopyDatabaseFile(file, oldPassword, copy); !copied) {
-    error_ = copied.Error();
-    return false;
-  }
-  if (!MakePrivate(copy)) {
-    return Fail(StorageError::Kind::Other, Ui::tr("ディスクに書き込めません。"));
-  }
-  if (!Goes(PasswordStep::Rekey, file)) return false;
-  if (!data_.ChangePassword(copy, oldPassword, newPassword)) {
-    error_ = data_.LastError();
-    return false;
-  }
-  if (!Goes(PasswordStep::VerifyCopy, file)) return false;
+  if (const Result<> copied = CopyDatabaseFile(file, oldPassword, copy); !copied) return copied;
+  if (!MakePrivate(copy)) return Unwritable(StorageError::Kind::Other);
+  if (const Result<> begun = Begin(PasswordStep::Rekey, file); !begun) return begun;
+  if (!data_.ChangePassword(copy, oldPassword, newPassword)) return ReasonOf(data_);
+  if (const Result<> begun = Begin(PasswordStep::VerifyCopy, file); !begun) return begun;
   data_.CloseAll();
   if (QFile::exists(copy + QStringLiteral("-journal"))) {
-    return Fail(StorageError::Kind::Damaged, Ui::tr("ディスクに書き込めません。"));
+    return Unwritable(StorageError::Kind::Damaged);
   }
-  return OpensOnlyWith(copy, newPassword, oldPassword) &&
-         (SyncFile(copy) ||
-          Fail(StorageError::Kind::DiskFull, Ui::tr("ディスクに書き込めません。")));
+  if (const Result<> opens = OpensOnlyWith(copy, newPassword, oldPassword); !opens) return opens;
+  return SyncFile(copy) ? Result<>() : Unwritable(StorageError::Kind::DiskFull);
+}
+
+Result<> PasswordChange::Verify(const QStringList& files, const QString& newPassword,
+                                const QString& oldPassword) {
+  for (const QString& file : files) {
+    Result<> verified = Begin(PasswordStep::Verify, file);
+    if (verified) verified = OpensOnlyWith(file, newPassword, oldPassword);
+    if (!verified) return verified;
+  }
+  return {};
 }
 
 // With connections made for it: a warm one says nothing about the file.
-bool PasswordChange::OpensOnlyWith(const QString& file, const QString& newPassword,
-                                   const QString& oldPassword) {
+Result<> PasswordChange::OpensOnlyWith(const QString& file, const QString& newPassword,
+                                       const QString& oldPassword) {
   data_.CloseAll();
-  const bool opens = data_.TestPassword(file, newPassword);
-  const StorageError reason = data_.LastError();
+  const Result<> opens = ResultOf(data_, data_.TestPassword(file, newPassword));
   data_.CloseAll();
-  if (!opens) {
-    error_ = reason;
-    return false;
-  }
-  if (oldPassword == newPassword || !data_.TestPassword(file, oldPassword)) return true;
+  if (!opens || oldPassword == newPassword || !data_.TestPassword(file, oldPassword)) return opens;
   data_.CloseAll();
-  return Fail(StorageError::Kind::Other,
-              Ui::tr("「%1」: 前のパスワードのままです。").arg(QFileInfo(file).fileName()));
+  return StorageError{StorageError::Kind::Other,
+                      Ui::tr("「%1」: 前のパスワードのままです。").arg(QFileInfo(file).fileName())};
 }
 
-bool PasswordChange::WriteMarker(const QStringList& changed) {
-  if (!Goes(PasswordStep::Mark, marker_)) return false;
+Result<> PasswordChange::WriteMarker(const QStringList& changed) {
+  if (const Result<> begun = Begin(PasswordStep::Mark, marker_); !begun) return begun;
   const QDir folder(FolderOf(marker_));
   QByteArray text = kMarkerHead;
   for (const QString& file : changed) {
@@ -139,19 +143,18 @@ bool PasswordChange::WriteMarker(const QStringList& changed) {
   if (SyncFolder(folder.path()) && marker.open(QIODevice::WriteOnly) &&
       marker.setPermissions(QFile::ReadOwner | QFile::WriteOwner) &&
       marker.write(text) == text.size() && FinishFile(marker) && SyncFolder(folder.path())) {
-    return true;
+    return {};
   }
-  return Fail(StorageError::Kind::DiskFull, Ui::tr("プロファイルのフォルダに書き込めません。"));
+  return FolderUnwritable();
 }
 
-// Nothing when it cannot be read, of which the reason is noted.
-std::optional<QList<PasswordChange::Decision>> PasswordChange::ReadMarker() {
+Result<QList<PasswordChange::Decision>> PasswordChange::ReadMarker() const {
+  const auto unreadable = [this](StorageError::Kind kind) {
+    return StorageError{kind,
+                        Ui::tr("「%1」を読み込めません。").arg(QFileInfo(marker_).fileName())};
+  };
   QFile marker(marker_);
-  if (!marker.open(QIODevice::ReadOnly)) {
-    Fail(StorageError::Kind::Other,
-         Ui::tr("「%1」を読み込めません。").arg(QFileInfo(marker_).fileName()));
-    return std::nullopt;
-  }
+  if (!marker.open(QIODevice::ReadOnly)) return unreadable(StorageError::Kind::Other);
   QList<Decision> decisions;
   const QByteArray text = marker.readAll();
   if (text == kBareMarker) {
@@ -168,10 +171,8 @@ std::optional<QList<PasswordChange::Decision>> PasswordChange::ReadMarker() {
     const QString file = QString::fromUtf8(line.mid(blank + 1));
     decisions.append({QDir::cleanPath(folder.absoluteFilePath(file)), line.left(blank)});
   }
-  if (text.startsWith(kMarkerHead)) return decisions;
-  Fail(StorageError::Kind::Damaged,
-       Ui::tr("「%1」を読み込めません。").arg(QFileInfo(marker_).fileName()));
-  return std::nullopt;
+  if (!text.startsWith(kMarkerHead)) return unreadable(StorageError::Kind::Damaged);
+  return decisions;
 }
 
 bool PasswordChange::AnyKeyIsOlder(const QString& password) const {
@@ -193,50 +194,49 @@ void PasswordChange::RemoveCopies() {
 
 // A copy that is gone must have become the file already, and a copy that is there must be the one
 // that was decided upon.
-bool PasswordChange::PutInPlace(const Decision& decision) {
+Result<> PasswordChange::PutInPlace(const Decision& decision) {
   const QString copy = CopyOf(decision.file);
   const QString name = QFileInfo(decision.file).fileName();
   if (!QFile::exists(copy)) {
-    return (!decision.fingerprint.isEmpty() &&
-            Fingerprint(decision.file) == decision.fingerprint) ||
-           Fail(StorageError::Kind::Damaged,
-                Ui::tr("パスワードの変更を完了できません。「%1」の新しいファイルがありません。")
-                    .arg(name));
+    const bool isPlaced =
+        !decision.fingerprint.isEmpty() && Fingerprint(decision.file) == decision.fingerprint;
+    if (isPlaced) return {};
+    return StorageError{
+        StorageError::Kind::Damaged,
+        Ui::tr("パスワードの変更を完了できません。「%1」の新しいファイルがありません。").arg(name)};
   }
   if (Fingerprint(copy) != decision.fingerprint) {
-    return Fail(StorageError::Kind::Damaged,
-                Ui::tr("パスワードの変更を完了できません。「%1」の新しいファイルが壊れています。")
-                    .arg(name));
+    return StorageError{
+        StorageError::Kind::Damaged,
+        Ui::tr("パスワードの変更を完了できません。「%1」の新しいファイルが壊れています。")
+            .arg(name)};
   }
-  if (!Goes(PasswordStep::Replace, decision.file)) return false;
+  if (const Result<> begun = Begin(PasswordStep::Replace, decision.file); !begun) return begun;
   // Logs of the file that goes would be read into the one that comes. They hold nothing: copying
   // the file has emptied them, and nobody has opened it since.
   for (const char16_t* part : {u"-journal", u"-wal", u"-shm"}) {
     QFile::remove(decision.file + QString::fromUtf16(part));
   }
-  return ReplaceFile(copy, decision.file) ||
-         Fail(StorageError::Kind::Other,
-              Ui::tr("パスワードの変更を完了できません。ファイルを使っているプログラムを"
-                     "終了してから、もう一度ログインしてください。"));
+  if (ReplaceFile(copy, decision.file)) return {};
+  return StorageError{StorageError::Kind::Other,
+                      Ui::tr("パスワードの変更を完了できません。ファイルを使っているプログラムを"
+                             "終了してから、もう一度ログインしてください。")};
 }
 
 Result<> PasswordChange::Finish() {
-  return Complete() ? Result<>() : error_;
-}
-
-bool PasswordChange::Complete() {
   if (!QFile::exists(marker_)) {
     RemoveCopies();
-    return true;
+    return {};
   }
-  const auto decisions = ReadMarker();
-  if (!decisions) return false;
+  const Result<QList<Decision>> decisions = ReadMarker();
+  if (!decisions) return decisions.Error();
   for (const Decision& decision : *decisions) {
-    if (!PutInPlace(decision) || !SyncFolder(FolderOf(decision.file))) return false;
+    if (const Result<> placed = PutInPlace(decision); !placed) return placed;
+    if (!SyncFolder(FolderOf(decision.file))) return FolderUnwritable();
   }
-  if (!Goes(PasswordStep::Unmark, marker_)) return false;
+  if (const Result<> begun = Begin(PasswordStep::Unmark, marker_); !begun) return begun;
   RemoveCopies();  // a re-keying's journal, for instance
-  return QFile::remove(marker_) && SyncFolder(FolderOf(marker_));
+  return QFile::remove(marker_) && SyncFolder(FolderOf(marker_)) ? Result<>() : FolderUnwritable();
 }
 
 }  // namespace vorn

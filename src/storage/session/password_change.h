@@ -3,7 +3,6 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
-#include <optional>
 
 #include "storage/base/result.h"
 
@@ -31,11 +30,17 @@ class PasswordChange {
     Decided,    ///< the new one will hold once `Finish` succeeds; until then nothing is certain
   };
 
+  /// How a change ended: what the files have now, and why it is not `Changed`.
+  struct End {
+    Outcome outcome = Outcome::Unchanged;
+    StorageError reason = {};
+  };
+
   /// `marker` is the path of the marker file, on the same volume as the files. Files that do not
   /// exist are left out.
   PasswordChange(DataSession& data, const QString& marker, const QStringList& files);
 
-  Outcome Run(const QString& oldPassword, const QString& newPassword);
+  End Run(const QString& oldPassword, const QString& newPassword);
   /// Whether some file has a key of an earlier kind under that password (see `FileKey`), as all
   /// have that are under none.
   bool AnyKeyIsOlder(const QString& password) const;
@@ -44,8 +49,6 @@ class PasswordChange {
   /// Finishes or undoes what an earlier run left behind. When a decided change cannot be
   /// completed, it is tried again next time.
   Result<> Finish();
-  /// Why `Run` did not come to `Changed`.
-  const StorageError& Error() const { return error_; }
 
   /// Asked before every step with the step's file; on false the step fails. For tests.
   std::function<bool(PasswordStep, const QString&)> BeforeStep;
@@ -56,20 +59,21 @@ class PasswordChange {
     QByteArray fingerprint;
   };
 
-  bool Goes(PasswordStep step, const QString& file);
-  bool MakeCopy(const QString& file, const QString& oldPassword, const QString& newPassword);
-  bool OpensOnlyWith(const QString& file, const QString& newPassword, const QString& oldPassword);
-  bool WriteMarker(const QStringList& changed);
-  std::optional<QList<Decision>> ReadMarker();
-  bool Complete();
-  bool PutInPlace(const Decision& decision);
+  Result<> Begin(PasswordStep step, const QString& file) const;
+  Result<> MakeCopies(const QStringList& files, const QString& oldPassword,
+                      const QString& newPassword);
+  Result<> MakeCopy(const QString& file, const QString& oldPassword, const QString& newPassword);
+  Result<> Verify(const QStringList& files, const QString& newPassword, const QString& oldPassword);
+  Result<> OpensOnlyWith(const QString& file, const QString& newPassword,
+                         const QString& oldPassword);
+  Result<> WriteMarker(const QStringList& changed);
+  Result<QList<Decision>> ReadMarker() const;
+  Result<> PutInPlace(const Decision& decision);
   void RemoveCopies();
-  bool Fail(StorageError::Kind kind, const QString& sentence);
 
   DataSession& data_;
   QString marker_;
   QStringList files_;
-  StorageError error_;
 };
 
 }  // namespace vorn

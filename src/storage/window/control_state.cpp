@@ -136,7 +136,7 @@ void SetValue(FormWindow& window, QWidget& control, const QVariant& value) {
 
 }  // namespace
 
-DiskPtr FormToDisk(FormWindow& window, const QString& serialId) {
+DiskPtr FormToDisk(FormWindow& window, const SerialId& serialId) {
   auto bag = std::make_shared<Disk>(serialId);
   const QStringList pages = window.ShownPages();
   for (const QWidget* control : window.Form().findChildren<QWidget*>()) {
@@ -166,7 +166,7 @@ bool HasControlFor(FormWindow& window, const QString& key) {
 }
 
 DiskPtr PlacementBag(Context& context, const QString& name) {
-  const QString serialId = QStringLiteral("DATA_") + name;
+  const SerialId serialId(QStringLiteral("DATA_") + name);
   DiskPtr bag = LoadObject(context, serialId);
   if (bag == nullptr) {
     bag = std::make_shared<Disk>(serialId);

@@ -30,7 +30,7 @@ class FormWindow {
 
 /// The controls as a new bag under that serial identifier; the loaded object stays as it is until
 /// the bag is saved.
-DiskPtr FormToDisk(FormWindow& window, const QString& serialId);
+DiskPtr FormToDisk(FormWindow& window, const SerialId& serialId);
 
 /// Fills the controls from the object. A value that does not fit its control leaves the control as
 /// it was.

@@ -33,7 +33,7 @@ void AccountSessions::Record(const CheckJob& job, const Account& account) {
   const bool isLeftOut = job.IsUnasked() && record.Log().isEmpty() && !account.HasPassword();
   if (!account.LogsEvents() || isLeftOut) return;
   host_.AddEvent(record.HasError() ? kEventError : kEventInformation, kEventObject,
-                 account.SerialId(), account.Name(), QStringLiteral("account"), record.Log());
+                 account.Serial(), account.Name(), QStringLiteral("account"), record.Log());
 }
 
 }  // namespace vorn

@@ -35,20 +35,20 @@ QString ModeWord(CheckJob::Mode mode) {
 
 }  // namespace
 
-CheckJob CheckJob::New(const QString& serial, Mode mode) {
+CheckJob CheckJob::New(const SerialId& serial, Mode mode) {
   auto bag = std::make_shared<Disk>(serial);
   bag->Let(kMode, ModeWord(mode));
   bag->Let(kDayTime, QString());
   return bag;
 }
 
-CheckJob CheckJob::Periodic(const QString& serial, int minutes) {
+CheckJob CheckJob::Periodic(const SerialId& serial, int minutes) {
   CheckJob job = New(serial, Mode::Periodic);
   job.bag_->Let(kInterval, minutes);
   return job;
 }
 
-CheckJob CheckJob::Receive(const QString& serial, const DiskCollectionPtr& accounts,
+CheckJob CheckJob::Receive(const SerialId& serial, const DiskCollectionPtr& accounts,
                            bool isUnasked) {
   CheckJob job = New(serial, Mode::Receive);
   job.bag_->Let(kUnasked, isUnasked);
@@ -56,13 +56,13 @@ CheckJob CheckJob::Receive(const QString& serial, const DiskCollectionPtr& accou
   return job;
 }
 
-CheckJob CheckJob::Send(const QString& serial, const DiskCollectionPtr& messages) {
+CheckJob CheckJob::Send(const SerialId& serial, const DiskCollectionPtr& messages) {
   CheckJob job = New(serial, Mode::Send);
   job.bag_->Set(kMessages, QVariant::fromValue(messages));
   return job;
 }
 
-CheckJob CheckJob::Look(const QString& serial, bool isPeriodic) {
+CheckJob CheckJob::Look(const SerialId& serial, bool isPeriodic) {
   CheckJob job = New(serial, Mode::Look);
   job.bag_->Let(kPeriodic, isPeriodic);
   return job;

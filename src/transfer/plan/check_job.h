@@ -30,14 +30,15 @@ class CheckJob {
 
   CheckJob(DiskPtr bag) : bag_(std::move(bag)) {}
   /// Jobs that are due now. `serial` is the new job's identifier.
-  static CheckJob Periodic(const QString& serial, int minutes);
+  static CheckJob Periodic(const SerialId& serial, int minutes);
   /// `isUnasked`: automatic checking wants it, and the user is asked nothing.
-  static CheckJob Receive(const QString& serial, const DiskCollectionPtr& accounts, bool isUnasked);
-  static CheckJob Send(const QString& serial, const DiskCollectionPtr& messages);
-  static CheckJob Look(const QString& serial, bool isPeriodic);
+  static CheckJob Receive(const SerialId& serial, const DiskCollectionPtr& accounts,
+                          bool isUnasked);
+  static CheckJob Send(const SerialId& serial, const DiskCollectionPtr& messages);
+  static CheckJob Look(const SerialId& serial, bool isPeriodic);
 
   const DiskPtr& Bag() const { return bag_; }
-  QString SerialId() const { return bag_->SerialID(); }
+  SerialId Serial() const { return bag_->Serial(); }
   bool Is(Mode mode) const;
   /// The accounts that a receive job still has to serve; null for another job.
   DiskCollectionPtr Accounts() const { return bag_->Collection(kAccounts); }
@@ -68,7 +69,7 @@ class CheckJob {
   bool IsPeriodic() const { return bag_->Flag(kPeriodic); }
 
  private:
-  static CheckJob New(const QString& serial, Mode mode);
+  static CheckJob New(const SerialId& serial, Mode mode);
 
   static inline const QString kMode = QStringLiteral("mode");
   static inline const QString kDayTime = QStringLiteral("daytime");

@@ -13,11 +13,11 @@
 namespace vorn {
 namespace {
 
-const QString kPeriodicSerial = QStringLiteral("maildefault");
+const SerialId kPeriodicSerial(QStringLiteral("maildefault"));
 
 }  // namespace
 
-void CheckPlan::CreateMessagePlan(PlanFlags flags, const QString& serial, DatabaseKind db,
+void CheckPlan::CreateMessagePlan(PlanFlags flags, const SerialId& serial, DatabaseKind db,
                                   const QString& file) {
   if (flags.testFlag(kPlanPeriodic)) RebuildPeriodicJob();
   if (flags.testFlag(kPlanReceive)) {
@@ -45,18 +45,18 @@ void CheckPlan::Tick() {
   // Jobs added or removed on the way are seen at the next tick; none runs twice in one.
   const std::vector<DiskPtr> jobs(jobs_.All().begin(), jobs_.All().end());
   for (const CheckJob job : jobs) {
-    if (jobs_.Contains(job.SerialId()) && job.IsDue(context_.Data.Now())) Advance(job);
+    if (jobs_.Contains(job.Serial()) && job.IsDue(context_.Data.Now())) Advance(job);
   }
   ReleaseIdleWork();
 }
 
 void CheckPlan::Advance(CheckJob job) {
-  const QScopedValueRollback<QString> at(advancing_, job.SerialId());
+  const QScopedValueRollback<SerialId> at(advancing_, job.Serial());
   if (!job.HasEnded()) Run(job);
   if (job.RunsAgain()) {
     job.Reschedule(context_.Data.Now());
   } else if (job.HasEnded()) {
-    jobs_.Remove(job.SerialId());
+    jobs_.Remove(job.Serial());
   }
 }
 
@@ -68,7 +68,7 @@ void CheckPlan::RecordEnded() {
   for (const CheckJob job : jobs) {
     const bool isReceiving = job.Is(CheckJob::Mode::Receive) && job.Step() == JobStep::Begun;
     const bool isSent = job.Step() == JobStep::Sent;
-    if (job.SerialId() != advancing_ && (isReceiving || isSent)) Advance(job);
+    if (job.Serial() != advancing_ && (isReceiving || isSent)) Advance(job);
   }
   ReleaseIdleWork();
 }
@@ -88,7 +88,7 @@ void CheckPlan::Cancel() {
       job.Stop();
     } else {
       works_.EndWait(job);
-      jobs_.Remove(job.SerialId());
+      jobs_.Remove(job.Serial());
     }
   }
   pop_.Cancel();

@@ -42,11 +42,11 @@ class CheckPlan {
   /// Adds jobs: `kPlanPeriodic` rebuilds the periodic job from the settings, `kPlanReceive` adds a
   /// receive job over every enabled account, `kPlanSend` a send job for the messages that wait in
   /// the database `db` and `file` name; with `serial` only for that one.
-  void CreateMessagePlan(PlanFlags flags, const QString& serial = {},
+  void CreateMessagePlan(PlanFlags flags, const SerialId& serial = {},
                          DatabaseKind db = DatabaseKind::Mail, const QString& file = {});
   /// Whether an account sends for the senders among the address lines, or the user chooses one for
   /// that message, which then counts until the program ends. False when he does not.
-  bool ChooseSender(const QString& serial, const QString& addressLines, const QString& subject) {
+  bool ChooseSender(const SerialId& serial, const QString& addressLines, const QString& subject) {
     return sends_.Senders().Choose(serial, addressLines, subject);
   }
   /// Adds a receive job over these accounts, without those that wait to be received already; none
@@ -55,7 +55,7 @@ class CheckPlan {
   /// Advances every job that is due by one step.
   void Tick();
 
-  DiskPtr Job(const QString& serialId) const { return jobs_.All().Find(serialId); }
+  DiskPtr Job(const SerialId& serialId) const { return jobs_.All().Find(serialId); }
   bool IsEmpty() const { return jobs_.All().IsEmpty(); }
   /// Whether there is anything to cancel: a job that runs or waits, other than automatic checking.
   bool HasWork() const { return jobs_.HasWork(); }
@@ -95,7 +95,7 @@ class CheckPlan {
   ReceiveJobs receives_;
   SendJobs sends_;
   bool ticking_ = false;  // a question to the user runs the event loop, and with it the timer
-  QString advancing_;     // the job whose step that is
+  SerialId advancing_;    // the job whose step that is
 };
 
 }  // namespace vorn

@@ -15,30 +15,30 @@ constexpr int kStoreAgainMs = 120000;
 
 void LateOutcomes::StoreLater(const CheckJob& job, std::function<Result<>()> store,
                               std::function<void(const StorageError&)> failed) {
-  unstored_[job.SerialId()] = {std::move(store), std::move(failed), QDeadlineTimer(kStoreAgainMs)};
+  unstored_[job.Serial()] = {std::move(store), std::move(failed), QDeadlineTimer(kStoreAgainMs)};
 }
 
 bool LateOutcomes::HandOverLater(const CheckJob& job) {
-  const auto [limit, isFirst] = handovers_.try_emplace(job.SerialId(), kStoreAgainMs);
+  const auto [limit, isFirst] = handovers_.try_emplace(job.Serial(), kStoreAgainMs);
   if (limit->second.hasExpired()) return false;
   SessionRecord(job.Bag()).SetAgain(true);
   return true;
 }
 
 bool LateOutcomes::IsStored(const CheckJob& job) {
-  const auto found = unstored_.find(job.SerialId());
+  const auto found = unstored_.find(job.Serial());
   if (found == unstored_.end()) return true;
   const Unstored unstored = found->second;  // a question on the way may end all that is planned
   if (const Result<> stored = unstored.store(); !stored) {
     if (!unstored.limit.hasExpired()) return false;
     unstored.failed(stored.Error());
   }
-  unstored_.erase(job.SerialId());
+  unstored_.erase(job.Serial());
   return true;
 }
 
 void LateOutcomes::EndHandover(const CheckJob& job) {
-  handovers_.erase(job.SerialId());
+  handovers_.erase(job.Serial());
 }
 
 void LateOutcomes::Clear() {

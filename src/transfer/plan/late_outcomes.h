@@ -6,6 +6,7 @@
 #include <map>
 
 #include "storage/base/result.h"
+#include "storage/base/serial_id.h"
 
 namespace vorn {
 
@@ -32,8 +33,8 @@ class LateOutcomes {
     std::function<void(const StorageError&)> failed;
     QDeadlineTimer limit;
   };
-  std::map<QString, Unstored> unstored_;  // by the job; also waiting messages that are unread yet
-  std::map<QString, QDeadlineTimer> handovers_;  // that wait for their file, by the job
+  std::map<SerialId, Unstored> unstored_;  // by the job; also waiting messages that are unread yet
+  std::map<SerialId, QDeadlineTimer> handovers_;  // that wait for their file, by the job
 };
 
 }  // namespace vorn

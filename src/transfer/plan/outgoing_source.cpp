@@ -7,8 +7,8 @@ namespace {
 
 // One "@" alone may stand in an identifier (RFC 5322 section 3.6.4), and serial identifiers hold
 // one.
-QByteArray MessageId(const QString& address, const QString& serialId) {
-  QString right = serialId;
+QByteArray MessageId(const QString& address, const SerialId& serialId) {
+  QString right = serialId.Text();
   right.replace(u'@', u'.');
   return '<' + MimeCodec::EncodeIdentifier(address.toUtf8()).toLatin1() + '@' + right.toLatin1() +
          '>';
@@ -28,7 +28,7 @@ QByteArray FromField(const OutgoingSender& sender) {
 
 }  // namespace
 
-QByteArray OutgoingSource(const QByteArray& source, const QString& serialId,
+QByteArray OutgoingSource(const QByteArray& source, const SerialId& serialId,
                           const OutgoingSender& sender) {
   QByteArray outgoing =
       MimeCodec::RemoveField(MimeCodec::RemoveField(source, "Date:"), "Message-ID:");

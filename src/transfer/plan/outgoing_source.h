@@ -5,6 +5,7 @@
 #include <QString>
 
 #include "mail/codec/header/address.h"
+#include "storage/base/serial_id.h"
 
 namespace vorn {
 
@@ -22,7 +23,7 @@ struct OutgoingSender {
 /// A stored source as it is sent: with Date and Message-ID in front of it (its own, if it was sent
 /// before, are left out), and with the sender replaced or added when that is asked for. `serialId`
 /// is the message's, which makes the Message-ID unique.
-QByteArray OutgoingSource(const QByteArray& source, const QString& serialId,
+QByteArray OutgoingSource(const QByteArray& source, const SerialId& serialId,
                           const OutgoingSender& sender);
 
 }  // namespace vorn

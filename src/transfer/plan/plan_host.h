@@ -14,12 +14,12 @@ class PlanHost {
   /// Queues a window request.
   virtual void PostRequest(const DiskPtr& request) = 0;
   /// Records an event that refers to an object or a message.
-  virtual void AddEvent(EventLevel level, EventMode mode, const QString& reference,
+  virtual void AddEvent(EventLevel level, EventMode mode, const SerialId& reference,
                         const QString& title, const QString& category, const QString& text) = 0;
   /// The Tools menu's first entry, send and receive messages.
   virtual void SendAndReceive() = 0;
   /// Asks the user for the account to send with; its serial identifier, empty when he declines.
-  virtual QString ChooseAccount(const QString& title, const QString& prompt) = 0;
+  virtual SerialId ChooseAccount(const QString& title, const QString& prompt) = 0;
   /// Asks the user for an account's receive password, which is not saved; empty when he declines.
   virtual QString AskPassword(const QString& account) = 0;
   /// Work has to wait for another program; told once for each wait, with who it is, and again, with

@@ -6,7 +6,7 @@
 
 namespace vorn {
 
-QString PlannedJobs::NewSerial() const {
+SerialId PlannedJobs::NewSerial() const {
   return context_.Data.NewSerialID(QString::number(jobs_.Count()) + u'_');
 }
 
@@ -22,7 +22,7 @@ bool PlannedJobs::IsSending() const {
 }
 
 void PlannedJobs::Clear() {
-  while (!jobs_.IsEmpty()) jobs_.Remove(DiskPtr(jobs_.First())->SerialID());
+  while (!jobs_.IsEmpty()) jobs_.Remove(DiskPtr(jobs_.First())->Serial());
 }
 
 }  // namespace vorn

@@ -15,12 +15,12 @@ class PlannedJobs {
   explicit PlannedJobs(Context& context) : context_(context) {}
 
   const DiskCollection& All() const { return jobs_; }
-  bool Contains(const QString& serial) const { return jobs_.Contains(serial); }
+  bool Contains(const SerialId& serial) const { return jobs_.Contains(serial); }
   void Add(const CheckJob& job) { jobs_.Add(job.Bag()); }
-  void Remove(const QString& serial) { jobs_.Remove(serial); }
+  void Remove(const SerialId& serial) { jobs_.Remove(serial); }
   void Clear();
   /// An identifier for a job that is to be added.
-  QString NewSerial() const;
+  SerialId NewSerial() const;
   /// Whether a job runs or waits, other than automatic checking.
   bool HasWork() const;
   /// Whether a message is being sent or planned to be.

@@ -24,7 +24,7 @@ void ReceiveJobs::Add(const DiskCollection& accounts) {
   auto waiting = std::make_shared<DiskCollection>();
   for (const DiskPtr& account : accounts) {
     const bool onlySends = Account(account).OnlySends();
-    if (!onlySends && !WaitsToReceive(account->SerialID())) waiting->Add(account);
+    if (!onlySends && !WaitsToReceive(account->Serial())) waiting->Add(account);
   }
   if (waiting->IsEmpty()) return;
   const bool isUnasked = jobs_.RunsPeriodically() && Settings(context_).IsCareful();
@@ -32,11 +32,11 @@ void ReceiveJobs::Add(const DiskCollection& accounts) {
 }
 
 // Where another program is at work for long, each check of a minute would add one more.
-bool ReceiveJobs::WaitsToReceive(const QString& account) const {
+bool ReceiveJobs::WaitsToReceive(const SerialId& account) const {
   for (const CheckJob job : jobs_.All()) {
     const DiskCollectionPtr accounts = job.Accounts();
     if (!job.Is(CheckJob::Mode::Receive) || job.IsStopped() || accounts->IsEmpty()) continue;
-    const bool isBegun = job.Step() == JobStep::Begun && accounts->First()->SerialID() == account;
+    const bool isBegun = job.Step() == JobStep::Begun && accounts->First()->Serial() == account;
     if (accounts->Contains(account) && !isBegun) return true;
   }
   return false;
@@ -62,7 +62,7 @@ bool ReceiveJobs::MayReceive(CheckJob& job, Account& account) {
         Ui::tr("「%1」が壊れているため、受信しません。").arg(QFileInfo(damaged).fileName());
     LeaveOut(job, sentence);
     // Whether or not the account's sessions are recorded.
-    host_.AddEvent(kEventError, kEventObject, account.SerialId(), account.Name(),
+    host_.AddEvent(kEventError, kEventObject, account.Serial(), account.Name(),
                    QStringLiteral("account"), sentence);
     return false;
   }
@@ -70,15 +70,15 @@ bool ReceiveJobs::MayReceive(CheckJob& job, Account& account) {
   if (job.IsUnasked() && !account.HasPassword()) {
     LeaveOut(job, Ui::tr("パスワードが分からないので、自動では受信しません。送受信を"
                          "押すと入力できます。"));
-    if (toldOfNoPassword_.contains(account.SerialId())) LeaveOut(job, {});
-    toldOfNoPassword_.insert(account.SerialId());
+    if (toldOfNoPassword_.contains(account.Serial())) LeaveOut(job, {});
+    toldOfNoPassword_.insert(account.Serial());
     return false;
   }
   if (!sessions_.KnowsPassword(account)) {
     LeaveOut(job, Ui::tr("パスワードが入力されなかったので、受信しませんでした。"));
     return false;
   }
-  return jobs_.Contains(job.SerialId());  // not cancelled meanwhile
+  return jobs_.Contains(job.Serial());  // not cancelled meanwhile
 }
 
 void ReceiveJobs::LeaveOut(CheckJob& job, const QString& sentence) {
@@ -92,7 +92,7 @@ void ReceiveJobs::LeaveOut(CheckJob& job, const QString& sentence) {
 void ReceiveJobs::Start(CheckJob& job, const Account& account) {
   sessions_.LoadReceiving(account);
   pop_.Start();
-  pop_.Tag = job.SerialId();
+  pop_.Tag = job.Serial().Text();
   SessionRecord(job.Bag()).Begin();
   job.SetStep(JobStep::Begun);
 }
@@ -101,13 +101,13 @@ void ReceiveJobs::Finish(CheckJob& job, Account& account) {
   sessions_.ForgetRefusedPassword(job, account);
   const SessionRecord record(job.Bag());
   works_.Release(record.Work());
-  const QString messages = record.Received();
+  const SerialIds messages = record.Received();
   if (!messages.isEmpty() && NoticeSettings(context_).IsWanted()) {
     host_.PostRequest(WindowRequest::NewMessages(context_.Data.NewSerialID(), messages));
   }
   sessions_.Record(job, account);
   const DiskCollectionPtr accounts = job.Accounts();
-  accounts->Remove(account.SerialId());
+  accounts->Remove(account.Serial());
   if (accounts->IsEmpty() || job.IsStopped()) {
     job.End();
   } else {

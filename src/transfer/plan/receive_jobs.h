@@ -35,7 +35,7 @@ class ReceiveJobs {
   void Step(CheckJob& job);
 
  private:
-  bool WaitsToReceive(const QString& account) const;
+  bool WaitsToReceive(const SerialId& account) const;
   bool MayReceive(CheckJob& job, Account& account);
   void LeaveOut(CheckJob& job, const QString& sentence);
   void Start(CheckJob& job, const Account& account);
@@ -47,7 +47,7 @@ class ReceiveJobs {
   PlannedJobs& jobs_;
   HeldWorks& works_;
   AccountSessions& sessions_;
-  QSet<QString> toldOfNoPassword_;  // accounts
+  QSet<SerialId> toldOfNoPassword_;  // accounts
 };
 
 }  // namespace vorn

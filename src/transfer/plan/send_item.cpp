@@ -9,7 +9,7 @@
 
 namespace vorn {
 
-SendItem::SendItem(const QString& serial, const QString& file, const QString& password,
+SendItem::SendItem(const SerialId& serial, const QString& file, const QString& password,
                    const QString& addressLines, const QString& subject)
     : bag_(std::make_shared<Disk>(serial)) {
   MessageBag::SetFile(*bag_, file);

@@ -18,11 +18,11 @@ class SendItem {
  public:
   SendItem(DiskPtr bag) : bag_(std::move(bag)) {}
   /// A message that waits in the mail database of the stored path `file`.
-  SendItem(const QString& serial, const QString& file, const QString& password,
+  SendItem(const SerialId& serial, const QString& file, const QString& password,
            const QString& addressLines, const QString& subject);
 
   const DiskPtr& Bag() const { return bag_; }
-  QString SerialId() const { return bag_->SerialID(); }
+  SerialId Serial() const { return bag_->Serial(); }
   QString File(const Context& context) const;
   QString AddressLines() const { return bag_->Text(kAddressLines); }
   QString Subject() const { return bag_->Text(kSubject); }

@@ -49,20 +49,20 @@ void SendJobs::Step(CheckJob& job) {
 // Before the message's own session there may be one that only logs in.
 bool SendJobs::HasSession(const CheckJob& job) const {
   return job.Step() == JobStep::Sent ||
-         (job.Step() == JobStep::Begun && pop_.Tag == job.SerialId());
+         (job.Step() == JobStep::Begun && pop_.Tag == job.Serial().Text());
 }
 
 // Asks for a missing password, once for each account, while others may send.
 bool SendJobs::MaySend(const CheckJob& job, const SendItem& message) {
   Account account = *message.Sender();
   SessionRecord record(job.Bag());
-  if (!account.IsPopBeforeSmtp() || account.HasPassword() || record.Asked() == account.SerialId()) {
+  if (!account.IsPopBeforeSmtp() || account.HasPassword() || record.Asked() == account.Serial()) {
     return true;
   }
   works_.Release(kSendingWork);
-  record.SetAsked(account.SerialId());
+  record.SetAsked(account.Serial());
   sessions_.KnowsPassword(account);
-  return jobs_.Contains(job.SerialId());  // not cancelled meanwhile
+  return jobs_.Contains(job.Serial());  // not cancelled meanwhile
 }
 
 // One program sends at a time. Whatever stands as under way when it begins was left by a death.
@@ -76,7 +76,7 @@ bool SendJobs::TakeSending(CheckJob& job, const SendItem& message) {
 void SendJobs::ReportDoubtful(int count) {
   if (count == 0) return;
   host_.AddEvent(
-      kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+      kEventError, kEventObject, SerialId(), Ui::tr("システム"), QStringLiteral("mailup"),
       Ui::tr("送信の途中で終了したため、届いたかどうか分からないメッセージが%1通あります。"
              "開いて、もう一度送信するか、送信済みにするかを選んでください。")
           .arg(count));
@@ -87,7 +87,7 @@ void SendJobs::BeginSending(CheckJob& job, const Account& account) {
   if (account.IsPopBeforeSmtp() && account.HasPassword()) {
     sessions_.LoadReceiving(account);
     pop_.LoginOnly = true;
-    pop_.Tag = job.SerialId();
+    pop_.Tag = job.Serial().Text();
     pop_.Start();
   }
   SessionRecord(job.Bag()).Begin();
@@ -100,8 +100,8 @@ void SendJobs::StartSending(CheckJob& job, SendItem& message) {
   Account account = *message.Sender();
   sessions_.ForgetRefusedPassword(job, account);
   SessionRecord record(job.Bag());
-  if (record.IsLoginRefused()) record.SetAsked(QString());
-  const QString serial = message.SerialId();
+  if (record.IsLoginRefused()) record.SetAsked({});
+  const SerialId serial = message.Serial();
   const auto waiting = Outbox(context_, message.File(context_)).Read(serial);
   if (!waiting) {
     host_.AddEvent(
@@ -123,13 +123,13 @@ void SendJobs::StartSending(CheckJob& job, SendItem& message) {
   }
   LoadSending(message, waiting->message);
   // A receive job may have had a session since this one began.
-  pop_.Tag = job.SerialId();
+  pop_.Tag = job.Serial().Text();
   pop_.Start();
   job.SetStep(JobStep::Sent);
 }
 
 void SendJobs::PlanAnew(const SendItem& message) {
-  Plan({message.SerialId(), DatabaseKind::MailByPath, message.File(context_), false});
+  Plan({message.Serial(), DatabaseKind::MailByPath, message.File(context_), false});
 }
 
 void SendJobs::LoadSending(SendItem& message, const WaitingMessage& waiting) {
@@ -150,12 +150,12 @@ void SendJobs::LoadSending(SendItem& message, const WaitingMessage& waiting) {
   pop_.MailTo = message.Recipients();
   // The account that sends answers for the message.
   pop_.MailFrom = sender.rewrite ? sender.address : message.From();
-  pop_.SetMessage(OutgoingSource(waiting.source, message.SerialId(), sender));
+  pop_.SetMessage(OutgoingSource(waiting.source, message.Serial(), sender));
 }
 
 void SendJobs::LeaveOut(CheckJob& job, const SendItem& message) {
   const DiskCollectionPtr messages = job.Messages();
-  messages->Remove(message.SerialId());
+  messages->Remove(message.Serial());
   if (!messages->IsEmpty() && !job.IsStopped()) {
     job.SetStep(JobStep::Waits);
     return;
@@ -169,7 +169,7 @@ void SendJobs::LeaveOut(CheckJob& job, const SendItem& message) {
 bool SendJobs::IsStoredAnew(const SendItem& message) {
   const QString version = message.Version();
   if (version.isEmpty()) return false;
-  const auto waiting = Outbox(context_, message.File(context_)).Read(message.SerialId());
+  const auto waiting = Outbox(context_, message.File(context_)).Read(message.Serial());
   return waiting && waiting->reading == Outbox::Reading::Ready &&
          waiting->message.version != version;
 }
@@ -213,7 +213,7 @@ void SendJobs::Record(const CheckJob& job, const SendItem& message) {
   // shows.
   const bool isOfRecipients = !record.Refused().isEmpty();
   const QString words = isFolded && !isOfRecipients ? record.Log() : record.Refused();
-  host_.AddEvent(kEventError, kEventMessage, message.SerialId(), message.Subject(),
+  host_.AddEvent(kEventError, kEventMessage, message.Serial(), message.Subject(),
                  QStringLiteral("mailup"),
                  words.isEmpty() ? outcome : words + kLineBreak + outcome);
 }
@@ -241,8 +241,8 @@ void SendJobs::NoteRefusal(const CheckJob& job, const SendItem& message) {
   const SessionRecord record(job.Bag());
   if (record.IsRefusedForGood()) {
     const SendRefusal refusal{message.Route(), CurrentTimeText(), record.RefusedForGood()};
-    std::ignore = SendRefusals(context_, message.File(context_)).Note(message.SerialId(), refusal);
-    waiting_.NoteTold(message.SerialId(), refusal);
+    std::ignore = SendRefusals(context_, message.File(context_)).Note(message.Serial(), refusal);
+    waiting_.NoteTold(message.Serial(), refusal);
   }
   if (record.IsRefusedForGood() || record.IsDoubtful()) host_.WaitingChanged();
 }

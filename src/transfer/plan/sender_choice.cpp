@@ -38,11 +38,11 @@ DiskPtr SenderChoice::AccountFor(const QString& addressLines) const {
   return taken;
 }
 
-bool SenderChoice::Choose(const QString& serial, const QString& addressLines,
+bool SenderChoice::Choose(const SerialId& serial, const QString& addressLines,
                           const QString& subject) {
   if (AccountFor(addressLines) != nullptr) return true;
   const DiskPtr chosen = AskForAccount(subject);
-  if (chosen != nullptr) chosen_[serial] = chosen->SerialID();
+  if (chosen != nullptr) chosen_[serial] = chosen->Serial();
   return chosen != nullptr;
 }
 
@@ -64,7 +64,7 @@ void SenderChoice::GiveSenders(std::vector<SendItem>& messages) {
   std::erase_if(messages, [&](SendItem& message) {
     message.FillEnvelope();
     if (message.Sender()) return false;
-    DiskPtr account = context_.Objects.Find(chosen_.value(message.SerialId()));
+    DiskPtr account = context_.Objects.Find(chosen_.value(message.Serial()));
     const bool mayAsk = MayAsk();
     if (account == nullptr && !answer && mayAsk) answer = AskForAccount(message.Subject());
     if (account == nullptr) account = answer.value_or(nullptr);
@@ -78,10 +78,10 @@ void SenderChoice::GiveSenders(std::vector<SendItem>& messages) {
 }
 
 void SenderChoice::TellOfNoAccount(const SendItem& message, bool repeats) {
-  const bool isTold = !repeats && toldOfNoAccount_.contains(message.SerialId());
-  toldOfNoAccount_.insert(message.SerialId());
+  const bool isTold = !repeats && toldOfNoAccount_.contains(message.Serial());
+  toldOfNoAccount_.insert(message.Serial());
   if (isTold) return;
-  host_.AddEvent(kEventError, kEventMessage, message.SerialId(), Ui::tr("システム"),
+  host_.AddEvent(kEventError, kEventMessage, message.Serial(), Ui::tr("システム"),
                  QStringLiteral("mailup"), Ui::tr("送信で使用するアカウントが不明です。"));
 }
 

@@ -24,7 +24,7 @@ class SenderChoice {
   DiskPtr AccountFor(const QString& addressLines) const;
   /// Whether there is one, or the user chooses an account for that message, which then counts until
   /// the program ends. False when he does not.
-  bool Choose(const QString& serial, const QString& addressLines, const QString& subject);
+  bool Choose(const SerialId& serial, const QString& addressLines, const QString& subject);
   /// Gives each message of a job its account, and those without one what the user chooses once for
   /// all of them. Leaves out those of which nobody knows by what account, which is told.
   void GiveSenders(std::vector<SendItem>& messages);
@@ -37,8 +37,8 @@ class SenderChoice {
   Context& context_;
   PlanHost& host_;
   const PlannedJobs& jobs_;
-  QHash<QString, QString> chosen_;  // accounts, by the messages that they were chosen for
-  QSet<QString> toldOfNoAccount_;   // messages
+  QHash<SerialId, SerialId> chosen_;  // accounts, by the messages that they were chosen for
+  QSet<SerialId> toldOfNoAccount_;    // messages
   bool asking_ = false;
 };
 

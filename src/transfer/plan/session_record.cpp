@@ -18,8 +18,8 @@ void SessionRecord::AddError(const QString& line) {
   job_->Let(kError, true);
 }
 
-void SessionRecord::AddReceived(const QString& serials) {
-  AppendLine(*job_, kReceived, serials);
+void SessionRecord::AddReceived(const SerialIds& messages) {
+  AppendLine(*job_, kReceived, LinesOf(messages));
 }
 
 void SessionRecord::AddRefused(const QString& recipient) {

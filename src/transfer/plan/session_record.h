@@ -24,8 +24,8 @@ class SessionRecord {
   void RefuseLogin() { job_->Let(kLoginRefused, true); }
 
   /// The serial identifiers of the messages that came.
-  QString Received() const { return job_->Text(kReceived); }
-  void AddReceived(const QString& serials);
+  SerialIds Received() const { return SerialIdsOfLines(job_->Text(kReceived)); }
+  void AddReceived(const SerialIds& messages);
 
   /// The recipients that the server refused, with its words.
   QString Refused() const { return job_->Text(kRefused); }
@@ -47,8 +47,8 @@ class SessionRecord {
   QString Work() const { return job_->Text(kWork); }
   void SetWork(const QString& work) { job_->Let(kWork, work); }
   /// The account whose password the user was asked for, so as not to ask again.
-  QString Asked() const { return job_->Text(kAsked); }
-  void SetAsked(const QString& account) { job_->Let(kAsked, account); }
+  SerialId Asked() const { return SerialId(job_->Text(kAsked)); }
+  void SetAsked(const SerialId& account) { job_->Let(kAsked, account.Text()); }
 
  private:
   static inline const QString kLog = QStringLiteral("log");

@@ -23,9 +23,9 @@
 namespace vorn {
 
 Result<> WaitingMessages::Plan(const WaitingSearch& search) {
-  std::vector<SendItem> messages;
-  const Result<> found = Find(search, messages);
-  if (!found) return found;
+  Result<std::vector<SendItem>> found = Find(search);
+  if (!found) return found.Error();
+  std::vector<SendItem>& messages = *found;
   if (messages.empty() || !MaySendFrom(messages.front().File(context_))) return {};
   senders_.GiveSenders(messages);
   if (search.isCheck && Settings(context_).IsCareful()) LeaveOutRefused(messages);
@@ -37,12 +37,13 @@ Result<> WaitingMessages::Plan(const WaitingSearch& search) {
 bool WaitingMessages::MaySendFrom(const QString& file) {
   const QString path = PlatformPath(context_, file);
   if (!IsKnownBroken(context_, path)) return true;
-  host_.AddEvent(kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+  host_.AddEvent(kEventError, kEventObject, SerialId(), Ui::tr("システム"),
+                 QStringLiteral("mailup"),
                  Ui::tr("「%1」が壊れているため、送信しません。").arg(QFileInfo(path).fileName()));
   return false;
 }
 
-bool WaitingMessages::IsPlanned(const QString& serial) const {
+bool WaitingMessages::IsPlanned(const SerialId& serial) const {
   for (const CheckJob job : jobs_.All()) {
     const DiskCollectionPtr messages = job.Messages();
     if (messages != nullptr && messages->Contains(serial)) return true;
@@ -57,7 +58,7 @@ void WaitingMessages::LeaveOutRefused(std::vector<SendItem>& messages) {
   const auto known = SendRefusals(context_, messages.front().File(context_)).All();
   const auto first =
       std::stable_partition(messages.begin(), messages.end(), [&known](const SendItem& message) {
-        const auto refused = known.find(message.SerialId());
+        const auto refused = known.find(message.Serial());
         return refused == known.end() || refused->route != message.Route();
       });
   std::vector<SendItem> refused(first, messages.end());
@@ -65,9 +66,9 @@ void WaitingMessages::LeaveOutRefused(std::vector<SendItem>& messages) {
   if (jobs_.RunsPeriodically()) return;
   // Each time that it was tried is told of once.
   std::erase_if(refused, [&](const SendItem& message) {
-    const SendRefusal refusal = known.value(message.SerialId());
-    const bool isTold = told_.value(message.SerialId()) == refusal.tried;
-    NoteTold(message.SerialId(), refusal);
+    const SendRefusal refusal = known.value(message.Serial());
+    const bool isTold = told_.value(message.Serial()) == refusal.tried;
+    NoteTold(message.Serial(), refusal);
     return isTold;
   });
   if (!refused.empty()) TellRefused(refused);
@@ -77,14 +78,14 @@ void WaitingMessages::LeaveOutRefused(std::vector<SendItem>& messages) {
 void WaitingMessages::TellRefused(const std::vector<SendItem>& messages) {
   if (!Settings(context_).FoldsEvents()) {
     host_.AddEvent(
-        kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+        kEventError, kEventObject, SerialId(), Ui::tr("システム"), QStringLiteral("mailup"),
         Ui::tr("サーバーに断られたメッセージが%n通あり、送信しませんでした。開いて編集し、もう一度"
                "送信してください。",
                nullptr, static_cast<int>(messages.size())));
     return;
   }
   for (const SendItem& message : messages) {
-    host_.AddEvent(kEventError, kEventMessage, message.SerialId(), message.Subject(),
+    host_.AddEvent(kEventError, kEventMessage, message.Serial(), message.Subject(),
                    QStringLiteral("mailup"),
                    Ui::tr("サーバーに断られたままなので、送信しませんでした。開いて編集し、もう一度"
                           "送信してください。"));
@@ -105,16 +106,18 @@ void WaitingMessages::LookAgain(CheckJob& job) {
 }
 
 void WaitingMessages::TellUnread(const StorageError& reason) {
-  host_.AddEvent(kEventError, kEventObject, QString(), Ui::tr("システム"), QStringLiteral("mailup"),
+  host_.AddEvent(kEventError, kEventObject, SerialId(), Ui::tr("システム"),
+                 QStringLiteral("mailup"),
                  Ui::tr("送信待ちのメッセージを読み込めません。") + reason.text);
 }
 
 // Doubtful messages wait for the user's word, those that are planned for their turn.
-Result<> WaitingMessages::Find(const WaitingSearch& search, std::vector<SendItem>& messages) {
+Result<std::vector<SendItem>> WaitingMessages::Find(const WaitingSearch& search) {
+  std::vector<SendItem> messages;
   StorageError reason;
   {
     const OpenedDatabase opened(context_, search.db, search.file);
-    if (!opened && opened.Error().kind != StorageError::Kind::Busy) return {};
+    if (!opened && opened.Error().kind != StorageError::Kind::Busy) return messages;
     if (!opened) return opened.Error();
     const QString file = search.file.isEmpty() ? MailDatabasePath(context_) : search.file;
     const RecordsetPtr rows = MessageRows(context_.Data).WaitingUntried(search.serial);
@@ -126,12 +129,12 @@ Result<> WaitingMessages::Find(const WaitingSearch& search, std::vector<SendItem
       message.SetSender(senders_.AccountFor(row.AddressLines()));
       messages.push_back(message);
     }
-    if (rows != nullptr && !rows->Failed()) return {};
+    if (rows != nullptr && !rows->Failed()) return messages;
     reason = ReasonOf(context_.Data);
   }
   if (reason.kind == StorageError::Kind::Busy) return reason;
   TellUnread(reason);
-  return {};
+  return messages;
 }
 
 void WaitingMessages::AddSendJob(const std::vector<SendItem>& messages) {

@@ -20,7 +20,7 @@ class SenderChoice;
 
 /// Which of the messages that wait are to be sent.
 struct WaitingSearch {
-  QString serial;  ///< empty for all
+  SerialId serial;  ///< empty for all
   DatabaseKind db;
   QString file;
   bool isCheck;  ///< nobody asks for sending alone
@@ -46,11 +46,11 @@ class WaitingMessages {
 
  private:
   bool MaySendFrom(const QString& file);
-  bool IsPlanned(const QString& serial) const;
+  bool IsPlanned(const SerialId& serial) const;
   void LeaveOutRefused(std::vector<SendItem>& messages);
   void TellRefused(const std::vector<SendItem>& messages);
   void TellUnread(const StorageError& reason);
-  Result<> Find(const WaitingSearch& search, std::vector<SendItem>& messages);
+  Result<std::vector<SendItem>> Find(const WaitingSearch& search);
   void AddSendJob(const std::vector<SendItem>& messages);
 
   Context& context_;

@@ -35,7 +35,7 @@ void ReceivedGroups::End() {
   std::ignore = context_.Data.Group().End();  // all was flushed
 }
 
-bool ReceivedGroups::Add(const QString& serialId, const QString& messageId, qint64 bytes) {
+bool ReceivedGroups::Add(const SerialId& serialId, const QString& messageId, qint64 bytes) {
   unflushed_.append({serialId, messageId});
   size_.Add(bytes);
   return !size_.IsFull() || Flush();
@@ -55,9 +55,9 @@ bool ReceivedGroups::Flush() {
     return false;
   }
   if (!stored.isEmpty() && log_.Job() != nullptr) {
-    QStringList serials;
+    SerialIds serials;
     for (const StoredMessage& message : stored) serials.append(message.serialId);
-    SessionRecord(log_.Job()).AddReceived(serials.join(kLineBreak));
+    SessionRecord(log_.Job()).AddReceived(serials);
   }
   if (!hasFailed_) {
     const Result<> noted = known_.Store();

@@ -22,7 +22,7 @@ class ReceivedGroups {
   void End();
   /// A message has been stored, under that serial identifier. Returns false where its group cannot
   /// be written.
-  bool Add(const QString& serialId, const QString& messageId, qint64 bytes);
+  bool Add(const SerialId& serialId, const QString& messageId, qint64 bytes);
   /// Writes what is gathered. False, with the failure told, when it cannot be.
   bool Flush();
   /// A message cannot be stored.
@@ -35,7 +35,7 @@ class ReceivedGroups {
 
  private:
   struct StoredMessage {
-    QString serialId;
+    SerialId serialId;
     QString messageId;
   };
 

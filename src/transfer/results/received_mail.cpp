@@ -121,7 +121,7 @@ std::optional<ServerCopy> ReceivedMail::MessageArrived(const QString& messageId,
   const bool cameBefore = received == Received::Alike && known_.CameBefore(messageId, storedAs);
   const bool isKept = isTornOff && (lacksBody || !cameBefore);
   copy = isKept ? KeepTornOff(messageId, storedAs) : NoteStored(messageId, true, copy);
-  if (received == Received::Stored && !groups_.Add(message.SerialID(), messageId, data.size())) {
+  if (received == Received::Stored && !groups_.Add(message.Serial(), messageId, data.size())) {
     return {};
   }
   return copy;

@@ -31,7 +31,7 @@ bool SentMail::BeginHandover() {
   const std::optional<SendItem> message = Message();
   if (!message) return false;
   const auto claim = Outbox(context_, message->File(context_))
-                         .BeginHandover(message->SerialId(), message->Version(), pop_.Server);
+                         .BeginHandover(message->Serial(), message->Version(), pop_.Server);
   if (claim == Outbox::Claim::Taken) return true;
   if (claim) {
     log_.Add(
@@ -95,7 +95,7 @@ void SentMail::HandoverEnded(HandoverOutcome outcome, const QString& reply) {
   }
   Settle(
       [this, message] {
-        return Outbox(context_, message->File(context_)).Withdraw(message->SerialId());
+        return Outbox(context_, message->File(context_)).Withdraw(message->Serial());
       },
       [this, job = log_.Job()](const StorageError& reason) {
         OutcomeFailed(job, reason.Behind(Ui::tr("送信できなかったことを保存できません。")));
@@ -106,7 +106,7 @@ void SentMail::HandoverEnded(HandoverOutcome outcome, const QString& reply) {
 void SentMail::Doubt(SessionRecord record, const SendItem& message, const QString& reply) {
   record.Doubt();
   ++log_.Counts().doubtful;
-  std::ignore = Outbox(context_, message.File(context_)).Doubt(message.SerialId(), reply);
+  std::ignore = Outbox(context_, message.File(context_)).Doubt(message.Serial(), reply);
 }
 
 void SentMail::RecipientRefused(const QString& address, const QString& reply) {

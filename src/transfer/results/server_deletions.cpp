@@ -33,7 +33,7 @@ bool ServerDeletions::AccountDeletes() const {
 
 bool ServerDeletions::MayStillDelete() const {
   const std::optional<Account> account = ServedAccount();
-  return account && context_.Objects.Find(account->SerialId()) != nullptr && AccountDeletes();
+  return account && context_.Objects.Find(account->Serial()) != nullptr && AccountDeletes();
 }
 
 bool ServerDeletions::GoesOn() {

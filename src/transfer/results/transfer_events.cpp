@@ -18,7 +18,7 @@ TransferEvents::TransferEvents(Context& context, CheckPlan& plan, const Pop& pop
       sent_(context, plan, pop, log_) {}
 
 void TransferEvents::SessionStarted() {
-  log_.Begin(plan_.Job(pop_.Tag));
+  log_.Begin(plan_.Job(SerialId(pop_.Tag)));
   received_.Begin();
   panel_.ShowStatus(pop_.Server, QStringLiteral("account"));
   panel_.ShowWork(Ui::tr("接続中 …（%1）").arg(Account()));

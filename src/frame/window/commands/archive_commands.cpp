@@ -34,7 +34,7 @@ constexpr qsizetype kNamedMessages = 20;
 constexpr int kLongestMs = 120000;  // to look for a folder's messages
 
 // Lists a folder; what takes long is asked elsewhere, where the user can stop it.
-Result<FolderListing> ListFolder(Context& context, const QString& folder,
+Result<FolderListing> ListFolder(Context& context, const SerialId& folder,
                                  ProgressWindow& progress) {
   const QString unread = Ui::tr("フォルダを読み込めません。");
   {
@@ -52,8 +52,8 @@ Result<FolderListing> ListFolder(Context& context, const QString& folder,
     return StorageError{StorageError::Kind::Other, Ui::tr("中止しました。")};
   }
   if (!found->values) return found->values.Error().Behind(unread);
-  QStringList serialIds;
-  for (const QVariant& value : *found->values) serialIds.append(value.toString());
+  SerialIds serialIds;
+  for (const QVariant& value : *found->values) serialIds.append(SerialIdOf(value));
   const Result<FolderListing> listing = ListMessages(context, serialIds);
   return listing ? listing : listing.Error().Behind(unread);
 }
@@ -72,8 +72,8 @@ void WarnOf(QWidget* parent, const QString& text, const QString& which,
 }
 
 // The inbox shows what is in no folder.
-QString FiledIn(const QString& folder) {
-  return folder == fixed_serial::kInbox ? QString() : folder;
+SerialId FiledIn(const SerialId& folder) {
+  return folder == fixed_serial::kInbox ? SerialId() : folder;
 }
 
 struct FormatChoice {
@@ -90,39 +90,39 @@ QList<FormatChoice> Formats() {
 
 }  // namespace
 
-void ArchiveCommands::ImportFiles(const QString& current) {
+void ArchiveCommands::ImportFiles(const SerialId& current) {
   Import(AskFilesToOpen(context_, &window_, FileTask::Import, Ui::tr("メッセージの取り込み"),
                         Ui::tr("メッセージ (*.eml *.mbox *.mbx);;すべてのファイル (*)")),
          current);
 }
 
-void ArchiveCommands::ImportFolder(const QString& current) {
+void ArchiveCommands::ImportFolder(const SerialId& current) {
   const QString folder = AskFolder(context_, &window_, FileTask::Import,
                                    Ui::tr("取り込むフォルダ（Maildirまたはemlファイル）"));
   if (!folder.isEmpty()) Import({folder}, current);
 }
 
-QString ArchiveCommands::NameOf(const QString& folder) const {
+QString ArchiveCommands::NameOf(const SerialId& folder) const {
   const DiskPtr object = context_.Objects.Find(folder);
   return object == nullptr ? QString() : AnyObject(*object).ShownName();
 }
 
 // Where there is no folder that is filled by hand there is nothing to ask. Empty: the user
 // declines.
-QString ArchiveCommands::AskTarget(const QString& current) {
+SerialId ArchiveCommands::AskTarget(const SerialId& current) {
   const QString kinds = QStringLiteral("inbox") + kLineBreak + QStringLiteral("static");
   const auto targets = SelectObjects(context_.Objects, *context_.Session, kinds);
   if (targets->Count() <= 1) return fixed_serial::kInbox;
   const bool holdsMessages = targets->Find(current) != nullptr;
-  return InputTree(context_, &window_, Ui::tr("メッセージの取り込み"),
-                   Ui::tr("取り込んだメッセージを入れるフォルダを選択してください。"), kinds,
-                   holdsMessages ? current : fixed_serial::kInbox)
-      .value_or(QString());
+  return SerialId(InputTree(context_, &window_, Ui::tr("メッセージの取り込み"),
+                            Ui::tr("取り込んだメッセージを入れるフォルダを選択してください。"),
+                            kinds, holdsMessages ? current : fixed_serial::kInbox)
+                      .value_or(QString()));
 }
 
-void ArchiveCommands::Import(const QStringList& paths, const QString& current) {
-  const QString folder = paths.isEmpty() ? QString() : AskTarget(current);
-  if (folder.isEmpty()) return;
+void ArchiveCommands::Import(const QStringList& paths, const SerialId& current) {
+  const SerialId folder = paths.isEmpty() ? SerialId() : AskTarget(current);
+  if (folder.IsEmpty()) return;
   if (traffic_.Control().Busy()) {
     ShowBox(&window_, QMessageBox::Information, Ui::tr("送受信が終わってから取り込んでください。"));
     return;
@@ -140,10 +140,14 @@ void ArchiveCommands::Import(const QStringList& paths, const QString& current) {
     qint64 before = 0;  // in the files that are done
     for (const QString& path : paths) {
       if (!imported) break;
-      imported = ImportMessages(context_, path, FiledIn(folder), &counts,
-                                [&progress, before, total](int done, qint64 bytes) {
-                                  return progress.ShowRead(done, before + bytes, total);
-                                });
+      const int done = counts.imported + counts.known;
+      const ImportOutcome outcome =
+          ImportMessages(context_, path, FiledIn(folder),
+                         [&progress, done, before, total](int messages, qint64 bytes) {
+                           return progress.ShowRead(done + messages, before + bytes, total);
+                         });
+      counts.Add(outcome.counts);
+      imported = outcome.complete;
       before += ArchiveBytes(path);
     }
   }
@@ -152,7 +156,7 @@ void ArchiveCommands::Import(const QStringList& paths, const QString& current) {
 }
 
 void ArchiveCommands::TellImported(const Result<>& imported, const ImportCounts& counts,
-                                   const QString& folder) {
+                                   const SerialId& folder) {
   const QString text =
       Ui::tr("%n通を「%1」に取り込みました。", nullptr, counts.imported).arg(NameOf(folder)) +
       (counts.known > 0 ? Ui::tr("%n通は保存済みでした。", nullptr, counts.known) : QString());
@@ -173,8 +177,8 @@ void ArchiveCommands::TellImported(const Result<>& imported, const ImportCounts&
 // With the marks that the messages have now: what has others by then has been used. It goes to the
 // dust bin and not for good, since a server may have been told meanwhile that it is stored, and
 // whoever takes back one step too many wants it back.
-void ArchiveCommands::OfferUndo(const QString& done, const QStringList& messages,
-                                const QString& folder) {
+void ArchiveCommands::OfferUndo(const QString& done, const SerialIds& messages,
+                                const SerialId& folder) {
   const Result<MessageFlags> flags = FlagsOf(context_, messages);
   if (!flags) return;  // the next one who reads the file tells why
   // A box must not stand inside the engine's answer, which the undoing waits for.
@@ -184,8 +188,8 @@ void ArchiveCommands::OfferUndo(const QString& done, const QStringList& messages
   actions_.Offer(done, undo, OfferLasts::Minutes);  // whoever imported looks at what came
 }
 
-void ArchiveCommands::TakeBack(const MessageFlags& flags, const QString& folder) {
-  const Result<QStringList> unchanged = UnchangedAmong(context_, flags, FiledIn(folder));
+void ArchiveCommands::TakeBack(const MessageFlags& flags, const SerialId& folder) {
+  const Result<SerialIds> unchanged = UnchangedAmong(context_, flags, FiledIn(folder));
   const Result<Moved> moved = unchanged ? SetDust(context_, *unchanged, true) : unchanged.Error();
   host_.MessageStored();
   if (!moved) {
@@ -201,8 +205,8 @@ void ArchiveCommands::TakeBack(const MessageFlags& flags, const QString& folder)
                         : QString()));
 }
 
-void ArchiveCommands::Export(const QString& folder, const QString& name) {
-  if (folder.isEmpty()) return;
+void ArchiveCommands::Export(const SerialId& folder, const QString& name) {
+  if (folder.IsEmpty()) return;
   QStringList filters;
   for (const FormatChoice& choice : Formats()) filters.append(choice.filter);
   QString filter;

@@ -35,18 +35,18 @@ class ArchiveCommands {
 
   /// Into a folder that the user chooses; `current`, the one that he looks at, is chosen already
   /// where it can hold messages.
-  void ImportFiles(const QString& current);
-  void ImportFolder(const QString& current);
+  void ImportFiles(const SerialId& current);
+  void ImportFolder(const SerialId& current);
   /// `name` is what the user calls the folder.
-  void Export(const QString& folder, const QString& name);
+  void Export(const SerialId& folder, const QString& name);
 
  private:
-  void Import(const QStringList& paths, const QString& current);
-  QString AskTarget(const QString& current);
-  QString NameOf(const QString& folder) const;
-  void TellImported(const Result<>& imported, const ImportCounts& counts, const QString& folder);
-  void OfferUndo(const QString& done, const QStringList& messages, const QString& folder);
-  void TakeBack(const QHash<QString, FlagString>& flags, const QString& folder);
+  void Import(const QStringList& paths, const SerialId& current);
+  SerialId AskTarget(const SerialId& current);
+  QString NameOf(const SerialId& folder) const;
+  void TellImported(const Result<>& imported, const ImportCounts& counts, const SerialId& folder);
+  void OfferUndo(const QString& done, const SerialIds& messages, const SerialId& folder);
+  void TakeBack(const MessageFlags& flags, const SerialId& folder);
   void TellExported(const ExportOutcome& outcome);
 
   Context& context_;

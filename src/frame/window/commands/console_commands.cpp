@@ -28,20 +28,21 @@ ConsoleCommands::ConsoleCommands(Context& context, QWidget& window, FolderPanes&
   ConsoleTree* tree = &panes.Tree();
   NodeCommands* commands = &tree->Commands();
   connect(tree, &ConsoleTree::NodeOpened, this, &ConsoleCommands::OpenNode);
-  connect(tree, &ConsoleTree::NodeRenamed, this, [this](const QString& key, const QString& tag) {
+  connect(tree, &ConsoleTree::NodeRenamed, this, [this](const SerialId& key, const QString& tag) {
     opener_.OpenObject(key, tag, kShowHidden, AfterStep::RenameObject);
   });
-  connect(commands, &NodeCommands::NewWanted, this,
-          [this](const QString& type, const QString& parent) { opener_.MakeObject(type, parent); });
+  connect(
+      commands, &NodeCommands::NewWanted, this,
+      [this](const QString& type, const SerialId& parent) { opener_.MakeObject(type, parent); });
   connect(commands, &NodeCommands::PropertiesWanted, this,
-          [this](const QString& key, const QString& tag) {
+          [this](const SerialId& key, const QString& tag) {
             opener_.OpenObject(key, tag, kShowModal, AfterStep::None);
           });
   connect(commands, &NodeCommands::DeletionWanted, this, &ConsoleCommands::DeleteObject);
   connect(&tree->Drop(), &MessageDrop::Dropped, &actions, &PageActions::Drop);
 }
 
-void ConsoleCommands::OpenNode(const QString& key, const QString& tag, bool inTabOfItsOwn) {
+void ConsoleCommands::OpenNode(const SerialId& key, const QString& tag, bool inTabOfItsOwn) {
   if (tag == u"log") opener_.OpenEvent(key);
   if (tag != object_type::kFolder) return;
   // Who asks for the folder that he is searching wants all of it.
@@ -55,7 +56,7 @@ void ConsoleCommands::OpenNode(const QString& key, const QString& tag, bool inTa
   opener_.OpenFolder(key);
 }
 
-void ConsoleCommands::DeleteObject(const QString& key, const QString& tag) {
+void ConsoleCommands::DeleteObject(const SerialId& key, const QString& tag) {
   if (!ConfirmDeletion(context_, window_, key, panes_.Tree().NodeText(key))) return;
   opener_.OpenObject(key, tag, kShowHidden, AfterStep::DeleteObject);
 }

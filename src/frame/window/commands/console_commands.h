@@ -2,6 +2,8 @@
 
 #include <QObject>
 
+#include "storage/base/serial_id.h"
+
 namespace vorn {
 
 class FolderPanes;
@@ -21,8 +23,8 @@ class ConsoleCommands : public QObject {
                   Opener& opener, PageActions& actions);
 
  private:
-  void OpenNode(const QString& key, const QString& tag, bool inTabOfItsOwn);
-  void DeleteObject(const QString& key, const QString& tag);
+  void OpenNode(const SerialId& key, const QString& tag, bool inTabOfItsOwn);
+  void DeleteObject(const SerialId& key, const QString& tag);
 
   Context& context_;
   QWidget& window_;

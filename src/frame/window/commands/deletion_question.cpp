@@ -17,18 +17,18 @@ namespace {
 
 // What else the deletion of an object touches.
 QString DeletionWarning(Context& context, const DiskPtr& object) {
-  const QString& key = object->SerialID();
+  const SerialId key = object->Serial();
   const QString type = AnyObject(*object).Type();
   if (type == object_type::kProfile) {
     return Ui::tr("メールのファイルはフォルダ「%1」に残ります。")
-        .arg(PlatformPath(context, QStringLiteral("/current/") + key));
+        .arg(PlatformPath(context, QStringLiteral("/current/") + key.Text()));
   }
   if (type == object_type::kFolder) {
     QStringList users;
     const DiskCollectionPtr folders =
         SelectObjects(context.Objects, *context.Session, object_type::kFolder);
     for (const DiskPtr& folder : *folders) {
-      if (folder->SerialID() != key && FolderObject(*folder).Conditions().contains(key)) {
+      if (folder->Serial() != key && FolderObject(*folder).Conditions().contains(key.Text())) {
         users.append(AnyObject(*folder).ShownName());
       }
     }
@@ -48,10 +48,10 @@ QString DeletionWarning(Context& context, const DiskPtr& object) {
 
 }  // namespace
 
-bool ConfirmDeletion(Context& context, QWidget& window, const QString& key, const QString& name) {
+bool ConfirmDeletion(Context& context, QWidget& window, const SerialId& key, const QString& name) {
   const DiskPtr object = context.Objects.Find(key);
   const bool mayGo =
-      object != nullptr && !AnyObject(*object).IsSystem() && key != context.Session->SerialID();
+      object != nullptr && !AnyObject(*object).IsSystem() && key != context.Session->Serial();
   if (!mayGo) return true;
   QString question = Ui::tr("%1「%2」を削除します。よろしいですか？")
                          .arg(TypeCaption(AnyObject(*object).Type()), name);

@@ -35,7 +35,7 @@ DisplayMenu::DisplayMenu(Context& context, QWidget& window, FolderPanes& panes,
   AddPanes();
   connect(this, &QMenu::aboutToShow, this, [this, clear, layout] {
     clear->setEnabled(panes_.Tree().HasEvents());
-    layout->setEnabled(!panes_.CurrentFolder().isEmpty());
+    layout->setEnabled(!panes_.CurrentFolder().IsEmpty());
   });
 }
 
@@ -109,8 +109,8 @@ void DisplayMenu::ChooseLayout(const QString& id) {
 }
 
 void DisplayMenu::EditLayout() {
-  const QString folder = panes_.CurrentFolder();
-  if (folder.isEmpty()) return;
+  const SerialId folder = panes_.CurrentFolder();
+  if (folder.IsEmpty()) return;
   LayoutWindow window(context_, windows_.Pages(), windows_.Profiles(), folder, &window_);
   if (window.exec() == QDialog::Accepted) changes_.Note();
 }

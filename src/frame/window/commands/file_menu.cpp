@@ -70,11 +70,11 @@ void FileMenu::AddArchive() {
   addAction(Ui::tr("フォルダから取り込む(&O).."), this,
             [this] { archive_.ImportFolder(panes_.CurrentFolder()); });
   QAction* write = addAction(Ui::tr("フォルダの書き出し(&W).."), this, [this] {
-    const QString folder = panes_.CurrentFolder();
+    const SerialId folder = panes_.CurrentFolder();
     archive_.Export(folder, panes_.Tree().NodeText(folder));
   });
   connect(this, &QMenu::aboutToShow, this,
-          [this, write] { write->setEnabled(!panes_.CurrentFolder().isEmpty()); });
+          [this, write] { write->setEnabled(!panes_.CurrentFolder().IsEmpty()); });
 }
 
 }  // namespace vorn

@@ -24,7 +24,7 @@ struct StoredText {
   QByteArray source;
 };
 
-Result<StoredText> Read(Context& context, const QString& serialId) {
+Result<StoredText> Read(Context& context, const SerialId& serialId) {
   const OpenedDatabase mail(context, DatabaseKind::Mail);
   if (!mail) return mail.Error();
   const RecordsetPtr row = MessageRows(context.Data).Of(serialId);
@@ -34,7 +34,7 @@ Result<StoredText> Read(Context& context, const QString& serialId) {
 }
 
 // A failure is told.
-std::optional<StoredText> ReadMessage(Context& context, QWidget& window, const QString& serialId) {
+std::optional<StoredText> ReadMessage(Context& context, QWidget& window, const SerialId& serialId) {
   const Result<StoredText> text = Read(context, serialId);
   if (text) return *text;
   ShowBox(&window, QMessageBox::Critical,
@@ -76,7 +76,7 @@ QString Sentence(const Disk& book, const QList<AddressEntry>& people, int added)
 }  // namespace
 
 std::optional<DialogRequest> RuleLikeMessage(Context& context, QWidget& window,
-                                             const QString& serialId, bool stops) {
+                                             const SerialId& serialId, bool stops) {
   const auto message = ReadMessage(context, window, serialId);
   if (!message) return std::nullopt;
   const MessageLikeness likeness = LikenessOf(message->addressLines, message->source);
@@ -85,8 +85,8 @@ std::optional<DialogRequest> RuleLikeMessage(Context& context, QWidget& window,
     return std::nullopt;
   }
   DialogRequest request;
-  request.status = stops ? fixed_serial::kRules : object_type::kFolder;
-  request.serialId = stops ? fixed_serial::kRules : QString();
+  request.status = stops ? fixed_serial::kRules.Text() : object_type::kFolder;
+  request.serialId = stops ? fixed_serial::kRules : SerialId();
   request.isNew = !stops;
   request.name = likeness.name;
   request.condition =
@@ -96,11 +96,11 @@ std::optional<DialogRequest> RuleLikeMessage(Context& context, QWidget& window,
   return request;
 }
 
-std::optional<BookAddition> AddCorrespondents(Context& context, QWidget& window,
-                                              const QStringList& serialIds,
-                                              const std::function<bool(const QString&)>& isEdited) {
+std::optional<BookAddition> AddCorrespondents(
+    Context& context, QWidget& window, const SerialIds& serialIds,
+    const std::function<bool(const SerialId&)>& isEdited) {
   QList<AddressEntry> people;
-  for (const QString& serialId : serialIds) {
+  for (const SerialId& serialId : serialIds) {
     const auto message = ReadMessage(context, window, serialId);
     if (!message) return std::nullopt;
     people += Correspondents(context, message->addressLines);
@@ -111,13 +111,13 @@ std::optional<BookAddition> AddCorrespondents(Context& context, QWidget& window,
   }
   const DiskPtr book = ChooseBook(context, window);
   if (book == nullptr) return std::nullopt;
-  if (isEdited(book->SerialID())) {
+  if (isEdited(book->Serial())) {
     ShowBox(&window, QMessageBox::Information,
             Ui::tr("このアドレスブックは編集中です。そのウィンドウを閉じてから登録してください。"));
     return std::nullopt;
   }
   const Result<int> added = AddToBook(context, book, people);
-  if (added) return BookAddition{book->SerialID(), Sentence(*book, people, *added)};
+  if (added) return BookAddition{book->Serial(), Sentence(*book, people, *added)};
   ShowBox(&window, QMessageBox::Critical, Ui::tr("保存できませんでした。") + added.Error().text);
   return std::nullopt;
 }

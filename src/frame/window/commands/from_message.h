@@ -16,11 +16,11 @@ namespace vorn {
 /// The request for the window of a new folder, or with `stops` of the receive-stop rules, with a
 /// condition that finds messages like this one.
 std::optional<DialogRequest> RuleLikeMessage(Context& context, QWidget& window,
-                                             const QString& serialId, bool stops);
+                                             const SerialId& serialId, bool stops);
 
 /// An address book that has got somebody.
 struct BookAddition {
-  QString book;  ///< its serial identifier
+  SerialId book;
   QString told;  ///< what was done, for the user
 };
 
@@ -28,7 +28,7 @@ struct BookAddition {
 /// none, and chosen by the user where there are several. `isEdited` tells whether a book is just
 /// being edited: what is added then would be lost.
 std::optional<BookAddition> AddCorrespondents(Context& context, QWidget& window,
-                                              const QStringList& serialIds,
-                                              const std::function<bool(const QString&)>& isEdited);
+                                              const SerialIds& serialIds,
+                                              const std::function<bool(const SerialId&)>& isEdited);
 
 }  // namespace vorn

@@ -41,20 +41,20 @@ Words OpenedWords(bool isNew) {
 }
 
 auto SetNew(Context& context, bool isNew) {
-  return [&context, isNew](const QStringList& messages) {
+  return [&context, isNew](const SerialIds& messages) {
     return SetMark(context, messages, kFlagNew, isNew);
   };
 }
 
 }  // namespace
 
-QStringList MessageActions::Act(MessageAction action, const QStringList& messages,
-                                const QString& folder) {
+SerialIds MessageActions::Act(MessageAction action, const SerialIds& messages,
+                              const SerialId& folder) {
   const bool isDust = folder == fixed_serial::kDust;
   switch (action) {
     case MessageAction::OutOfDust: {
-      const QStringList changed = ChangeDust(messages, false);
-      return isDust ? changed : QStringList();
+      const SerialIds changed = ChangeDust(messages, false);
+      return isDust ? changed : SerialIds();
     }
     case MessageAction::File:
       return ChooseFolder(messages, folder);
@@ -65,14 +65,14 @@ QStringList MessageActions::Act(MessageAction action, const QStringList& message
       return {};
     }
     case MessageAction::ToggleStar: {
-      const auto toggle = [this](const QStringList& starred) {
+      const auto toggle = [this](const SerialIds& starred) {
         return vorn::ToggleStar(context_, starred);
       };
       const MessageFlags before = FlagsOf(context_, messages).ValueOr({});
-      const auto back = [this, before](const QStringList& changed) -> Result<> {
-        QStringList starred;
-        QStringList bare;
-        for (const QString& message : changed) {
+      const auto back = [this, before](const SerialIds& changed) -> Result<> {
+        SerialIds starred;
+        SerialIds bare;
+        for (const SerialId& message : changed) {
           (before.value(message).Has(kFlagStar) ? starred : bare).append(message);
         }
         const Result<> set = SetMark(context_, starred, kFlagStar, true);
@@ -88,31 +88,31 @@ QStringList MessageActions::Act(MessageAction action, const QStringList& message
   return {};
 }
 
-QString MessageActions::NameOf(const QString& folder) const {
+QString MessageActions::NameOf(const SerialId& folder) const {
   const DiskPtr object = context_.Objects.Find(folder);
-  return object == nullptr ? folder : AnyObject(*object).ShownName();
+  return object == nullptr ? folder.Text() : AnyObject(*object).ShownName();
 }
 
-QStringList MessageActions::Drop(const QStringList& messages, const QString& folder,
-                                 const QString& from) {
+SerialIds MessageActions::Drop(const SerialIds& messages, const SerialId& folder,
+                               const SerialId& from) {
   const bool isDust = folder == fixed_serial::kDust;
   if (folder == fixed_serial::kInbox && ListSettings(context_).ShowsFiledOnce()) {
     return PutIntoInbox(messages, from);
   }
   if (isDust || folder == fixed_serial::kInbox) {
-    const QStringList changed = ChangeDust(messages, isDust);
-    return isDust == (from == fixed_serial::kDust) ? QStringList() : changed;
+    const SerialIds changed = ChangeDust(messages, isDust);
+    return isDust == (from == fixed_serial::kDust) ? SerialIds() : changed;
   }
   return File(messages, folder, from);
 }
 
-QString MessageActions::AskFolder() {
+SerialId MessageActions::AskFolder() {
   const auto folders = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
   const QString ask = Ui::tr("新しいフォルダの名前を入力してください。");
   if (folders->IsEmpty()) return MakeFolder(NoFolderWords() + kLineBreak + kLineBreak + ask);
   // Enter takes the folder of last time, or the first one.
   const bool hasLast = folders->Find(lastFolder_) != nullptr;
-  const QString likely = hasLast ? lastFolder_ : folders->First()->SerialID();
+  const SerialId likely = hasLast ? lastFolder_ : folders->First()->Serial();
   const auto into = InputTree(context_, &window_, Ui::tr("フォルダに入れる"),
                               Ui::tr("メッセージを入れるフォルダを選択してください。"),
                               QStringLiteral("static"), likely, Ui::tr("新しいフォルダ(&N).."));
@@ -125,16 +125,16 @@ QString MessageActions::AskFolder() {
   if (into && into->isEmpty()) {
     ShowBox(&window_, QMessageBox::Information, Ui::tr("フォルダが選択されていません。"));
   }
-  return into.value_or(QString());
+  return SerialId(into.value_or(QString()));
 }
 
-QString MessageActions::MakeFolder(const QString& caption, QString name) {
+SerialId MessageActions::MakeFolder(const QString& caption, QString name) {
   while (true) {
     name = InputText(context_, &window_, Ui::tr("新しいフォルダ"), caption, name)
                .value_or(QString())
                .trimmed();
     if (name.isEmpty()) return {};
-    const Result<QString> made = MakeManualFolder(context_, name);
+    const Result<SerialId> made = MakeManualFolder(context_, name);
     if (!made) {
       ShowBox(&window_, QMessageBox::Critical, made.Error().text);
       continue;
@@ -144,95 +144,94 @@ QString MessageActions::MakeFolder(const QString& caption, QString name) {
   }
 }
 
-QStringList MessageActions::ChooseFolder(const QStringList& messages, const QString& folder) {
-  const QString into = AskFolder();
+SerialIds MessageActions::ChooseFolder(const SerialIds& messages, const SerialId& folder) {
+  const SerialId into = AskFolder();
   if (into == fixed_serial::kInbox) return PutIntoInbox(messages, folder);
-  if (into.isEmpty() || !IsFilledByHand(into)) return {};
+  if (into.IsEmpty() || !IsFilledByHand(into)) return {};
   return File(messages, into, folder);
 }
 
 // All hand-filled folders, which the messages may be in.
-Filed MessageActions::AllFolders(const QStringList& messages) {
+Filed MessageActions::AllFolders(const SerialIds& messages) {
   Filed filed;
   const auto folders = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
   for (const DiskPtr& folder : *folders) {
-    if (FolderObject(*folder).ShowsWhatIsFiled()) filed[folder->SerialID()] = messages;
+    if (FolderObject(*folder).ShowsWhatIsFiled()) filed[folder->Serial()] = messages;
   }
   return filed;
 }
 
 // They leave the hand-filled folder that is shown, or where those of all folders are, each the ones
 // that it is in; and the dust bin, which else would be emptied with them.
-QStringList MessageActions::File(const QStringList& messages, const QString& into,
-                                 const QString& shownIn) {
+SerialIds MessageActions::File(const SerialIds& messages, const SerialId& into,
+                               const SerialId& shownIn) {
   Move move{.into = {{into, messages}}, .outOfDust = messages};
   const bool leavesFolder = IsFilledByHand(shownIn);
-  if (shownIn.isEmpty()) move.outOf = AllFolders(messages);
+  if (shownIn.IsEmpty()) move.outOf = AllFolders(messages);
   if (leavesFolder) move.outOf = {{shownIn, messages}};
   move.outOf.remove(into);
-  const QStringList filed = Carry(move, messages, FiledWords(NameOf(into)));
+  const SerialIds filed = Carry(move, messages, FiledWords(NameOf(into)));
   if (!filed.isEmpty()) lastFolder_ = into;
   const bool leavesInbox =
       shownIn == fixed_serial::kInbox && ListSettings(context_).ShowsFiledOnce();
   const bool leaves = leavesFolder || leavesInbox || shownIn == fixed_serial::kDust;
-  return leaves && shownIn != into ? filed : QStringList();
+  return leaves && shownIn != into ? filed : SerialIds();
 }
 
 // What is filed is not shown there, so it is taken out of its folders.
-QStringList MessageActions::PutIntoInbox(const QStringList& messages, const QString& from) {
+SerialIds MessageActions::PutIntoInbox(const SerialIds& messages, const SerialId& from) {
   const bool wasDust = from == fixed_serial::kDust;
   const auto received = Received(context_, messages);
   if (!received) return End(received.Error(), messages);
-  const QStringList& taken = wasDust ? messages : *received;
+  const SerialIds& taken = wasDust ? messages : *received;
   if (taken.isEmpty()) {
     ShowBox(&window_, QMessageBox::Information,
             Ui::tr("「%1」に入れられるのは、受信したメッセージだけです。")
                 .arg(NameOf(fixed_serial::kInbox)));
     return {};
   }
-  const QStringList changed =
+  const SerialIds changed =
       Carry({.outOf = AllFolders(*received), .outOfDust = taken}, taken,
             wasDust ? DustWords(false) : FiledWords(NameOf(fixed_serial::kInbox)));
-  return wasDust || IsFilledByHand(from) ? changed : QStringList();
+  return wasDust || IsFilledByHand(from) ? changed : SerialIds();
 }
 
-QStringList MessageActions::ChangeDust(const QStringList& messages, bool dust) {
+SerialIds MessageActions::ChangeDust(const SerialIds& messages, bool dust) {
   return Carry(dust ? Move{.intoDust = messages} : Move{.outOfDust = messages}, messages,
                DustWords(dust));
 }
 
 // Moves messages, and tells how many it moved. Returns those that are now where they should be.
-QStringList MessageActions::Carry(const Move& move, const QStringList& messages,
-                                  const Words& words) {
+SerialIds MessageActions::Carry(const Move& move, const SerialIds& messages, const Words& words) {
   const Result<Moved> moved = MoveMessages(context_, move);
-  const QStringList changed = EndMove(moved, messages);
+  const SerialIds changed = EndMove(moved, messages);
   const qsizetype count = moved ? moved->back.Messages().size() : 0;
   if (count > 0 && told_) told_(words(count), [this, back = moved->back] { CarryBack(back); });
   return changed;
 }
 
 void MessageActions::CarryBack(const Move& move) {
-  const QStringList back = EndMove(MoveMessages(context_, move), move.Messages());
+  const SerialIds back = EndMove(MoveMessages(context_, move), move.Messages());
   if (returned_ && !back.isEmpty()) returned_(back);
 }
 
 // Marks messages, and tells how many have other marks now.
-void MessageActions::Mark(const QStringList& messages, const Marking& mark, const Marking& back,
+void MessageActions::Mark(const SerialIds& messages, const Marking& mark, const Marking& back,
                           const Words& words) {
   const Result<MessageFlags> before = FlagsOf(context_, messages);
   const Result<> done = before ? mark(messages) : before.Error();
   End(done, messages);
   const Result<MessageFlags> after = FlagsOf(context_, messages);
   if (!done || !after || !told_) return;
-  QStringList changed;
-  for (const QString& message : messages) {
+  SerialIds changed;
+  for (const SerialId& message : messages) {
     if (before->value(message) != after->value(message)) changed.append(message);
   }
   if (changed.isEmpty()) return;
   told_(words(changed.size()), [this, back, changed] { End(back(changed), changed); });
 }
 
-QStringList MessageActions::Delete(const QStringList& messages) {
+SerialIds MessageActions::Delete(const SerialIds& messages) {
   const auto answer =
       ShowBox(&window_, QMessageBox::Question,
               Ui::tr("メッセージ%n通を削除します。元には戻せません。よろしいですか？", nullptr,
@@ -259,18 +258,18 @@ void MessageActions::EmptyDustBin() {
   host_.MessageStored();
 }
 
-bool MessageActions::IsFilledByHand(const QString& folder) const {
+bool MessageActions::IsFilledByHand(const SerialId& folder) const {
   const DiskPtr object = context_.Objects.Find(folder);
   return object != nullptr && FolderObject(*object).ShowsWhatIsFiled();
 }
 
-QStringList MessageActions::EndMove(const Result<Moved>& moved, const QStringList& messages) {
+SerialIds MessageActions::EndMove(const Result<Moved>& moved, const SerialIds& messages) {
   return moved ? End({}, messages, moved->underWay) : End(moved.Error(), messages);
 }
 
 // Of a change to messages, of which a failure is told. Returns those that were changed.
-QStringList MessageActions::End(const Result<>& done, const QStringList& messages,
-                                const UnderWay& underWay) {
+SerialIds MessageActions::End(const Result<>& done, const SerialIds& messages,
+                              const UnderWay& underWay) {
   if (!done) {
     ShowBox(&window_, QMessageBox::Critical,
             Ui::tr("変更を保存できませんでした。") + done.Error().text);
@@ -280,8 +279,8 @@ QStringList MessageActions::End(const Result<>& done, const QStringList& message
                 .arg(Ui::tr("「%1」").arg(underWay.values().join(Ui::tr("」「")))));
   }
   host_.MessageStored();
-  QStringList changed = done ? messages : QStringList();
-  changed.removeIf([&underWay](const QString& message) { return underWay.contains(message); });
+  SerialIds changed = done ? messages : SerialIds();
+  changed.removeIf([&underWay](const SerialId& message) { return underWay.contains(message); });
   return changed;
 }
 

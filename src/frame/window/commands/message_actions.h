@@ -25,50 +25,50 @@ class MessageActions {
   void OnDone(Undoable told) { told_ = std::move(told); }
 
   /// Gets a message that came back where it was.
-  void OnReturned(std::function<void(const QStringList&)> told) { returned_ = std::move(told); }
+  void OnReturned(std::function<void(const SerialIds&)> told) { returned_ = std::move(told); }
 
   /// Called when messages were deleted, which cannot be taken back, nor can what was done to them.
   void OnDeleted(std::function<void()> told) { deleted_ = std::move(told); }
 
-  /// Gets the serial identifier of a folder that the user made on the way.
-  void OnFolderMade(std::function<void(const QString&)> told) { folderMade_ = std::move(told); }
+  /// Gets a folder that the user made on the way.
+  void OnFolderMade(std::function<void(const SerialId&)> told) { folderMade_ = std::move(told); }
 
   /// On messages that are shown in `folder`, which is empty where messages of all folders are;
   /// returns those that have left it.
-  QStringList Act(MessageAction action, const QStringList& messages, const QString& folder);
+  SerialIds Act(MessageAction action, const SerialIds& messages, const SerialId& folder);
   /// The same messages were dropped on a folder of the tree.
-  QStringList Drop(const QStringList& messages, const QString& folder, const QString& from);
+  SerialIds Drop(const SerialIds& messages, const SerialId& folder, const SerialId& from);
   /// Deletes all that was thrown away, after a question.
   void EmptyDustBin();
 
  private:
-  QStringList ChooseFolder(const QStringList& messages, const QString& folder);
-  QString AskFolder();
-  QString MakeFolder(const QString& caption, QString name = {});
-  QStringList File(const QStringList& messages, const QString& into, const QString& shownIn);
-  QStringList PutIntoInbox(const QStringList& messages, const QString& from);
-  Filed AllFolders(const QStringList& messages);
-  QStringList ChangeDust(const QStringList& messages, bool dust);
-  QStringList Carry(const Move& move, const QStringList& messages,
-                    const std::function<QString(qsizetype)>& words);
+  SerialIds ChooseFolder(const SerialIds& messages, const SerialId& folder);
+  SerialId AskFolder();
+  SerialId MakeFolder(const QString& caption, QString name = {});
+  SerialIds File(const SerialIds& messages, const SerialId& into, const SerialId& shownIn);
+  SerialIds PutIntoInbox(const SerialIds& messages, const SerialId& from);
+  Filed AllFolders(const SerialIds& messages);
+  SerialIds ChangeDust(const SerialIds& messages, bool dust);
+  SerialIds Carry(const Move& move, const SerialIds& messages,
+                  const std::function<QString(qsizetype)>& words);
   void CarryBack(const Move& move);
-  using Marking = std::function<Result<>(const QStringList&)>;
-  void Mark(const QStringList& messages, const Marking& mark, const Marking& back,
+  using Marking = std::function<Result<>(const SerialIds&)>;
+  void Mark(const SerialIds& messages, const Marking& mark, const Marking& back,
             const std::function<QString(qsizetype)>& words);
-  QString NameOf(const QString& folder) const;
-  QStringList Delete(const QStringList& messages);
-  bool IsFilledByHand(const QString& folder) const;
-  QStringList EndMove(const Result<Moved>& moved, const QStringList& messages);
-  QStringList End(const Result<>& done, const QStringList& messages, const UnderWay& underWay = {});
+  QString NameOf(const SerialId& folder) const;
+  SerialIds Delete(const SerialIds& messages);
+  bool IsFilledByHand(const SerialId& folder) const;
+  SerialIds EndMove(const Result<Moved>& moved, const SerialIds& messages);
+  SerialIds End(const Result<>& done, const SerialIds& messages, const UnderWay& underWay = {});
 
   Context& context_;
   QWidget& window_;
   MessageHost& host_;
   Undoable told_;
   std::function<void()> deleted_;
-  std::function<void(const QStringList&)> returned_;
-  std::function<void(const QString&)> folderMade_;
-  QString lastFolder_;  // into which messages were filed
+  std::function<void(const SerialIds&)> returned_;
+  std::function<void(const SerialId&)> folderMade_;
+  SerialId lastFolder_;  // into which messages were filed
 };
 
 }  // namespace vorn

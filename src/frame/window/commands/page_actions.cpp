@@ -23,18 +23,19 @@ PageActions::PageActions(Context& context, QWidget& window, MessageHost& host, F
 
 QString PageActions::Place() const {
   const BrowserWindow* browser = panes_.Area().Active();
-  return browser == nullptr ? QString() : browser->Tag() + u' ' + browser->Folder().Search().text;
+  return browser == nullptr ? QString()
+                            : browser->Tag().Text() + u' ' + browser->Folder().Search().text;
 }
 
 void PageActions::ConnectActions() {
   actions_.OnDone(
       [this](const QString& done, std::function<void()> undo) { Offer(done, std::move(undo)); });
   // The next key means it, in the list where it was taken back.
-  actions_.OnReturned([this](const QStringList& messages) {
+  actions_.OnReturned([this](const SerialIds& messages) {
     if (takesBack_ != nullptr) takesBack_->Folder().GoToReturned(messages);
   });
   actions_.OnDeleted([this] { status_.ForgetSteps(); });
-  actions_.OnFolderMade([this](const QString& folder) { panes_.Tree().RefreshNode(folder); });
+  actions_.OnFolderMade([this](const SerialId& folder) { panes_.Tree().RefreshNode(folder); });
 }
 
 void PageActions::Offer(const QString& done, std::function<void()> undo, OfferLasts lasts) {
@@ -54,17 +55,17 @@ void PageActions::TakeBack() {
   });
 }
 
-void PageActions::Drop(const QString& message, const QString& folder) {
+void PageActions::Drop(const SerialId& message, const SerialId& folder) {
   BrowserWindow* browser = panes_.Area().Active();
   if (browser == nullptr) return;
-  const QString from = browser->Tag();
+  const SerialId from = browser->Tag();
   const QPointer<BrowserWindow> shown(browser);
-  browser->Folder().ChosenMessages([this, message, folder, from, shown](const QStringList& chosen) {
-    const QStringList messages = chosen.contains(message) ? chosen : QStringList{message};
+  browser->Folder().ChosenMessages([this, message, folder, from, shown](const SerialIds& chosen) {
+    const SerialIds messages = chosen.contains(message) ? chosen : SerialIds{message};
     // A failure is told to the user, which must not happen inside the engine's answer.
     QTimer::singleShot(0, this, [this, messages, folder, from, shown] {
       const bool isOfAll = shown != nullptr && shown->Folder().Search().isEverywhere;
-      const QStringList gone = actions_.Drop(messages, folder, isOfAll ? QString() : from);
+      const SerialIds gone = actions_.Drop(messages, folder, isOfAll ? SerialId() : from);
       if (shown != nullptr && shown->Tag() == from) shown->Folder().MessagesGone(gone);
     });
   });

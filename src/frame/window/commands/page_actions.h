@@ -5,6 +5,7 @@
 
 #include "frame/window/commands/message_actions.h"
 #include "frame/window/notices/status_bar.h"
+#include "storage/base/serial_id.h"
 
 namespace vorn {
 
@@ -21,7 +22,7 @@ class PageActions : public QObject {
               MainStatusBar& status);
 
   /// See `MessageActions`.
-  QStringList Act(MessageAction action, const QStringList& messages, const QString& folder) {
+  SerialIds Act(MessageAction action, const SerialIds& messages, const SerialId& folder) {
     return actions_.Act(action, messages, folder);
   }
   void EmptyDustBin() { actions_.EmptyDustBin(); }
@@ -30,7 +31,7 @@ class PageActions : public QObject {
              OfferLasts lasts = OfferLasts::WhileAtIt);
   /// A message of the page in use was dropped on a folder of the tree. One that belongs to a choice
   /// of several brings the others along.
-  void Drop(const QString& message, const QString& folder);
+  void Drop(const SerialId& message, const SerialId& folder);
 
  private:
   void ConnectActions();

@@ -20,34 +20,34 @@ constexpr int kNeighbourMs = 2000;  // the window stands still meanwhile
 }  // namespace
 
 // What another sending came to is no word of this one.
-void MainMessageHost::SendMessage(const QString& serialId) {
+void MainMessageHost::SendMessage(const SerialId& serialId) {
   parts_.status.BeginCheck(false);
   parts_.plan.CreateMessagePlan(kPlanSend, serialId);
 }
 
-QString MainMessageHost::NeighbourOf(const QString& serialId, int step) {
+SerialId MainMessageHost::NeighbourOf(const SerialId& serialId, int step) {
   BrowserWindow* browser = parts_.panes.Area().Active();
   if (browser == nullptr) return {};
   const ConditionLimit brief(kNeighbourMs);
-  const Result<QString> found =
+  const Result<SerialId> found =
       NeighbourMessage(parts_.context, browser->Tag(), browser->Folder().Search(), serialId,
                        ListSettings(parts_.context).IsNewestFirst() ? -step : step);
   if (!found && brief.IsReached()) parts_.status.showMessage(found.Error().text);
-  const QString neighbour = found.ValueOr({});
+  const SerialId neighbour = found.ValueOr({});
   // The page goes along: its keys act on the message that was read last.
-  if (!neighbour.isEmpty()) browser->Folder().GoToMessage(neighbour);
+  if (!neighbour.IsEmpty()) browser->Folder().GoToMessage(neighbour);
   return neighbour;
 }
 
-void MainMessageHost::MakeRule(const QString& serialId, bool stops) {
+void MainMessageHost::MakeRule(const SerialId& serialId, bool stops) {
   const auto request = RuleLikeMessage(parts_.context, parts_.window, serialId, stops);
   if (request) parts_.opener.Queue().PostDialogRequest(*request);
 }
 
-void MainMessageHost::AddToBook(const QStringList& serialIds) {
+void MainMessageHost::AddToBook(const SerialIds& serialIds) {
   const auto addition =
       AddCorrespondents(parts_.context, parts_.window, serialIds,
-                        [this](const QString& book) { return parts_.windows.HasOpen(book); });
+                        [this](const SerialId& book) { return parts_.windows.HasOpen(book); });
   if (!addition) return;
   parts_.panes.Tree().RefreshNode(addition->book);
   parts_.status.ShowForAWhile(addition->told);

@@ -31,8 +31,8 @@ class MainMessageHost : public MessageHost {
   };
   explicit MainMessageHost(const Parts& parts) : parts_(parts), known_(parts.context) {}
 
-  void SendMessage(const QString& serialId) override;
-  bool ChooseSender(const QString& serialId, const QString& addressLines,
+  void SendMessage(const SerialId& serialId) override;
+  bool ChooseSender(const SerialId& serialId, const QString& addressLines,
                     const QString& subject) override {
     return parts_.plan.ChooseSender(serialId, addressLines, subject);
   }
@@ -43,17 +43,17 @@ class MainMessageHost : public MessageHost {
   void PrintPageFile(const QString& path, const QString& title) override {
     parts_.opener.PrintPageFile(path, title);
   }
-  QString NeighbourOf(const QString& serialId, int step) override;
-  void GatherAlike(const QString& serialId) override { MakeRule(serialId, false); }
-  void StopAlike(const QString& serialId) override { MakeRule(serialId, true); }
+  SerialId NeighbourOf(const SerialId& serialId, int step) override;
+  void GatherAlike(const SerialId& serialId) override { MakeRule(serialId, false); }
+  void StopAlike(const SerialId& serialId) override { MakeRule(serialId, true); }
   QStringList OfferedAddresses() override { return known_.Offers(); }
-  void AddToBook(const QStringList& serialIds) override;
-  void MakeAccount() override { parts_.opener.MakeObject(object_type::kAccount, QString()); }
+  void AddToBook(const SerialIds& serialIds) override;
+  void MakeAccount() override { parts_.opener.MakeObject(object_type::kAccount, {}); }
   bool IsClosing() const override { return parts_.closing.IsClosing(); }
   void MessageStored() override { parts_.changes.Note(); }
 
  private:
-  void MakeRule(const QString& serialId, bool stops);
+  void MakeRule(const SerialId& serialId, bool stops);
 
   const Parts parts_;
   KnownAddresses known_;

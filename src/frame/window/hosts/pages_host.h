@@ -4,6 +4,7 @@
 #include "frame/window/panes/opener.h"
 #include "frame/window/panes/request_windows.h"
 #include "present/window/page/browser_host.h"
+#include "storage/base/serial_id.h"
 
 namespace vorn {
 
@@ -25,8 +26,8 @@ class PagesHost : public BrowserHost {
 
   void OpenMessage(const MailRequest& request) override { opener_.OpenMessage(request); }
   void WriteTo(const QString& mailto) override { opener_.WriteMessage(mailto); }
-  QStringList ActOnMessages(MessageAction action, const QStringList& messages,
-                            const QString& folder) override {
+  SerialIds ActOnMessages(MessageAction action, const SerialIds& messages,
+                          const SerialId& folder) override {
     return actions_.Act(action, messages, folder);
   }
   BrowserWindow* NewBrowserWindow() override { return windows_.NewBrowser(); }

@@ -42,11 +42,11 @@ QString SenderIn(const QString& addressLines) {
 }
 
 // Of one that cannot be read nothing is said.
-QList<Letter> ReadLetters(Context& context, const QStringList& messages) {
+QList<Letter> ReadLetters(Context& context, const SerialIds& messages) {
   QList<Letter> letters;
   const OpenedDatabase mail(context, DatabaseKind::Mail);
   if (!mail) return letters;
-  for (const QString& message : messages) {
+  for (const SerialId& message : messages) {
     const RecordsetPtr row = MessageRows(context.Data).Of(message);
     if (row == nullptr || row->Eof()) continue;
     const MailRow letter(*row);
@@ -56,10 +56,10 @@ QList<Letter> ReadLetters(Context& context, const QStringList& messages) {
   return letters;
 }
 
-QStringList Unopened(Context& context, const QStringList& messages) {
-  QStringList unopened;
+SerialIds Unopened(Context& context, const SerialIds& messages) {
+  SerialIds unopened;
   const OpenedDatabase mail(context, DatabaseKind::Mail);
-  for (const QString& message : messages) {
+  for (const SerialId& message : messages) {
     const RecordsetPtr row = mail ? MessageRows(context.Data).Of(message) : nullptr;
     if (row == nullptr || row->Eof()) continue;
     const MailRow letter(*row);
@@ -68,11 +68,11 @@ QStringList Unopened(Context& context, const QStringList& messages) {
   return unopened;
 }
 
-Notification NotificationOf(Context& context, const QStringList& messages) {
+Notification NotificationOf(Context& context, const SerialIds& messages) {
   const QList<Letter> letters =
       ReadLetters(context, messages.first(qMin(messages.size(), kMostNamed)));
   Notification notification;
-  notification.about = messages;
+  notification.about = TextsOf(messages);
   notification.actions = {QStringLiteral("default"),
                           Ui::tr("開く"),
                           kOpen,
@@ -101,8 +101,8 @@ Notification NotificationOf(Context& context, const QStringList& messages) {
 }  // namespace
 
 NewMessageNotice::NewMessageNotice(Context& context, QWidget& window,
-                                   std::function<void(const QString&)> open,
-                                   std::function<void(MessageAction, const QStringList&)> act)
+                                   std::function<void(const SerialId&)> open,
+                                   std::function<void(MessageAction, const SerialIds&)> act)
     : context_(context),
       window_(window),
       open_(std::move(open)),
@@ -110,13 +110,16 @@ NewMessageNotice::NewMessageNotice(Context& context, QWidget& window,
       mmSound_(new QSoundEffect(&window)),
       desktop_(QStringLiteral("vorn")) {
   mmSound_->setObjectName(QStringLiteral("mmSound"));
-  connect(&desktop_, &NotificationService::Chosen, this, &NewMessageNotice::Chosen);
+  connect(&desktop_, &NotificationService::Chosen, this,
+          [this](const QString& action, const QStringList& about) {
+            Chosen(action, SerialIdsOf(about));
+          });
   connect(&desktop_, &NotificationService::Gone, this, [this](const QStringList& about) {
-    notified_.removeIf([&](const QString& message) { return about.contains(message); });
+    notified_.removeIf([&](const SerialId& message) { return about.contains(message.Text()); });
   });
 }
 
-void NewMessageNotice::Tell(const QStringList& messages) {
+void NewMessageNotice::Tell(const SerialIds& messages) {
   const NoticeSettings settings(context_);
   const bool asks = settings.Asks();
   if (asks) Ask(messages);
@@ -125,15 +128,15 @@ void NewMessageNotice::Tell(const QStringList& messages) {
 }
 
 // What the user has not dealt with is told of once more beside what came now.
-void NewMessageNotice::Notify(const QStringList& messages) {
+void NewMessageNotice::Notify(const SerialIds& messages) {
   if (notified_.size() > kMostRemembered) notified_.clear();
   notified_ = Unopened(context_, notified_) + messages;
   desktop_.Show(NotificationOf(context_, notified_));
 }
 
 // A choice is not lost while a question of the program waits for its answer.
-void NewMessageNotice::Chosen(const QString& action, const QStringList& messages) {
-  notified_.removeIf([&](const QString& message) { return messages.contains(message); });
+void NewMessageNotice::Chosen(const QString& action, const SerialIds& messages) {
+  notified_.removeIf([&](const SerialId& message) { return messages.contains(message); });
   if (QApplication::activeModalWidget() != nullptr) {
     QTimer::singleShot(kFreeMs, this, [this, action, messages] { Chosen(action, messages); });
   } else if (action == kDust) {
@@ -146,9 +149,10 @@ void NewMessageNotice::Chosen(const QString& action, const QStringList& messages
 }
 
 // The question waits beside what the user is doing: keys that are being typed are not its answer.
-void NewMessageNotice::Ask(const QStringList& messages) {
+void NewMessageNotice::Ask(const SerialIds& messages) {
   if (question_ != nullptr) {
-    question_->setProperty(kMessages, question_->property(kMessages).toStringList() + messages);
+    question_->setProperty(kMessages,
+                           question_->property(kMessages).toStringList() + TextsOf(messages));
     return;
   }
   question_ = new QMessageBox(QMessageBox::Question, kApplicationTitle,
@@ -156,18 +160,18 @@ void NewMessageNotice::Ask(const QStringList& messages) {
                               QMessageBox::Ok | QMessageBox::Cancel, &window_);
   question_->setTextFormat(Qt::PlainText);
   question_->setDefaultButton(QMessageBox::Cancel);
-  question_->setProperty(kMessages, messages);
+  question_->setProperty(kMessages, TextsOf(messages));
   question_->setAttribute(Qt::WA_DeleteOnClose);
   question_->setAttribute(Qt::WA_ShowWithoutActivating);
   question_->setModal(false);
   connect(question_, &QMessageBox::finished, this, [this, box = question_.data()](int answer) {
-    if (answer == QMessageBox::Ok) Open(box->property(kMessages).toStringList());
+    if (answer == QMessageBox::Ok) Open(SerialIdsOf(box->property(kMessages).toStringList()));
   });
   question_->show();
 }
 
 // Hundreds of windows are hardly what was meant.
-void NewMessageNotice::Open(const QStringList& messages) {
+void NewMessageNotice::Open(const SerialIds& messages) {
   if (messages.size() > kMostUnasked &&
       ShowBox(&window_, QMessageBox::Question,
               Ui::tr("メッセージ%n通をそれぞれのウィンドウで開きます。よろしいですか？", nullptr,
@@ -175,7 +179,7 @@ void NewMessageNotice::Open(const QStringList& messages) {
               QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel) != QMessageBox::Ok) {
     return;
   }
-  for (const QString& serialId : messages) open_(serialId);
+  for (const SerialId& serialId : messages) open_(serialId);
 }
 
 void NewMessageNotice::PlaySound() {

@@ -23,25 +23,25 @@ class NewMessageNotice : public QObject {
  public:
   /// `open` opens a message by its serial identifier, `act` acts on messages of any folder.
   NewMessageNotice(Context& context, QWidget& window,
-                   std::function<void(const QString& serialId)> open,
-                   std::function<void(MessageAction, const QStringList& messages)> act);
-  void Tell(const QStringList& messages);
+                   std::function<void(const SerialId& serialId)> open,
+                   std::function<void(MessageAction, const SerialIds& messages)> act);
+  void Tell(const SerialIds& messages);
 
  private:
-  void Ask(const QStringList& messages);
-  void Open(const QStringList& messages);
-  void Notify(const QStringList& messages);
-  void Chosen(const QString& action, const QStringList& messages);
+  void Ask(const SerialIds& messages);
+  void Open(const SerialIds& messages);
+  void Notify(const SerialIds& messages);
+  void Chosen(const QString& action, const SerialIds& messages);
   void PlaySound();
 
   Context& context_;
   QWidget& window_;
-  std::function<void(const QString&)> open_;
-  std::function<void(MessageAction, const QStringList&)> act_;
+  std::function<void(const SerialId&)> open_;
+  std::function<void(MessageAction, const SerialIds&)> act_;
   QSoundEffect* mmSound_;
   QPointer<QMessageBox> question_;
   NotificationService desktop_;
-  QStringList notified_;  // and not yet dealt with
+  SerialIds notified_;  // and not yet dealt with
 };
 
 }  // namespace vorn

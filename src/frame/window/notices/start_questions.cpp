@@ -19,27 +19,27 @@ bool IsWanted(QWidget& window, const QString& question) {
 
 }  // namespace
 
-QStringList AskOfDoubtful(Context& context, QWidget& window) {
+SerialIds AskOfDoubtful(Context& context, QWidget& window) {
   Outbox outbox(context, MailDatabasePath(context));
   outbox.SettleLeftOver();
-  QStringList messages;
+  SerialIds messages;
   for (const DoubtfulMessage& message : outbox.Doubtful()) messages.append(message.serialId);
   const bool opens =
       !messages.isEmpty() &&
       IsWanted(window, Ui::tr("送信を試みて、届いたかどうか分からないメッセージが%n通あります。"
                               "開いて確かめますか？",
                               nullptr, static_cast<int>(messages.size())));
-  return opens ? messages : QStringList();
+  return opens ? messages : SerialIds();
 }
 
-QStringList AskOfDrafts(Context& context, QWidget& window) {
-  QStringList drafts = Drafts::LeftBehind(context);
+SerialIds AskOfDrafts(Context& context, QWidget& window) {
+  SerialIds drafts = Drafts::LeftBehind(context);
   const bool opens =
       !drafts.isEmpty() &&
       IsWanted(window, Ui::tr("前回、編集中のまま終了したメッセージが%n通あります。開きますか？",
                               nullptr, static_cast<int>(drafts.size())));
   if (!opens) return {};
-  drafts.removeIf([&](const QString& serialId) { return !Drafts::Restore(context, serialId); });
+  drafts.removeIf([&](const SerialId& serialId) { return !Drafts::Restore(context, serialId); });
   return drafts;
 }
 

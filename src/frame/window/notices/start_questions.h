@@ -12,11 +12,11 @@ namespace vorn {
 
 /// Messages of which it is unknown whether they were sent, when a program ended without warning;
 /// those that the user wants to look at.
-QStringList AskOfDoubtful(Context& context, QWidget& window);
+SerialIds AskOfDoubtful(Context& context, QWidget& window);
 
 /// Messages that were being written when the program ended without warning; those that the user
 /// wants back, as they stood last.
-QStringList AskOfDrafts(Context& context, QWidget& window);
+SerialIds AskOfDrafts(Context& context, QWidget& window);
 
 /// Once in a profile that an earlier version made: whether it shall look as new ones do. The answer
 /// is kept.

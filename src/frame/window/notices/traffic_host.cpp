@@ -50,7 +50,7 @@ void TrafficHost::SendAndReceive() {
   Plan().CreateMessagePlan(kPlanReceive | kPlanSend);
 }
 
-void TrafficHost::AddEvent(EventLevel level, EventMode mode, const QString& reference,
+void TrafficHost::AddEvent(EventLevel level, EventMode mode, const SerialId& reference,
                            const QString& title, const QString& category, const QString& text) {
   events_.AddEvent(level, mode, reference, title, category, text);
   if (level == kEventError) {
@@ -68,13 +68,14 @@ void TrafficHost::AddEvent(EventLevel level, EventMode mode, const QString& refe
   }
 }
 
-QString TrafficHost::ChooseAccount(const QString& title, const QString& prompt) {
+SerialId TrafficHost::ChooseAccount(const QString& title, const QString& prompt) {
   const DiskCollectionPtr accounts =
       SelectObjects(context_.Objects, *context_.Session, object_type::kAccount);
   // In front of the window that sends; where there is but one, it is chosen already.
-  return InputTree(context_, FrontWindow(window_), title, prompt, object_type::kAccount,
-                   accounts->Count() == 1 ? accounts->First()->SerialID() : QString())
-      .value_or(QString());
+  const SerialId only = accounts->Count() == 1 ? accounts->First()->Serial() : SerialId();
+  return SerialId(
+      InputTree(context_, FrontWindow(window_), title, prompt, object_type::kAccount, only)
+          .value_or(QString()));
 }
 
 QString TrafficHost::AskPassword(const QString& account) {

@@ -5,6 +5,7 @@
 
 #include "events/event_log.h"
 #include "frame/request_queue.h"
+#include "storage/base/serial_id.h"
 #include "transfer/mail_traffic.h"
 
 class QWidget;
@@ -30,10 +31,10 @@ class TrafficHost : public QObject, public PlanHost {
   QTimer& Timer() { return tmPlan_; }
 
   void PostRequest(const DiskPtr& request) override { queue_.Post(request); }
-  void AddEvent(EventLevel level, EventMode mode, const QString& reference, const QString& title,
+  void AddEvent(EventLevel level, EventMode mode, const SerialId& reference, const QString& title,
                 const QString& category, const QString& text) override;
   void SendAndReceive() override;
-  QString ChooseAccount(const QString& title, const QString& prompt) override;
+  SerialId ChooseAccount(const QString& title, const QString& prompt) override;
   QString AskPassword(const QString& account) override;
   void WorkIsHeld(const QString& sentence) override;
   void WaitingChanged() override { Q_EMIT ListsChanged(); }

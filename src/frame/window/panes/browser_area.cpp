@@ -55,7 +55,7 @@ BrowserArea::~BrowserArea() {
 void BrowserArea::Add(BrowserWindow* window) {
   // Not at each reload: what the user has selected in the tree meanwhile stays selected.
   connect(window, &BrowserWindow::Loaded, this, [this, window, shown = QString()]() mutable {
-    const QString now = window->Tag() + u' ' + window->Folder().Search().text;
+    const QString now = window->Tag().Text() + u' ' + window->Folder().Search().text;
     if (std::exchange(shown, now) != now) Q_EMIT ActiveChanged();
   });
   connect(&window->Folder(), &ShownFolder::ChosenChanged, this, &BrowserArea::ChosenChanged);
@@ -165,11 +165,11 @@ void BrowserArea::TakeIdleKeys() {
     browser->Resting().TakeKeys();
 }
 
-void BrowserArea::Opened(const QString& folder, BrowserWindow* window) {
+void BrowserArea::Opened(const SerialId& folder, BrowserWindow* window) {
   if (std::exchange(expected_, {}) == folder) preview_ = window;
 }
 
-bool BrowserArea::ShowInPreview(const QString& folder) {
+bool BrowserArea::ShowInPreview(const SerialId& folder) {
   if (preview_ == nullptr || preview_->Dust()) return false;
   preview_->ShowFolder(folder);
   preview_->Activate();
@@ -182,7 +182,7 @@ void BrowserArea::RefreshFolders() {
   }
 }
 
-bool BrowserArea::RefreshFolder(const QString& folder, bool isGone) {
+bool BrowserArea::RefreshFolder(const SerialId& folder, bool isGone) {
   bool anyStays = false;
   bool anyCloses = false;
   for (BrowserWindow* browser : Browsers()) {

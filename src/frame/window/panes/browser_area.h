@@ -37,17 +37,17 @@ class BrowserArea : public QMdiArea {
 
   /// The next window that is added for this folder is the tab that folders share which are only
   /// looked at.
-  void ExpectPreview(const QString& folder) { expected_ = folder; }
+  void ExpectPreview(const SerialId& folder) { expected_ = folder; }
   /// A window was added for that folder.
-  void Opened(const QString& folder, BrowserWindow* window);
+  void Opened(const SerialId& folder, BrowserWindow* window);
   /// Shows a folder in the tab that folders share; false when there is none.
-  bool ShowInPreview(const QString& folder);
+  bool ShowInPreview(const SerialId& folder);
 
   /// Makes the pages of all folders anew.
   void RefreshFolders();
   /// Makes the pages of one folder anew, or closes them when it is gone. False when no window is
   /// left.
-  bool RefreshFolder(const QString& folder, bool isGone);
+  bool RefreshFolder(const SerialId& folder, bool isGone);
 
  Q_SIGNALS:
   /// Another window is used now, or it shows another folder, or what another search finds.
@@ -70,7 +70,7 @@ class BrowserArea : public QMdiArea {
   QWidget* unseen_;
   QPointer<BrowserWindow> front_;  // the tab that was used last
   QPointer<BrowserWindow> preview_;
-  QString expected_;
+  SerialId expected_;
   bool ends_ = false;
 };
 

@@ -36,11 +36,15 @@ bool IsBelow(const QTreeWidgetItem* item, const QTreeWidgetItem* above) {
   return false;
 }
 
+SerialId KeyOf(const QTreeWidgetItem& item) {
+  return SerialIdOf(item.data(0, kKeyRole));
+}
+
 // Among its siblings by their keys, as the objects are read at the next start.
 void Insert(QTreeWidgetItem& place, QTreeWidgetItem* node) {
-  const QString key = node->data(0, kKeyRole).toString();
+  const SerialId key = KeyOf(*node);
   int at = 0;
-  while (at < place.childCount() && place.child(at)->data(0, kKeyRole).toString() < key) ++at;
+  while (at < place.childCount() && KeyOf(*place.child(at)) < key) ++at;
   place.insertChild(at, node);
 }
 
@@ -75,7 +79,7 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
   header()->setSectionResizeMode(kCountColumn, QHeaderView::ResizeToContents);
   // One click shows a folder; Enter does it for the keyboard, and opens other objects' properties.
   connect(this, &QTreeWidget::itemPressed, this,
-          [this](QTreeWidgetItem* item) { pressed_ = item->data(0, kKeyRole).toString(); });
+          [this](QTreeWidgetItem* item) { pressed_ = KeyOf(*item); });
   connect(this, &QTreeWidget::itemClicked, this,
           [this](QTreeWidgetItem* item) { Open(*item, IsControlHeld()); });
   connect(this, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem* item) {
@@ -91,8 +95,8 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
 }
 
 void ConsoleTree::Open(const QTreeWidgetItem& item, bool inTabOfItsOwn) {
-  const QString key = item.data(0, kKeyRole).toString();
-  if (!key.isEmpty()) Q_EMIT NodeOpened(key, item.data(0, kTagRole).toString(), inTabOfItsOwn);
+  const SerialId key = KeyOf(item);
+  if (!key.IsEmpty()) Q_EMIT NodeOpened(key, item.data(0, kTagRole).toString(), inTabOfItsOwn);
 }
 
 void ConsoleTree::Fill() {
@@ -127,7 +131,7 @@ void ConsoleTree::ShowObject(const Disk& object) {
   if (place == nullptr) place = Group(AnyObject(object).Type());
   if (place == nullptr) return;
   const QSignalBlocker quiet(this);
-  QTreeWidgetItem*& node = nodes_[object.SerialID()];
+  QTreeWidgetItem*& node = nodes_[object.Serial()];
   if (node == nullptr) {
     node = new QTreeWidgetItem;
     node->setFlags(node->flags() | Qt::ItemIsEditable);
@@ -144,8 +148,8 @@ void ConsoleTree::ShowObject(const Disk& object) {
   node->setData(0, kTagRole, AnyObject(object).Type());
 }
 
-void ConsoleTree::RefreshNode(const QString& serialId) {
-  if (serialId == context_.Session->SerialID() && topLevelItemCount() > 0) {
+void ConsoleTree::RefreshNode(const SerialId& serialId) {
+  if (serialId == context_.Session->Serial() && topLevelItemCount() > 0) {
     topLevelItem(0)->setText(0, AnyObject(*context_.Session).Name());
   }
   if (const DiskPtr object = context_.Objects.Find(serialId)) {
@@ -156,7 +160,7 @@ void ConsoleTree::RefreshNode(const QString& serialId) {
 }
 
 // What hung under it finds another place.
-void ConsoleTree::RemoveNode(const QString& serialId) {
+void ConsoleTree::RemoveNode(const SerialId& serialId) {
   const QSignalBlocker quiet(this);
   QTreeWidgetItem* node = nodes_.take(serialId);
   if (node == nullptr) return;
@@ -168,12 +172,12 @@ void ConsoleTree::RemoveNode(const QString& serialId) {
   delete node;
 }
 
-QString ConsoleTree::NodeText(const QString& serialId) const {
+QString ConsoleTree::NodeText(const SerialId& serialId) const {
   const QTreeWidgetItem* node = nodes_.value(serialId);
   return node == nullptr ? QString() : node->text(0);
 }
 
-void ConsoleTree::ShowEvent(const QString& serialId, const QString& title, const QString& icon) {
+void ConsoleTree::ShowEvent(const SerialId& serialId, const QString& title, const QString& icon) {
   QTreeWidgetItem* log = nodes_.value(fixed_serial::kEventLog);
   if (log == nullptr) return;
   const QSignalBlocker quiet(this);
@@ -184,7 +188,7 @@ void ConsoleTree::ShowEvent(const QString& serialId, const QString& title, const
   }
   auto* node = new QTreeWidgetItem(log, {title});
   node->setIcon(0, Icon(icon));
-  node->setData(0, kKeyRole, serialId);
+  node->setData(0, kKeyRole, serialId.Text());
   node->setData(0, kTagRole, kLogTag);
   nodes_.insert(serialId, node);
   log->setExpanded(true);
@@ -198,18 +202,18 @@ bool ConsoleTree::HasEvents() const {
 void ConsoleTree::RemoveEvents() {
   if (!HasEvents()) return;
   for (QTreeWidgetItem* event : nodes_.value(fixed_serial::kEventLog)->takeChildren()) {
-    nodes_.remove(event->data(0, kKeyRole).toString());
+    nodes_.remove(KeyOf(*event));
     delete event;
   }
 }
 
-void ConsoleTree::SelectNode(const QString& serialId) {
+void ConsoleTree::SelectNode(const SerialId& serialId) {
   if (state() == EditingState) return;  // a name that is being typed would be taken as it stands
   const QSignalBlocker quiet(this);
   if (QTreeWidgetItem* node = nodes_.value(serialId)) setCurrentItem(node);
 }
 
-void ConsoleTree::SetUnread(const QString& serialId, qint64 count, qint64 unsent) {
+void ConsoleTree::SetUnread(const SerialId& serialId, qint64 count, qint64 unsent) {
   QTreeWidgetItem* node = nodes_.value(serialId);
   if (node == nullptr) return;
   const QSignalBlocker quiet(this);
@@ -232,20 +236,20 @@ void ConsoleTree::SetUnread(const QString& serialId, qint64 count, qint64 unsent
   for (int column = 0; column < kColumns; ++column) node->setFont(column, font);
 }
 
-QStringList ConsoleTree::Folders() const {
-  QStringList folders;
+SerialIds ConsoleTree::Folders() const {
+  SerialIds folders;
   for (QTreeWidgetItemIterator item(groups_.value(object_type::kFolder)); *item != nullptr;
        ++item) {
     if ((*item)->data(0, kTagRole).toString() != object_type::kFolder) break;
-    const QString key = (*item)->data(0, kKeyRole).toString();
-    if (!key.isEmpty()) folders.append(key);
+    const SerialId key = KeyOf(**item);
+    if (!key.IsEmpty()) folders.append(key);
   }
   return folders;
 }
 
-QString ConsoleTree::CurrentKey() const {
+SerialId ConsoleTree::CurrentKey() const {
   const QTreeWidgetItem* item = currentItem();
-  return item == nullptr ? QString() : item->data(0, kKeyRole).toString();
+  return item == nullptr ? SerialId() : KeyOf(*item);
 }
 
 QString ConsoleTree::CurrentTag() const {
@@ -254,7 +258,7 @@ QString ConsoleTree::CurrentTag() const {
 }
 
 bool ConsoleTree::HasObject() const {
-  return !CurrentKey().isEmpty() && CurrentTag() != kLogTag &&
+  return !CurrentKey().IsEmpty() && CurrentTag() != kLogTag &&
          CurrentKey() != fixed_serial::kEventLog;
 }
 
@@ -263,7 +267,7 @@ bool ConsoleTree::IsAtEvents() const {
 }
 
 void ConsoleTree::TakeName(QTreeWidgetItem* item) {
-  Q_EMIT NodeRenamed(item->data(0, kKeyRole).toString(), item->data(0, kTagRole).toString());
+  Q_EMIT NodeRenamed(KeyOf(*item), item->data(0, kTagRole).toString());
 }
 
 // A mouse that slides while its button is pressed would select one node after the other, and none
@@ -276,7 +280,7 @@ void ConsoleTree::mouseMoveEvent(QMouseEvent* event) {
 void ConsoleTree::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::MiddleButton) return QTreeWidget::mousePressEvent(event);
   const QTreeWidgetItem* item = itemAt(event->position().toPoint());
-  pressed_ = item == nullptr ? QString() : item->data(0, kKeyRole).toString();
+  pressed_ = item == nullptr ? SerialId() : KeyOf(*item);
 }
 
 void ConsoleTree::mouseReleaseEvent(QMouseEvent* event) {
@@ -288,7 +292,7 @@ void ConsoleTree::mouseReleaseEvent(QMouseEvent* event) {
   const QTreeWidgetItem* slid = itemAt(event->position().toPoint()) == nodes_.value(pressed_)
                                     ? nullptr
                                     : nodes_.value(pressed_);
-  pressed_.clear();
+  pressed_ = {};
   QTreeWidget::mouseReleaseEvent(event);
   if (slid != nullptr && event->button() == Qt::LeftButton) Open(*slid, IsControlHeld());
 }

@@ -22,19 +22,19 @@ class ConsoleTree : public QTreeWidget, public EventView {
   /// Builds the tree anew from the loaded objects.
   void Fill();
   /// Brings one object's node in line with the object; adds or removes it when need be.
-  void RefreshNode(const QString& serialId);
-  QString NodeText(const QString& serialId) const;
-  void ShowEvent(const QString& serialId, const QString& title, const QString& icon) override;
+  void RefreshNode(const SerialId& serialId);
+  QString NodeText(const SerialId& serialId) const;
+  void ShowEvent(const SerialId& serialId, const QString& title, const QString& icon) override;
   bool HasEvents() const;
   void RemoveEvents();
-  void SelectNode(const QString& serialId);
+  void SelectNode(const SerialId& serialId);
   /// Shows beside a folder how many of its messages are not yet opened; nothing for none. With
   /// `unsent` these are, before them, those that were refused or are doubtful.
-  void SetUnread(const QString& serialId, qint64 count, qint64 unsent = 0);
+  void SetUnread(const SerialId& serialId, qint64 count, qint64 unsent = 0);
   /// The serial identifiers of the folders in the tree, from the top.
-  QStringList Folders() const;
+  SerialIds Folders() const;
 
-  QString CurrentKey() const;
+  SerialId CurrentKey() const;
   QString CurrentTag() const;
   /// Whether the current node stands for an object, or else for events.
   bool HasObject() const;
@@ -46,9 +46,9 @@ class ConsoleTree : public QTreeWidget, public EventView {
 
  Q_SIGNALS:
   /// The user wants to see what the node stands for, where it has a page in a tab of its own.
-  void NodeOpened(const QString& key, const QString& tag, bool inTabOfItsOwn);
+  void NodeOpened(const SerialId& key, const QString& tag, bool inTabOfItsOwn);
   /// The node bears the new name already.
-  void NodeRenamed(const QString& key, const QString& tag);
+  void NodeRenamed(const SerialId& key, const QString& tag);
 
  protected:
   void mouseMoveEvent(QMouseEvent* event) override;
@@ -60,14 +60,14 @@ class ConsoleTree : public QTreeWidget, public EventView {
   void TakeName(QTreeWidgetItem* item);
   QTreeWidgetItem* Group(const QString& type) const;
   void ShowObject(const Disk& object);
-  void RemoveNode(const QString& serialId);
+  void RemoveNode(const SerialId& serialId);
 
   Context& context_;
   NodeCommands* commands_;
   MessageDrop* drop_;
   QHash<QString, QTreeWidgetItem*> groups_;  // by type
-  QHash<QString, QTreeWidgetItem*> nodes_;   // by key
-  QString pressed_;                          // the key of the node under the pressed button
+  QHash<SerialId, QTreeWidgetItem*> nodes_;  // by key
+  SerialId pressed_;                         // the key of the node under the pressed button
 };
 
 }  // namespace vorn

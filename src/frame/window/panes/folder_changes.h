@@ -3,6 +3,7 @@
 #include "frame/other_objects.h"
 #include "frame/other_programs.h"
 #include "frame/window/panes/unread_counter.h"
+#include "storage/base/serial_id.h"
 
 namespace vorn {
 
@@ -25,7 +26,7 @@ class FolderChanges {
   /// ended.
   void Tick();
   /// The objects that another program has saved since this was last asked, loaded by now.
-  QStringList NewObjects() { return objects_.TakeOver(); }
+  SerialIds NewObjects() { return objects_.TakeOver(); }
   /// Counts the unopened messages of all folders anew.
   void CountSoon() { unread_.CountSoon(); }
   /// Counts no more.

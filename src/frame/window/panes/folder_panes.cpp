@@ -31,19 +31,19 @@ FolderPanes::FolderPanes(Context& context)
 // It is what commands act on.
 void FolderPanes::FollowActivePage() {
   const BrowserWindow* browser = area_->Active();
-  const QString folder = browser == nullptr ? QString() : browser->Tag();
-  if (!folder.isEmpty()) tvConsole_->SelectNode(folder);
+  const SerialId folder = browser == nullptr ? SerialId() : browser->Tag();
+  if (!folder.IsEmpty()) tvConsole_->SelectNode(folder);
 }
 
-QString FolderPanes::CurrentFolder() const {
+SerialId FolderPanes::CurrentFolder() const {
   if (tvConsole_->hasFocus() && tvConsole_->CurrentTag() == object_type::kFolder) {
     return tvConsole_->CurrentKey();
   }
   const BrowserWindow* browser = area_->Active();
-  return browser == nullptr ? QString() : browser->Tag();
+  return browser == nullptr ? SerialId() : browser->Tag();
 }
 
-bool FolderPanes::Refresh(const QString& serialId) {
+bool FolderPanes::Refresh(const SerialId& serialId) {
   const bool wasThere = !tvConsole_->NodeText(serialId).isEmpty();
   tvConsole_->RefreshNode(serialId);
   // Other conditions have other messages, and without its folder a page has none.

@@ -21,9 +21,9 @@ class FolderPanes : public QSplitter {
   BrowserArea& Area() const { return *area_; }
   /// The folder whose node is chosen in the tree, or else the one whose page was used last; empty
   /// for none.
-  QString CurrentFolder() const;
+  SerialId CurrentFolder() const;
   /// Brings the node and the pages of an object in line with it. False when no window is left.
-  bool Refresh(const QString& serialId);
+  bool Refresh(const SerialId& serialId);
   /// Divides `width` as `window` was left last; keeps how it is divided.
   void LoadWidths(const QString& window, int width);
   void KeepWidths(const QString& window) const;

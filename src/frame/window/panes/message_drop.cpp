@@ -14,7 +14,7 @@ namespace vorn {
 namespace {
 
 // The message whose link is being dragged from a folder's page.
-QString DraggedMessage(const QMimeData& dragged) {
+SerialId DraggedMessage(const QMimeData& dragged) {
   for (const QUrl& url : dragged.urls()) {
     if (const auto request = ReadLinkCommand(url.toString(QUrl::FullyEncoded))) {
       return request->serialId;
@@ -36,14 +36,14 @@ MessageDrop::MessageDrop(Context& context, QTreeWidget& tree, int keyRole)
 }
 
 // A folder that is filled by hand, the dust bin, or the inbox, which takes out of the dust bin.
-QString MessageDrop::TakingFolderAt(const QPoint& at) const {
+SerialId MessageDrop::TakingFolderAt(const QPoint& at) const {
   const QTreeWidgetItem* item = tree_.itemAt(at);
-  const QString key = item == nullptr ? QString() : item->data(0, keyRole_).toString();
+  const SerialId key = item == nullptr ? SerialId() : SerialIdOf(item->data(0, keyRole_));
   const DiskPtr folder = context_.Objects.Find(key);
   if (folder == nullptr) return {};
   const bool takes = key == fixed_serial::kDust || key == fixed_serial::kInbox ||
                      FolderObject(*folder).ShowsWhatIsFiled();
-  return takes ? key : QString();
+  return takes ? key : SerialId();
 }
 
 void MessageDrop::Light(const QRect& place) {
@@ -56,13 +56,13 @@ bool MessageDrop::eventFilter(QObject*, QEvent* event) {
   if (type == QEvent::DragLeave) Light({});
   if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop) return false;
   auto* drag = static_cast<QDropEvent*>(event);
-  const QString message = DraggedMessage(*drag->mimeData());
+  const SerialId message = DraggedMessage(*drag->mimeData());
   const QPoint at = drag->position().toPoint();
-  const QString folder = TakingFolderAt(at);
-  const bool isLit = !message.isEmpty() && !folder.isEmpty() && type != QEvent::Drop;
+  const SerialId folder = TakingFolderAt(at);
+  const bool isLit = !message.IsEmpty() && !folder.IsEmpty() && type != QEvent::Drop;
   Light(isLit ? tree_.visualItemRect(tree_.itemAt(at)) : QRect());
   // What has come in may go on to a folder that takes it.
-  if (message.isEmpty() || (folder.isEmpty() && type != QEvent::DragEnter)) {
+  if (message.IsEmpty() || (folder.IsEmpty() && type != QEvent::DragEnter)) {
     event->ignore();
     return true;
   }

@@ -21,10 +21,10 @@ class MessageDrop : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  Q_SIGNALS:
-  void Dropped(const QString& message, const QString& folder);
+  void Dropped(const SerialId& message, const SerialId& folder);
 
  private:
-  QString TakingFolderAt(const QPoint& at) const;
+  SerialId TakingFolderAt(const QPoint& at) const;
   void Light(const QRect& place);
 
   Context& context_;

@@ -20,7 +20,7 @@ void NodeCommands::NewObject(const QString& type) {
   // What lies in the dust bin looks thrown away.
   const bool hasPlace = tree_.HasObject() && tree_.CurrentTag() == type &&
                         type != object_type::kProfile && tree_.CurrentKey() != fixed_serial::kDust;
-  Q_EMIT NewWanted(type, hasPlace ? tree_.CurrentKey() : QString());
+  Q_EMIT NewWanted(type, hasPlace ? tree_.CurrentKey() : SerialId());
 }
 
 void NodeCommands::ShowProperties() {

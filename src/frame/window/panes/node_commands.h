@@ -2,6 +2,8 @@
 
 #include <QObject>
 
+#include "storage/base/serial_id.h"
+
 class QPoint;
 
 namespace vorn {
@@ -24,9 +26,9 @@ class NodeCommands : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  Q_SIGNALS:
-  void NewWanted(const QString& type, const QString& parent);
-  void PropertiesWanted(const QString& key, const QString& tag);
-  void DeletionWanted(const QString& key, const QString& tag);
+  void NewWanted(const QString& type, const SerialId& parent);
+  void PropertiesWanted(const SerialId& key, const QString& tag);
+  void DeletionWanted(const SerialId& key, const QString& tag);
 
  private:
   bool TakeKey(int key, bool withAlt);

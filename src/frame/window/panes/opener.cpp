@@ -30,7 +30,7 @@ void Opener::OpenArgument(const QString& argument) {
     WriteMessage(argument);
     return;
   }
-  const Result<QString> serialId = TakeMessageFile(context_, argument);
+  const Result<SerialId> serialId = TakeMessageFile(context_, argument);
   if (!serialId) {
     ShowBox(&window_, QMessageBox::Critical, serialId.Error().text);
     return;
@@ -39,7 +39,7 @@ void Opener::OpenArgument(const QString& argument) {
   changes_.Note();
 }
 
-void Opener::OpenFolder(const QString& serialId) {
+void Opener::OpenFolder(const SerialId& serialId) {
   tree_.SelectNode(serialId);
   BrowserRequest request;
   request.serialId = serialId;
@@ -74,8 +74,8 @@ void Opener::PrintPageFile(const QString& path, const QString& title) {
   queue_.PostBrowserRequest(request);
 }
 
-void Opener::OpenObject(const QString& key, const QString& tag, RequestShow show, AfterStep after,
-                        const QString& event) {
+void Opener::OpenObject(const SerialId& key, const QString& tag, RequestShow show, AfterStep after,
+                        const SerialId& event) {
   DialogRequest request;
   request.serialId = key;
   request.status = tag;
@@ -85,7 +85,7 @@ void Opener::OpenObject(const QString& key, const QString& tag, RequestShow show
   queue_.PostDialogRequest(request);
 }
 
-void Opener::MakeObject(const QString& type, const QString& parent) {
+void Opener::MakeObject(const QString& type, const SerialId& parent) {
   DialogRequest request;
   request.status = type;
   request.isNew = true;
@@ -93,10 +93,10 @@ void Opener::MakeObject(const QString& type, const QString& parent) {
   queue_.PostDialogRequest(request);
 }
 
-void Opener::OpenEvent(const QString& serialId) {
+void Opener::OpenEvent(const SerialId& serialId) {
   const DiskPtr record = events_.Find(serialId);
   if (record == nullptr) return;
-  const QString reference = EventRecord(*record).Reference();
+  const SerialId reference = EventRecord(*record).Reference();
   if (EventRecord(*record).IsAboutMessage()) {
     const MessageBag message(*record);
     MailRequest request;
@@ -114,13 +114,13 @@ void Opener::OpenEvent(const QString& serialId) {
   if (object == nullptr && !isSettings) {
     // What concerns the whole program is about no object.
     const QString gone =
-        reference.isEmpty()
+        reference.IsEmpty()
             ? QString()
             : Ui::tr("このイベントのアカウントは削除されています。") + kLineBreak + kLineBreak;
     ShowBox(&window_, QMessageBox::Information, gone + EventRecord(*record).Text());
     return;
   }
-  OpenObject(reference, isSettings ? reference : type, kShowModal,
+  OpenObject(reference, isSettings ? reference.Text() : type, kShowModal,
              isSettings ? AfterStep::ApplySettings : AfterStep::None, serialId);
 }
 

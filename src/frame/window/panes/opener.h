@@ -37,17 +37,17 @@ class Opener {
   }
   /// A message file or a "mailto:" address.
   void OpenArgument(const QString& argument);
-  void OpenFolder(const QString& serialId);
+  void OpenFolder(const SerialId& serialId);
   /// Opens a web page in a window of its own, or in the user's own browser.
   void OpenWebPage(const QString& url);
   /// Prints a page file without showing it.
   void PrintPageFile(const QString& path, const QString& title);
   /// `tag` is the object's type; `show`, `after` and `event` as the request has them.
-  void OpenObject(const QString& key, const QString& tag, RequestShow show, AfterStep after,
-                  const QString& event = {});
-  void MakeObject(const QString& type, const QString& parent);
+  void OpenObject(const SerialId& key, const QString& tag, RequestShow show, AfterStep after,
+                  const SerialId& event = {});
+  void MakeObject(const QString& type, const SerialId& parent);
   /// What a recorded event is about.
-  void OpenEvent(const QString& serialId);
+  void OpenEvent(const SerialId& serialId);
 
  private:
   Context& context_;

@@ -49,7 +49,7 @@ RequestWindow* RequestWindows::Create(const Disk& request) {
 BrowserWindow* RequestWindows::CreateBrowser(const Disk& request) {
   if (PageRequest::IsForPrinting(request)) return NewUnseenBrowser();
   BrowserWindow* window = NewBrowser();
-  area_.Opened(request.SerialID(), window);
+  area_.Opened(request.Serial(), window);
   return window;
 }
 
@@ -73,7 +73,7 @@ void RequestWindows::Track(QObject* object, RequestWindow* window) {
                    [this, window] { std::erase(open_, window); });
 }
 
-bool RequestWindows::HasOpen(const QString& tag) const {
+bool RequestWindows::HasOpen(const SerialId& tag) const {
   return std::any_of(open_.begin(), open_.end(),
                      [&](const RequestWindow* window) { return window->Tag() == tag; });
 }

@@ -33,7 +33,7 @@ class RequestWindows {
   /// Those that are open, in their order.
   const std::vector<RequestWindow*>& Open() const { return open_; }
   /// Whether there is one with that tag.
-  bool HasOpen(const QString& tag) const;
+  bool HasOpen(const SerialId& tag) const;
   /// Unloads those that are done with.
   void UnloadDust() const;
 

@@ -39,7 +39,7 @@ void UnreadCounter::CountNext() {
     timer_.stop();
     return;
   }
-  const QString folder = folders_.takeFirst();
+  const SerialId folder = folders_.takeFirst();
   // What was thrown away does not wait to be read.
   if (folder == fixed_serial::kDust) return;
   if (!rests_[folder].hasExpired()) {
@@ -56,7 +56,7 @@ void UnreadCounter::CountNext() {
   rests_[folder].setRemainingTime(kShare * clock.elapsed());
 }
 
-void UnreadCounter::CountElsewhere(const QString& folder) {
+void UnreadCounter::CountElsewhere(const SerialId& folder) {
   run_.reset(new ConditionRun(context_, UnreadQuestion(context_, folder), kLastLimitMs,
                               [this, folder](const ConditionRun::Answer& answer) {
                                 const bool isKnown = answer.values && !answer.values->isEmpty();

@@ -7,6 +7,7 @@
 #include <QTimer>
 #include <functional>
 
+#include "storage/base/serial_id.h"
 #include "storage/condition_run.h"
 
 namespace vorn {
@@ -30,15 +31,15 @@ class UnreadCounter : public QObject {
 
  private:
   void CountNext();
-  void CountElsewhere(const QString& folder);
+  void CountElsewhere(const SerialId& folder);
 
   Context& context_;
   ConsoleTree& tree_;
   std::function<bool()> isBusy_;
   QTimer timer_;
-  ConditionRunPtr run_;                   // of a folder whose counting takes long
-  QStringList folders_;                   // that are still to be counted
-  QHash<QString, QDeadlineTimer> rests_;  // how long each is not counted again
+  ConditionRunPtr run_;                    // of a folder whose counting takes long
+  SerialIds folders_;                      // that are still to be counted
+  QHash<SerialId, QDeadlineTimer> rests_;  // how long each is not counted again
 };
 
 }  // namespace vorn

@@ -62,7 +62,7 @@ bool MessageClosing::StoreEdited() {
     ShowBox(&window_, QMessageBox::Critical, source.Error().text);
     return false;
   }
-  const Result<QString> stored = MailStore(context_).StoreMessage(*document_.Bag(), *source);
+  const Result<SerialId> stored = MailStore(context_).StoreMessage(*document_.Bag(), *source);
   if (stored) {
     Drafts::Forget(context_, document_.Tag());
     host_.MessageStored();

@@ -151,7 +151,7 @@ void MessageSending::ShowDoubt() {
   if (!document_.IsWaiting()) return;
   Outbox outbox(context_, document_.File());
   outbox.SettleLeftOver();
-  const auto doubtful = outbox.FindDoubtful(document_.Bag()->SerialID());
+  const auto doubtful = outbox.FindDoubtful(document_.Bag()->Serial());
   if (doubtful) bar_.Show(*doubtful);
   Q_EMIT StateChanged();
 }

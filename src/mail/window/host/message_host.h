@@ -3,6 +3,7 @@
 #include <QString>
 
 #include "mail/mail_request.h"
+#include "storage/base/serial_id.h"
 
 namespace vorn {
 
@@ -11,10 +12,10 @@ class MessageHost {
  public:
   virtual ~MessageHost() = default;
   /// Plans the sending of a message that waits.
-  virtual void SendMessage(const QString& serialId) = 0;
+  virtual void SendMessage(const SerialId& serialId) = 0;
   /// Whether it is known which account sends a message with these address lines, if need be by
   /// asking the user. False when he chose none.
-  virtual bool ChooseSender(const QString& serialId, const QString& addressLines,
+  virtual bool ChooseSender(const SerialId& serialId, const QString& addressLines,
                             const QString& subject) = 0;
   /// A message was stored or changed; pages that show it are out of date.
   virtual void MessageStored() = 0;
@@ -26,16 +27,16 @@ class MessageHost {
   virtual void PrintPageFile(const QString& path, const QString& title) = 0;
   /// The message before (`step` -1) or after (1) another one in the folder that is being looked
   /// at; empty when there is none.
-  virtual QString NeighbourOf(const QString& serialId, int step) = 0;
+  virtual SerialId NeighbourOf(const SerialId& serialId, int step) = 0;
   /// Opens the window of a new folder with a condition that finds messages like this one. Nothing
   /// is stored before the user agrees.
-  virtual void GatherAlike(const QString& serialId) = 0;
+  virtual void GatherAlike(const SerialId& serialId) = 0;
   /// The same with the window of the receive-stop rules.
-  virtual void StopAlike(const QString& serialId) = 0;
+  virtual void StopAlike(const SerialId& serialId) = 0;
   /// The addresses that are offered while the user types one (`KnownAddresses`).
   virtual QStringList OfferedAddresses() = 0;
   /// Puts those with whom messages were exchanged into an address book.
-  virtual void AddToBook(const QStringList& serialIds) = 0;
+  virtual void AddToBook(const SerialIds& serialIds) = 0;
   /// Opens the window of a new account.
   virtual void MakeAccount() = 0;
   /// Whether the program is about to end, so that a question must not keep a window open.

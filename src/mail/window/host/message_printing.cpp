@@ -18,8 +18,8 @@ namespace vorn {
 void PrintMessagePage(Context& context, QWidget* window, MessageHost& host,
                       const MessageModel& model, const QString& html) {
   const QByteArray page = PrintPage(model, html);
-  const QString path = context.TempFolder + QStringLiteral("print_") + context.Data.NewSerialID() +
-                       QStringLiteral(".html");
+  const QString path = context.TempFolder + QStringLiteral("print_") +
+                       context.Data.NewSerialID().Text() + QStringLiteral(".html");
   QFile file(path);
   if (MakePrivateFolder(context.TempFolder) && OpenPrivate(file, QIODevice::WriteOnly) &&
       file.write(page) == page.size() && file.flush()) {
@@ -33,7 +33,7 @@ void PrintMessagePage(Context& context, QWidget* window, MessageHost& host,
 }
 
 void PrintStoredMessage(Context& context, QWidget* window, MessageHost& host,
-                        const QString& serialId) {
+                        const SerialId& serialId) {
   Disk request(serialId);
   MessageBag::SetFile(request, MailDatabasePath(context));
   const OpenedMessage opened = LookAtMessage(context, request);

@@ -18,6 +18,6 @@ void PrintMessagePage(Context& context, QWidget* window, MessageHost& host,
 
 /// The same for a stored message as it is first seen when it is read. It keeps its mark.
 void PrintStoredMessage(Context& context, QWidget* window, MessageHost& host,
-                        const QString& serialId);
+                        const SerialId& serialId);
 
 }  // namespace vorn

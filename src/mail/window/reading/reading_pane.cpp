@@ -86,18 +86,18 @@ NoticeBar* ReadingPane::BuildRefusal() {
   return new NoticeBar(QStringLiteral("frPaneRefused"), open);
 }
 
-void ReadingPane::Show(const QString& serialId, bool marks) {
+void ReadingPane::Show(const SerialId& serialId, bool marks) {
   if (serialId != serialId_) {
     serialId_ = serialId;
     request_ = NewRequest();
-    if (!serialId.isEmpty()) {
+    if (!serialId.IsEmpty()) {
       opened_ = LookAtMessage(context_, *request_);
       Fill();
     }
     auto& either = static_cast<QStackedLayout&>(*layout());
-    either.setCurrentWidget(serialId.isEmpty() ? nothing_ : message_);
+    either.setCurrentWidget(serialId.IsEmpty() ? nothing_ : message_);
   }
-  inSight_.Begin(marks && !serialId_.isEmpty() && receipt_->isHidden());
+  inSight_.Begin(marks && !serialId_.IsEmpty() && receipt_->isHidden());
 }
 
 DiskPtr ReadingPane::NewRequest() const {
@@ -107,7 +107,7 @@ DiskPtr ReadingPane::NewRequest() const {
 }
 
 void ReadingPane::FollowEdits() {
-  if (serialId_.isEmpty() || MessageBag(*request_).Status() == kStatusReceived) return;
+  if (serialId_.IsEmpty() || MessageBag(*request_).Status() == kStatusReceived) return;
   ShowRefusal();
   const DiskPtr request = NewRequest();
   OpenedMessage now = LookAtMessage(context_, *request);

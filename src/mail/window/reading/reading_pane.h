@@ -5,6 +5,7 @@
 #include "mail/open_message.h"
 #include "mail/window/host/message_host.h"
 #include "mail/window/reading/sight_timer.h"
+#include "storage/base/serial_id.h"
 
 class QLabel;
 
@@ -26,7 +27,7 @@ class ReadingPane : public QWidget {
   /// Shows a message, or none for an empty identifier. With `marks` it counts as opened once it has
   /// been in sight for two seconds, unless its sender asks for a receipt: that is asked of the user
   /// in the message's window.
-  void Show(const QString& serialId, bool marks);
+  void Show(const SerialId& serialId, bool marks);
   /// Reads what is shown once more if the user writes it himself, who may have gone on meanwhile.
   void FollowEdits();
   /// The pane is out of sight, behind another window of its area, or no longer.
@@ -34,7 +35,7 @@ class ReadingPane : public QWidget {
   /// Prints the message that is shown, with what is in front.
   void Print();
   /// The message that is shown; empty when none is.
-  QString Shown() const { return serialId_; }
+  SerialId Shown() const { return serialId_; }
 
  Q_SIGNALS:
   /// The shown message is to be opened in a window.
@@ -53,7 +54,7 @@ class ReadingPane : public QWidget {
 
   Context& context_;
   MessageHost& host_;
-  QString serialId_;
+  SerialId serialId_;
   DiskPtr request_;
   OpenedMessage opened_;
   SightTimer inSight_;

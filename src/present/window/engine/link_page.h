@@ -41,7 +41,7 @@ class LinkPage : public QWebEnginePage {
   /// A link of a text of the program's own was followed.
   void StepFollowed(const QString& step);
   /// What a folder's page tells, mostly of a message.
-  void RowTold(vorn::RowNews news, const QString& serialId);
+  void RowTold(vorn::RowNews news, const QString& said);
   /// A link to an address was clicked on a web page.
   void MailtoFollowed(const QString& url);
 

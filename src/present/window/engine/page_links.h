@@ -23,7 +23,7 @@ class PageLinks : public QObject {
  Q_SIGNALS:
   void CommandFollowed(const vorn::MailRequest& request);
   void StepFollowed(const QString& step);
-  void RowTold(vorn::RowNews news, const QString& serialId);
+  void RowTold(vorn::RowNews news, const QString& said);
   void MailtoFollowed(const QString& url);
   void FirstNavigation(const QUrl& url);
 };

@@ -33,7 +33,7 @@ void FolderPaging::GoTo(int page) {
   Ask(page, &FolderPaging::PageWanted);
 }
 
-void FolderPaging::GoToMessage(int page, const QString& message, const QStringList& chosen) {
+void FolderPaging::GoToMessage(int page, const SerialId& message, const SerialIds& chosen) {
   page_.place.BeginAtMessage(message, chosen);
   Ask(page, &FolderPaging::MessageWanted);
 }

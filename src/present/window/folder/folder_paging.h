@@ -3,6 +3,7 @@
 #include <QObject>
 
 #include "mail/search/folder_search.h"
+#include "storage/base/serial_id.h"
 
 namespace vorn {
 
@@ -21,7 +22,7 @@ class FolderPaging : public QObject {
 
   /// Goes to the page on which a message stands, and to the message there, where some are chosen:
   /// for those is meant what is done meanwhile.
-  void GoToMessage(int page, const QString& message, const QStringList& chosen);
+  void GoToMessage(int page, const SerialId& message, const SerialIds& chosen);
   /// Shows the folder, or what is found in it, from its first page on.
   void ShowFirst();
   /// Does a step that the page of a search offers (`search_step`).

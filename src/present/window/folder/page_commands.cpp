@@ -175,7 +175,7 @@ void PageCommands::ListIn(QMenu& menu) {
 void PageCommands::Run(const QString& command) {
   auto* action = window_.findChild<QAction*>(QStringLiteral("cmd_") + command);
   if (action == nullptr) return;
-  page_.rows.Chosen([this, action](const QStringList& chosen) {
+  page_.rows.Chosen([this, action](const SerialIds& chosen) {
     QTimer::singleShot(0, this, [this, action, any = !chosen.isEmpty()] {
       if (any) return action->trigger();
       ShowBox(&window_, QMessageBox::Information, Ui::tr("メッセージが選択されていません。"));

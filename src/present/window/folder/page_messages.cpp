@@ -31,14 +31,14 @@ bool AgreesToOpen(QWidget& window, qsizetype windows) {
 
 PageMessages::PageMessages(ShownPage& page, PageSplit& split, BrowserHost& host, QWidget& window)
     : page_(page), split_(split), host_(host), window_(window) {
-  connect(&split_, &PageSplit::OpenWanted, this, [this](OpenMode mode, const QString& message) {
+  connect(&split_, &PageSplit::OpenWanted, this, [this](OpenMode mode, const SerialId& message) {
     host_.OpenMessage(MailRequest::Of(message, mode));
   });
 }
 
 // The user may be asked, which must not happen inside the engine's answer.
-void PageMessages::WithCurrent(const std::function<void(const QString&)>& act) {
-  page_.rows.Current([this, act](const QString& message) {
+void PageMessages::WithCurrent(const std::function<void(const SerialId&)>& act) {
+  page_.rows.Current([this, act](const SerialId& message) {
     QTimer::singleShot(0, this, [act, message] { act(message); });
   });
 }
@@ -52,7 +52,7 @@ bool PageMessages::HasAny(bool any) {
 // All chosen messages are read, one is answered.
 void PageMessages::Open(OpenMode mode) {
   if (mode == OpenMode::Show) {
-    page_.rows.ToOpen([this](const QString& link, const QStringList& messages) {
+    page_.rows.ToOpen([this](const QString& link, const SerialIds& messages) {
       const auto request = ReadLinkCommand(link);
       QTimer::singleShot(0, this, [this, request, messages] {
         request ? host_.OpenMessage(*request) : OpenEach(messages);
@@ -60,15 +60,15 @@ void PageMessages::Open(OpenMode mode) {
     });
     return;
   }
-  WithCurrent([this, mode](const QString& message) {
-    if (HasAny(!message.isEmpty())) host_.OpenMessage(MailRequest::Of(message, mode));
+  WithCurrent([this, mode](const SerialId& message) {
+    if (HasAny(!message.IsEmpty())) host_.OpenMessage(MailRequest::Of(message, mode));
   });
 }
 
-void PageMessages::OpenEach(const QStringList& messages) {
+void PageMessages::OpenEach(const SerialIds& messages) {
   if (!HasAny(!messages.isEmpty())) return;
   if (messages.size() > kManyWindows && !AgreesToOpen(window_, messages.size())) return;
-  for (const QString& message : messages) host_.OpenMessage(MailRequest::Of(message));
+  for (const SerialId& message : messages) host_.OpenMessage(MailRequest::Of(message));
 }
 
 void PageMessages::OpenInWindow(const MailRequest& request) {
@@ -81,7 +81,8 @@ void PageMessages::Follow(const MailRequest& request) {
   if (request.mode != OpenMode::Show || !split_.HasPane()) OpenInWindow(request);
 }
 
-void PageMessages::Told(RowNews news, const QString& message) {
+void PageMessages::Told(RowNews news, const QString& said) {
+  const SerialId message(said);
   switch (news) {
     case RowNews::Current:
       return split_.ShowRow(message);
@@ -93,7 +94,7 @@ void PageMessages::Told(RowNews news, const QString& message) {
       if (split_.HasPane()) OpenInWindow(MailRequest::Of(message));
       return;
     case RowNews::Chosen:
-      return SetChosen(message.toInt());
+      return SetChosen(said.toInt());
   }
 }
 
@@ -107,7 +108,7 @@ void PageMessages::Leave() {
 }
 
 void PageMessages::AddToBook() {
-  page_.rows.Chosen([this](const QStringList& messages) {
+  page_.rows.Chosen([this](const SerialIds& messages) {
     QTimer::singleShot(0, this, [this, messages] {
       if (HasAny(!messages.isEmpty())) host_.Messages().AddToBook(messages);
     });
@@ -115,14 +116,14 @@ void PageMessages::AddToBook() {
 }
 
 void PageMessages::Print() {
-  WithCurrent([this](const QString& message) {
-    if (HasAny(!message.isEmpty())) split_.Print(message);
+  WithCurrent([this](const SerialId& message) {
+    if (HasAny(!message.IsEmpty())) split_.Print(message);
   });
 }
 
-void PageMessages::Ask(void (MessageHost::*command)(const QString&)) {
-  WithCurrent([this, command](const QString& message) {
-    if (HasAny(!message.isEmpty())) (host_.Messages().*command)(message);
+void PageMessages::Ask(void (MessageHost::*command)(const SerialId&)) {
+  WithCurrent([this, command](const SerialId& message) {
+    if (HasAny(!message.IsEmpty())) (host_.Messages().*command)(message);
   });
 }
 
@@ -133,7 +134,7 @@ bool PageMessages::TakesAway(MessageAction action) const {
 }
 
 void PageMessages::Act(MessageAction action) {
-  const auto act = [this, action, folder = page_.request.Folder()](const QStringList& messages) {
+  const auto act = [this, action, folder = page_.request.Folder()](const SerialIds& messages) {
     QTimer::singleShot(0, this, [this, messages, action, folder] {
       if (HasAny(!messages.isEmpty())) ActOn(messages, action, folder);
     });
@@ -143,14 +144,14 @@ void PageMessages::Act(MessageAction action) {
 }
 
 // The window may close or show another folder while the user is asked.
-void PageMessages::ActOn(const QStringList& messages, MessageAction action, const QString& folder) {
+void PageMessages::ActOn(const SerialIds& messages, MessageAction action, const SerialId& folder) {
   const QPointer<PageMessages> self(this);
   const bool isOfAll = page_.request.Search().isEverywhere;
-  const QStringList gone = host_.ActOnMessages(action, messages, isOfAll ? QString() : folder);
+  const SerialIds gone = host_.ActOnMessages(action, messages, isOfAll ? SerialId() : folder);
   if (self == nullptr || page_.request.Folder() != folder) return;
   Q_EMIT Gone(gone);
-  QStringList stayed = TakesAway(action) ? messages : QStringList();
-  stayed.removeIf([&gone](const QString& message) { return gone.contains(message); });
+  SerialIds stayed = TakesAway(action) ? messages : SerialIds();
+  stayed.removeIf([&gone](const SerialId& message) { return gone.contains(message); });
   page_.rows.GiveBack(stayed);
 }
 

@@ -8,6 +8,7 @@
 #include "mail/open_message.h"
 #include "present/window/engine/row_news.h"
 #include "present/window/page/browser_host.h"
+#include "storage/base/serial_id.h"
 
 class QWidget;
 
@@ -33,12 +34,12 @@ class PageMessages : public QObject {
   void AddToBook();
   void Print();
   /// Has the program around do something with the current message, if there is one.
-  void Ask(void (MessageHost::*command)(const QString&));
+  void Ask(void (MessageHost::*command)(const SerialId&));
 
   /// A link to a message was clicked on the page.
   void Follow(const MailRequest& request);
   /// See `LinkPage::RowTold`.
-  void Told(RowNews news, const QString& message);
+  void Told(RowNews news, const QString& said);
   /// How many messages the user has chosen one by one.
   int CountChosen() const { return chosen_; }
   /// There is no current message any more, and none is chosen.
@@ -50,16 +51,16 @@ class PageMessages : public QObject {
   /// More or fewer messages are chosen.
   void ChosenChanged();
   /// Messages have left the folder.
-  void Gone(const QStringList& messages);
+  void Gone(const SerialIds& messages);
 
  private:
   void SetChosen(int count);
   bool HasAny(bool any);
-  void WithCurrent(const std::function<void(const QString&)>& act);
+  void WithCurrent(const std::function<void(const SerialId&)>& act);
   void OpenInWindow(const MailRequest& request);
-  void OpenEach(const QStringList& messages);
+  void OpenEach(const SerialIds& messages);
   bool TakesAway(MessageAction action) const;
-  void ActOn(const QStringList& messages, MessageAction action, const QString& folder);
+  void ActOn(const SerialIds& messages, MessageAction action, const SerialId& folder);
 
   ShownPage& page_;
   PageSplit& split_;

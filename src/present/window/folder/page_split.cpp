@@ -78,18 +78,18 @@ bool PageSplit::HasPane() const {
   return pane_ != nullptr && !pane_->isHidden();
 }
 
-void PageSplit::ShowRow(const QString& serialId) {
+void PageSplit::ShowRow(const SerialId& serialId) {
   row_ = serialId;
   if (HasPane()) pane_->Show(row_, true);
 }
 
-void PageSplit::RowKept(const QString& serialId) {
+void PageSplit::RowKept(const SerialId& serialId) {
   if (serialId != row_) return ShowRow(serialId);
   if (HasPane()) pane_->FollowEdits();
 }
 
 void PageSplit::RowLeft() {
-  if (row_.isEmpty()) return;
+  if (row_.IsEmpty()) return;
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
   if (mail && !MessageRows(context_.Data).Has(row_)) ShowNothing();
 }
@@ -103,7 +103,7 @@ void PageSplit::Cover(bool covered) {
   if (pane_ != nullptr) pane_->Cover(covered);
 }
 
-void PageSplit::Print(const QString& serialId) {
+void PageSplit::Print(const SerialId& serialId) {
   if (HasPane() && pane_->Shown() == serialId) {
     pane_->Print();
   } else {

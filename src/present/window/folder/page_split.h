@@ -4,6 +4,7 @@
 
 #include "mail/open_message.h"
 #include "objects/settings.h"
+#include "storage/base/serial_id.h"
 
 class QWebEngineView;
 
@@ -26,25 +27,25 @@ class PageSplit : public QSplitter {
   void Arrange(bool isFolder);
   bool HasPane() const;
   /// The user has made a message the current one.
-  void ShowRow(const QString& serialId);
+  void ShowRow(const SerialId& serialId);
   /// The page was made anew, and this message, or none, is the current one of it.
-  void RowKept(const QString& serialId);
+  void RowKept(const SerialId& serialId);
   /// The page was made anew without the current message, which the user did not take away: he goes
   /// on reading it.
   void RowLeft();
   /// The message of the current row; empty for none.
-  QString Row() const { return row_; }
+  SerialId Row() const { return row_; }
   /// What is shown is not marked by and by, because the user marks it himself.
   void StopMarking();
   /// See `ReadingPane::Cover`.
   void Cover(bool covered);
   /// Prints a message of the page, as the pane has it where it shows that.
-  void Print(const QString& serialId);
+  void Print(const SerialId& serialId);
   /// Another page comes.
-  void ShowNothing() { ShowRow(QString()); }
+  void ShowNothing() { ShowRow(SerialId()); }
 
  Q_SIGNALS:
-  void OpenWanted(vorn::OpenMode mode, const QString& serialId);
+  void OpenWanted(vorn::OpenMode mode, const SerialId& serialId);
   /// There is a pane for the first time.
   void PaneMade(QWidget* pane);
 
@@ -62,7 +63,7 @@ class PageSplit : public QSplitter {
   MessageHost& host_;
   ReadingPane* pane_ = nullptr;
   PanePlace place_ = PanePlace::Nowhere;
-  QString row_;  // the current message, whether the pane has room to show it or not
+  SerialId row_;  // the current message, whether the pane has room to show it or not
   bool isCovered_ = false;
 };
 

@@ -23,7 +23,7 @@ ShownFolder::ShownFolder(const Parts& parts)
       messages_(parts.page, parts.split, parts.host, parts.window),
       navigation_(
           parts.context, parts.pages, parts.page,
-          [this](int number, const QString& message, const QStringList& chosen) {
+          [this](int number, const SerialId& message, const SerialIds& chosen) {
             paging_.GoToMessage(number, message, chosen);
           },
           [this](const QString& sentence) { parts_.host.Tell(sentence); }),
@@ -76,7 +76,7 @@ void ShownFolder::Leave() {
   parts_.page.request.SetReadsTexts(false);
   parts_.page.change.LeavePlace();
   parts_.split.ShowNothing();
-  searchedFrom_.clear();
+  searchedFrom_ = {};
   parts_.page.request.SetSearch({});  // so that emptying the box searches nothing
   parts_.toolbar.Search().clear();
   parts_.toolbar.Search().ShowFound(-1);
@@ -84,25 +84,25 @@ void ShownFolder::Leave() {
 
 // Who gives up a search goes on with the message that he found by it, or from which he began it.
 void ShownFolder::ShowSearched() {
-  if (!parts_.split.Row().isEmpty()) searchedFrom_ = parts_.split.Row();
+  if (!parts_.split.Row().IsEmpty()) searchedFrom_ = parts_.split.Row();
   const bool isAll = parts_.page.request.Search().isEmpty();
   const bool readsTexts = !isAll && parts_.toolbar.Search().IsInTexts();
   parts_.page.request.SetReadsTexts(readsTexts);
-  ShowAt(isAll ? std::exchange(searchedFrom_, {}) : QString());
+  ShowAt(isAll ? std::exchange(searchedFrom_, {}) : SerialId());
   texts_->Stop();
   if (readsTexts) ReadTexts();
 }
 
 // At that message where it is shown.
-void ShownFolder::ShowAt(const QString& message) {
+void ShownFolder::ShowAt(const SerialId& message) {
   parts_.page.change.LeavePlace();
-  if (message.isEmpty() || !navigation_.GoToShown(message)) paging_.ShowFirst();
+  if (message.IsEmpty() || !navigation_.GoToShown(message)) paging_.ShowFirst();
 }
 
 void ShownFolder::ReadTexts() {
   const FolderSearch search = Search();
   texts_->Begin(parts_.pages.ScopeQuestion(parts_.page.request.Folder(), search), search.text,
-                [this, search](const Result<QStringList>& hits) {
+                [this, search](const Result<SerialIds>& hits) {
                   if (hits) return ShowHits(search, *hits);
                   parts_.host.Tell(hits.Error().text);
                   EndTexts();
@@ -116,7 +116,7 @@ void ShownFolder::EndTexts() {
 }
 
 // Who has gone to a message or chosen some meanwhile goes on with them.
-void ShownFolder::ShowHits(FolderSearch search, const QStringList& hits) {
+void ShownFolder::ShowHits(FolderSearch search, const SerialIds& hits) {
   PageRequest& request = parts_.page.request;
   request.SetReadsTexts(false);
   if (!request.IsLocal()) return;
@@ -143,7 +143,7 @@ void ShownFolder::ComeBack(bool wasInUse) {
 
 void ShownFolder::Lose() {
   parts_.page.change.Lose();
-  if (!parts_.split.Row().isEmpty()) parts_.page.place.BeginAtMessage(parts_.split.Row());
+  if (!parts_.split.Row().IsEmpty()) parts_.page.place.BeginAtMessage(parts_.split.Row());
 }
 
 void ShownFolder::Cover(bool covered) {
@@ -154,11 +154,11 @@ FolderSearch ShownFolder::Search() const {
   return parts_.page.request.Search();
 }
 
-void ShownFolder::ChosenMessages(const std::function<void(const QStringList&)>& then) {
+void ShownFolder::ChosenMessages(const std::function<void(const SerialIds&)>& then) {
   parts_.page.rows.Chosen(then);
 }
 
-void ShownFolder::MessagesGone(const QStringList& messages) {
+void ShownFolder::MessagesGone(const SerialIds& messages) {
   parts_.maker.Search().LeaveOut(messages);
   parts_.page.rows.Remove(messages);
 }

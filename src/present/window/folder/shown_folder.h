@@ -8,6 +8,7 @@
 #include "present/window/folder/folder_paging.h"
 #include "present/window/folder/page_commands.h"
 #include "present/window/folder/page_messages.h"
+#include "storage/base/serial_id.h"
 
 namespace vorn {
 
@@ -58,15 +59,15 @@ class ShownFolder : public QObject {
   /// Shows all of the folder again.
   void GiveUpSearch() { paging_.GiveUpSearch(); }
   /// Makes a message of the folder the current one, whichever page it is on.
-  void GoToMessage(const QString& message) { navigation_.GoTo(message); }
+  void GoToMessage(const SerialId& message) { navigation_.GoTo(message); }
   /// Goes to messages that have come back into the folder: what is done next is done with them.
-  void GoToReturned(const QStringList& messages) { navigation_.GoToReturned(messages); }
+  void GoToReturned(const SerialIds& messages) { navigation_.GoToReturned(messages); }
   /// How many messages the user has chosen one by one.
   int CountChosen() const { return messages_.CountChosen(); }
   /// Gives the messages that the user has chosen, or the current one.
-  void ChosenMessages(const std::function<void(const QStringList&)>& then);
+  void ChosenMessages(const std::function<void(const SerialIds&)>& then);
   /// Messages have left the folder; the page is yet to be made anew.
-  void MessagesGone(const QStringList& messages);
+  void MessagesGone(const SerialIds& messages);
   /// See `PageQueue::After`.
   void AfterCommands(const std::function<void()>& then);
   /// See `PageCommands`.
@@ -81,10 +82,10 @@ class ShownFolder : public QObject {
   void ConnectPaging();
   void ConnectMessages();
   void ShowSearched();
-  void ShowAt(const QString& message);
+  void ShowAt(const SerialId& message);
   void ReadTexts();
   void EndTexts();
-  void ShowHits(FolderSearch search, const QStringList& hits);
+  void ShowHits(FolderSearch search, const SerialIds& hits);
 
   const Parts parts_;
   FolderPaging paging_;
@@ -92,7 +93,7 @@ class ShownFolder : public QObject {
   MessageNavigation navigation_;
   PageCommands commands_;
   TextWait* texts_;
-  QString searchedFrom_;  // the message that was the current one before the search
+  SerialId searchedFrom_;  // the message that was the current one before the search
 };
 
 }  // namespace vorn

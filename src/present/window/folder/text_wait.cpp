@@ -28,18 +28,18 @@ TextWait::TextWait(Context& context, std::function<void()> stopped, QPushButton*
 }
 
 void TextWait::Begin(const QString& question, const QString& text,
-                     const std::function<void(const Result<QStringList>&)>& then) {
+                     const std::function<void(const Result<SerialIds>&)>& then) {
   Stop();
   const auto finds = [search = TextSearch(context_, text)](Connection& connection,
-                                                           const QString& serialId) {
-    return search.Finds(connection, serialId);
+                                                           const QString& value) {
+    return search.Finds(connection, SerialId(value));
   };
   const auto take = [this, then](const ConditionRun::Answer& answer) {
     told_.stop();
     Say({});
     if (!answer.values) return then(answer.values.Error());
-    QStringList found;
-    for (const QVariant& value : *answer.values) found.append(value.toString());
+    SerialIds found;
+    for (const QVariant& value : *answer.values) found.append(SerialIdOf(value));
     then(found);
   };
   run_.reset(new ConditionRun(context_, question, kFindMs, take, {finds, Most + 1}));

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "kit/window/notice_bar.h"
+#include "storage/base/serial_id.h"
 #include "storage/condition_run.h"
 
 namespace vorn {
@@ -21,7 +22,7 @@ class TextWait : public NoticeBar {
   /// Reads the messages that `question` asks for. `then` gets the identifiers of those that have
   /// `text`, one too many where there are more.
   void Begin(const QString& question, const QString& text,
-             const std::function<void(const Result<QStringList>&)>& then);
+             const std::function<void(const Result<SerialIds>&)>& then);
   void Stop();
 
  private:

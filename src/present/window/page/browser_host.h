@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+#include "storage/base/serial_id.h"
+
 class QPrinter;
 
 namespace vorn {
@@ -24,8 +26,8 @@ class BrowserHost {
   virtual void WriteTo(const QString& mailto) = 0;
   /// Acts on messages of a folder, after asking the user where that is due. Returns those that have
   /// left the folder.
-  virtual QStringList ActOnMessages(MessageAction action, const QStringList& messages,
-                                    const QString& folder) = 0;
+  virtual SerialIds ActOnMessages(MessageAction action, const SerialIds& messages,
+                                  const SerialId& folder) = 0;
   /// A new browser window, not yet shown.
   virtual BrowserWindow* NewBrowserWindow() = 0;
   /// The other browser window that answers to a target name; null when there is none.

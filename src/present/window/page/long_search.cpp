@@ -45,11 +45,10 @@ void LongSearch::Take(const ConditionRun::Answer& answer, const std::function<vo
     Q_EMIT Failed(answer.values.Error().text);
     return;
   }
-  QStringList serialIds;
-  for (const QVariant& value : *answer.values) serialIds.append(value.toString());
-  serialIds.removeIf([gone = QSet<QString>(gone_.cbegin(), gone_.cend())](const QString& message) {
-    return gone.contains(message);
-  });
+  SerialIds serialIds;
+  for (const QVariant& value : *answer.values) serialIds.append(SerialIdOf(value));
+  serialIds.removeIf([gone = QSet<SerialId>(gone_.cbegin(), gone_.cend())](
+                         const SerialId& message) { return gone.contains(message); });
   pages_.TakeAnswer(request_.Folder(), request_.Search(), serialIds);
   if (wait_->TakeAgain()) LookAgain();
   then();
@@ -57,7 +56,7 @@ void LongSearch::Take(const ConditionRun::Answer& answer, const std::function<vo
 
 // What has changed while the messages were looked for may not be in the answer.
 void LongSearch::LookAgain() {
-  const QString folder = request_.Folder();
+  const SerialId folder = request_.Folder();
   const FolderSearch search = request_.Search();
   QTimer::singleShot(kLookAgainMs, this, [this, folder, search] {
     if (!request_.IsLocal() || request_.Folder() != folder || !(request_.Search() == search))

@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <functional>
 
+#include "storage/base/serial_id.h"
 #include "storage/condition_run.h"
 
 class QWidget;
@@ -28,7 +29,7 @@ class LongSearch : public QObject {
   void Begin(const std::function<void()>& then);
   void Stop();
   /// Messages have left the folder: they are none of those that are being looked for.
-  void LeaveOut(const QStringList& messages) { gone_ += messages; }
+  void LeaveOut(const SerialIds& messages) { gone_ += messages; }
   /// The bar, with a button that stops it.
   QWidget* Bar() const;
 
@@ -47,7 +48,7 @@ class LongSearch : public QObject {
   MessageListPages& pages_;
   const PageRequest& request_;
   ConditionWait* wait_;
-  QStringList gone_;  // since it began
+  SerialIds gone_;  // since it began
 };
 
 }  // namespace vorn
