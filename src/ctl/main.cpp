@@ -249,7 +249,8 @@ QString FindFolder(Context& context, const QString& nameOrSerial) {
   if (named != nullptr) return named->SerialID();
   for (const DiskPtr& object : context.Objects) {
     const AnyObject any(*object);
-    if (any.Is(object_type::kFolder) && any.ShownName() == nameOrSerial) return object->SerialID();
+    if (any.Is(object_type::kFolder) && any.Names().contains(nameOrSerial))
+      return object->SerialID();
   }
   const DiskPtr folder = context.Objects.Find(nameOrSerial);
   const bool isFolder = folder != nullptr && AnyObject(*folder).Is(object_type::kFolder);
