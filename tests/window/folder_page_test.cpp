@@ -532,7 +532,7 @@ TEST_F(FolderPageTest, TheTableLeavesTheSubjectItsRoom) {
   FocusPage();
   Press(Qt::Key_Home);
   for (const auto& [width, share, shown] :
-       {std::tuple{320, 0.6, 1}, {400, 0.6, 1}, {560, 0.45, 1}, {800, 0.5, 3}}) {
+       {std::tuple{320, 0.6, 1}, {400, 0.6, 1}, {560, 0.4, 1}, {800, 0.5, 3}}) {
     View()->setFixedWidth(width);
     ASSERT_TRUE(AwaitScript(QStringLiteral("innerWidth === %1").arg(width)));
     EXPECT_GE(Script(QStringLiteral("(() => { const cell = document.querySelector('td.subject');"
