@@ -81,7 +81,7 @@
     </message>
     <message>
         <source>ユーザー設定を保存できないため、起動できません。</source>
-        <translation>The program cannot start, since the user&apos;s settings cannot be saved.</translation>
+        <translation>The program cannot start because the user&apos;s settings cannot be saved.</translation>
     </message>
     <message>
         <source>プロファイル一覧のファイル「%1」を開けません。%2</source>
@@ -269,7 +269,7 @@
     </message>
     <message>
         <source>フォルダに入れる</source>
-        <translation>File into</translation>
+        <translation>Move to Folder</translation>
     </message>
     <message>
         <source>くずかご</source>
@@ -321,7 +321,7 @@
     </message>
     <message>
         <source>フォルダの書き出し(&amp;W)..</source>
-        <translation>&amp;Write the Folder to a File..</translation>
+        <translation>Export the Folder (&amp;W)..</translation>
     </message>
     <message>
         <source>終了(&amp;X)</source>
@@ -349,7 +349,7 @@
     </message>
     <message>
         <source>くずかごのメッセージをすべて削除します。元には戻せません。よろしいですか？</source>
-        <translation>All messages in the trash will be deleted for good. Go on?</translation>
+        <translation>All messages in the trash will be permanently deleted. Continue?</translation>
     </message>
     <message>
         <source>削除できませんでした。</source>
@@ -357,7 +357,7 @@
     </message>
     <message>
         <source>記録イベントをクリアします？よろしいですか？</source>
-        <translation>The recorded events will be cleared. Go on?</translation>
+        <translation>The recorded events will be cleared. Continue?</translation>
     </message>
     <message>
         <source>変更を保存できませんでした。</source>
@@ -437,15 +437,15 @@
     </message>
     <message>
         <source>「%1」はもうあります。</source>
-        <translation>“%1” exists already.</translation>
+        <translation>“%1” already exists.</translation>
     </message>
     <message>
         <source>「%1」に書き込めません。</source>
-        <translation>“%1” cannot be written.</translation>
+        <translation>Cannot write to “%1”.</translation>
     </message>
     <message>
         <source>「%1」に書き込めません。ディスクの空き容量を確認してください。</source>
-        <translation>“%1” cannot be written. Check the free space of the disk.</translation>
+        <translation>Cannot write to “%1”. Check the free space on the disk.</translation>
     </message>
     <message>
         <source>開封通知： </source>
@@ -579,7 +579,7 @@ Date: </translation>
     </message>
     <message>
         <source>宛て先(TO,CC,BCC)が不明です。送信するには宛て先を指定して下さい。</source>
-        <translation>There is no recipient (TO, CC, BCC). Name one to send the message.</translation>
+        <translation>This message has no recipient (To, Cc or Bcc). Add one to send it.</translation>
     </message>
     <message>
         <source>送信者(FROM)が不明です。送信するには送信者を指定して下さい。</source>
@@ -587,7 +587,7 @@ Date: </translation>
     </message>
     <message>
         <source>このメールは、</source>
-        <translation>This message is in </translation>
+        <translation>This message is in the folder </translation>
     </message>
     <message>
         <source>に入っています。取り出して送信しますか？</source>
@@ -599,11 +599,11 @@ Date: </translation>
     </message>
     <message>
         <source>メッセージの送信をキャンセルして、編集できるようにします。よろしいですか？</source>
-        <translation>The sending will be cancelled and the message can be edited. Go on?</translation>
+        <translation>The sending will be cancelled and the message can be edited. Continue?</translation>
     </message>
     <message>
         <source>メッセージを削除します。よろしいですか？</source>
-        <translation>The message will be deleted. Go on?</translation>
+        <translation>The message will be deleted. Continue?</translation>
     </message>
     <message>
         <source>保存フォルダ</source>
@@ -631,7 +631,7 @@ Date: </translation>
     </message>
     <message>
         <source>このメッセージは、送信された方から開封通知の要求がされています。通知しますか？</source>
-        <translation>The sender asks to be told that this message has been read. Tell the sender?</translation>
+        <translation>The sender has asked for a read receipt. Send one?</translation>
     </message>
     <message>
         <source>日本語ＪＩＳ(&amp;J)</source>
@@ -823,7 +823,7 @@ Date: </translation>
     </message>
     <message>
         <source>アドレスブックから選びます。</source>
-        <translation>Chooses from the address books.</translation>
+        <translation>Choose from the address books.</translation>
     </message>
     <message>
         <source>アドレス(&amp;D)</source>
@@ -867,7 +867,7 @@ Date: </translation>
     </message>
     <message>
         <source> プロパティ</source>
-        <translation> - Properties</translation>
+        <translation> - Message</translation>
     </message>
     <message>
         <source>このメッセージを保存します。よろしいですか？</source>
@@ -903,11 +903,11 @@ Date: </translation>
     </message>
     <message>
         <source>オブジェクト名が設定されていません。</source>
-        <translation>There is no name.</translation>
+        <translation>Please enter a name.</translation>
     </message>
     <message>
         <source>同じオブジェクト名を持つオブジェクトが存在します。</source>
-        <translation>This name is taken.</translation>
+        <translation>This name is already in use.</translation>
     </message>
     <message>
         <source>アカウント(&amp;A)</source>
@@ -959,7 +959,7 @@ Date: </translation>
     </message>
     <message>
         <source>確認できない証明書を信頼しています（SHA-256 %1…）。&lt;a href=&quot;#&quot;&gt;取り消す&lt;/a&gt;</source>
-        <translation>A certificate that cannot be verified is trusted (SHA-256 %1…). &lt;a href=&quot;#&quot;&gt;Take back&lt;/a&gt;</translation>
+        <translation>A certificate that cannot be verified is trusted (SHA-256 %1…). &lt;a href=&quot;#&quot;&gt;Revoke&lt;/a&gt;</translation>
     </message>
     <message>
         <source>サーバー名に使えない文字があります。</source>
@@ -999,11 +999,11 @@ Date: </translation>
     </message>
     <message>
         <source>件名に含む</source>
-        <translation>subject has</translation>
+        <translation>subject contains</translation>
     </message>
     <message>
         <source>アドレスに含む</source>
-        <translation>address has</translation>
+        <translation>address contains</translation>
     </message>
     <message>
         <source>フォルダにある</source>
@@ -1063,7 +1063,7 @@ Date: </translation>
     </message>
     <message>
         <source> 日前から</source>
-        <translation> days back</translation>
+        <translation> days ago or later</translation>
     </message>
     <message>
         <source>検索する文字列（* は任意の文字）</source>
@@ -1203,7 +1203,7 @@ Date: </translation>
     </message>
     <message>
         <source>データーベースに保存されているメッセージも削除されます。よろしいですか？</source>
-        <translation>The messages stored in the database will be deleted as well. Go on?</translation>
+        <translation>The messages stored in the database will be deleted as well. Continue?</translation>
     </message>
     <message>
         <source>使用中</source>
@@ -1227,7 +1227,7 @@ Date: </translation>
     </message>
     <message>
         <source>メッセージの内容をHTMLとして扱わない（安全）(&amp;H)</source>
-        <translation>Do not take mail for &amp;HTML on pages (safe)</translation>
+        <translation>Do not treat message text as &amp;HTML in lists (safe)</translation>
     </message>
     <message>
         <source>ツールバーをアイコンだけにする(&amp;I)</source>
@@ -1263,7 +1263,7 @@ Date: </translation>
     </message>
     <message>
         <source>新着メッセージを知らせる(&amp;M)</source>
-        <translation>Tell of new &amp;messages</translation>
+        <translation>Notify me of new &amp;messages</translation>
     </message>
     <message>
         <source>開くかどうかを尋ねる(&amp;D)</source>
@@ -1295,7 +1295,7 @@ Date: </translation>
     </message>
     <message>
         <source>返信、転送を編集(&amp;S)</source>
-        <translation>Quote in an&amp;swers and forwards</translation>
+        <translation>Quote in replie&amp;s and forwards</translation>
     </message>
     <message>
         <source>返信の件名(&amp;Y)</source>
@@ -1311,7 +1311,7 @@ Date: </translation>
     </message>
     <message>
         <source>MIME形式(&amp;M) :</source>
-        <translation>&amp;MIME encoding :</translation>
+        <translation>&amp;MIME encoding:</translation>
     </message>
     <message>
         <source>本文もMIME形式にする(&amp;T)</source>
@@ -1347,7 +1347,7 @@ Date: </translation>
     </message>
     <message>
         <source>メッセージ1通分の始まりと終わり</source>
-        <translation>begin and end of one message</translation>
+        <translation>beginning and end of one message</translation>
     </message>
     <message>
         <source>件名</source>
@@ -1375,15 +1375,15 @@ Date: </translation>
     </message>
     <message>
         <source>未開封の印 ○</source>
-        <translation>mark of unread, ○</translation>
+        <translation>mark for unread messages, ○</translation>
     </message>
     <message>
         <source>添付ファイルの印 ＠</source>
-        <translation>mark of attachments, ＠</translation>
+        <translation>mark for attachments, ＠</translation>
     </message>
     <message>
         <source>優先度の印 ↑ ↓</source>
-        <translation>mark of priority, ↑ ↓</translation>
+        <translation>mark for priority, ↑ ↓</translation>
     </message>
     <message>
         <source>大きさ（キロバイト）</source>
@@ -1559,7 +1559,7 @@ Date: </translation>
     </message>
     <message>
         <source>ディスクに書き込めません。</source>
-        <translation>The disk cannot be written.</translation>
+        <translation>Cannot write to the disk.</translation>
     </message>
     <message>
         <source>データベースが使用中です。</source>
@@ -1579,7 +1579,7 @@ Date: </translation>
     </message>
     <message>
         <source>ファイルを複製できません。ディスクの空き容量を確認してください。</source>
-        <translation>The file cannot be copied. Check the free space of the disk.</translation>
+        <translation>The file cannot be copied. Check the free space on the disk.</translation>
     </message>
     <message>
         <source>ファイルがありません。</source>
@@ -1595,7 +1595,7 @@ Date: </translation>
     </message>
     <message>
         <source>ディスクに書き込めません。空き容量を確認してください。</source>
-        <translation>The disk cannot be written. Check its free space.</translation>
+        <translation>Cannot write to the disk. Check its free space.</translation>
     </message>
     <message>
         <source>データベースファイルを読み書きできません。</source>
@@ -1615,11 +1615,11 @@ Date: </translation>
     </message>
     <message>
         <source>データベースファイルに書き込めません。</source>
-        <translation>The database file cannot be written.</translation>
+        <translation>Cannot write to the database file.</translation>
     </message>
     <message>
         <source>プロファイルのフォルダに書き込めません。</source>
-        <translation>The profile&apos;s folder cannot be written.</translation>
+        <translation>Cannot write to the profile&apos;s folder.</translation>
     </message>
     <message>
         <source>パスワードの変更を完了できません。ファイルを使っているプログラムを終了してから、もう一度ログインしてください。</source>
@@ -1639,7 +1639,7 @@ Date: </translation>
     </message>
     <message>
         <source>パスワードが入力されなかったので、受信しませんでした。</source>
-        <translation>Nothing was received, since no password was entered.</translation>
+        <translation>Nothing was received because no password was entered.</translation>
     </message>
     <message>
         <source>接続できました。</source>
@@ -1779,7 +1779,7 @@ Date: </translation>
     </message>
     <message>
         <source>暗号化の前に余分なデータが届きました。通信が改ざんされているおそれがあります。</source>
-        <translation>There were data before the encryption began. Somebody may be tampering with the connection.</translation>
+        <translation>Unexpected data arrived before encryption began. Someone may be tampering with the connection.</translation>
     </message>
     <message>
         <source>ログインできません。ユーザー名とパスワードを確認してください。</source>
@@ -1803,7 +1803,7 @@ Date: </translation>
     </message>
     <message>
         <source>送信で使用するアカウントが不明です。</source>
-        <translation>It is unknown which account to send with.</translation>
+        <translation>The account to send with is not known.</translation>
     </message>
     <message>
         <source>（サーバーの応答: </source>
@@ -1867,7 +1867,7 @@ Date: </translation>
     </message>
     <message>
         <source>受信停止(&amp;S)</source>
-        <translation>&amp;Stopped mail</translation>
+        <translation>Blocked mail (&amp;S)</translation>
     </message>
     <message>
         <source>動作(&amp;D)</source>
@@ -1879,17 +1879,17 @@ Date: </translation>
     </message>
     <message>
         <source>受信停止の条件</source>
-        <translation>Conditions of stopped mail</translation>
+        <translation>Conditions for blocked mail</translation>
     </message>
     <message>
         <source>追加するには ($追加) を右クリックするか、選んでEnterキーを押します。
 使える記号: * 任意の文字列、? 任意の1文字、# 数字、[ ] いずれかの文字</source>
-        <translation>To add one, right-click ($add), or choose it and press Enter.
-Signs: * anything, ? one character, # a digit, [ ] one of these characters</translation>
+        <translation>To add one, right-click ($add), or select it and press Enter.
+Wildcards: * anything, ? one character, # a digit, [ ] one of these characters</translation>
     </message>
     <message>
         <source>受信を停止したメッセージをサーバーから削除する(&amp;X)</source>
-        <translation>Delete stopped messages from the server (&amp;X)</translation>
+        <translation>Delete blocked messages from the server (&amp;X)</translation>
     </message>
     <message>
         <source>条件の編集</source>
@@ -1921,13 +1921,13 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>送信者に知られないように、リモート画像は表示していません。</source>
-        <translation>Remote pictures are not shown, so that the sender learns nothing.</translation>
+        <translation>Remote pictures are hidden so that the sender cannot track you.</translation>
     </message>
     <message>
         <source>次のアドレスを開きます。よろしいですか？
 
 </source>
-        <translation>This address will be opened. Go on?
+        <translation>This address will be opened. Continue?
 
 </translation>
     </message>
@@ -1970,7 +1970,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>画面の状態を1行ずつ標準出力に書く（自動操作のため）</source>
-        <translation>writes the state of the windows to the standard output, a line each (for automation)</translation>
+        <translation>writes the state of the windows to standard output, one line each (for automation)</translation>
     </message>
     <message>
         <source>プロファイルを使えません。</source>
@@ -1978,15 +1978,15 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>「%1」は既にあります。上書きしますか？</source>
-        <translation>“%1” exists already. Overwrite it?</translation>
+        <translation>“%1” already exists. Overwrite it?</translation>
     </message>
     <message>
         <source>保存されているメッセージを読み込めないため、取り込みません。</source>
-        <translation>Nothing is imported, since the stored messages cannot be read.</translation>
+        <translation>Nothing is imported because the stored messages cannot be read.</translation>
     </message>
     <message>
         <source>「%1」には書き出したメッセージのほかのものがあるので、置き換えません。</source>
-        <translation>“%1” holds other things than exported messages and is not replaced.</translation>
+        <translation>“%1” contains something other than exported messages, so it is not replaced.</translation>
     </message>
     <message>
         <source>「%1」には別の書き出しが書き込んでいます。</source>
@@ -1998,15 +1998,15 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>送信済みにする(&amp;K)</source>
-        <translation>&amp;Keep as sent</translation>
+        <translation>Mar&amp;k as Sent</translation>
     </message>
     <message>
         <source>このメッセージは、届いたかどうか分かりません。相手に確かめてから選んでください。</source>
-        <translation>Nobody knows whether this message arrived. Ask its recipient, then choose.</translation>
+        <translation>It is not known whether this message arrived. Ask the recipient, then choose.</translation>
     </message>
     <message>
         <source>いつ送信を試みたか: %1（サーバー「%2」）</source>
-        <translation>When sending was tried: %1 (server “%2”)</translation>
+        <translation>Sending was attempted: %1 (server “%2”)</translation>
     </message>
     <message>
         <source>サーバーの応答: %1</source>
@@ -2066,7 +2066,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>送信中か、送信の結果が分からないメッセージです。</source>
-        <translation>The message is being sent, or nobody knows whether it was.</translation>
+        <translation>The message is being sent, or it is not known whether it was sent.</translation>
     </message>
     <message>
         <source>同じメッセージが既に保存されています。</source>
@@ -2126,7 +2126,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>データベースファイルを作成できません。ディスクの空き容量を確認してください。</source>
-        <translation>The database file cannot be created. Check the room on the disk.</translation>
+        <translation>The database file cannot be created. Check the free space on the disk.</translation>
     </message>
     <message>
         <source>フォルダ「%1」に書き込めません。</source>
@@ -2170,7 +2170,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>「%1」が壊れているため、受信しません。</source>
-        <translation>Nothing is received, since “%1” is damaged.</translation>
+        <translation>Nothing is received because “%1” is damaged.</translation>
     </message>
     <message>
         <source>サーバー「%1」の応答が遅すぎるため、通信を中止しました。しばらくしてからもう一度実行してください。</source>
@@ -2194,7 +2194,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>送信の途中で終了したため、届いたかどうか分からないメッセージが%1通あります。開いて、もう一度送信するか、送信済みにするかを選んでください。</source>
-        <translation>A program ended while it was sending, so nobody knows whether some messages arrived: %1. Open them and choose whether to send them again or to keep them as sent.</translation>
+        <translation>A program ended while it was sending, so it is not known whether some messages arrived: %1. Open them and choose whether to send them again or mark them as sent.</translation>
     </message>
     <message>
         <source>メッセージ「%1」を読み込めないので、送信しませんでした。</source>
@@ -2206,7 +2206,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>届いたかどうか分かりません。相手に確かめてから、もう一度送信するか、送信済みにするかを選んでください。</source>
-        <translation>Nobody knows whether it arrived. Ask the recipient, then choose whether to send it again or to keep it as sent.</translation>
+        <translation>It is not known whether it arrived. Ask the recipient, then choose whether to send it again or mark it as sent.</translation>
     </message>
     <message>
         <source>アドレス「%1」の@より前に、このサーバーが扱えない文字があります（SMTPUTF8に対応していません）。半角の英数字のアドレスを使ってください。</source>
@@ -2226,11 +2226,11 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>データベースファイルが壊れているので、サーバーからは削除しません。</source>
-        <translation>Nothing is deleted on the server, since the database file is damaged.</translation>
+        <translation>Nothing is deleted on the server because the database file is damaged.</translation>
     </message>
     <message>
         <source>送信の記録を保存できないので、送信しませんでした。</source>
-        <translation>It was not sent, since the record of the sending cannot be stored. </translation>
+        <translation>It was not sent because the record of the sending cannot be stored. </translation>
     </message>
     <message>
         <source>（サーバーは受け取りました）</source>
@@ -2238,7 +2238,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>送信できなかったことを保存できません。</source>
-        <translation>It cannot be stored that the message was not sent. </translation>
+        <translation>Cannot record that the message was not sent. </translation>
     </message>
     <message>
         <source>保存済みのメッセージを読み込めないので、サーバーから削除しません。</source>
@@ -2338,7 +2338,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>読み込めるメッセージを「ファイル」の「フォルダの書き出し」で別の場所に保存するか、バックアップから戻してください。「vornctl check」で、どのメッセージが読み込めないかを調べられます。</source>
-        <translation>Save the readable messages elsewhere by File &gt; Write the Folder to a File, or restore a backup. “vornctl check” tells which messages cannot be read.</translation>
+        <translation>Save the readable messages elsewhere by File &gt; Export the Folder, or restore a backup. “vornctl check” tells which messages cannot be read.</translation>
     </message>
     <message>
         <source>それでも受信する</source>
@@ -2350,7 +2350,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>判断を保存できません。</source>
-        <translation>The decision cannot be stored. </translation>
+        <translation>Your decision could not be saved. </translation>
     </message>
     <message>
         <source>記録ファイル「%1」を読み込めません。</source>
@@ -2374,7 +2374,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>なくなったファイルはないので、つなぎ直しません。</source>
-        <translation>No file is missing, so none is reconnected.</translation>
+        <translation>No file is missing, so there is nothing to reconnect.</translation>
     </message>
     <message>
         <source>データベースファイル「%1」は、前に使ったときより古い状態です（古い複製か、記録ファイルが失われています）。送信待ちのメッセージは、送信済みかどうかを確かめてください。</source>
@@ -2438,7 +2438,7 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>送信が済むと終了します。</source>
-        <translation>The program ends when everything is sent.</translation>
+        <translation>The program will close when everything has been sent.</translation>
     </message>
     <message>
         <source>メッセージを入れられるフォルダがありません。条件のないフォルダを作ると、そこに入れられます。</source>
@@ -2450,15 +2450,15 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
     </message>
     <message>
         <source>「%1」はほかの利用者が作ったものです。メールのリンクやファイルをこのプログラムに渡すことはできません。</source>
-        <translation>“%1” was made by another user. Mail links and files cannot be handed over to this program.</translation>
+        <translation>“%1” was made by another user. Mail links and files cannot be passed to this program.</translation>
     </message>
     <message>
         <source>送信し終えていないメッセージがあります。送信してから終了しますか？
 
 「いいえ」を選ぶと、送信を中止して終了します。送信中のものは、届いたかどうか分からなくなることがあります。残りは送信待ちのままになります。</source>
-        <translation>There are messages that have not been sent yet. Send them before the program ends?
+        <translation>There are messages that have not been sent yet. Send them before exiting?
 
-“No” stops sending and ends. Of what is being sent nobody may know whether it arrived; the rest goes on waiting.</translation>
+“No” stops sending and exits. It may stay unknown whether the message being sent arrived; the rest keep waiting.</translation>
     </message>
     <message>
         <source>種類の分からないデータ</source>
@@ -2499,10 +2499,10 @@ Signs: * anything, ? one character, # a digit, [ ] one of these characters</tran
 実際の中身: %3
 
 開きますか？</source>
-        <translation>Opening “%1” may harm your computer. It may be a program or hold one.
+        <translation>Opening “%1” may harm your computer. It may be a program or contain one.
 
-Kind by its name: %2
-What it holds: %3
+Type by its name: %2
+Actual contents: %3
 
 Open it?</translation>
     </message>
@@ -2520,7 +2520,7 @@ Open it?</translation>
     </message>
     <message>
         <source>条件に合うメッセージを探すのに時間がかかりすぎるため、中止しました。</source>
-        <translation>The search was given up because it took too long.</translation>
+        <translation>The search was stopped because it took too long.</translation>
     </message>
     <message>
         <source>フォルダが選択されていません。</source>
@@ -2608,7 +2608,7 @@ Open it?</translation>
     </message>
     <message>
         <source>パスワードが分からないので、自動では受信しません。送受信を押すと入力できます。</source>
-        <translation>Not received automatically, since the password is not known. Press Send and receive to enter it.</translation>
+        <translation>Not received automatically because the password is not known. Press Send and receive to enter it.</translation>
     </message>
     <message>
         <source>送信サーバーのユーザー名に使えない文字があります。</source>
@@ -2636,7 +2636,7 @@ Open it?</translation>
     </message>
     <message>
         <source>サーバーからの削除をやめました。</source>
-        <translation>Deletion on the server was given up.</translation>
+        <translation>Deletion on the server was cancelled.</translation>
     </message>
     <message>
         <source>お気に入りのアドレスを入力してください。</source>
@@ -2660,11 +2660,11 @@ Open it?</translation>
     </message>
     <message>
         <source>うっかりを防ぐ(&amp;C)</source>
-        <translation>&amp;Catch slips</translation>
+        <translation>&amp;Catch mistakes</translation>
     </message>
     <message>
         <source>保存済みかどうかを調べられないメッセージがあるので、受信しません。</source>
-        <translation>There are messages of which it cannot be found out whether they are stored; they are not received. </translation>
+        <translation>For some messages it cannot be determined whether they are already stored, so they are not received. </translation>
     </message>
     <message>
         <source>配信できませんでした。</source>
@@ -2696,7 +2696,7 @@ Open it?</translation>
     </message>
     <message>
         <source>宛先のドメインはメールを受け取りません。</source>
-        <translation>The domain takes no mail.</translation>
+        <translation>The domain does not accept mail.</translation>
     </message>
     <message>
         <source>受信者のメールボックスが使われていません。</source>
@@ -2744,7 +2744,7 @@ Open it?</translation>
     </message>
     <message>
         <source>開封したかどうかを知らせないとのことです。</source>
-        <translation>The recipient does not tell whether it was opened.</translation>
+        <translation>The recipient does not say whether it was opened.</translation>
     </message>
     <message>
         <source>宛先: </source>
@@ -2852,7 +2852,7 @@ Open it?</translation>
     </message>
     <message>
         <source>このメールには予定があります。</source>
-        <translation>This message holds an appointment.</translation>
+        <translation>This message contains an appointment.</translation>
     </message>
     <message>
         <source>カレンダー用に保存</source>
@@ -2884,7 +2884,7 @@ Open it?</translation>
     </message>
     <message>
         <source>「%1」を開けません。壊れているか、知らない形式です。</source>
-        <translation>“%1” cannot be opened. It is damaged or of an unknown form.</translation>
+        <translation>“%1” cannot be opened. It is damaged or in an unknown format.</translation>
     </message>
     <message>
         <source>最後にログインしたプロファイルが既定になります。</source>
@@ -2892,7 +2892,7 @@ Open it?</translation>
     </message>
     <message>
         <source>メールのデータベースファイルが入れ替わったので、サーバーからは削除しません。</source>
-        <translation>The mail database file was exchanged for another one. Nothing is deleted on the server.</translation>
+        <translation>The mail database file was replaced by another one. Nothing is deleted on the server.</translation>
     </message>
     <message>
         <source>カレンダー用に保存(&amp;4)..</source>
@@ -2900,7 +2900,7 @@ Open it?</translation>
     </message>
     <message>
         <source>予定への返事として、カレンダーに伝わります:</source>
-        <translation>Answered to the calendars:</translation>
+        <translation>Your answer to the calendar:</translation>
     </message>
     <message>
         <source>」「</source>
@@ -2912,11 +2912,11 @@ Open it?</translation>
     </message>
     <message>
         <source>電子署名（S/MIME）が付いています。署名が正しいかどうかは確かめていません。</source>
-        <translation>The message bears a digital signature (S/MIME). Whether it is valid has not been checked.</translation>
+        <translation>The message has a digital signature (S/MIME). Whether it is valid has not been checked.</translation>
     </message>
     <message>
         <source>電子署名（OpenPGP）が付いています。署名が正しいかどうかは確かめていません。</source>
-        <translation>The message bears a digital signature (OpenPGP). Whether it is valid has not been checked.</translation>
+        <translation>The message has a digital signature (OpenPGP). Whether it is valid has not been checked.</translation>
     </message>
     <message>
         <source>S/MIMEで署名か暗号化されています。内容は添付ファイルの中にあり、ここでは開けません。</source>
@@ -2928,7 +2928,7 @@ Open it?</translation>
     </message>
     <message>
         <source>文字コードの指定がありません。</source>
-        <translation>The message does not say which character set it is in.</translation>
+        <translation>The message does not say which character set it uses.</translation>
     </message>
     <message>
         <source>メッセージの指定「%1」では読めない文字があります。</source>
@@ -2952,7 +2952,7 @@ Open it?</translation>
     </message>
     <message>
         <source>この文字コードで読むと</source>
-        <translation>What it gives</translation>
+        <translation>Result</translation>
     </message>
     <message>
         <source>読む</source>
@@ -2980,11 +2980,11 @@ Open it?</translation>
     </message>
     <message>
         <source>このファイルは今のパスワードでは開けません。一覧から外したときのパスワードを入力してください。</source>
-        <translation>This file does not open with the present password. Enter the password of the time when it was taken from the list.</translation>
+        <translation>This file does not open with the current password. Enter the password that was in use when it was removed from the list.</translation>
     </message>
     <message>
         <source>メッセージ条件に合うヘッダーが、もう一度受信すると異なりました。そのメッセージはサーバーに残します。</source>
-        <translation>A header that a message rule matches was another one when it was fetched again. That message stays on the server.</translation>
+        <translation>A header matched by a message rule was different when it was fetched again. That message stays on the server.</translation>
     </message>
     <message>
         <source>パスワードがないので、このパソコンのファイルを見られる人はだれでもメールを読めます。</source>
@@ -2996,7 +2996,7 @@ Open it?</translation>
     </message>
     <message>
         <source>別のプログラムが同じ作業をしています。</source>
-        <translation>Another program does the same work.</translation>
+        <translation>Another program is doing the same work.</translation>
     </message>
     <message>
         <source>Webページのスクリプトは許可したサイトだけで動かす(&amp;J)</source>
@@ -3008,7 +3008,7 @@ Open it?</translation>
     </message>
     <message>
         <source>「%1」のスクリプトは止めてあります。</source>
-        <translation>Scripts of “%1” are stopped.</translation>
+        <translation>Scripts of “%1” are blocked.</translation>
     </message>
     <message>
         <source>（繰り返しのうちの1回です）</source>
@@ -3016,7 +3016,7 @@ Open it?</translation>
     </message>
     <message>
         <source>予定への返事として、カレンダーに伝わります（本文の返事の言葉は変わっていません）:</source>
-        <translation>Your calendar answer (the words of the text have not changed with it):</translation>
+        <translation>Your answer to the calendar (the text of the message has not changed with it):</translation>
     </message>
     <message>
         <source>このメッセージは、もう送信待ちではありません（送信中か、送信済みか、削除されています）。</source>
@@ -3048,7 +3048,7 @@ Open it?</translation>
     </message>
     <message>
         <source>日時はサーバーに届いた時刻にする(&amp;J)</source>
-        <translation>Use the &amp;time at which the server took a message in</translation>
+        <translation>Use the &amp;time when the server received a message</translation>
     </message>
     <message>
         <source>メッセージはありません。</source>
@@ -3057,22 +3057,6 @@ Open it?</translation>
     <message>
         <source>短い日時（きょうは時刻だけ）</source>
         <translation>short date (today the time alone)</translation>
-    </message>
-    <message>
-        <source>届いた日時 %1 と1日以上違います</source>
-        <translation>more than a day from when it arrived (%1)</translation>
-    </message>
-    <message>
-        <source>%1通を「%2」に入れました。</source>
-        <translation>Put %1 into “%2”.</translation>
-    </message>
-    <message>
-        <source>%1通をくずかごに入れました。</source>
-        <translation>Moved %1 to the trash.</translation>
-    </message>
-    <message>
-        <source>%1通をくずかごから出しました。</source>
-        <translation>Took %1 out of the trash.</translation>
     </message>
     <message>
         <source>選んだメッセージの表示(&amp;P)</source>
@@ -3152,7 +3136,7 @@ Open it?</translation>
     </message>
     <message>
         <source>いまのパスワード(&amp;T)</source>
-        <translation>Presen&amp;t password</translation>
+        <translation>Curren&amp;t password</translation>
     </message>
     <message>
         <source>ありません</source>
@@ -3160,7 +3144,7 @@ Open it?</translation>
     </message>
     <message>
         <source>いまのパスワードが違います。</source>
-        <translation>The present password is not correct.</translation>
+        <translation>The current password is not correct.</translation>
     </message>
     <message>
         <source>選んだメッセージの表示(&amp;R)</source>
@@ -3342,13 +3326,13 @@ Open it?</translation>
         <source>新しい表示を使いますか？
 
 メッセージを表で並べ、選んだものをその下に表示し、フォルダをタブで開きます。「表示」と「ウィンドウ」のメニューと設定で、いつでも変えられます。</source>
-        <translation>Do you want the new look?
+        <translation>Use the new look?
 
-Messages stand in a table, what you choose is shown below it, and folders open in tabs. The menus “View” and “Window” and the settings change it at any time.</translation>
+Messages are listed in a table, the one you choose is shown below it, and folders open in tabs. You can change this at any time in the “View” and “Window” menus and in the options.</translation>
     </message>
     <message>
         <source>いまの操作を元に戻します（Ctrl+Z）。</source>
-        <translation>Takes back what was just done (Ctrl+Z).</translation>
+        <translation>Undoes what was just done (Ctrl+Z).</translation>
     </message>
     <message>
         <source>%dは日時、%nは名前、%aはアドレスです。</source>
@@ -3356,7 +3340,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>新しいメッセージを上に表示する(&amp;U)</source>
-        <translation>Show new messages &amp;uppermost</translation>
+        <translation>Show newest messages first (&amp;U)</translation>
     </message>
     <message>
         <source>最も古いページ</source>
@@ -3368,7 +3352,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>鍵のファイル「%1」は、このプロファイルのものではありません。</source>
-        <translation>The key file “%1” is not this profile&apos;s. </translation>
+        <translation>The key file “%1” does not belong to this profile. </translation>
     </message>
     <message>
         <source>鍵のファイル「%1」が壊れているか、読む権限がありません。</source>
@@ -3420,7 +3404,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>この行は%1文字、%2桁</source>
-        <translation>This line: characters %1, columns %2</translation>
+        <translation>Characters in this line: %1, columns: %2</translation>
     </message>
     <message>
         <source>このようなメールをフォルダに集める(&amp;G)..</source>
@@ -3428,7 +3412,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>このようなメールを受信しない(&amp;X)..</source>
-        <translation>Receive No Messages Like This (&amp;X)..</translation>
+        <translation>Block Messages Like This (&amp;X)..</translation>
     </message>
     <message>
         <source>サーバーを探す(&amp;F)</source>
@@ -3436,7 +3420,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>メールアドレスのドメインに、受信と送信のサーバーを問い合わせます。</source>
-        <translation>Asks the domain of the mail address for its servers of receiving and sending.</translation>
+        <translation>Asks the domain of the mail address for its receiving and sending servers.</translation>
     </message>
     <message>
         <source>サーバーを入れました: 受信 %1、送信 %2</source>
@@ -3452,7 +3436,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>見つかりませんでした。プロバイダーの案内を見て入力してください。</source>
-        <translation>Nothing was found. Please take the servers from your provider&apos;s instructions.</translation>
+        <translation>No servers were found. Please enter them from your provider&apos;s instructions.</translation>
     </message>
     <message>
         <source>見つかったサーバーは受信 %1、送信 %2 です。入力されているものはそのままにしました。</source>
@@ -3460,7 +3444,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>尋ねないときも鳴らす(&amp;P)</source>
-        <translation>&amp;Play it also when nothing is asked</translation>
+        <translation>&amp;Play it even when not asking</translation>
     </message>
     <message>
         <source>本文を72桁で折り返して送信する(&amp;W)</source>
@@ -3468,7 +3452,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>全角の文字は2桁です。引用した行とアドレスは折り返しません。</source>
-        <translation>Wide letters have 2 columns. Quoted lines and addresses are not wrapped.</translation>
+        <translation>Full-width characters take 2 columns. Quoted lines and addresses are not wrapped.</translation>
     </message>
     <message>
         <source>フォント(&amp;Z)</source>
@@ -3500,7 +3484,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>デスクトップの通知に出す(&amp;G)</source>
-        <translation>Show a notification of the desktop (&amp;G)</translation>
+        <translation>Show a desktop notification (&amp;G)</translation>
     </message>
     <message>
         <source>作成中の本文(&amp;W)</source>
@@ -3512,7 +3496,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>その言葉のある設定は見つかりません。</source>
-        <translation>No setting has these words.</translation>
+        <translation>No setting matches.</translation>
     </message>
     <message>
         <source>数式の入った表（プログラムを起動できます）</source>
@@ -3536,7 +3520,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>このメールには予定があります。ウィンドウで開くと、招待に返事をしたり、カレンダー用に保存したりできます。</source>
-        <translation>This message holds an appointment. Open it in a window to answer an invitation or to save it for a calendar.</translation>
+        <translation>This message contains an appointment. Open it in a window to answer an invitation or to save it for a calendar.</translation>
     </message>
     <message>
         <source>開封通知.txt</source>
@@ -3612,7 +3596,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>パスワードがないので、メールは、プロファイルのフォルダにある鍵のファイル「profile.key」で暗号化されています。メールのファイルだけを手に入れた人は読めませんが、フォルダごと手に入れた人は読めます。それも防ぐには、パスワードを決めてください。決めると、今の回復コードは使えなくなります。</source>
-        <translation>There is no password, so the mail is encrypted with the key file “profile.key” in the profile&apos;s folder. Whoever gets hold of the mail files alone cannot read them, but whoever gets the whole folder can. To prevent that too, set a password. The present recovery code is void then.</translation>
+        <translation>There is no password, so the mail is encrypted with the key file “profile.key” in the profile&apos;s folder. Whoever gets hold of the mail files alone cannot read them, but whoever gets the whole folder can. To prevent that too, set a password. The current recovery code is then no longer valid.</translation>
     </message>
     <message>
         <source>【読み込めません】</source>
@@ -3651,7 +3635,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>条件に合うメッセージを数えています…</source>
-        <translation>Counting the messages that match…</translation>
+        <translation>Counting matching messages…</translation>
     </message>
     <message>
         <source>&lt;p&gt;読み込み中です。&lt;/p&gt;</source>
@@ -3659,15 +3643,15 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>&lt;p&gt;中止しました。もう一度探すには「更新」を押してください。&lt;/p&gt;</source>
-        <translation>&lt;p&gt;Stopped. Press “Refresh” to look again.&lt;/p&gt;</translation>
+        <translation>&lt;p&gt;Stopped. Press “Refresh” to search again.&lt;/p&gt;</translation>
     </message>
     <message>
         <source>条件に合うメッセージを探しています…</source>
-        <translation>Looking for the messages that match…</translation>
+        <translation>Searching for matching messages…</translation>
     </message>
     <message>
         <source>このデータフォルダを使っているほかのプログラムがあるので、一覧を作り直しません。そのプログラムを終了するか、それと同じ利用者として（同じホームフォルダで）起動してください。ファイルは何も変えていません。</source>
-        <translation>Another program is using this data folder, so the list is not made anew. End that program, or start as the same user (with the same home folder). No file has been changed.</translation>
+        <translation>Another program is using this data folder, so the list is not updated. End that program, or start as the same user (with the same home folder). No file has been changed.</translation>
     </message>
     <message>
         <source>新しいフォルダの名前を入力してください。</source>
@@ -3683,11 +3667,11 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>取り消しました：%1</source>
-        <translation>Taken back: %1</translation>
+        <translation>Undone: %1</translation>
     </message>
     <message>
         <source>ファイル「%1」%2の場所にあるのは、パスワードが変わる前の古い複製です。つなぎ直すと、今のパスワードに合わせた複製に替わり、このファイルは別の名前で残ります。</source>
-        <translation>What stands in the place of the file “%1”%2 is an older copy, from before the password changed. If you reconnect it, a copy that fits the present password takes its place, and this file is kept under another name.</translation>
+        <translation>What stands in the place of the file “%1”%2 is an older copy, from before the password changed. If you reconnect it, a copy that fits the current password takes its place, and this file is kept under another name.</translation>
     </message>
     <message>
         <source>このファイルのときのパスワード、または回復コードを入力してください。</source>
@@ -3723,7 +3707,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>未開封に戻す(&amp;T)</source>
-        <translation>Mark as No&amp;t Opened</translation>
+        <translation>Mark as Unopened (&amp;T)</translation>
     </message>
     <message>
         <source>ほかに未開封のメッセージはありません。</source>
@@ -3731,11 +3715,11 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>ディスクの空き容量が足りないので、「%1」を今のパスワードに合わせられません。</source>
-        <translation>There is not enough room on the disk to bring “%1” under the present password.</translation>
+        <translation>There is not enough space on the disk to re-encrypt “%1” with the current password.</translation>
     </message>
     <message>
         <source>「%1」は壊れているので、今のパスワードに合わせられません。</source>
-        <translation>“%1” is damaged and cannot be brought under the present password.</translation>
+        <translation>“%1” is damaged and cannot be re-encrypted with the current password.</translation>
     </message>
     <message>
         <source>%1通を選択</source>
@@ -3759,11 +3743,11 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>「%1」はこのパスワードで開けますが、メッセージのファイルは開けません。どちらかが、パスワードが変わる前の古い複製です。今のパスワードを入力してください。</source>
-        <translation>“%1” opens with this password, but the file of messages does not. One of them is an older copy from before the password changed. Enter the present password.</translation>
+        <translation>“%1” opens with this password, but the file of messages does not. One of them is an older copy from before the password changed. Enter the current password.</translation>
     </message>
     <message>
         <source>このパスワードで開けるのは、最後に使ったときのものではないファイルだけです。入力したのが変える前のパスワードなら、今のパスワードを入力してください。</source>
-        <translation>With this password only files open that are not those of the last use. If it is the password from before you changed it, enter the present one.</translation>
+        <translation>With this password only files open that are not those of the last use. If it is the password from before you changed it, enter the current one.</translation>
     </message>
     <message>
         <source>開くだけでほかの場所に接続する連絡先</source>
@@ -3783,7 +3767,7 @@ Messages stand in a table, what you choose is shown below it, and folders open i
     </message>
     <message>
         <source>添付ファイルの中身を調べています…</source>
-        <translation>Looking into the attachment…</translation>
+        <translation>Checking the attachment…</translation>
     </message>
     <message>
         <source>「%1」の中身は確かめられません（%2）。マクロなどのプログラムが入っていることもあります。知っている人から送られてくるはずのファイルのときだけ開いてください。
@@ -3791,19 +3775,19 @@ Messages stand in a table, what you choose is shown below it, and folders open i
 名前が示す種類: %3
 
 開きますか？</source>
-        <translation>What “%1” holds cannot be checked (%2). There may be macros or other programs in it. Open it only if it comes from somebody you know and you expected it.
+        <translation>The contents of “%1” cannot be checked (%2). There may be macros or other programs in it. Open it only if it comes from someone you know and you were expecting it.
 
-Kind by its name: %3
+Type by its name: %3
 
 Open it?</translation>
     </message>
     <message>
         <source>左の一覧からフォルダを選ぶと、ここに表示します。</source>
-        <translation>Choose a folder in the list at the left to show it here.</translation>
+        <translation>Choose a folder on the left to show it here.</translation>
     </message>
     <message>
         <source>フォルダが開いていません。左の一覧から選んでください。</source>
-        <translation>No folder is open. Choose one in the list at the left.</translation>
+        <translation>No folder is open. Choose one on the left.</translation>
     </message>
     <message>
         <source>プログラムを起動したり、ほかの場所に接続したりする予定</source>
@@ -3815,7 +3799,7 @@ Open it?</translation>
 接続先：%1</source>
         <translation>
 
-The place that is asked: %1</translation>
+Connects to: %1</translation>
     </message>
     <message>
         <source>%1通</source>
@@ -3828,7 +3812,7 @@ The place that is asked: %1</translation>
 </source>
         <translation>
 
-These could not be handed over to the one that runs, and were not opened:
+These could not be passed to the program that is already running, and were not opened:
 </translation>
     </message>
     <message>
@@ -3841,7 +3825,7 @@ These could not be handed over to the one that runs, and were not opened:
     </message>
     <message>
         <source>プロファイルのファイルは、どれも最後に使ったときのものではありません。古い複製ならそのときのパスワードで、パスワードを変えた直後に異常終了したのなら新しいパスワードで開けます。</source>
-        <translation>None of the profile&apos;s files are those of its last use. Older copies open with the password of then; if the program ended abnormally right after the password was changed, they open with the new one.</translation>
+        <translation>None of the profile&apos;s files are the ones last used. Older copies open with the password of that time; if the program ended abnormally right after the password was changed, they open with the new one.</translation>
     </message>
     <message>
         <source>新しいメッセージはありません。</source>
@@ -3855,17 +3839,17 @@ These could not be handed over to the one that runs, and were not opened:
         <source>パスワードをなくすと、パスワードを入力せずにメールを読めるようになります。新しい回復コードが作られます。前に印刷したコードがあっても、もう使えません。
 
 よろしいですか？</source>
-        <translation>Without a password the mail can be read without entering one. A new recovery code is made; a code that was printed before is void.
+        <translation>Without a password the mail can be read without entering one. A new recovery code is made; a code that was printed before is no longer valid.
 
 Do you want that?</translation>
     </message>
     <message>
         <source>鍵のファイル「profile.key」やデスクトップのキーリングの鍵がなくなったときは、ログインのパスワードの欄にこのコードを入力するとメールを読めます。このコードを見た人は、メールのファイルのコピーを読めます。パソコンとは別の所に保管してください。パスワードを決めたり、なくしたりすると、このコードは使えなくなります。</source>
-        <translation>When the key file “profile.key” or the key in the desktop’s keyring is lost, enter this code as the password at the login to read your mail. Whoever sees this code can read copies of the mail files. Keep it elsewhere than the computer. Setting or removing a password makes this code void.</translation>
+        <translation>When the key file “profile.key” or the key in the desktop’s keyring is lost, enter this code as the password at the login to read your mail. Whoever sees this code can read copies of the mail files. Keep it elsewhere than the computer. Setting or removing a password makes this code invalid.</translation>
     </message>
     <message>
         <source>パスワードを決めるまで、このパソコンにあなたとしてログインした人はメールを読めます。鍵はデスクトップのキーリングにあります。なくなったときのために、同じ所で回復コードを印刷しておいてください。</source>
-        <translation>Until a password is set, whoever logs in to this computer as you can read the mail. The key is in the desktop’s keyring; print the recovery code there too, for the case that it is lost.</translation>
+        <translation>Until a password is set, whoever logs in to this computer as you can read the mail. The key is in the desktop’s keyring; print the recovery code there too, in case it is lost.</translation>
     </message>
     <message>
         <source>パスワードを決めるまで、プロファイルのフォルダを手に入れた人はメールを読めます。</source>
@@ -3889,7 +3873,7 @@ Do you want that?</translation>
     </message>
     <message>
         <source>パスワードがないので、メールは、デスクトップのキーリングにある鍵で暗号化されています。プロファイルのフォルダを手に入れた人は読めませんが、このパソコンにあなたとしてログインした人は読めます。それも防ぐには、パスワードを決めてください。キーリングの鍵がなくなると回復コードでしか読めないので、回復コードを印刷して保管してください。パスワードを決めると、今の回復コードは使えなくなります。</source>
-        <translation>There is no password, so the mail is encrypted with a key in the desktop’s keyring. Whoever gets the profile’s folder cannot read it; whoever logs in to this computer as you can. Set a password to prevent that too. If the keyring’s key is lost, only the recovery code opens the mail: print and keep it. Setting a password makes this code void.</translation>
+        <translation>There is no password, so the mail is encrypted with a key in the desktop’s keyring. Whoever gets the profile’s folder cannot read it; whoever logs in to this computer as you can. Set a password to prevent that too. If the keyring’s key is lost, only the recovery code opens the mail: print and keep it. Setting a password makes this code invalid.</translation>
     </message>
     <message>
         <source>元に戻せる操作はありません。</source>
@@ -3903,9 +3887,9 @@ Do you want that?</translation>
         <source>再送の前に確かめます。サーバーに断られたものは送り直さず、
 捨てたメッセージはフォルダに表示せず、
 消したものは受信し直しません。</source>
-        <translation>Asks before sending again. What a server has refused is not sent at each check,
-what was thrown away is not shown in folders,
-and what was erased is not received again.</translation>
+        <translation>Asks before sending a message again. Messages that a server refused are not retried
+at each check, those in the trash are not shown in folders,
+and those that were deleted are not received again.</translation>
     </message>
     <message>
         <source>スター</source>
@@ -3941,11 +3925,11 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>「%1」を開くプログラムがありません。ファイルに保存しますか？</source>
-        <translation>There is no program that opens “%1”. Save it to a file?</translation>
+        <translation>No program on this computer opens “%1”. Save it to a file?</translation>
     </message>
     <message>
         <source>同じアドレスのアカウントのうち、送信に使うものにします。</source>
-        <translation>Of the accounts with the same address, this one sends.</translation>
+        <translation>Among accounts with the same address, this one is used for sending.</translation>
     </message>
     <message>
         <source>起動したときに、このフォルダを開きます。</source>
@@ -4001,7 +3985,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>「%1」を選ぶと使えます。</source>
-        <translation>Usable with “%1”.</translation>
+        <translation>Available with “%1”.</translation>
     </message>
     <message>
         <source>開封通知を求められたときに、送るかどうかを尋ねます。</source>
@@ -4029,7 +4013,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>メッセージの本文も検索します。一通ずつ読むので時間がかかります。</source>
-        <translation>Searches what messages say as well. Each one is read for it, which takes time.</translation>
+        <translation>Also searches the text of the messages. Each one has to be read, which takes time.</translation>
     </message>
     <message>
         <source>本文を検索しています…</source>
@@ -4049,7 +4033,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>画像として読めません。</source>
-        <translation>It cannot be read as a picture.</translation>
+        <translation>It cannot be displayed as a picture.</translation>
     </message>
     <message>
         <source>元のメール.html</source>
@@ -4073,7 +4057,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>%1「%2」を削除します。よろしいですか？</source>
-        <translation>%1 “%2” will be deleted. Go on?</translation>
+        <translation>%1 “%2” will be deleted. Continue?</translation>
     </message>
     <message>
         <source>%1の名前を入力してください。</source>
@@ -4089,7 +4073,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>「%1」は件名にもアドレスにもありません。本文を検索しています…</source>
-        <translation>No subject or address has “%1”. Searching texts…</translation>
+        <translation>No subject or address contains “%1”. Searching the texts…</translation>
     </message>
     <message>
         <source>%1通以上</source>
@@ -4097,7 +4081,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>多いので、本文の検索は新しいものから%1通で終わりました。</source>
-        <translation>There are so many that texts were searched no further than the newest %1 messages.</translation>
+        <translation>There are many messages, so the search of the texts ended after the newest %1.</translation>
     </message>
     <message>
         <source>サーバーがログインか暗号化を求めています。アカウントの送信の設定を確認してください。</source>
@@ -4141,7 +4125,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>取り込み %1通、保存済み %2通</source>
-        <translation>imported: %1, stored already: %2</translation>
+        <translation>imported: %1, already stored: %2</translation>
     </message>
     <message>
         <source>使い方: vornctl export フォルダ [--format mbox|maildir|eml] --out パス [--overwrite]</source>
@@ -4172,7 +4156,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>正常です。</source>
-        <translation>in order.</translation>
+        <translation>OK.</translation>
     </message>
     <message>
         <source>  読み込めません: </source>
@@ -4200,7 +4184,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>「%1」は、届いたかどうか分からないメッセージではありません。</source>
-        <translation>“%1” is no message of which nobody knows whether it arrived.</translation>
+        <translation>“%1” is not a message whose arrival is unknown.</translation>
     </message>
     <message>
         <source>「%1」の扱いを決められません。</source>
@@ -4220,7 +4204,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>フォルダ「%1」のプロパティで条件を見直してください。</source>
-        <translation> Look at the conditions in the properties of the folder “%1”.</translation>
+        <translation> Check the conditions in the properties of the folder “%1”.</translation>
     </message>
     <message>
         <source>使い方: vornctl [--data フォルダ] [--profile 名前] [--password-fd 番号]
@@ -4290,7 +4274,7 @@ written as arguments, but read from a file descriptor. When a file of the profil
         <source>
 ファイルをつなぎ直すときは --reconnect ファイル を、新しい空のファイルを作るときは --create を付けてください。--reconnect は、そのファイルの複製を今のパスワードに合わせて元の場所に置き、指定したファイルは変えません。</source>
         <translation>
-Add --reconnect FILE to reconnect the file, or --create to make a new, empty one. --reconnect puts a copy of that file, fitted to the present password, in its old place, and does not change the file that is named.</translation>
+Add --reconnect FILE to reconnect the file, or --create to make a new, empty one. --reconnect puts a copy of that file, fitted to the current password, in its old place, and does not change the file that is named.</translation>
     </message>
     <message>
         <source>
@@ -4300,7 +4284,7 @@ Give the password or the recovery code of that time with --former-password-fd.</
     </message>
     <message>
         <source>vornctl check で調べてください。</source>
-        <translation> Look into it with vornctl check.</translation>
+        <translation> Check it with vornctl check.</translation>
     </message>
     <message>
         <source>壊れていることを記録できません。</source>
@@ -4328,7 +4312,7 @@ Give the password or the recovery code of that time with --former-password-fd.</
     </message>
     <message>
         <source>受信 %1通、受信済み %2通、停止 %3通、サーバーから削除 %4通、エラー %5件（%6秒）</source>
-        <translation>received: %1, known already: %2, stopped: %3, deleted on the server: %4, errors: %5 (%6 s)</translation>
+        <translation>received: %1, already known: %2, blocked: %3, deleted on the server: %4, errors: %5 (%6 s)</translation>
     </message>
     <message>
         <source>アカウント「%1」はありません。</source>
@@ -4340,7 +4324,7 @@ Give the password or the recovery code of that time with --former-password-fd.</
     </message>
     <message>
         <source>受信しません。vornctl check で調べ、そのまま受信するなら vornctl check --accept-damage を実行してください。</source>
-        <translation> Nothing is received. Look into it with vornctl check; to receive all the same, run vornctl check --accept-damage.</translation>
+        <translation> Nothing is received. Check it with vornctl check; to receive all the same, run vornctl check --accept-damage.</translation>
     </message>
     <message>
         <source>条件は「from:」か「x-mailer:」で始め、後にパターンを続けてください。</source>
@@ -4381,8 +4365,8 @@ Give the password or the recovery code of that time with --former-password-fd.</
     <message numerus="yes">
         <source>届いたかどうか分からないメッセージが%n通あります。vornctl doubtful で確かめてください。</source>
         <translation>
-            <numerusform>Nobody knows whether %n message arrived. Look into it with vornctl doubtful.</numerusform>
-            <numerusform>Nobody knows whether %n messages arrived. Look into it with vornctl doubtful.</numerusform>
+            <numerusform>It is not known whether %n message arrived. Check it with vornctl doubtful.</numerusform>
+            <numerusform>It is not known whether %n messages arrived. Check them with vornctl doubtful.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -4395,8 +4379,8 @@ Give the password or the recovery code of that time with --former-password-fd.</
     <message numerus="yes">
         <source>%n通は保存済みでした。</source>
         <translation>
-            <numerusform> %n was stored already.</numerusform>
-            <numerusform> %n were stored already.</numerusform>
+            <numerusform> %n was already stored.</numerusform>
+            <numerusform> %n were already stored.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -4437,22 +4421,22 @@ Give the password or the recovery code of that time with --former-password-fd.</
     <message numerus="yes">
         <source>メッセージ%n通を削除します。元には戻せません。よろしいですか？</source>
         <translation>
-            <numerusform>%n message will be deleted for good. Go on?</numerusform>
-            <numerusform>%n messages will be deleted for good. Go on?</numerusform>
+            <numerusform>%n message will be permanently deleted. Continue?</numerusform>
+            <numerusform>%n messages will be permanently deleted. Continue?</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>メッセージ%n通をそれぞれのウィンドウで開きます。よろしいですか？</source>
         <translation>
-            <numerusform>%n message will be opened in a window of its own. Go on?</numerusform>
-            <numerusform>%n messages will be opened, each in a window of its own. Go on?</numerusform>
+            <numerusform>%n message will be opened in a window of its own. Continue?</numerusform>
+            <numerusform>%n messages will be opened, each in a window of its own. Continue?</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>送信を試みて、届いたかどうか分からないメッセージが%n通あります。開いて確かめますか？</source>
         <translation>
-            <numerusform>Sending %n message was tried, and nobody knows whether it arrived. Open it?</numerusform>
-            <numerusform>Sending %n messages was tried, and nobody knows whether they arrived. Open them?</numerusform>
+            <numerusform>It is not known whether %n message that was being sent arrived. Open it?</numerusform>
+            <numerusform>It is not known whether %n messages that were being sent arrived. Open them?</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -4472,8 +4456,8 @@ Give the password or the recovery code of that time with --former-password-fd.</
     <message numerus="yes">
         <source>メッセージのファイル（.emlか.mbox）でない%n個のファイルは取り込みませんでした。</source>
         <translation>
-            <numerusform>%n file that is no message file (.eml or .mbox) was passed over.</numerusform>
-            <numerusform>%n files that are no message files (.eml or .mbox) were passed over.</numerusform>
+            <numerusform>%n file that is not a message file (.eml or .mbox) was skipped.</numerusform>
+            <numerusform>%n files that are not message files (.eml or .mbox) were skipped.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -4647,18 +4631,6 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <translation>Messages not sent: %1</translation>
     </message>
     <message>
-        <source>%1通を未開封にしました。</source>
-        <translation>Marked %1 messages as unopened.</translation>
-    </message>
-    <message>
-        <source>%1通を開封済みにしました。</source>
-        <translation>Marked %1 messages as opened.</translation>
-    </message>
-    <message>
-        <source>%1通のスターを変えました。</source>
-        <translation>Changed the stars of %1 messages.</translation>
-    </message>
-    <message>
         <source>.. %1 / %2通</source>
         <translation>.. %1 / %2 messages</translation>
     </message>
@@ -4684,11 +4656,11 @@ Give the password or the recovery code of that time with --former-password-fd.</
     </message>
     <message>
         <source>広い</source>
-        <translation>Roomy</translation>
+        <translation>Spacious</translation>
     </message>
     <message>
         <source>狭い</source>
-        <translation>Dense</translation>
+        <translation>Compact</translation>
     </message>
     <message>
         <source>接続中 …（%1）</source>
@@ -4777,6 +4749,52 @@ Give the password or the recovery code of that time with --former-password-fd.</
             <numerusform>Received %n message, checking for more … (%1)</numerusform>
             <numerusform>Received %n messages, checking for more … (%1)</numerusform>
         </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n通を「%1」に入れました。</source>
+        <translation>
+            <numerusform>Moved %n message to “%1”.</numerusform>
+            <numerusform>Moved %n messages to “%1”.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n通をくずかごに入れました。</source>
+        <translation>
+            <numerusform>Moved %n message to the trash.</numerusform>
+            <numerusform>Moved %n messages to the trash.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n通をくずかごから出しました。</source>
+        <translation>
+            <numerusform>Took %n message out of the trash.</numerusform>
+            <numerusform>Took %n messages out of the trash.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n通を未開封にしました。</source>
+        <translation>
+            <numerusform>Marked %n message as unopened.</numerusform>
+            <numerusform>Marked %n messages as unopened.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n通を開封済みにしました。</source>
+        <translation>
+            <numerusform>Marked %n message as opened.</numerusform>
+            <numerusform>Marked %n messages as opened.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n通のスターを変えました。</source>
+        <translation>
+            <numerusform>Changed the star of %n message.</numerusform>
+            <numerusform>Changed the stars of %n messages.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>届いた日時 %1 と1日以上違います。</source>
+        <translation>More than a day off: the message arrived on %1.</translation>
     </message>
 </context>
 </TS>

@@ -52,8 +52,8 @@ int Complain(const QString& sentence, int code);
 QJsonArray ToJson(const QList<UnreadableMessage>& messages);
 /// The bytes of a file, of the standard input for "-"; nothing when it cannot be read.
 std::optional<QByteArray> ReadFile(const QString& name);
-/// The serial identifier of the folder with that name, as it is stored or as windows show it, or
-/// serial identifier; empty when there is none.
+/// The serial identifier of the folder with that name, in any language for a folder that came with
+/// the profile, or serial identifier; empty when there is none.
 SerialId FindFolder(Context& context, const QString& nameOrSerial);
 
 }  // namespace vorn::ctl

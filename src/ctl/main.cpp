@@ -251,7 +251,7 @@ SerialId FindFolder(Context& context, const QString& nameOrSerial) {
   if (named != nullptr) return named->Serial();
   for (const DiskPtr& object : context.Objects) {
     const AnyObject any(*object);
-    if (any.Is(object_type::kFolder) && any.ShownName() == nameOrSerial) return object->Serial();
+    if (any.Is(object_type::kFolder) && any.Names().contains(nameOrSerial)) return object->Serial();
   }
   const DiskPtr folder = context.Objects.Find(SerialId(nameOrSerial));
   const bool isFolder = folder != nullptr && AnyObject(*folder).Is(object_type::kFolder);

@@ -8,6 +8,7 @@
 #include "mail/store/message_rows.h"
 #include "objects/settings.h"
 #include "storage/bags/profile_bag.h"
+#include "storage/base/shown_form.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
 
@@ -34,7 +35,7 @@ void EventLog::AddEvent(EventLevel level, EventMode mode, const SerialId& refere
   QString name = title.isEmpty() ? Ui::tr("システム") : title;
   DiskPtr record;
   if (Settings(context_).FoldsEvents()) {
-    const QString time = QTime::currentTime().toString(QStringLiteral("HH:mm"));
+    const QString time = Shown(QTime::currentTime(), QStringLiteral("H:mm"));
     name += u' ' + time;
     record = Like(reference, icon);
     if (record == nullptr) record = Begin(mode, reference, {});

@@ -17,7 +17,7 @@ QString ZoneText(int seconds) {
 
 }  // namespace
 
-QString DateLine(QByteArrayView source, const QString& stored) {
+QString DateLine(QByteArrayView source) {
   const QDateTime sent = SentDate(source);
   if (!sent.isValid()) return {};
   const QDateTime here = sent.toLocalTime();
@@ -31,10 +31,14 @@ QString DateLine(QByteArrayView source, const QString& stored) {
                 .arg(Shown(sent, isSameDay ? QStringLiteral("H:mm") : QStringLiteral("M/d H:mm")) +
                      zone);
   }
+  return line;
+}
+
+QString ArrivalNote(QByteArrayView source, const QString& stored) {
+  const QDateTime sent = SentDate(source);
   const QDateTime arrived = StoredTime(stored);
-  if (!arrived.isValid() || qAbs(sent.secsTo(arrived)) <= kDayS) return line;
-  return line + QStringLiteral("  ") +
-         Ui::tr("届いた日時 %1 と1日以上違います").arg(ShownTimeText(stored));
+  if (!sent.isValid() || !arrived.isValid() || qAbs(sent.secsTo(arrived)) <= kDayS) return {};
+  return Ui::tr("届いた日時 %1 と1日以上違います。").arg(ShownTimeText(stored));
 }
 
 }  // namespace vorn

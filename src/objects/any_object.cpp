@@ -1,5 +1,7 @@
 #include "objects/any_object.h"
 
+#include <optional>
+
 #include "objects/object_types.h"
 #include "storage/ui.h"
 
@@ -11,8 +13,8 @@ struct StandardText {
   QString shown;
 };
 
-// A text that came with the profile, in either language; any other one as it is.
-QString InLanguage(const QString& stored) {
+// Null for a text that did not come with the profile.
+std::optional<StandardText> FindStandardText(const QString& stored) {
   const StandardText texts[] = {
       {{u"受信", u"Inbox"}, Ui::tr("受信", "folder")},
       {{u"送信", u"Sent"}, Ui::tr("送信", "folder")},
@@ -34,10 +36,16 @@ QString InLanguage(const QString& stored) {
   };
   for (const StandardText& text : texts) {
     for (const char16_t* known : text.stored) {
-      if (stored == known) return text.shown;
+      if (stored == known) return text;
     }
   }
-  return stored;
+  return std::nullopt;
+}
+
+// A text that came with the profile, in either language; any other one as it is.
+QString InLanguage(const QString& stored) {
+  const auto known = FindStandardText(stored);
+  return known ? known->shown : stored;
 }
 
 }  // namespace
@@ -72,9 +80,20 @@ bool AnyObject::IsMadeWithProfile() const {
   return IsSystem() && (Is(object_type::kFolder) || Is(object_type::kEvent));
 }
 
+bool AnyObject::MayComeWithProfile() const {
+  return IsMadeWithProfile() || Is(object_type::kBookmark) || Is(object_type::kBook);
+}
+
 QString AnyObject::ShownName() const {
-  const bool isList = Is(object_type::kBookmark) || Is(object_type::kBook);
-  return IsMadeWithProfile() || isList ? InLanguage(Name()) : Name();
+  return MayComeWithProfile() ? InLanguage(Name()) : Name();
+}
+
+QStringList AnyObject::Names() const {
+  QStringList names(Name());
+  const auto known = MayComeWithProfile() ? FindStandardText(Name()) : std::nullopt;
+  if (!known) return names;
+  for (const char16_t* name : known->stored) names.append(QString::fromUtf16(name));
+  return names;
 }
 
 QString AnyObject::ShownTip() const {

@@ -35,6 +35,9 @@ class AnyObject {
   QString Name() const { return bag_.Text(kName); }
   /// The name for the user: one that came with the profile is in the interface's language.
   QString ShownName() const;
+  /// Every name by which the user may know it: the stored one and, of what came with the profile,
+  /// the names in all languages.
+  QStringList Names() const;
   QString ToolTip() const { return bag_.Text(kToolTip); }
   /// The same of its tool tip.
   QString ShownTip() const;
@@ -53,6 +56,7 @@ class AnyObject {
 
  private:
   bool IsMadeWithProfile() const;
+  bool MayComeWithProfile() const;
 
   static inline const QString kType = QStringLiteral("FormName");
   static inline const QString kName = QStringLiteral("Object");

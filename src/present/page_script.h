@@ -88,12 +88,21 @@ inline constexpr char kPageScript[] = R"js(
   };
   // The program hears what became current, and how, or what was clicked twice.
   const tell = (what, index) => console.info('vorn-' + what + ' ' + (index < 0 ? '' : rows[index].id));
+  // A screen reader says what has the focus. A row that is its link alone would be followed by Enter.
+  const focusRow = element => {
+    if (element instanceof HTMLAnchorElement) {
+      if (document.activeElement instanceof HTMLAnchorElement) document.activeElement.blur();
+      return;
+    }
+    element.tabIndex = -1;
+    element.focus({preventScroll: true});
+  };
   const goTo = (index, extend) => {
     if (index === undefined) return;
     gap = -1;
     if (extend && anchor < 0) anchor = current < 0 ? index : current;
     current = index;
-    if (document.activeElement instanceof HTMLAnchorElement) document.activeElement.blur();
+    focusRow(rows[current].element);
     if (extend) {
       chooseRange();
     } else {

@@ -40,7 +40,7 @@ a:focus-visible { outline: 2px solid var(--link); outline-offset: -2px; border-r
 .m○ .marks { color: var(--mark); }
 /* A ring says "all right" in Japan; what is unopened has a disc. */
 .new { font-size: 0; } .m○ .new::before { content: "●"; font-size: 10pt; }
-.marks { width: 4.5em; } .from { width: clamp(7em, 17vw, 20em); } .date { width: 5.5em; }
+.marks { width: 4.5em; } .from { width: clamp(7em, 17vw, 20em); } .date { width: 6.6em; }
 td.date { color: var(--soft); }
 /* Pictures leave the subject its room. Their words are there for who hears the page. */
 td.subject { position: relative; padding-right: 60px; }
@@ -56,16 +56,28 @@ td.subject { position: relative; padding-right: 60px; }
 .place { color: var(--soft); border: 1px solid var(--line); border-radius: 4px; padding: 0 .4em;
          margin-right: .5em; font-size: 9pt; }
 .place:empty { display: none; }
-/* The subject is the last to go where there is little room. */
+/* Where there is little room only the current row has pictures; its subject ends before them. */
 @media (max-width: 46em) {
+  .marks { width: 3em; }
   td.subject { padding-right: 8px; }
-  .do { visibility: hidden; right: 2px; top: 2px; bottom: 2px; background: var(--back); }
+  .do { visibility: hidden; right: 2px; top: 2px; bottom: 2px; }
   .row:focus-within .do, .vorn-current .do { visibility: visible; }
+  .row:focus-within .subject, .vorn-current .subject { padding-right: 60px; }
 }
+/* Where there is less, a row has two lines: from whom and when, and below it the subject. */
 @media (max-width: 30em) {
-  .marks { width: 2em; } .from { width: 26vw; } td, th { padding-left: 6px; padding-right: 6px; }
+  html { scroll-padding-top: 0; }
+  table, tbody, .none, .none td { display: block; }
+  tr:first-child { display: none; }
+  .row { display: grid; grid-template-columns: minmax(0, 1fr) auto auto; column-gap: .5em;
+         position: relative; padding: {pad} 8px {pad} 1.6em; border-bottom: 1px solid var(--line); }
+  .row td { padding-left: 0; padding-top: 0; padding-bottom: 0; border: 0; }
+  .row .marks { width: auto; padding: 0; grid-area: 1 / 2; }
+  .row .from { width: auto; padding: 0; grid-area: 1 / 1; }
+  .row .date { width: auto; padding: 0; grid-area: 1 / 3; }
+  .row .subject { grid-area: 2 / 1 / 3 / -1; }
+  .m○ .new::before { position: absolute; left: .3em; }
 }
-@media (max-width: 22em) { .date { display: none; } }
 .none td { color: var(--soft); text-align: center; padding: 3em 10px; border: 0; }
 .none:not(:last-child) { display: none; } /* rows follow */
 </style>

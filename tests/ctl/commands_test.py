@@ -54,7 +54,7 @@ class Commands(unittest.TestCase):
         result = self.receive("--account", "仕事")
         self.assertEqual((result["stored"], result["known"]), (0, self.messages))
 
-        rows = [json.loads(line) for line in self.run_ctl("list", "受信", "--json").splitlines()]
+        rows = [json.loads(line) for line in self.run_ctl("list", "Inbox", "--json").splitlines()]
         self.assertEqual(len(rows), self.messages)
         self.assertEqual(set(rows[0]),
                          {"serialId", "subject", "from", "timestamp", "status", "flag"})
@@ -123,7 +123,7 @@ class Commands(unittest.TestCase):
                 (2, "account", "add", "--in-security", "x"), (2, "account", "add", "--in-port", "x"),
                 (2, "account", "add", "--out-port", "x"), (2, "receive", "--account"),
                 (2, "receive", "--frobnicate", "x"), (1, "receive", "--account", "nobody"),
-                (0, "receive"), (0, "list", "Inbox", "--json"), (1, "list", "nowhere"),
+                (0, "receive"), (0, "list", "受信", "--json"), (1, "list", "nowhere"),
                 (1, "send", str(mail)), (1, "send", "/nonexistent"), (1, "send", "--account", "x"),
                 (0, "send"), (2, "doubtful", "again"), (1, "doubtful", "again", "x"),
                 (2, "page", "Inbox"), (1, "page", "x", "--out", "x"),

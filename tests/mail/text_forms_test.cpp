@@ -151,7 +151,7 @@ TEST(Appointments, AreShownInTheUsersOwnTimeWithWhoAnsweredHow) {
   };
   const QDateTime utc(QDate(2026, 2, 3), QTime(1, 0), Qt::UTC);
   const std::string local =
-      utc.toLocalTime().toString(QStringLiteral("yyyy/MM/dd HH:mm")).toStdString();
+      utc.toLocalTime().toString(QStringLiteral("yyyy/MM/dd H:mm")).toStdString();
   for (const char* start :
        {"DTSTART:20260203T010000Z\r\n", "DTSTART;TZID=Office:20260203T100000\r\n"}) {
     EXPECT_EQ(summary("PUBLISH", start), "【予定】\r\n日時: " + local + "\r\n");
@@ -198,10 +198,10 @@ TEST(Appointments, TellHowTheyRepeatAndWhichZoneNobodyKnows) {
   }
   const QDateTime tokyo(QDate(2026, 2, 3), QTime(1, 0), Qt::UTC);
   for (const char* zone : {"Tokyo Standard Time", "Asia/Tokyo"}) {
-    EXPECT_EQ(WithoutTitle(QByteArray("BEGIN:VEVENT\r\nDTSTART;TZID=") + zone +
-                           ":20260203T100000\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n"),
-              QStringLiteral("日時: ") +
-                  tokyo.toLocalTime().toString(QStringLiteral("yyyy/MM/dd HH:mm")));
+    EXPECT_EQ(
+        WithoutTitle(QByteArray("BEGIN:VEVENT\r\nDTSTART;TZID=") + zone +
+                     ":20260203T100000\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n"),
+        QStringLiteral("日時: ") + tokyo.toLocalTime().toString(QStringLiteral("yyyy/MM/dd H:mm")));
   }
 }
 

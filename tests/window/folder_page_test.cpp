@@ -529,7 +529,8 @@ TEST_F(FolderPageTest, TheTableLeavesTheSubjectItsRoom) {
   MadeAnewBy([this] { Browser()->Refresh(); });
   FocusPage();
   Press(Qt::Key_Home);
-  for (const auto& [width, share, shown] : {std::tuple{320, 0.45, 1}, {800, 0.5, 3}}) {
+  for (const auto& [width, share, shown] :
+       {std::tuple{320, 0.6, 1}, {400, 0.6, 1}, {560, 0.4, 1}, {800, 0.5, 3}}) {
     View()->setFixedWidth(width);
     ASSERT_TRUE(AwaitScript(QStringLiteral("innerWidth === %1").arg(width)));
     EXPECT_GE(Script(QStringLiteral("(() => { const cell = document.querySelector('td.subject');"
@@ -545,6 +546,19 @@ TEST_F(FolderPageTest, TheTableLeavesTheSubjectItsRoom) {
             .toInt(),
         shown)
         << width;
+    EXPECT_EQ(
+        Script(QStringLiteral("[...document.querySelectorAll('td.date')].filter(e =>"
+                              "    e.offsetWidth > 0 && e.scrollWidth <= e.clientWidth).length"))
+            .toInt(),
+        3)
+        << "dates are neither hidden nor cut at " << width;
+    EXPECT_TRUE(Script(QStringLiteral("(() => { const cell = document.querySelector('td.subject');"
+                                      "  const end = cell.getBoundingClientRect().right -"
+                                      "      parseFloat(getComputedStyle(cell).paddingRight);"
+                                      "  return end <= cell.querySelector('.do')"
+                                      "      .getBoundingClientRect().left; })()"))
+                    .toBool())
+        << "the subject ends before the pictures at " << width;
   }
 }
 

@@ -90,6 +90,7 @@ TEST_F(FolderTreeTest, StandardNamesAreInTheLanguageOfTheInterface) {
     const QString tip = AnyObject(*object).ShownTip();
     qApp->removeTranslator(&english);
     EXPECT_NE(shown, japanese);
+    EXPECT_TRUE(AnyObject(*object).Names().contains(shown));
     AnyObject::SetName(*object, shown);
     EXPECT_EQ(AnyObject(*object).ShownName(), japanese);
     EXPECT_EQ(tip == AnyObject(*object).ToolTip(), tip.isEmpty());

@@ -267,6 +267,8 @@ TEST_F(ProgramTest, AnObjectHangsWhereItWasMadeAndOthersStayWhenItGoes) {
   ASSERT_NE(node(u"乙"), nullptr);
   EXPECT_NE(node(u"出来事"), nullptr);
   EXPECT_EQ(node(u"受信")->text(1), QStringLiteral("2"));
+  EXPECT_FALSE(node(u"受信")->isFirstColumnSpanned());
+  EXPECT_TRUE(node(u"乙")->isFirstColumnSpanned()) << "no number takes room from its name";
   // Whichever of them is loaded first.
   tree->RemoveEvents();
   for (const char16_t* name : {u"乙", u"送信"}) {

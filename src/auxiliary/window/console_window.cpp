@@ -12,7 +12,9 @@
 #include <QSpinBox>
 #include <QTimer>
 #include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <functional>
 
 #include "auxiliary/window/console_request.h"
@@ -30,6 +32,7 @@ namespace {
 using Mode = ConsoleRequest::Mode;
 
 constexpr int kMinimumWidth = 360;
+constexpr int kNamesRole = Qt::UserRole + 1;
 
 // What Enter takes is seen as well while the keyboard is in the box of the name.
 void ShowChoiceAlways(QWidget& list) {
@@ -128,13 +131,21 @@ bool ConsoleWindow::PassOn(QKeyEvent& key) {
   }
 }
 
-// The one with that name, or else those whose names begin so.
+// The one with that name, or else those whose names begin so, in whichever language.
 QList<QTreeWidgetItem*> ConsoleWindow::NodesNamed(const QString& typed) const {
-  const QString name = typed.trimmed();
-  if (name.isEmpty()) return {};
-  const auto exact = tree_->findItems(name, Qt::MatchFixedString | Qt::MatchRecursive);
-  if (!exact.isEmpty()) return exact;
-  return tree_->findItems(name, Qt::MatchStartsWith | Qt::MatchRecursive);
+  const QString wanted = typed.trimmed();
+  QList<QTreeWidgetItem*> exact;
+  QList<QTreeWidgetItem*> begun;
+  if (wanted.isEmpty()) return {};
+  for (QTreeWidgetItemIterator item(tree_); *item != nullptr; ++item) {
+    const QStringList names = (*item)->data(0, kNamesRole).toStringList();
+    const auto begins = [&wanted](const QString& name) {
+      return name.startsWith(wanted, Qt::CaseInsensitive);
+    };
+    if (names.contains(wanted, Qt::CaseInsensitive)) exact.append(*item);
+    if (std::any_of(names.begin(), names.end(), begins)) begun.append(*item);
+  }
+  return exact.isEmpty() ? begun : exact;
 }
 
 // What is none of the names, or may be several, chooses nothing, so that Enter does not take what
@@ -200,6 +211,7 @@ void ConsoleWindow::FillTree(const QString& draw, const SerialId& key) {
     auto* item = new QTreeWidgetItem(QStringList{AnyObject(*object).ShownName()});
     item->setIcon(0, Icon(AnyObject(*object).Draw()));
     item->setData(0, Qt::UserRole, object->SerialID());
+    item->setData(0, kNamesRole, AnyObject(*object).Names());
     items.insert(object->Serial(), item);
   }
   // Under its parent where that is shown too, as in the main window.

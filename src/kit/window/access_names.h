@@ -6,6 +6,7 @@
 #include <QToolBar>
 #include <QToolButton>
 
+#include "kit/window/icons.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -18,10 +19,13 @@ inline QString WithoutKey(QString caption) {
   return caption.remove(kLetter);
 }
 
-/// The button of a toolbar that shows what it has no room for.
+/// The button of a toolbar that shows what it has no room for. The toolkit's picture for it is
+/// black, whatever is behind it.
 inline void NameMoreButton(const QToolBar& bar) {
   auto* more = bar.findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button"));
-  if (more != nullptr) more->setAccessibleName(Ui::tr("ほかのボタン"));
+  if (more == nullptr) return;
+  more->setAccessibleName(Ui::tr("ほかのボタン"));
+  more->setIcon(Icon(QStringLiteral("more")));
 }
 
 /// Lists and tables, after the label before them.

@@ -52,6 +52,14 @@ void DrawEnvelope(QPainter& painter) {
   painter.drawPolyline(QPolygonF{{1.5, 3.5}, {8, 9}, {14.5, 3.5}});
 }
 
+// Two chevrons; gray is seen on light and on dark.
+void DrawMore(QPainter& painter) {
+  painter.setPen(QPen(kGray, 2));
+  for (const double x : {3.0, 8.0}) {
+    painter.drawPolyline(QPolygonF{{x, 3}, {x + 4.5, 8}, {x, 13}});
+  }
+}
+
 void DrawSheet(QPainter& painter, const QColor& color) {
   painter.setPen(QPen(color.darker(120), 1));
   painter.setBrush(kPaper);
@@ -214,6 +222,7 @@ const Picture kPictures[] = {
     {QLatin1String("mail"), [](QPainter& p) { DrawEnvelope(p); }},
     {QLatin1String("event"), [](QPainter& p) { DrawSheet(p, kGray); }},
     {QLatin1String("layoutstandard"), [](QPainter& p) { DrawStandardLayout(p); }},
+    {QLatin1String("more"), [](QPainter& p) { DrawMore(p); }},
     {QLatin1String("layouttable"), [](QPainter& p) { DrawTableLayout(p); }},
     {QLatin1String("layoutcards"), [](QPainter& p) { DrawCardsLayout(p); }},
     {QLatin1String("panenone"),

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollArea>
 
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
@@ -269,13 +270,13 @@ ConnectionTrial ServerPage::Trial() const {
 
 void ServerPage::TryConnection() {
   if (const PageFault fault = Check()) {
-    result_->setText(fault.text);
+    TellResult(fault.text);
     if (fault.field != nullptr) fault.field->setFocus();
     return;
   }
   trust_->hide();
   try_->setEnabled(false);
-  result_->setText(Ui::tr("接続しています…"));
+  TellResult(Ui::tr("接続しています…"));
   check_.Start(Trial());
 }
 
@@ -293,8 +294,16 @@ void ServerPage::ShowException() {
 
 void ServerPage::ShowResult(bool ok, const QString& text) {
   try_->setEnabled(true);
-  result_->setText(ShownText(text));
+  TellResult(ShownText(text));
   trust_->setVisible(!ok && !check_.RefusedCertificate().isEmpty());
+}
+
+// Also where the page has more than there is room for.
+void ServerPage::TellResult(const QString& text) {
+  result_->setText(text);
+  for (QWidget* above = parentWidget(); above != nullptr; above = above->parentWidget()) {
+    if (auto* area = qobject_cast<QScrollArea*>(above)) area->ensureWidgetVisible(result_);
+  }
 }
 
 PageFault ServerPage::Check() {

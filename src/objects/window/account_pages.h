@@ -64,6 +64,7 @@ class ServerPage : public FormPage {
   void FollowSecurity();
   void TryConnection();
   void ShowResult(bool ok, const QString& text);
+  void TellResult(const QString& text);
   void ShowException();
 
   QString prefix_;

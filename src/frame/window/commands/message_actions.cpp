@@ -21,22 +21,23 @@ using Words = std::function<QString(qsizetype)>;
 
 Words FiledWords(const QString& folder) {
   return [folder](qsizetype count) {
-    return Ui::tr("%1通を「%2」に入れました。").arg(QString::number(count), folder);
+    return Ui::tr("%n通を「%1」に入れました。", nullptr, static_cast<int>(count)).arg(folder);
   };
 }
 
 Words DustWords(bool dust) {
   return [dust](qsizetype count) {
-    return (dust ? Ui::tr("%1通をくずかごに入れました。")
-                 : Ui::tr("%1通をくずかごから出しました。"))
-        .arg(count);
+    const int n = static_cast<int>(count);
+    return dust ? Ui::tr("%n通をくずかごに入れました。", nullptr, n)
+                : Ui::tr("%n通をくずかごから出しました。", nullptr, n);
   };
 }
 
 Words OpenedWords(bool isNew) {
   return [isNew](qsizetype count) {
-    return (isNew ? Ui::tr("%1通を未開封にしました。") : Ui::tr("%1通を開封済みにしました。"))
-        .arg(count);
+    const int n = static_cast<int>(count);
+    return isNew ? Ui::tr("%n通を未開封にしました。", nullptr, n)
+                 : Ui::tr("%n通を開封済みにしました。", nullptr, n);
   };
 }
 
@@ -78,8 +79,9 @@ SerialIds MessageActions::Act(MessageAction action, const SerialIds& messages,
         const Result<> set = SetMark(context_, starred, kFlagStar, true);
         return set ? SetMark(context_, bare, kFlagStar, false) : set;
       };
-      Mark(messages, toggle, back,
-           [](qsizetype count) { return Ui::tr("%1通のスターを変えました。").arg(count); });
+      Mark(messages, toggle, back, [](qsizetype count) {
+        return Ui::tr("%n通のスターを変えました。", nullptr, static_cast<int>(count));
+      });
       return {};
     }
     case MessageAction::ToDust:
@@ -118,7 +120,9 @@ SerialId MessageActions::AskFolder() {
                               QStringLiteral("static"), likely, Ui::tr("新しいフォルダ(&N).."));
   if (into && into->startsWith(kAnotherWanted)) {
     const QString name = into->sliced(kAnotherWanted.size());
-    const bool isInbox = name.compare(NameOf(fixed_serial::kInbox), Qt::CaseInsensitive) == 0;
+    const DiskPtr inbox = context_.Objects.Find(fixed_serial::kInbox);
+    const bool isInbox =
+        inbox != nullptr && AnyObject(*inbox).Names().contains(name, Qt::CaseInsensitive);
     if (isInbox && ListSettings(context_).ShowsFiledOnce()) return fixed_serial::kInbox;
     return MakeFolder(ask, name);
   }

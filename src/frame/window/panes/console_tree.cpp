@@ -48,6 +48,11 @@ void Insert(QTreeWidgetItem& place, QTreeWidgetItem* node) {
   place.insertChild(at, node);
 }
 
+// Without a number beside it a name has the whole width.
+void GiveRoom(QTreeWidgetItem& node) {
+  node.setFirstColumnSpanned(node.text(kCountColumn).isEmpty());
+}
+
 bool IsControlHeld() {
   return QApplication::keyboardModifiers().testFlag(Qt::ControlModifier);
 }
@@ -72,6 +77,7 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
   setHeaderHidden(true);
   setIconSize(QSize(20, 20));
   setRootIsDecorated(true);
+  setTextElideMode(Qt::ElideMiddle);  // the time of an event stands at its end
   setColumnCount(kColumns);
   header()->setStretchLastSection(false);
   header()->setMinimumSectionSize(0);
@@ -113,8 +119,10 @@ void ConsoleTree::Fill() {
     item->setIcon(0, Icon(group.type));
     item->setData(0, kTagRole, group.type);
     groups_.insert(group.type, item);
+    GiveRoom(*item);
   }
   groups_.insert(object_type::kEvent, root);
+  GiveRoom(*root);
   // Once more for those whose parents come after them.
   for (int round = 0; round < 2; ++round) {
     for (const DiskPtr& object : context_.Objects) ShowObject(*object);
@@ -146,6 +154,7 @@ void ConsoleTree::ShowObject(const Disk& object) {
   node->setToolTip(0, ShownToolTip(AnyObject(object).ShownTip()));
   node->setIcon(0, Icon(AnyObject(object).Draw()));
   node->setData(0, kTagRole, AnyObject(object).Type());
+  GiveRoom(*node);
 }
 
 void ConsoleTree::RefreshNode(const SerialId& serialId) {
@@ -168,6 +177,7 @@ void ConsoleTree::RemoveNode(const SerialId& serialId) {
     QTreeWidgetItem* place = Group(below->data(0, kTagRole).toString());
     Insert(place != nullptr ? *place : *topLevelItem(0), below);
     below->setExpanded(true);
+    GiveRoom(*below);
   }
   delete node;
 }
@@ -191,6 +201,7 @@ void ConsoleTree::ShowEvent(const SerialId& serialId, const QString& title, cons
   node->setData(0, kKeyRole, serialId.Text());
   node->setData(0, kTagRole, kLogTag);
   nodes_.insert(serialId, node);
+  GiveRoom(*node);
   log->setExpanded(true);
 }
 
@@ -228,6 +239,7 @@ void ConsoleTree::SetUnread(const SerialId& serialId, qint64 count, qint64 unsen
     words.append(Ui::tr("未開封 %1通").arg(count));
   }
   node->setText(kCountColumn, numbers.join(u' '));
+  GiveRoom(*node);
   node->setTextAlignment(kCountColumn, Qt::AlignRight | Qt::AlignVCenter);
   node->setToolTip(kCountColumn, ShownToolTip(words.join(Ui::tr("、"))));
   node->setData(kCountColumn, Qt::AccessibleTextRole, words.join(Ui::tr("、")));

@@ -96,7 +96,7 @@ QString WithZone(const QString& period, const QString& zone) {
 }
 
 QString Format(bool isDate) {
-  return isDate ? QStringLiteral("yyyy/MM/dd") : QStringLiteral("yyyy/MM/dd HH:mm");
+  return isDate ? QStringLiteral("yyyy/MM/dd") : QStringLiteral("yyyy/MM/dd H:mm");
 }
 
 QString Period(icalcomponent* event) {
@@ -112,7 +112,7 @@ QString Period(icalcomponent* event) {
       TimeOf(event, hasEnd ? ICAL_DTEND_PROPERTY : ICAL_DTSTART_PROPERTY, end).local;
   if (to <= from) return WithZone(begin, zone);
   const bool isClock = !end.is_date && to.date() == from.date();
-  const QString until = Shown(to, isClock ? QStringLiteral("HH:mm") : Format(end.is_date));
+  const QString until = Shown(to, isClock ? QStringLiteral("H:mm") : Format(end.is_date));
   return WithZone(begin + Ui::tr("～") + until, zone);
 }
 

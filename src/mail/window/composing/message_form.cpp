@@ -182,8 +182,9 @@ void MessageForm::Show(const OpenedMessage& opened, const MessageDocument& docum
   txSubject_->setReadOnly(!isEditable);
   lvMailaddress_->Show(model.addresses, isEditable);
   tbMailaddress_->setVisible(isEditable);
-  FitHead(isEditable ? QString() : DateLine(opened.source, document.Request().Timestamp()),
-          isEditable);
+  const QString note = ArrivalNote(opened.source, document.Request().Timestamp());
+  const QString date = DateLine(opened.source) + (note.isEmpty() ? note : u' ' + note);
+  FitHead(isEditable ? QString() : date, isEditable);
   const bool withHtml = isEditable || !Settings(context_).HasStandardHeaders();
   const auto files = withHtml ? model.attachments : WithoutHtmlPart(opened);
   lvClip_->Show(files, opened.source, isEditable,
@@ -206,6 +207,7 @@ void MessageForm::Show(const OpenedMessage& opened, const MessageDocument& docum
 void MessageForm::FitClips() {
   const int row = lvClip_->sizeHintForRow(0) + 2 * lvClip_->spacing();
   const int rows = lvClip_->count() > kClipsInRow ? kClipRows : 1;
+  lvClip_->setMinimumHeight(qMax(1, row) + 2 * lvClip_->frameWidth());
   lvClip_->setMaximumHeight(rows * qMax(1, row) + 2 * lvClip_->frameWidth());
 }
 

@@ -3,6 +3,7 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QToolBar>
+#include <initializer_list>
 
 #include "kit/window/access_names.h"
 #include "kit/window/eliding_label.h"
@@ -17,7 +18,7 @@ namespace {
 
 constexpr int kHeadGap = 6;
 constexpr int kColumnGap = 12;
-constexpr int kWideEms = 45;  // correspondents side by side can be read from here on
+constexpr int kWideEms = 52;  // correspondents side by side can be read from here on
 constexpr int kIconSize = 20;
 constexpr qsizetype kShownAddresses = 3;
 
@@ -42,10 +43,13 @@ PaneHead::PaneHead()
       from_(new ElidingLabel(QStringLiteral("lbPaneFrom"))),
       to_(new ElidingLabel(QStringLiteral("lbPaneTo"))),
       date_(PlainLabel()),
+      note_(PlainLabel()),
       toolbar_(BuildToolbar()),
       grid_(new QGridLayout(this)) {
   date_->setObjectName(QStringLiteral("lbPaneDate"));
-  date_->setWordWrap(true);
+  note_->setObjectName(QStringLiteral("lbPaneNote"));
+  note_->setWordWrap(true);
+  note_->hide();
   QFont bold = subject_->font();
   bold.setBold(true);
   subject_->setFont(bold);
@@ -59,15 +63,16 @@ PaneHead::PaneHead()
 
 // Either of both, whose places differ, takes its widgets to the other ones.
 void PaneHead::Lay(bool isWide) {
-  for (QWidget* widget : {static_cast<QWidget*>(subject_), static_cast<QWidget*>(from_),
-                          static_cast<QWidget*>(to_), static_cast<QWidget*>(date_)}) {
-    grid_->removeWidget(widget);
+  for (QLabel* label : std::initializer_list<QLabel*>{subject_, from_, to_, date_, note_}) {
+    grid_->removeWidget(label);
   }
   grid_->addWidget(subject_, 0, 0, 1, isWide ? 1 : 2);
   grid_->addWidget(date_, isWide ? 0 : 3, isWide ? 1 : 0, 1, isWide ? 1 : 3);
   grid_->addWidget(toolbar_, 0, 2, isWide ? 2 : 1, 1);
   grid_->addWidget(from_, 1, 0, 1, isWide ? 1 : 3);
   grid_->addWidget(to_, isWide ? 1 : 2, isWide ? 1 : 0, 1, isWide ? 1 : 3);
+  grid_->addWidget(note_, isWide ? 2 : 4, 0, 1, 3);
+  date_->setWordWrap(!isWide);  // beside the subject it takes the width that it needs
   isWide_ = isWide;
 }
 
@@ -103,9 +108,12 @@ void PaneHead::Show(const MessageModel& model, const QByteArray& source,
   to_->SayShown(
       Ui::tr("宛て先："),
       Addresses(model, u"TO") + (copies.isEmpty() ? QString() : QStringLiteral("  CC: ") + copies));
-  const QString date = DateLine(source, storedTime);
+  const QString date = DateLine(source);
+  const QString note = ArrivalNote(source, storedTime);
   date_->setText(Ui::tr("日時：") + ShownText(date));
   date_->setVisible(!date.isEmpty());
+  note_->setText(note);
+  note_->setVisible(!note.isEmpty());
 }
 
 }  // namespace vorn

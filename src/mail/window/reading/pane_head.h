@@ -13,13 +13,14 @@ namespace vorn {
 class ElidingLabel;
 
 /// The head of the message in the reading pane: its subject, correspondents and date, and the
-/// buttons that answer it. It has two lines where it is wide, else four. The date is never cut.
+/// buttons that answer it. It has two lines where it is wide, else four, and one more where the
+/// date needs a note. The date is never cut.
 class PaneHead : public QWidget {
   Q_OBJECT
 
  public:
   PaneHead();
-  /// `storedTime` stands for a date that the source does not tell.
+  /// `storedTime` is when the message was stored.
   void Show(const MessageModel& model, const QByteArray& source, const QString& storedTime);
 
  Q_SIGNALS:
@@ -37,6 +38,7 @@ class PaneHead : public QWidget {
   ElidingLabel* from_;
   ElidingLabel* to_;
   QLabel* date_;
+  QLabel* note_;
   QToolBar* toolbar_;
   QGridLayout* grid_;
   bool isWide_ = true;

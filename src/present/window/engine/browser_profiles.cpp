@@ -1,5 +1,6 @@
 #include "present/window/engine/browser_profiles.h"
 
+#include <QAccessible>
 #include <QDir>
 #include <QGuiApplication>
 #include <QJsonArray>
@@ -41,19 +42,28 @@ class OnlyLocalFiles : public QWebEngineUrlRequestInterceptor {
   }
 };
 
-// The engine reads its options when the first profile is made. With this one, pages that offer a
-// dark scheme show it; others stay as they are.
-void FollowColorScheme() {
-  constexpr int kMiddleGray = 128;
+// The engine reads its options when the first profile is made.
+void AddEngineOption(const QByteArray& option) {
   const char* variable = "QTWEBENGINE_CHROMIUM_FLAGS";
   const QByteArray options = qgetenv(variable);
-  const QByteArray dark = "--force-dark-mode";
+  if (!options.contains(option)) qputenv(variable, options + ' ' + option);
+}
+
+// Pages that offer a dark scheme show it; others stay as they are.
+void FollowColorScheme() {
+  constexpr int kMiddleGray = 128;
   const bool isDark = QGuiApplication::palette().color(QPalette::Base).lightness() < kMiddleGray;
-  if (isDark && !options.contains(dark)) qputenv(variable, options + ' ' + dark);
+  if (isDark) AddEngineOption("--force-dark-mode");
+}
+
+// By itself the engine keeps what pages hold from screen readers.
+void FollowScreenReader() {
+  if (QAccessible::isActive()) AddEngineOption("--force-renderer-accessibility");
 }
 
 std::unique_ptr<QWebEngineProfile> FirstProfile() {
   FollowColorScheme();
+  FollowScreenReader();
   return std::make_unique<QWebEngineProfile>();
 }
 

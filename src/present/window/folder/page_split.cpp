@@ -20,6 +20,12 @@ constexpr int kSmallestShare = 10;
 constexpr int kWhole = 100;
 constexpr int kLeastForBoth = 280;  // pixels
 
+// The page's part of the two, in percent.
+int ShareOf(const QSplitter& split) {
+  const QList<int> shown = split.sizes();
+  return kWhole * shown.value(0) / qMax(1, shown.value(0) + shown.value(1));
+}
+
 }  // namespace
 
 PageSplit::PageSplit(Context& context, QWebEngineView* page, MessageHost& host)
@@ -101,6 +107,8 @@ void PageSplit::StopMarking() {
 void PageSplit::Cover(bool covered) {
   isCovered_ = covered;
   if (pane_ != nullptr) pane_->Cover(covered);
+  // The user may have moved another page's border meanwhile.
+  if (!covered && HasPane() && KeptShare() != ShareOf(*this)) TakeShare();
 }
 
 void PageSplit::Print(const SerialId& serialId) {
@@ -112,16 +120,17 @@ void PageSplit::Print(const SerialId& serialId) {
 }
 
 void PageSplit::KeepShare() {
-  const QList<int> shown = sizes();
-  const int whole = qMax(1, shown.value(0) + shown.value(1));
-  Placement::SetPageShare(*PlacementBag(context_, kMainPlacement), orientation(),
-                          kWhole * shown.value(0) / whole);
+  Placement::SetPageShare(*PlacementBag(context_, kMainPlacement), orientation(), ShareOf(*this));
+}
+
+int PageSplit::KeptShare() const {
+  const int kept =
+      Placement(*PlacementBag(context_, kMainPlacement)).PageShare(orientation(), kPageShare);
+  return qBound(kSmallestShare, kept, kWhole - kSmallestShare);
 }
 
 void PageSplit::TakeShare() {
-  const int kept =
-      Placement(*PlacementBag(context_, kMainPlacement)).PageShare(orientation(), kPageShare);
-  const int share = qBound(kSmallestShare, kept, kWhole - kSmallestShare);
+  const int share = KeptShare();
   // In parts of whatever there is.
   constexpr int kParts = 100;
   setSizes({share * kParts, (kWhole - share) * kParts});

@@ -57,6 +57,7 @@ class PageSplit : public QSplitter {
   bool HasRoom(Qt::Orientation orientation) const;
   void MakePane();
   void KeepShare();
+  int KeptShare() const;
   void TakeShare();
 
   Context& context_;
