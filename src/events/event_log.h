@@ -50,7 +50,7 @@ class EventLog {
   Context& context_;
   EventView& view_;
   DiskCollection records_;
-  QHash<QString, Failure> failures_;  // by record
+  QHash<SerialId, Failure> failures_;  // by record
 };
 
 }  // namespace vorn

@@ -189,7 +189,7 @@ TEST(EventLogTest, RecordsAreKeptAndShown) {
   const DiskPtr record = log.Find(view.shown[0]);
   ASSERT_NE(record, nullptr);
   // A failure is over once the message is sent.
-  const auto fail = [&log](const QString& message, const QString& title) {
+  const auto fail = [&log](const SerialId& message, const QString& title) {
     log.AddEvent(kEventError, kEventMessage, message, title, QStringLiteral("mailup"), title);
   };
   fail(profile.Store("From: a@x\r\n\r\n.\r\n", kStatusWaiting), QStringLiteral("waits"));

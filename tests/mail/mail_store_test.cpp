@@ -92,7 +92,7 @@ TEST_F(MailStoreTest, StoringAgainReplacesEverythingButTheIdentifier) {
 TEST_F(MailStoreTest, SeveralMessagesAreStoredTogetherOrNotAtAll) {
   std::vector<std::pair<DiskPtr, QByteArray>> messages;
   for (const auto* name : {"a", "b"}) {
-    messages.emplace_back(Request(QString::fromLatin1(name)), "Subject: x\r\n\r\n");
+    messages.emplace_back(Request(SerialId(QString::fromLatin1(name))), "Subject: x\r\n\r\n");
   }
   ASSERT_TRUE(
       Run("CREATE TRIGGER full BEFORE INSERT ON mail WHEN NEW.SERIALID = 'b' "

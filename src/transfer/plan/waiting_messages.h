@@ -38,7 +38,7 @@ class WaitingMessages {
   /// Adds a job that tries it again.
   void LookLater(const WaitingSearch& search);
   /// That the user is told of a refusal elsewhere.
-  void NoteTold(const QString& serial, const SendRefusal& refusal) {
+  void NoteTold(const SerialId& serial, const SendRefusal& refusal) {
     told_[serial] = refusal.tried;
   }
   /// That job's step.
@@ -58,7 +58,7 @@ class WaitingMessages {
   PlannedJobs& jobs_;
   LateOutcomes& late_;
   SenderChoice& senders_;
-  QHash<QString, QString> told_;  // when what was told of as refused was tried, by message
+  QHash<SerialId, QString> told_; // when what was told of as refused was tried, by message
 };
 
 }  // namespace vorn

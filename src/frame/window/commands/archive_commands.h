@@ -1,9 +1,8 @@
 #pragma once
 
-#include <QHash>
 #include <QStringList>
 
-#include "mail/codec/mime/flag_string.h"
+#include "mail/store/message_filing.h"
 #include "mail/window/host/message_host.h"
 #include "storage/base/result.h"
 #include "storage/context.h"
