@@ -107,7 +107,7 @@ QStringList MessageActions::Drop(const QStringList& messages, const QString& fol
 }
 
 QString MessageActions::AskFolder() {
-  const auto folders = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
+  const auto folders = SelectObjects(context_.Objects, *context_.Session, object_filter::kByHand);
   const QString ask = Ui::tr("新しいフォルダの名前を入力してください。");
   if (folders->IsEmpty()) return MakeFolder(NoFolderWords() + kLineBreak + kLineBreak + ask);
   // Enter takes the folder of last time, or the first one.
@@ -115,7 +115,7 @@ QString MessageActions::AskFolder() {
   const QString likely = hasLast ? lastFolder_ : folders->First()->SerialID();
   const auto into = InputTree(context_, &window_, Ui::tr("フォルダに入れる"),
                               Ui::tr("メッセージを入れるフォルダを選択してください。"),
-                              QStringLiteral("static"), likely, Ui::tr("新しいフォルダ(&N).."));
+                              object_filter::kByHand, likely, Ui::tr("新しいフォルダ(&N).."));
   if (into && into->startsWith(kAnotherWanted)) {
     const QString name = into->sliced(kAnotherWanted.size());
     const bool isInbox = name.compare(NameOf(fixed_serial::kInbox), Qt::CaseInsensitive) == 0;
@@ -154,7 +154,7 @@ QStringList MessageActions::ChooseFolder(const QStringList& messages, const QStr
 // All hand-filled folders, which the messages may be in.
 Filed MessageActions::AllFolders(const QStringList& messages) {
   Filed filed;
-  const auto folders = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
+  const auto folders = SelectObjects(context_.Objects, *context_.Session, object_filter::kByHand);
   for (const DiskPtr& folder : *folders) {
     if (FolderObject(*folder).ShowsWhatIsFiled()) filed[folder->SerialID()] = messages;
   }
