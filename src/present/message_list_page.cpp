@@ -191,8 +191,7 @@ QString MessageListPages::Question(const QString& folder, const FolderSearch& se
 }
 
 QString MessageListPages::ScopeQuestion(const QString& folder, const FolderSearch& search) const {
-  const FolderQuery scope = FolderSqlBuilder(context_).Query(folder).Scope(search);
-  return scope.IsEmpty() ? QString() : FolderRows(scope, RowOrder::NewestFirst).Question();
+  return FolderSqlBuilder(context_).Query(folder).Scope(search).Identifiers(RowOrder::NewestFirst);
 }
 
 void MessageListPages::TakeAnswer(const QString& folder, const FolderSearch& search,

@@ -15,6 +15,7 @@
 #include "mail/archive/export_messages.h"
 #include "mail/archive/import_messages.h"
 #include "mail/search/folder_listing.h"
+#include "mail/search/search_condition.h"
 #include "mail/store/message_filing.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
@@ -43,8 +44,10 @@ Result<FolderListing> ListFolder(Context& context, const QString& folder,
     if (!brief.IsReached()) return listing.Error().Behind(unread);
   }
   std::optional<ConditionRun::Answer> found;
+  const QString question =
+      FolderSqlBuilder(context).Query(folder).Identifiers(RowOrder::OldestFirst);
   const ConditionRunPtr run(
-      new ConditionRun(context, FolderQuestion(context, folder), kLongestMs,
+      new ConditionRun(context, question, kLongestMs,
                        [&found](const ConditionRun::Answer& answer) { found = answer; }));
   if (!progress.Wait(Ui::tr("条件に合うメッセージを探しています…"),
                      [&found] { return found.has_value(); })) {
@@ -109,7 +112,7 @@ QString ArchiveCommands::NameOf(const QString& folder) const {
 // Where there is no folder that is filled by hand there is nothing to ask. Empty: the user
 // declines.
 QString ArchiveCommands::AskTarget(const QString& current) {
-  const QString kinds = QStringLiteral("inbox") + kLineBreak + QStringLiteral("static");
+  const QString kinds = object_filter::kInbox + kLineBreak + object_filter::kByHand;
   const auto targets = SelectObjects(context_.Objects, *context_.Session, kinds);
   if (targets->Count() <= 1) return fixed_serial::kInbox;
   const bool holdsMessages = targets->Find(current) != nullptr;
