@@ -1,4 +1,3 @@
-#include <array>
 #include <optional>
 
 #include "ctl/command.h"
@@ -7,10 +6,6 @@
 
 namespace vorn::ctl {
 namespace {
-
-// By the choices of the security, none, STARTTLS and TLS (RFC 1939, RFC 8314, RFC 5321, RFC 6409).
-constexpr std::array kPop3Ports = {110, 110, 995};
-constexpr std::array kSmtpPorts = {25, 587, 465};
 
 // Clear text only where it is asked for: what listens on this machine need not be the user's.
 bool ReadSecurity(const Arguments& arguments, const QString& name, Security& security) {

@@ -141,13 +141,13 @@ Result<> SetListAside(Context& context, const QList<DiskPtr>& profiles,
 Result<> StoreRebuilt(Context& context, const QList<DiskPtr>& profiles) {
   const OpenedDatabase navigator(context, DatabaseKind::Navigator);
   if (!navigator) return navigator.Error();
-  bool stored = context.Data.Begin();
-  for (const DiskPtr& profile : profiles) {
-    stored = stored && profile->DiskToDatabase(context.Data);
-  }
-  stored = stored && context.Data.Commit();
-  if (!stored) context.Data.Rollback();
-  if (!stored) return ReasonOf(context.Data);
+  const Result<> stored = Transact(context.Data, [&]() -> Result<> {
+    for (const DiskPtr& profile : profiles) {
+      if (!profile->DiskToDatabase(context.Data)) return ReasonOf(context.Data);
+    }
+    return {};
+  });
+  if (!stored) return stored;
   for (const DiskPtr& profile : profiles) context.Objects.Add(profile);
   context.Notices.append(Ui::tr("プロファイル一覧を、フォルダにある%1個のプロファイルから作り"
                                 "直しました。名前はログインすると元に戻ります。")

@@ -13,7 +13,8 @@ void FolderObject::SetConditions(Disk& bag, bool usesSql, const QString& sql,
 }
 
 bool FolderObject::IsFilledByHand() const {
-  return AnyObject(bag_).Is(object_type::kFolder) && AnyObject(bag_).Draw().contains(u"static");
+  return AnyObject(bag_).Is(object_type::kFolder) &&
+         AnyObject(bag_).Draw().contains(object_filter::kByHand);
 }
 
 bool FolderObject::ShowsWhatIsFiled() const {
@@ -21,7 +22,7 @@ bool FolderObject::ShowsWhatIsFiled() const {
 }
 
 void FolderObject::SetFilledByHand(Disk& bag, bool isByHand) {
-  AnyObject::SetDraw(bag, isByHand ? QStringLiteral("static") : QStringLiteral("active"));
+  AnyObject::SetDraw(bag, isByHand ? object_filter::kByHand : object_filter::kByConditions);
 }
 
 }  // namespace vorn

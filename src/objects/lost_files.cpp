@@ -149,8 +149,11 @@ Result<QString> OpeningPassword(Context& context, const QString& file, const QSt
                                 FileContents contents) {
   StorageError reason;
   for (const QString& password : passwords) {
-    Result<> opens = ResultOf(context.Data, context.Data.Open(file, password));
-    if (opens) opens = RequireContents(context.Data, contents);
+    Result<> opens;
+    {
+      const OpenedDatabase opened(context, file, password);
+      opens = opened ? RequireContents(context.Data, contents) : Result<>(opened.Error());
+    }
     if (!opens && !reason) reason = opens.Error();
     context.Data.CloseFile(file);  // which takes everything out of its log
     if (opens) return password;
@@ -343,9 +346,10 @@ void RestoreProfile(Context& context, Disk& profile, const QString& password) {
   if (!IsRebuilt(profile)) return;
   Disk copy(profile.Serial());
   const QString path = PlatformPath(context, ProfileBag(profile).File());
-  const bool read = context.Data.Open(path, password) && copy.DatabaseToDisk(context.Data);
-  context.Data.Close();
-  if (!read) return;
+  {
+    const OpenedDatabase file(context, path, password);
+    if (!file || !copy.DatabaseToDisk(context.Data)) return;
+  }
   for (qint32 i = 1; i <= copy.Size(); ++i) profile.Let(copy.NameAt(i), copy.Get(copy.NameAt(i)));
   ProfileBag::ForgetRebuilt(profile);
 }

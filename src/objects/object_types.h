@@ -17,6 +17,15 @@ inline const QString kBook = QStringLiteral("book");
 inline const QString kEvent = QStringLiteral("event");
 }  // namespace object_type
 
+/// What the filter of `SelectObjects` takes beside those.
+namespace object_filter {
+inline const QString kOwner = QStringLiteral("owner");  ///< the logged-in profile alone
+inline const QString kInbox = QStringLiteral("inbox");
+/// Folders by how they are filled, which their "Draw" says in the same words.
+inline const QString kByHand = QStringLiteral("static");
+inline const QString kByConditions = QStringLiteral("active");
+}  // namespace object_filter
+
 /// The serial identifiers that are the same in every profile.
 namespace fixed_serial {
 inline const SerialId kInbox(QStringLiteral("01_folder_1_INBOX0000000"));

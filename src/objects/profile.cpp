@@ -64,10 +64,9 @@ bool IsFileUnderCode(const QString& file) {
 bool IsNoted(Context& context, const Disk& profile, const QString& password, const QString& code) {
   const QString path = ProfileFiles(context, profile).first();
   FormerCodes former;
-  const bool read =
-      HasContent(path) && context.Data.Open(path, password) && former.Load(context.Data);
-  context.Data.Close();
-  return read && former.All().contains(code);
+  if (!HasContent(path)) return false;
+  const OpenedDatabase file(context, path, password);
+  return file && former.Load(context.Data) && former.All().contains(code);
 }
 
 // A change that is not completed may still bring a file under it.
@@ -199,15 +198,13 @@ Result<> NoteFormerCode(Context& context, const Disk& profile, const QString& pa
   const QString path = ProfileFiles(context, profile).first();
   const QString code = FileKey::CodeIn(former);
   if (code.isEmpty() || !HasContent(path)) return {};
+  const OpenedDatabase file(context, path, password);
+  if (!file) return file.Error();
   FormerCodes known;
-  bool noted = context.Data.Open(path, password) && known.Load(context.Data);
-  if (noted && !known.All().contains(code)) {
-    known.Add(code);
-    noted = context.Data.Begin() && known.Store(context.Data) && context.Data.Commit();
-  }
-  const Result<> result = ResultOf(context.Data, noted);
-  context.Data.Close();
-  return result;
+  if (!known.Load(context.Data)) return ReasonOf(context.Data);
+  if (known.All().contains(code)) return {};
+  known.Add(code);
+  return Transact(context.Data, [&] { return ResultOf(context.Data, known.Store(context.Data)); });
 }
 
 QStringList FormerPasswords(Context& context) {
@@ -220,9 +217,10 @@ QStringList FormerPasswords(Context& context) {
 QStringList FormerPasswords(Context& context, const Disk& profile, const QString& password) {
   FormerCodes former;
   const QString path = ProfileFiles(context, profile).first();
-  if (HasContent(path) && context.Data.Open(path, password))
-    std::ignore = former.Load(context.Data);
-  context.Data.Close();
+  if (HasContent(path)) {
+    const OpenedDatabase file(context, path, password);
+    if (file) std::ignore = former.Load(context.Data);
+  }
   return PasswordsOf(former, CodeFileOf(context, profile));
 }
 

@@ -87,11 +87,10 @@ Result<> SaveObject(Context& context, DatabaseKind kind, Disk& object) {
   AnyObject::SetChanged(object, GeneralTimeText(context.Data.Now()));
   const OpenedDatabase opened(context, kind);
   if (!opened) return opened.Error();
-  if (!context.Data.Begin()) return ReasonOf(context.Data);
-  if (AnyObject(object).Is(object_type::kProfile)) ApplyDefaultProfileRule(context, object);
-  const bool saved = StoreRows(context.Data, object) && context.Data.Commit();
-  if (!saved) context.Data.Rollback();
-  return ResultOf(context.Data, saved);
+  return Transact(context.Data, [&] {
+    if (AnyObject(object).Is(object_type::kProfile)) ApplyDefaultProfileRule(context, object);
+    return ResultOf(context.Data, StoreRows(context.Data, object));
+  });
 }
 
 void MarkForSaving(Disk& object) {

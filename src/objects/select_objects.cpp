@@ -12,13 +12,14 @@ bool PassesFilter(const Disk& object, const QString& type, const Disk& owner,
   if (filter.isEmpty()) return true;
   if (type == object_type::kProfile) {
     return filter.contains(object_type::kProfile) ||
-           (filter.contains(u"owner") && object.Serial() == owner.Serial());
+           (filter.contains(object_filter::kOwner) && object.Serial() == owner.Serial());
   }
   if (filter.contains(type)) return true;
   if (type != object_type::kFolder) return false;
-  return (filter.contains(u"inbox") && object.Serial() == fixed_serial::kInbox) ||
-         (filter.contains(u"static") && FolderObject(object).IsFilledByHand()) ||
-         (filter.contains(u"active") && AnyObject(object).Draw().contains(u"active"));
+  return (filter.contains(object_filter::kInbox) && object.Serial() == fixed_serial::kInbox) ||
+         (filter.contains(object_filter::kByHand) && FolderObject(object).IsFilledByHand()) ||
+         (filter.contains(object_filter::kByConditions) &&
+          AnyObject(object).Draw().contains(object_filter::kByConditions));
 }
 
 }  // namespace

@@ -11,9 +11,8 @@ enum SelectFlag { kSelectEnabled = 1, kSelectDefault = 2 };
 Q_DECLARE_FLAGS(SelectFlags, SelectFlag)
 
 /// The objects of a collection that match a filter, in collection order. The filter holds type
-/// words in any arrangement ("account" CR LF "folder"), "owner" for the logged-in profile alone,
-/// "static" or "active" for folders by how they are filled, and "inbox"; an empty filter passes
-/// every object that has a type. `owner` is the session bag.
+/// words in any arrangement ("account" CR LF "folder") and those of `object_filter`; an empty
+/// filter passes every object that has a type. `owner` is the session bag.
 DiskCollectionPtr SelectObjects(const DiskCollection& objects, const Disk& owner,
                                 const QString& filter, SelectFlags flags = {});
 

@@ -63,8 +63,7 @@ Result<> CreateFolders(Context& context) {
       {fixed_serial::kEditWait, Ui::tr("待ち", "folder"), QStringLiteral("activewait"),
        QStringLiteral("STATUS = %1 OR STATUS = %2").arg(kStatusEdit).arg(kStatusWaiting),
        Ui::tr("編集中および送信待ちのメッセージが保存されているフォルダです。")},
-      {fixed_serial::kDust, Ui::tr("くずかご", "folder"), QStringLiteral("dust"),
-       QStringLiteral("STATUS < 0"),
+      {fixed_serial::kDust, Ui::tr("くずかご", "folder"), QStringLiteral("dust"), kInDust,
        Ui::tr("くずかごに入れられたメッセージが保存されているフォルダです。")},
   };
   for (const StandardFolder& folder : folders) {

@@ -188,8 +188,7 @@ QString MessageListPages::Question(const SerialId& folder, const FolderSearch& s
 }
 
 QString MessageListPages::ScopeQuestion(const SerialId& folder, const FolderSearch& search) const {
-  const FolderQuery scope = FolderSqlBuilder(context_).Query(folder).Scope(search);
-  return scope.IsEmpty() ? QString() : FolderRows(scope, RowOrder::NewestFirst).Question();
+  return FolderSqlBuilder(context_).Query(folder).Scope(search).Identifiers(RowOrder::NewestFirst);
 }
 
 void MessageListPages::TakeAnswer(const SerialId& folder, const FolderSearch& search,

@@ -73,15 +73,14 @@ bool CreateFields(DataSession& data, const Field (&fields)[N]) {
 }
 
 Result<> CreateTables(DataSession& data, DatabaseKind kind) {
-  if (!data.Begin()) return ReasonOf(data);
-  const bool isObjects = kind == DatabaseKind::Navigator || kind == DatabaseKind::Profile;
-  const bool created =
-      isObjects ? CreateFields(data, kObjectFields) : CreateFields(data, kMailFields);
-  Result<> done = ResultOf(data, created);
-  if (done && !CompleteSchema(*data.OpenConnection())) done = data.OpenConnection()->LastError();
-  if (done) done = ResultOf(data, data.Commit());
-  if (!done) data.Rollback();
-  return done;
+  return Transact(data, [&data, kind]() -> Result<> {
+    const bool isObjects = kind == DatabaseKind::Navigator || kind == DatabaseKind::Profile;
+    const bool created =
+        isObjects ? CreateFields(data, kObjectFields) : CreateFields(data, kMailFields);
+    if (!created) return ReasonOf(data);
+    if (!CompleteSchema(*data.OpenConnection())) return data.OpenConnection()->LastError();
+    return {};
+  });
 }
 
 Result<> CreateAt(Context& context, DatabaseKind kind, const Location& location) {
@@ -137,8 +136,9 @@ Result<> CreateDatabase(Context& context, DatabaseKind kind, const QString& path
                         const QString& password) {
   Location location = Locate(context, kind, path);
   if (kind == DatabaseKind::MailByPath) location.password = password;
+  context.Data.Enter(QString());
   const Result<> exists = OpenOrCreate(context, kind, location);
-  context.Data.Close();
+  context.Data.Leave();
   return exists;
 }
 
@@ -147,6 +147,13 @@ OpenedDatabase::OpenedDatabase(Context& context, DatabaseKind kind, const QStrin
   const Location location = Locate(context, kind, path);
   data_.Enter(location.path);
   if (data_.OpenConnection() == nullptr) opened_ = OpenOrCreate(context, kind, location);
+}
+
+// With nothing that is open, so that the password is tried.
+OpenedDatabase::OpenedDatabase(Context& context, const QString& path, const QString& password)
+    : data_(context.Data) {
+  data_.Enter(QString());
+  opened_ = ResultOf(data_, data_.Open(path, password));
 }
 
 OpenedDatabase::~OpenedDatabase() {

@@ -28,6 +28,9 @@ inline const QString kDatabaseKey = QStringLiteral("db");
 class OpenedDatabase {
  public:
   OpenedDatabase(Context& context, DatabaseKind kind, const QString& path = {});
+  /// A file by its platform path and its password, which need not be the current profile's. It is
+  /// opened as it is: neither made nor given tables.
+  OpenedDatabase(Context& context, const QString& path, const QString& password);
   ~OpenedDatabase();
   OpenedDatabase(const OpenedDatabase&) = delete;
   OpenedDatabase& operator=(const OpenedDatabase&) = delete;

@@ -293,7 +293,7 @@ TEST_F(SendingWindowTest, ARefusedRecipientIsMarkedInTheMessage) {
   window.findChild<QAction*>(QStringLiteral("mailup"))->trigger();
   EXPECT_TRUE(Gone());
   const auto text = [&] {
-    const QString key = event()->data(0, Qt::UserRole).toString();
+    const SerialId key = SerialIdOf(event()->data(0, Qt::UserRole));
     const DiskPtr record = program_->Parent()->Mail().Events().Find(key);
     return record == nullptr ? QString() : EventRecord(*record).Text();
   };

@@ -1,7 +1,6 @@
 #include "auxiliary/window/console_window.h"
 
 #include <QApplication>
-#include <QDialogButtonBox>
 #include <QHash>
 #include <QKeyEvent>
 #include <QLabel>
@@ -19,6 +18,7 @@
 
 #include "auxiliary/window/console_request.h"
 #include "kit/window/icons.h"
+#include "kit/window/ok_cancel.h"
 #include "kit/window/plain_text.h"
 #include "objects/any_object.h"
 #include "objects/select_objects.h"
@@ -84,11 +84,7 @@ ConsoleWindow::ConsoleWindow(Context& context, QWidget* parent)
   sliderLayout->addWidget(slider_, 1);
   sliderLayout->addWidget(number);
 
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-  buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmOk"));
-  buttons->button(QDialogButtonBox::Ok)->setText(QStringLiteral("OK"));
-  buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmCancel"));
-  buttons->button(QDialogButtonBox::Cancel)->setText(Ui::tr("キャンセル"));
+  auto* buttons = OkCancelBox();
   another_ = buttons->addButton(QString(), QDialogButtonBox::ActionRole);
   another_->setObjectName(QStringLiteral("cmAnother"));
   connect(another_, &QPushButton::clicked, this,

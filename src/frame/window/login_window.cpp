@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -15,6 +14,7 @@
 #include "frame/profile_login.h"
 #include "kit/window/caps_lock_hint.h"
 #include "kit/window/icons.h"
+#include "kit/window/ok_cancel.h"
 #include "kit/window/plain_text.h"
 #include "objects/any_object.h"
 #include "objects/lost_files.h"
@@ -67,11 +67,7 @@ LoginWindow::LoginWindow(Context& context, QWidget* parent)
       PlainLabel(kApplicationTitle + QStringLiteral(" version. ") + context_.VersionText);
   product->setObjectName(QStringLiteral("Label3"));
 
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-  buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmOk"));
-  buttons->button(QDialogButtonBox::Ok)->setText(QStringLiteral("OK"));
-  buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmCancel"));
-  buttons->button(QDialogButtonBox::Cancel)->setText(Ui::tr("キャンセル"));
+  auto* buttons = OkCancelBox();
   connect(buttons, &QDialogButtonBox::accepted, this, &LoginWindow::cmOk_Click);
   connect(buttons, &QDialogButtonBox::rejected, this, &LoginWindow::reject);
 

@@ -2,40 +2,43 @@
 
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <span>
 
-namespace vorn {
+#include "mail/search/folder_query.h"
+#include "storage/context.h"
 
-/// What a condition of a folder asks of a message. `MailAddress` is part of an address or a name,
-/// `WholeAddress` is one address.
-enum class ConditionKind {
-  Subject,
-  MailAddress,
-  Folder,
-  Status,
-  TimeStamp,
-  WholeAddress,
-  Attachment,
-  Count
-};
+namespace vorn {
 
 /// What a condition is given to compare with: one text, the serial identifier of a folder, one or
 /// more states of messages, days counted from today, or nothing, where a message has it or not.
 enum class ConditionValue { Text, Folder, States, Days, None };
 
-/// All that there is to a kind.
-struct ConditionTraits {
-  ConditionKind kind;
+/// What a clause is made with, beside its values.
+struct ClauseSource {
+  Context& context;
+  /// The condition of another folder, whose needs are added to those of the one that names it;
+  /// empty when it cannot be loaded or is being expanded already.
+  std::function<QString(const SerialId& folder)> conditionOf;
+};
+
+/// What a condition of a folder asks of a message: all that there is to a kind.
+struct ConditionKind {
   const char* word;   ///< as it is stored
   const char* label;  ///< as it is chosen, to translate
   ConditionValue value;
-  /// The condition on a row of `mail`, empty when the values are none; null: that of the folder.
-  QString (*clause)(const QStringList& values);
+  FolderQuery::Needs needs;  ///< what its clause goes by
+  /// The condition on a row of `mail`, empty when the values are none.
+  QString (*clause)(const ClauseSource& source, const QStringList& values);
 };
 
-/// Every kind, in the order in which they are offered.
-std::span<const ConditionTraits> ConditionKinds();
+/// Every kind, in the order in which they are offered. A new condition begins as the first.
+std::span<const ConditionKind> ConditionKinds();
 
-const ConditionTraits& TraitsOf(ConditionKind kind);
+/// The kind that is stored under a word; null for one of another version.
+const ConditionKind* FindConditionKind(QStringView word);
+
+/// The kind that asks for one address, of whoever wrote or got the message.
+const ConditionKind& WholeAddressKind();
 
 }  // namespace vorn

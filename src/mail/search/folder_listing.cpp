@@ -134,13 +134,6 @@ Result<> ReadFolderRows(Context& context, const SerialId& folder,
   return ResultOf(context.Data, !rows->Failed());
 }
 
-QString FolderQuestion(Context& context, const SerialId& folder) {
-  const QString select = FolderSqlBuilder(context).Query(folder).Listing();
-  return select.isEmpty() ? QString()
-                          : QStringLiteral("SELECT SERIALID FROM (") + select +
-                                QStringLiteral(") ORDER BY FIELD_TIMESTAMP ASC");
-}
-
 Result<FolderListing> ListMessages(Context& context, const SerialIds& serialIds) {
   FolderListing listing;
   const OpenedDatabase mail(context, DatabaseKind::Mail);

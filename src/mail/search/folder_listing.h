@@ -36,9 +36,6 @@ Result<FolderListing> ListFolderMessages(Context& context, const SerialId& folde
 Result<> ReadFolderRows(Context& context, const SerialId& folder,
                         const std::function<void(const MailRow& row)>& take);
 
-/// The question for the identifiers of a folder's messages, oldest first; empty when there is no
-/// such folder. A `ConditionRun` can ask it where the condition takes long.
-QString FolderQuestion(Context& context, const SerialId& folder);
 /// Lists the messages with these identifiers in their order; those that are gone are left out.
 Result<FolderListing> ListMessages(Context& context, const SerialIds& serialIds);
 

@@ -20,7 +20,7 @@ QString TableOf(const SerialIds& messages) {
 
 FolderQuery FolderQuery::Scope(const FolderSearch& search) const {
   const bool isElsewhere = search.isEverywhere && !search.isEmpty() && !IsEmpty();
-  return isElsewhere ? FolderQuery(QStringLiteral("STATUS > 0"), Needs{}) : *this;
+  return isElsewhere ? FolderQuery(kOutsideDust, Needs{.state = true}) : *this;
 }
 
 FolderQuery FolderQuery::Searched(const FolderSearch& search) const {
@@ -66,6 +66,13 @@ QString FolderQuery::UnreadRows(const QString& columns) const {
                            ? QStringLiteral("mail WHERE (") + condition_ + QStringLiteral(") AND ")
                            : u'(' + Listing() + QStringLiteral(") WHERE ");
   return QStringLiteral("SELECT ") + columns + QStringLiteral(" FROM ") + rows + kUnopened;
+}
+
+QString FolderQuery::Identifiers(RowOrder order) const {
+  if (IsEmpty()) return {};
+  return QStringLiteral("SELECT SERIALID FROM (") + Listing() +
+         (order == RowOrder::OldestFirst ? QStringLiteral(") ORDER BY FIELD_TIMESTAMP ASC")
+                                         : QStringLiteral(") ORDER BY FIELD_TIMESTAMP DESC"));
 }
 
 std::optional<QString> FolderQuery::Column(const QString& name) const {

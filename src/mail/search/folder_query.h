@@ -7,14 +7,26 @@
 
 namespace vorn {
 
-/// Which messages a folder holds, as a question to the table `mail`. What it makes are statements
-/// without an order, which may hold text written by the user (`StatementTrust::UserCondition`).
+/// How a folder's messages follow each other.
+enum class RowOrder { OldestFirst, NewestFirst };
+
+/// Which messages a folder holds, as a question to the table `mail`. What it makes are statements,
+/// most of them without an order, which may hold text written by the user
+/// (`StatementTrust::UserCondition`).
 class FolderQuery {
  public:
   /// What the condition of a folder goes by, beside the columns of `mail`.
   struct Needs {
     bool folders = false;  ///< columns of the table `folder`
     bool time = false;     ///< it holds for other messages as time passes
+    bool state = false;    ///< it says itself whether what was thrown away is among them
+
+    Needs& operator|=(const Needs& other) {
+      folders |= other.folders;
+      time |= other.time;
+      state |= other.state;
+      return *this;
+    }
   };
 
   /// Of no folder.
@@ -41,6 +53,8 @@ class FolderQuery {
   QString Unread() const;
   /// Those themselves, with their identifiers and times.
   QString UnreadListing() const;
+  /// The identifiers of the messages in their order.
+  QString Identifiers(RowOrder order) const;
   /// The messages with one column, where an index alone may tell it; nothing where other columns or
   /// another table are needed.
   std::optional<QString> Column(const QString& name) const;

@@ -72,12 +72,6 @@ bool FolderRows::Open(DataSession& session, qint64 first, qint64 limit) {
   return session.OpenRecordset(sql, CursorKind::ForwardOnly, StatementTrust::UserCondition);
 }
 
-QString FolderRows::Question() const {
-  return QStringLiteral("SELECT SERIALID FROM (") + query_.Listing() +
-         (order_ == RowOrder::OldestFirst ? QStringLiteral(") ORDER BY FIELD_TIMESTAMP ASC")
-                                          : QStringLiteral(") ORDER BY FIELD_TIMESTAMP DESC"));
-}
-
 void FolderRows::Take(DataSession& session, const SerialIds& serialIds) {
   Refresh(session);
   found_.emplace(serialIds);

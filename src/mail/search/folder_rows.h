@@ -10,9 +10,6 @@
 
 namespace vorn {
 
-/// How a folder's messages follow each other.
-enum class RowOrder { OldestFirst, NewestFirst };
-
 /// The messages of a folder in the order of its pages. It remembers what it has found
 /// out about them as long as the database stays as it is.
 class FolderRows {
@@ -32,7 +29,7 @@ class FolderRows {
   /// The question for the identifiers of all of them in their order, to be asked elsewhere where it
   /// takes long, and its answer: with it nothing more is asked as long as the database stays as it
   /// is.
-  QString Question() const;
+  QString Question() const { return query_.Identifiers(order_); }
   void Take(DataSession& session, const SerialIds& serialIds);
   /// Forgets everything.
   void Forget() { *this = FolderRows(query_, order_); }

@@ -22,16 +22,14 @@ enum FieldIndex { kKindField = 0, kLabelField, kConnectorField, kNegationField, 
 
 std::optional<ConditionLine> ParseConditionLine(const QString& line) {
   const QStringList fields = line.split(kFieldSeparator);
-  for (const ConditionTraits& traits : ConditionKinds()) {
-    if (fields[kKindField] != QLatin1String(traits.word)) continue;
-    return ConditionLine{traits.kind, fields.value(kConnectorField) == kMark,
-                         fields.value(kNegationField) == kMark, fields.mid(kValueField)};
-  }
-  return std::nullopt;
+  const ConditionKind* kind = FindConditionKind(fields[kKindField]);
+  if (kind == nullptr) return std::nullopt;
+  return ConditionLine{kind, fields.value(kConnectorField) == kMark,
+                       fields.value(kNegationField) == kMark, fields.mid(kValueField)};
 }
 
 QString FormatConditionLine(const ConditionLine& line) {
-  QStringList fields{QLatin1String(TraitsOf(line.kind).word), QString(),
+  QStringList fields{QLatin1String(line.kind->word), QString(),
                      line.joinedByAnd ? kMark : QString(), line.negated ? kMark : QString()};
   // Without the separators of values that are empty at the end: a stored text that ends with zeros
   // is one that lost its end.
@@ -42,13 +40,20 @@ QString FormatConditionLine(const ConditionLine& line) {
 
 namespace {
 
+// Of a condition that the user wrote himself.
+FolderQuery::Needs NeedsOf(const QString& sql) {
+  return {.folders = NamesTable(sql, QLatin1String("folder")),
+          .time = DependsOnTime(sql),
+          .state = NamesColumn(sql, QLatin1String("STATUS"))};
+}
+
 // The folders that a folder's conditions name.
 SerialIds NamedFolders(const Disk& folder) {
   SerialIds named;
   if (FolderObject(folder).UsesSql()) return named;
   for (const QString& text : FolderObject(folder).Conditions().split(kLineBreak)) {
     const auto line = ParseConditionLine(text);
-    if (line && TraitsOf(line->kind).value == ConditionValue::Folder) {
+    if (line && line->kind->value == ConditionValue::Folder) {
       named.append(SerialId(line->values.value(0)));
     }
   }
@@ -80,28 +85,27 @@ FolderQuery FolderSqlBuilder::Query(const SerialId& serialId) {
 }
 
 // What was thrown away is in the dust bin alone, unless the folder asks for messages by their
-// state.
+// state. Without that care a folder is what the documented form of its statement says, which takes
+// the table `folder` for needed wherever its name stands, also in a text that is looked for.
 FolderQuery FolderSqlBuilder::Query(const Disk& folder) {
   visited_ = {folder.Serial()};
-  asksForState_ = false;
+  needs_ = {};
   const QString condition = Condition(folder.Serial(), folder);
   const bool isCareful = Settings(context_).IsCareful();
-  const bool leavesDust = isCareful && !FolderObject(folder).UsesSql() && !asksForState_;
-  const bool joins =
-      isCareful ? NamesTable(condition, QLatin1String("folder")) : condition.contains(u"folder.");
-  QString rest = leavesDust ? QStringLiteral(" AND mail.STATUS > 0") : QString();
+  const bool leavesDust = isCareful && !FolderObject(folder).UsesSql() && !needs_.state;
+  if (!isCareful && condition.contains(u"folder.")) needs_.folders = true;
+  QString rest = leavesDust ? QStringLiteral(" AND mail.") + kOutsideDust : QString();
   if (folder.Serial() == fixed_serial::kInbox && ListSettings(context_).ShowsFiledOnce()) {
     rest += NotFiled();
   }
-  return FolderQuery(rest.isEmpty() ? condition : u'(' + condition + u')' + rest,
-                     {joins, DependsOnTime(condition)});
+  return FolderQuery(rest.isEmpty() ? condition : u'(' + condition + u')' + rest, needs_);
 }
 
 // Only a folder that is there and shows it holds a message: what was filed into one that has gone,
 // or that goes by conditions now, comes back.
 QString FolderSqlBuilder::NotFiled() const {
   QStringList folders;
-  const auto byHand = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
+  const auto byHand = SelectObjects(context_.Objects, *context_.Session, object_filter::kByHand);
   for (const DiskPtr& folder : *byHand) {
     if (FolderObject(*folder).ShowsWhatIsFiled()) folders.append(QuoteSql(folder->Serial()));
   }
@@ -123,12 +127,16 @@ QString FolderSqlBuilder::ConditionOnce(const SerialId& serialId) {
 QString FolderSqlBuilder::Condition(const SerialId& serialId, const Disk& folder) {
   if (FolderObject(folder).UsesSql()) {
     const QString sql = FolderObject(folder).Sql();
-    asksForState_ = asksForState_ || NamesColumn(sql, QLatin1String("STATUS"));
+    needs_ |= NeedsOf(sql);
     return sql;
   }
   const QString list = FolderObject(folder).Conditions();
-  if (list.isEmpty()) return QStringLiteral("folder.FOLDERID = ") + QuoteSql(serialId);
+  if (!list.isEmpty()) return ConditionByLines(list);
+  needs_.folders = true;
+  return QStringLiteral("folder.FOLDERID = ") + QuoteSql(serialId);
+}
 
+QString FolderSqlBuilder::ConditionByLines(const QString& list) {
   QString condition;
   for (const QString& text : list.split(kLineBreak)) {
     const auto line = ParseConditionLine(text);
@@ -146,12 +154,9 @@ QString FolderSqlBuilder::Condition(const SerialId& serialId, const Disk& folder
 }
 
 QString FolderSqlBuilder::Clause(const ConditionLine& line) {
-  const ConditionTraits& traits = TraitsOf(line.kind);
-  if (traits.value == ConditionValue::Folder) {
-    return ConditionOnce(SerialId(line.values.value(0)));
-  }
-  if (traits.value == ConditionValue::States) asksForState_ = true;
-  return traits.clause(line.values);
+  needs_ |= line.kind->needs;
+  return line.kind->clause(
+      {context_, [this](const SerialId& folder) { return ConditionOnce(folder); }}, line.values);
 }
 
 }  // namespace vorn

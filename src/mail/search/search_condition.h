@@ -13,9 +13,7 @@ namespace vorn {
 
 /// One line of a folder's condition list.
 struct ConditionLine {
-  using Kind = ConditionKind;
-
-  Kind kind = Kind::Subject;
+  const ConditionKind* kind = &ConditionKinds().front();  ///< never null
   bool joinedByAnd = false;  ///< else joined to the lines before it by "or"
   bool negated = false;
   QStringList values;  ///< as many as the kind takes
@@ -50,12 +48,13 @@ class FolderSqlBuilder {
  private:
   QString ConditionOnce(const SerialId& serialId);
   QString Condition(const SerialId& serialId, const Disk& folder);
+  QString ConditionByLines(const QString& list);
   QString Clause(const ConditionLine& line);
   QString NotFiled() const;
 
   Context& context_;
-  bool asksForState_ = false;  // one of the conditions, also of a folder that is named
-  QSet<SerialId> visited_;     // every folder entered during one build
+  FolderQuery::Needs needs_;  // of all conditions, also of the folders that are named
+  QSet<SerialId> visited_;    // every folder entered during one build
 };
 
 }  // namespace vorn

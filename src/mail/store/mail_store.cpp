@@ -1,5 +1,6 @@
 #include "mail/store/mail_store.h"
 #include "mail/store/mail_row.h"
+#include "mail/store/message_pieces.h"
 
 #include "mail/codec/mime/message_index.h"
 #include "mail/store/message_identity.h"
@@ -51,15 +52,13 @@ Result<> MailStore::StoreMessages(const std::vector<std::pair<DiskPtr, QByteArra
   if (messages.empty()) return {};
   const OpenedDatabase opened = Open(*messages.front().first);
   if (!opened) return opened.Error();
-  bool stored = context_.Data.Begin();
-  if (stored) {
+  return Transact(context_.Data, [&] {
+    bool stored = true;
     for (size_t i = 0; stored && i < messages.size(); ++i) {
       stored = WriteMessage(*messages[i].first, messages[i].second, indexes[i]);
     }
-    stored = stored && context_.Data.Commit();
-    if (!stored) context_.Data.Rollback();
-  }
-  return ResultOf(context_.Data, stored);
+    return ResultOf(context_.Data, stored);
+  });
 }
 
 Result<> MailStore::StoreSent(const Disk& request, const QByteArray& source) {
@@ -80,13 +79,11 @@ Result<> MailStore::Store(const Disk& request, const QByteArray& source,
   const MessageIndex index = Index(request, source);
   const OpenedDatabase opened = Open(request);
   if (!opened) return opened.Error();
-  bool stored = context_.Data.Begin();
-  if (stored) {
-    stored = (statementBefore.isEmpty() || context_.Data.Execute(statementBefore)) &&
-             WriteMessage(request, source, index) && context_.Data.Commit();
-    if (!stored) context_.Data.Rollback();
-  }
-  return ResultOf(context_.Data, stored);
+  return Transact(context_.Data, [&] {
+    const bool stored = (statementBefore.isEmpty() || context_.Data.Execute(statementBefore)) &&
+                        WriteMessage(request, source, index);
+    return ResultOf(context_.Data, stored);
+  });
 }
 
 Result<MailStore::Received> MailStore::StoreReceived(const Disk& request,
@@ -220,30 +217,23 @@ bool MailStore::WriteFolders(const Disk& request) {
 Result<> MailStore::SetDust(const Disk& request, bool dust) {
   const OpenedDatabase opened = Open(request);
   if (!opened) return opened.Error();
-  const bool written = context_.Data.Execute(
-      QStringLiteral("UPDATE mail SET STATUS = ") +
-      (dust ? QStringLiteral("-ABS(STATUS)") : QStringLiteral("ABS(STATUS)")) + Where(request));
-  return ResultOf(context_.Data, written);
+  return ResultOf(context_.Data, context_.Data.Execute(PutIntoDust(dust) + Where(request)));
 }
 
 Result<> MailStore::CancelWaiting(const Disk& request) {
   const OpenedDatabase opened = Open(request);
   if (!opened) return opened.Error();
   DataSession& data = context_.Data;
-  if (!data.Begin()) return ReasonOf(data);
-  Result<> done = ResultOf(data, data.OpenRecordset(SelectRow(request), CursorKind::ForwardOnly));
-  if (done && MailRow(*data.Recordset()).Status() != kStatusWaiting) {
-    done = StorageError{StorageError::Kind::NotFound, {}};
-  }
-  if (done) {
-    done = ResultOf(data, data.Execute(QStringLiteral("UPDATE mail SET STATUS = STATUS / %1 * %2")
-                                           .arg(kStatusWaiting)
-                                           .arg(kStatusEdit) +
-                                       Where(request)) &&
-                              data.Commit());
-  }
-  if (!done) data.Rollback();
-  return done;
+  return Transact(data, [&]() -> Result<> {
+    if (!data.OpenRecordset(SelectRow(request), CursorKind::ForwardOnly)) return ReasonOf(data);
+    if (MailRow(*data.Recordset()).Status() != kStatusWaiting) {
+      return StorageError{StorageError::Kind::NotFound, {}};
+    }
+    const QString edited = QStringLiteral("UPDATE mail SET STATUS = STATUS / %1 * %2")
+                               .arg(kStatusWaiting)
+                               .arg(kStatusEdit);
+    return ResultOf(data, data.Execute(edited + Where(request)));
+  });
 }
 
 bool MailStore::IsTextMime(const QString& contentType) {

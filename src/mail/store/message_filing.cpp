@@ -41,8 +41,9 @@ QString Marks(const FlagString& flags) {
 }
 
 // What a server is being given stays as it is.
-const QString kMayChange =
-    QStringLiteral(" AND SERIALID NOT IN (SELECT SERIALID FROM send_attempt WHERE STATE = 1)");
+const QString kUnderWay =
+    QStringLiteral("(SELECT SERIALID FROM send_attempt WHERE STATE = %1)").arg(kAttemptUnderWay);
+const QString kMayChange = QStringLiteral(" AND SERIALID NOT IN ") + kUnderWay;
 
 // Those among the messages for which the statement, which their condition ends, selects them.
 Result<SerialIds> FindAmong(DataSession& session, const QString& statement,
@@ -70,10 +71,8 @@ Result<UnderWay> ReadUnderWay(DataSession& session, const SerialIds& messages) {
   UnderWay underWay;
   for (const SerialIds& piece : InPieces(messages)) {
     if (!session.OpenRecordset(
-            QStringLiteral(
-                "SELECT SERIALID, FIELD_SUBJECT FROM mail WHERE%1 AND SERIALID IN (SELECT SERIALID "
-                "FROM send_attempt WHERE STATE = 1)")
-                .arg(Among(piece)),
+            QStringLiteral("SELECT SERIALID, FIELD_SUBJECT FROM mail WHERE%1 AND SERIALID IN %2")
+                .arg(Among(piece), kUnderWay),
             CursorKind::ForwardOnly)) {
       return ReasonOf(session);
     }
@@ -86,18 +85,13 @@ Result<UnderWay> ReadUnderWay(DataSession& session, const SerialIds& messages) {
   return underWay;
 }
 
-// Does `work`, which gives a result, on the open mail database, in one transaction.
+// Does `work`, which gives a result, in a transaction of the mail database.
 template <typename Work>
 std::invoke_result_t<Work, DataSession&> Transact(Context& context, const Work& work) {
   DataSession& session = context.Data;
   const OpenedDatabase opened(context, DatabaseKind::Mail);
   if (!opened) return opened.Error();
-  if (!session.Begin()) return ReasonOf(session);
-  auto done = work(session);
-  if (done && session.Commit()) return done;
-  const StorageError reason = done ? ReasonOf(session) : done.Error();
-  session.Rollback();
-  return reason;
+  return Transact(session, [&] { return work(session); });
 }
 
 // Runs a statement, which the condition of messages and `rest` end.
@@ -110,11 +104,7 @@ bool RunAmong(DataSession& session, const QString& statement, const SerialIds& m
 }
 
 bool SetDust(DataSession& session, const SerialIds& messages, bool dust) {
-  return RunAmong(session,
-                  QStringLiteral("UPDATE mail SET STATUS = ") +
-                      (dust ? QStringLiteral("-ABS(STATUS)") : QStringLiteral("ABS(STATUS)")) +
-                      QStringLiteral(" WHERE"),
-                  messages);
+  return RunAmong(session, PutIntoDust(dust) + QStringLiteral(" WHERE"), messages);
 }
 
 // Of a move what it changes: what is where it is put, or gone, is not moved.
@@ -139,8 +129,8 @@ Result<Move> Narrow(DataSession& session, const Move& move) {
                             QuoteSql(folder.key()) + QStringLiteral(" AND");
     find(members, *folder, narrowed.outOf[folder.key()]);
   }
-  find(select + QStringLiteral("STATUS > 0 AND"), move.intoDust, narrowed.intoDust);
-  find(select + QStringLiteral("STATUS < 0 AND"), move.outOfDust, narrowed.outOfDust);
+  find(select + kOutsideDust + QStringLiteral(" AND"), move.intoDust, narrowed.intoDust);
+  find(select + kInDust + QStringLiteral(" AND"), move.outOfDust, narrowed.outOfDust);
   if (!found) return found.Error();
   return narrowed;
 }
@@ -296,10 +286,10 @@ int CountWaiting(Context& context, const QString& address) {
 
 Result<> EmptyDust(Context& context) {
   return Transact(context, [](DataSession& session) {
-    const bool emptied =
-        session.Execute(QStringLiteral("DELETE FROM folder WHERE SERIALID IN "
-                                       "(SELECT SERIALID FROM mail WHERE STATUS < 0)")) &&
-        session.Execute(QStringLiteral("DELETE * FROM mail WHERE STATUS < 0"));
+    const bool emptied = session.Execute(QStringLiteral("DELETE FROM folder WHERE SERIALID IN "
+                                                        "(SELECT SERIALID FROM mail WHERE %1)")
+                                             .arg(kInDust)) &&
+                         session.Execute(QStringLiteral("DELETE * FROM mail WHERE ") + kInDust);
     return ResultOf(session, emptied);
   });
 }

@@ -16,6 +16,13 @@ inline QString Among(const SerialIds& messages) {
   return QStringLiteral(" SERIALID IN (%1)").arg(quoted.join(u','));
 }
 
+/// The statement, without its condition, that puts messages into the dust bin or takes them out,
+/// whatever their states are.
+inline QString PutIntoDust(bool dust) {
+  return QStringLiteral("UPDATE mail SET STATUS = ") +
+         (dust ? QStringLiteral("-ABS(STATUS)") : QStringLiteral("ABS(STATUS)"));
+}
+
 /// Messages in pieces of which each has room in one statement: the engine takes 999 values, and a
 /// million characters.
 inline QList<SerialIds> InPieces(const SerialIds& messages) {

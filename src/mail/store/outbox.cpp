@@ -12,9 +12,6 @@
 namespace vorn {
 namespace {
 
-// What a state of a note of an attempt says; the rules of the table know the numbers too.
-enum AttemptState { kUnderWay = 1, kDoubtful = 2 };
-
 QString Where(const SerialId& serialId) {
   return QStringLiteral(" WHERE SERIALID = ") + QuoteSql(serialId);
 }
@@ -84,7 +81,7 @@ Result<Outbox::Claim> Outbox::BeginHandover(const SerialId& serialId, const QStr
         data.Execute(QStringLiteral("INSERT INTO send_attempt (SERIALID, STATE, STARTED, SERVER, "
                                     "REPLY) VALUES(%1,%2,%3,%4,'')")
                          .arg(QuoteSql(serialId))
-                         .arg(kUnderWay)
+                         .arg(kAttemptUnderWay)
                          .arg(QuoteSql(data.Now()), QuoteSql(server))) &&
             data.Commit());
     if (noted) noted = SyncDatabase(data, PlatformPath(context_, file_));
@@ -101,19 +98,16 @@ Result<> Outbox::EndAttempt(const SerialId& serialId, const QString& condition,
   const OpenedDatabase opened = Open();
   if (!opened) return opened.Error();
   DataSession& data = context_.Data;
-  if (!data.Begin()) return ReasonOf(data);
-  Result<> ended =
-      ResultOf(data, data.OpenRecordset(QStringLiteral("SELECT STATE FROM send_attempt") +
-                                            Where(serialId) + condition,
-                                        CursorKind::ForwardOnly));
-  if (ended && data.Recordset()->Eof()) ended = StorageError{StorageError::Kind::NotFound, {}};
-  if (ended) {
+  return Transact(data, [&]() -> Result<> {
+    const QString attempt = QStringLiteral("SELECT STATE FROM send_attempt");
+    if (!data.OpenRecordset(attempt + Where(serialId) + condition, CursorKind::ForwardOnly)) {
+      return ReasonOf(data);
+    }
+    if (data.Recordset()->Eof()) return StorageError{StorageError::Kind::NotFound, {}};
     bool done = data.Execute(QStringLiteral("DELETE FROM send_attempt") + Where(serialId));
     for (const QString& statement : statementsAfter) done = done && data.Execute(statement);
-    ended = ResultOf(data, done && data.Commit());
-  }
-  if (!ended) data.Rollback();
-  return ended;
+    return ResultOf(data, done);
+  });
 }
 
 Result<> Outbox::Withdraw(const SerialId& serialId) {
@@ -125,7 +119,7 @@ Result<> Outbox::Doubt(const SerialId& serialId, const QString& reply) {
   if (!opened) return opened.Error();
   const bool noted =
       context_.Data.Execute(QStringLiteral("UPDATE send_attempt SET STATE = %1, REPLY = %2")
-                                .arg(kDoubtful)
+                                .arg(kAttemptDoubtful)
                                 .arg(QuoteSql(reply)) +
                             Where(serialId));
   return ResultOf(context_.Data, noted);
@@ -142,13 +136,13 @@ int Outbox::DoubtLeftOver() {
   if (!opened) return 0;
   DataSession& data = context_.Data;
   int count = 0;
-  if (data.OpenRecordset(
-          QStringLiteral("SELECT SERIALID FROM send_attempt WHERE STATE = %1").arg(kUnderWay),
-          CursorKind::ForwardOnly)) {
+  if (data.OpenRecordset(QStringLiteral("SELECT SERIALID FROM send_attempt WHERE STATE = %1")
+                             .arg(kAttemptUnderWay),
+                         CursorKind::ForwardOnly)) {
     for (const RecordsetPtr rows = data.Recordset(); !rows->Eof(); rows->MoveNext()) ++count;
   }
   if (count > 0 &&
-      !data.Execute(QStringLiteral("UPDATE send_attempt SET STATE = %1").arg(kDoubtful))) {
+      !data.Execute(QStringLiteral("UPDATE send_attempt SET STATE = %1").arg(kAttemptDoubtful))) {
     count = 0;
   }
   return count;
@@ -167,7 +161,7 @@ Result<> Outbox::DoubtWaiting() {
       QStringLiteral("INSERT INTO send_attempt (SERIALID, STATE, STARTED, SERVER, REPLY) SELECT "
                      "SERIALID, %1, %2, '', '' FROM mail WHERE STATUS IN (%3,-%3) AND SERIALID "
                      "NOT IN (SELECT SERIALID FROM send_attempt)")
-          .arg(kDoubtful)
+          .arg(kAttemptDoubtful)
           .arg(QuoteSql(data.Now()))
           .arg(kStatusWaiting));
   return ResultOf(data, noted);
@@ -182,9 +176,8 @@ QList<DoubtfulMessage> Outbox::ReadDoubtful(const QString& condition) {
   if (context_.Data.OpenRecordset(
           QStringLiteral("SELECT send_attempt.SERIALID AS ID, FIELD_SUBJECT, STARTED, SERVER, "
                          "REPLY FROM send_attempt CROSS JOIN mail ON mail.SERIALID = "
-                         "send_attempt.SERIALID WHERE STATE = %1 AND STATUS > 0%2 ORDER BY STARTED")
-              .arg(kDoubtful)
-              .arg(condition),
+                         "send_attempt.SERIALID WHERE STATE = %1 AND %2%3 ORDER BY STARTED")
+              .arg(QString::number(kAttemptDoubtful), kOutsideDust, condition),
           CursorKind::ForwardOnly)) {
     for (const RecordsetPtr rows = context_.Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
       messages.append({SerialIdOf(rows->Fields(u"ID")), MailRow(*rows).Subject(),
@@ -206,11 +199,11 @@ std::optional<DoubtfulMessage> Outbox::FindDoubtful(const SerialId& serialId) {
 }
 
 Result<> Outbox::SendAgain(const SerialId& serialId) {
-  return EndAttempt(serialId, QStringLiteral(" AND STATE = %1").arg(kDoubtful), {});
+  return EndAttempt(serialId, QStringLiteral(" AND STATE = %1").arg(kAttemptDoubtful), {});
 }
 
 Result<> Outbox::KeepAsSent(const SerialId& serialId) {
-  return EndAttempt(serialId, QStringLiteral(" AND STATE = %1").arg(kDoubtful),
+  return EndAttempt(serialId, QStringLiteral(" AND STATE = %1").arg(kAttemptDoubtful),
                     {QStringLiteral("UPDATE mail SET STATUS = %1").arg(kStatusSent) +
                      Where(serialId) + QStringLiteral(" AND STATUS = %1").arg(kStatusWaiting)});
 }

@@ -19,7 +19,8 @@ QHash<SerialId, SendRefusal> SendRefusals::All() {
   const auto rows =
       AskOwn(context_.Data,
              "SELECT send_refusal.SERIALID, ROUTE, TRIED, REPLY FROM send_refusal INNER JOIN mail "
-             "ON mail.SERIALID = send_refusal.SERIALID WHERE STATUS > 0",
+             "ON mail.SERIALID = send_refusal.SERIALID WHERE " +
+                 kOutsideDust.toLatin1(),
              {});
   if (!rows) return refusals;
   for (Recordset& row = **rows; !row.Eof(); row.MoveNext()) {

@@ -22,6 +22,7 @@
 #include "mail/window/host/message_host.h"
 #include "mail/window/message_window.h"
 #include "objects/any_object.h"
+#include "objects/object_types.h"
 #include "objects/select_objects.h"
 #include "storage/ui.h"
 
@@ -79,7 +80,7 @@ void ToggleStar(const Parts& parts) {
 void ChooseFolders(const Parts& parts) {
   QStringList entries;
   const DiskCollectionPtr folders =
-      SelectObjects(parts.context.Objects, *parts.context.Session, QStringLiteral("static"));
+      SelectObjects(parts.context.Objects, *parts.context.Session, object_filter::kByHand);
   if (folders->IsEmpty()) {
     ShowBox(&parts.window, QMessageBox::Information, NoFolderWords());
     return;

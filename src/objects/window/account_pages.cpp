@@ -19,10 +19,6 @@
 namespace vorn {
 namespace {
 
-// Ports by security: none, STARTTLS, TLS from the start.
-const QList<int> kPop3Ports = {110, 110, 995};
-const QList<int> kSmtpPorts = {25, 587, 465};
-
 // A new account sends no password in clear text until the user says so (RFC 8314, 3).
 constexpr int kFirstSecurity = static_cast<int>(Security::Tls);
 
@@ -324,7 +320,7 @@ void ServerPage::Finish(Disk&) {}
 
 ReceivePage::ReceivePage()
     : ServerPage(QStringLiteral("receive"), Ui::tr("受信(&R)"), QStringLiteral("InMailServer")) {
-  UsePorts(kPop3Ports);
+  UsePorts({kPop3Ports.begin(), kPop3Ports.end()});
   protocol_ = AddChoice(QStringLiteral("cbInMailServerProtocol"), Ui::tr("種類(&T)"),
                         {QStringLiteral("POP3"), QStringLiteral("APOP")});
   AddSecurity();
@@ -370,7 +366,7 @@ void ReceivePage::Finish(Disk& bag) {
 
 SendPage::SendPage()
     : ServerPage(QStringLiteral("send"), Ui::tr("送信(&E)"), QStringLiteral("OutMailServer")) {
-  UsePorts(kSmtpPorts);
+  UsePorts({kSmtpPorts.begin(), kSmtpPorts.end()});
   AddChoice(QStringLiteral("cbOutMailServerProtocol"), Ui::tr("種類(&T)"),
             {QStringLiteral("SMTP"), QStringLiteral("POP before SMTP")});
   AddSecurity();

@@ -11,8 +11,6 @@
 namespace vorn {
 namespace {
 
-using Kind = ConditionLine::Kind;
-
 // Dynamic properties: of a row's connector its stored line while nobody has changed it, of a row's
 // kind the text that was last written.
 constexpr char kLine[] = "line";
@@ -82,10 +80,10 @@ void ConditionEditor::AddCondition(const ConditionLine& line) {
   auto* kind = new QComboBox;
   kind->setObjectName(QStringLiteral("kind"));
   kind->setAccessibleName(Ui::tr("種類"));
-  for (const ConditionTraits& traits : ConditionKinds()) {
-    kind->addItem(Ui::tr(traits.label), static_cast<int>(traits.kind));
+  for (const ConditionKind& offered : ConditionKinds()) {
+    kind->addItem(Ui::tr(offered.label));
+    if (&offered == line.kind) kind->setCurrentIndex(kind->count() - 1);
   }
-  kind->setCurrentIndex(kind->findData(static_cast<int>(line.kind)));
   setCellWidget(row, kKind, kind);
 
   auto* negation = new QCheckBox(Ui::tr("でない"));
@@ -93,7 +91,7 @@ void ConditionEditor::AddCondition(const ConditionLine& line) {
   negation->setChecked(line.negated);
   setCellWidget(row, kNegation, negation);
 
-  setCellWidget(row, kValue, MakeValueEditor(line.kind, line.values));
+  setCellWidget(row, kValue, MakeValueEditor(*line.kind, line.values));
   connect(connector, &QComboBox::currentIndexChanged, this,
           [this, connector] { Touch(connector); });
   connect(negation, &QCheckBox::toggled, this, [this, negation] { Touch(negation); });
@@ -120,40 +118,44 @@ void ConditionEditor::ShowConnectors() {
 
 void ConditionEditor::KindChosen(int row) {
   if (row < 0) return;
-  const Kind kind = KindOf(row);
+  const ConditionKind& kind = KindOf(row);
   auto* kinds = CellEditor<QComboBox>(*this, row, kKind);
   // Who only passes another kind finds his text again.
   if (const auto* text = CellEditor<QLineEdit>(*this, row, kValue)) {
     kinds->setProperty(kText, text->text());
   }
-  const bool isText = TraitsOf(kind).value == ConditionValue::Text;
+  const bool isText = kind.value == ConditionValue::Text;
   setCellWidget(row, kValue,
                 MakeValueEditor(
                     kind, isText ? QStringList(kinds->property(kText).toString()) : QStringList()));
   Touch(cellWidget(row, kValue));
 }
 
-QWidget* ConditionEditor::MakeValueEditor(Kind kind, const QStringList& values) {
-  return EditorOf(TraitsOf(kind).value).make(context_, values, [this](const QWidget* editor) {
+QWidget* ConditionEditor::MakeValueEditor(const ConditionKind& kind, const QStringList& values) {
+  return EditorOf(kind.value).make(context_, values, [this](const QWidget* editor) {
     Touch(editor);
   });
 }
 
-Kind ConditionEditor::KindOf(int row) const {
-  return static_cast<Kind>(CellEditor<QComboBox>(*this, row, kKind)->currentData().toInt());
+// The kinds are offered in their order.
+const ConditionKind& ConditionEditor::KindOf(int row) const {
+  const int chosen = CellEditor<QComboBox>(*this, row, kKind)->currentIndex();
+  return ConditionKinds()[static_cast<size_t>(chosen)];
 }
 
 ConditionLine ConditionEditor::Condition(int row) const {
   ConditionLine line;
-  line.kind = KindOf(row);
+  line.kind = &KindOf(row);
   line.joinedByAnd = CellEditor<QComboBox>(*this, row, kConnector)->currentIndex() == 1;
   line.negated = CellEditor<QCheckBox>(*this, row, kNegation)->isChecked();
-  line.values = EditorOf(TraitsOf(line.kind).value).values(*cellWidget(row, kValue));
+  line.values = EditorOf(line.kind->value).values(*cellWidget(row, kValue));
   return line;
 }
 
 void ConditionEditor::AddRow() {
-  AddCondition({Kind::Subject, true, false, {}});
+  ConditionLine line;
+  line.joinedByAnd = true;
+  AddCondition(line);
   cellWidget(rowCount() - 1, kKind)->setFocus();
   Q_EMIT Changed();
 }

@@ -35,8 +35,8 @@ class ConditionEditor : public QTableWidget {
   int RowOf(const QWidget* editor) const;
   void KindChosen(int row);
   void ShowConnectors();
-  QWidget* MakeValueEditor(ConditionLine::Kind kind, const QStringList& values);
-  ConditionLine::Kind KindOf(int row) const;
+  QWidget* MakeValueEditor(const ConditionKind& kind, const QStringList& values);
+  const ConditionKind& KindOf(int row) const;
 
   const Context& context_;
 };

@@ -1,12 +1,9 @@
 #include "objects/window/editing_window.h"
 
-#include <QDialogButtonBox>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QShowEvent>
 #include <QVBoxLayout>
 
-#include "kit/window/plain_text.h"
+#include "kit/window/ok_cancel.h"
 #include "objects/object_loader.h"
 #include "objects/save_object.h"
 #include "storage/bags/profile_bag.h"
@@ -18,14 +15,7 @@ EditingWindow::EditingWindow(Context& context, const QString& name, QWidget* par
     : QDialog(parent), context_(context), pages_(new FormPages) {
   setObjectName(name);
   setAttribute(Qt::WA_DeleteOnClose);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-  const auto caption = [buttons](QDialogButtonBox::StandardButton button, const QString& objectName,
-                                 const QString& text) {
-    buttons->button(button)->setObjectName(objectName);
-    buttons->button(button)->setText(text);
-  };
-  caption(QDialogButtonBox::Ok, QStringLiteral("cmOk"), QStringLiteral("OK"));
-  caption(QDialogButtonBox::Cancel, QStringLiteral("cmCancel"), Ui::tr("キャンセル"));
+  auto* buttons = OkCancelBox();
   connect(buttons, &QDialogButtonBox::accepted, this, &EditingWindow::cmOk_Click);
   connect(buttons, &QDialogButtonBox::rejected, this, &EditingWindow::Leave);
   auto* layout = new QVBoxLayout(this);
@@ -97,11 +87,9 @@ void EditingWindow::showEvent(QShowEvent* event) {
 
 void EditingWindow::reject() {
   if (isVisible() && pages_->Entries() != entries_) {
-    const auto answer =
-        ShowBox(this, QMessageBox::Question, Ui::tr("変更を保存しますか？"),
-                QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes);
-    if (answer == QMessageBox::Cancel) return;
-    if (answer == QMessageBox::Yes) return cmOk_Click();
+    const std::optional<bool> saves = AskToSave(this);
+    if (!saves) return;
+    if (*saves) return cmOk_Click();
   }
   Leave();
 }

@@ -1,7 +1,6 @@
 #include "present/window/layout_window.h"
 
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
 #include <QFontDatabase>
@@ -10,10 +9,8 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPointer>
-#include <QPushButton>
 #include <QSplitter>
 #include <QTableWidget>
 #include <QTextCursor>
@@ -21,6 +18,7 @@
 #include <QWebEngineScript>
 #include <QWebEngineView>
 
+#include "kit/window/ok_cancel.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
 #include "objects/any_object.h"
@@ -97,11 +95,7 @@ LayoutWindow::LayoutWindow(Context& context, MessageListPages& pages,
   split->addWidget(BuildEditor());
   split->addWidget(wbPreview_);
   split->setSizes({kLayoutSize.width() / 2, kLayoutSize.width() / 2});
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-  buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmOk"));
-  buttons->button(QDialogButtonBox::Ok)->setText(QStringLiteral("OK"));
-  buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmCancel"));
-  buttons->button(QDialogButtonBox::Cancel)->setText(Ui::tr("キャンセル"));
+  auto* buttons = OkCancelBox();
   connect(buttons, &QDialogButtonBox::accepted, this, &LayoutWindow::cmOk_Click);
   connect(buttons, &QDialogButtonBox::rejected, this, &LayoutWindow::reject);
   auto* layout = new QVBoxLayout(this);
@@ -273,14 +267,9 @@ void LayoutWindow::cmOk_Click() {
 
 void LayoutWindow::reject() {
   if (txHtml_->document()->isModified()) {
-    const auto answer =
-        ShowBox(this, QMessageBox::Question, Ui::tr("変更を保存しますか？"),
-                QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes);
-    if (answer == QMessageBox::Cancel) return;
-    if (answer == QMessageBox::Yes) {
-      cmOk_Click();
-      return;
-    }
+    const std::optional<bool> saves = AskToSave(this);
+    if (!saves) return;
+    if (*saves) return cmOk_Click();
   }
   QDialog::reject();
 }

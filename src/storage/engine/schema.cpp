@@ -92,9 +92,10 @@ bool CreateMailIndexes(Connection& connection) {
 }
 
 // A message that is being handed over to a server, or may have been, keeps its source and its state
-// whoever writes to the file. STATE is 1 while it is under way, and 2 when nobody knows whether it
-// arrived; such a message may be thrown away and taken back, and deleted.
+// whoever writes to the file. One of which nobody knows whether it arrived may be thrown away and
+// taken back, and deleted.
 bool CreateSendAttempts(Connection& connection) {
+  const QByteArray doubtful = QByteArray::number(kAttemptDoubtful);
   const QByteArray refuse =
       " BEGIN SELECT RAISE(ABORT, '" + QByteArray(kInTransferWords.data()) + "'); END";
   return connection.Run(
@@ -103,12 +104,13 @@ bool CreateSendAttempts(Connection& connection) {
          connection.Run(
              "CREATE TRIGGER IF NOT EXISTS send_attempt_keeps_row BEFORE UPDATE OF STATUS, MAIL ON "
              "mail WHEN EXISTS (SELECT 1 FROM send_attempt WHERE SERIALID = OLD.SERIALID AND NOT "
-             "(STATE = 2 AND NEW.MAIL IS OLD.MAIL AND ABS(NEW.STATUS) = ABS(OLD.STATUS)))" +
+             "(STATE = " +
+             doubtful + " AND NEW.MAIL IS OLD.MAIL AND ABS(NEW.STATUS) = ABS(OLD.STATUS)))" +
              refuse) &&
          connection.Run(
              "CREATE TRIGGER IF NOT EXISTS send_attempt_keeps_message BEFORE DELETE ON mail WHEN "
-             "EXISTS (SELECT 1 FROM send_attempt WHERE SERIALID = OLD.SERIALID AND STATE <> 2)" +
-             refuse) &&
+             "EXISTS (SELECT 1 FROM send_attempt WHERE SERIALID = OLD.SERIALID AND STATE <> " +
+             doubtful + ")" + refuse) &&
          connection.Run(
              "CREATE TRIGGER IF NOT EXISTS send_attempt_goes AFTER DELETE ON mail BEGIN DELETE "
              "FROM send_attempt WHERE SERIALID = OLD.SERIALID; END");

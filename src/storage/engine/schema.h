@@ -34,8 +34,7 @@ inline constexpr int kLeastSpread = 2048;
 enum class FieldType { Integer = 3, DateTime = 8, Text = 10, LongBinary = 11, Memo = 12 };
 
 /// Adds a column, creating the table on its first one; an existing column stays as it is.
-/// `indexed` asks for an index: statements select or sort by the column. `size` in characters is
-/// for the record only, the engine's texts have no limit.
+/// `indexed` asks for an index: statements select or sort by the column.
 bool CreateColumn(Connection& connection, const QString& table, const QString& column,
                   FieldType type, bool indexed);
 

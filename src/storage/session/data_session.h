@@ -23,7 +23,8 @@ namespace vorn {
 /// `LastError`. Used on one thread.
 class DataSession {
  public:
-  /// Opens a file, closing the one that is open. A wrong password never opens a file, warm or not.
+  /// Opens a file, closing the one that is open: between `Enter` and `Leave`, as `OpenedDatabase`
+  /// does it, nobody's. A wrong password never opens a file, warm or not.
   bool Open(const QString& path, const QString& password);
   /// Creates an empty database file; false when the file exists.
   bool Create(const QString& path, const QString& password);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <type_traits>
+
 #include "storage/base/result.h"
 #include "storage/session/data_session.h"
 
@@ -15,6 +17,18 @@ inline StorageError ReasonOf(const DataSession& data) {
 /// What calls of the session have come to: done, or the reason.
 inline Result<> ResultOf(const DataSession& data, bool done) {
   return done ? Result<>() : ReasonOf(data);
+}
+
+/// Does `work`, which gives a result, in a transaction of the open database: all of it, or nothing
+/// where it fails.
+template <typename Work>
+std::invoke_result_t<Work> Transact(DataSession& data, const Work& work) {
+  if (!data.Begin()) return ReasonOf(data);
+  auto done = work();
+  if (done && data.Commit()) return done;
+  const StorageError reason = done ? ReasonOf(data) : done.Error();
+  data.Rollback();
+  return reason;
 }
 
 }  // namespace vorn

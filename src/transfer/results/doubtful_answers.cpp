@@ -67,14 +67,8 @@ Result<> DoubtfulAnswers::Store() {
   if (changed_.isEmpty() && gone_.isEmpty()) return {};
   const OpenedDatabase opened(context_, DatabaseKind::Mail);
   if (!opened) return opened.Error();
-  Result<> stored = ResultOf(context_.Data, context_.Data.Begin());
+  const Result<> stored = Transact(context_.Data, [this] { return Write(); });
   if (!stored) return stored;
-  stored = Write();
-  if (stored) stored = ResultOf(context_.Data, context_.Data.Commit());
-  if (!stored) {
-    context_.Data.Rollback();
-    return stored;
-  }
   for (const QString& id : std::as_const(gone_)) noted_.remove(id);
   gone_.clear();
   changed_.clear();  // an answer to this session is none of an earlier one

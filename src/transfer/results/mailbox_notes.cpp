@@ -119,14 +119,8 @@ Result<> MailboxNotes::Store() {
   if (changed_.isEmpty() && gone_.isEmpty()) return {};
   const OpenedDatabase opened(context_, DatabaseKind::Mail);
   if (!opened) return opened.Error();
-  Result<> stored = ResultOf(context_.Data, context_.Data.Begin());
+  const Result<> stored = Transact(context_.Data, [this] { return WriteAll(); });
   if (!stored) return stored;
-  stored = WriteAll();
-  if (stored) stored = ResultOf(context_.Data, context_.Data.Commit());
-  if (!stored) {
-    context_.Data.Rollback();
-    return stored;
-  }
   for (const QString& id : std::as_const(gone_)) noted_.remove(id);
   for (auto entry = changed_.constBegin(); entry != changed_.constEnd(); ++entry) {
     noted_.insert(entry.key(), *entry);

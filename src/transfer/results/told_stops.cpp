@@ -35,14 +35,14 @@ Result<> ToldStops::Store() {
   if (fresh_.isEmpty()) return {};
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
   if (!mail) return mail.Error();
-  Result<> stored = ResultOf(context_.Data, context_.Data.Begin());
-  for (const qint64 digest : std::as_const(fresh_)) {
-    if (stored)
-      stored = RunOwn(context_.Data, "INSERT OR IGNORE INTO told_stop VALUES (?1)", {digest});
-  }
-  if (stored) stored = ResultOf(context_.Data, context_.Data.Commit());
-  if (!stored) context_.Data.Rollback();
-  return stored;
+  return Transact(context_.Data, [this]() -> Result<> {
+    for (const qint64 digest : std::as_const(fresh_)) {
+      const Result<> stored =
+          RunOwn(context_.Data, "INSERT OR IGNORE INTO told_stop VALUES (?1)", {digest});
+      if (!stored) return stored;
+    }
+    return {};
+  });
 }
 
 }  // namespace vorn

@@ -16,6 +16,7 @@
 #include "mail/archive/import_messages.h"
 #include "mail/archive/mail_archive.h"
 #include "mail/search/folder_listing.h"
+#include "mail/search/search_condition.h"
 #include "mail/store/message_filing.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
@@ -44,8 +45,10 @@ Result<FolderListing> ListFolder(Context& context, const SerialId& folder,
     if (!brief.IsReached()) return listing.Error().Behind(unread);
   }
   std::optional<ConditionRun::Answer> found;
+  const QString question =
+      FolderSqlBuilder(context).Query(folder).Identifiers(RowOrder::OldestFirst);
   const ConditionRunPtr run(
-      new ConditionRun(context, FolderQuestion(context, folder), kLongestMs,
+      new ConditionRun(context, question, kLongestMs,
                        [&found](const ConditionRun::Answer& answer) { found = answer; }));
   if (!progress.Wait(Ui::tr("条件に合うメッセージを探しています…"),
                      [&found] { return found.has_value(); })) {
@@ -110,7 +113,7 @@ QString ArchiveCommands::NameOf(const SerialId& folder) const {
 // Where there is no folder that is filled by hand there is nothing to ask. Empty: the user
 // declines.
 SerialId ArchiveCommands::AskTarget(const SerialId& current) {
-  const QString kinds = QStringLiteral("inbox") + kLineBreak + QStringLiteral("static");
+  const QString kinds = object_filter::kInbox + kLineBreak + object_filter::kByHand;
   const auto targets = SelectObjects(context_.Objects, *context_.Session, kinds);
   if (targets->Count() <= 1) return fixed_serial::kInbox;
   const bool holdsMessages = targets->Find(current) != nullptr;

@@ -91,8 +91,7 @@ std::optional<DialogRequest> RuleLikeMessage(Context& context, QWidget& window,
   request.name = likeness.name;
   request.condition =
       stops ? SenderRule(likeness.sender)
-            : FormatConditionLine(
-                  {ConditionLine::Kind::WholeAddress, false, false, {likeness.gathering}});
+            : FormatConditionLine({&WholeAddressKind(), false, false, {likeness.gathering}});
   return request;
 }
 

@@ -27,21 +27,21 @@ MainToolbar::MainToolbar(BrowserArea& area, Opener& opener, BrowserHost& host, Q
     opener.WriteMessage();
   })->setToolTip(Ui::tr("新しいメッセージ Ctrl+N"));
   addSeparator();
-  AddPageCommand(Ui::tr("返信"), QStringLiteral("replay"));
-  AddPageCommand(Ui::tr("全員に返信"), QStringLiteral("replayall"));
-  AddPageCommand(Ui::tr("転送"), QStringLiteral("forward"));
+  AddPageCommand(Ui::tr("返信"), PageCommand::Reply);
+  AddPageCommand(Ui::tr("全員に返信"), PageCommand::ReplyAll);
+  AddPageCommand(Ui::tr("転送"), PageCommand::Forward);
   addSeparator();
-  AddPageCommand(Ui::tr("フォルダに入れる"), QStringLiteral("file"));
-  AddPageCommand(Ui::tr("くずかご"), QStringLiteral("dust"));
+  AddPageCommand(Ui::tr("フォルダに入れる"), PageCommand::File);
+  AddPageCommand(Ui::tr("くずかご"), PageCommand::ToDust);
 }
 
-void MainToolbar::AddPageCommand(const QString& text, const QString& command) {
+void MainToolbar::AddPageCommand(const QString& text, PageCommand command) {
   QAction* action = addAction(text, this, [this, command] {
-    if (BrowserWindow* browser = area_.Active()) return browser->Folder().RunCommand(command);
+    if (BrowserWindow* browser = area_.Active()) return browser->Folder().Commands().Run(command);
     host_.Tell(Ui::tr("フォルダが開いていません。左の一覧から選んでください。"));
   });
-  action->setObjectName(QStringLiteral("tb_") + command);
-  action->setIcon(Icon(command));
+  action->setObjectName(QStringLiteral("tb_") + WordOf(command));
+  action->setIcon(Icon(WordOf(command)));
 }
 
 }  // namespace vorn

@@ -7,6 +7,7 @@ namespace vorn {
 class BrowserArea;
 class BrowserHost;
 class Opener;
+enum class PageCommand;
 
 /// The main window's tool bar "tbMain": mail comes and goes, and commands of the page that was used
 /// last.
@@ -21,7 +22,7 @@ class MainToolbar : public QToolBar {
   void TrafficWanted();
 
  private:
-  void AddPageCommand(const QString& text, const QString& command);
+  void AddPageCommand(const QString& text, PageCommand command);
 
   BrowserArea& area_;
   BrowserHost& host_;

@@ -109,7 +109,7 @@ SerialIds MessageActions::Drop(const SerialIds& messages, const SerialId& folder
 }
 
 SerialId MessageActions::AskFolder() {
-  const auto folders = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
+  const auto folders = SelectObjects(context_.Objects, *context_.Session, object_filter::kByHand);
   const QString ask = Ui::tr("新しいフォルダの名前を入力してください。");
   if (folders->IsEmpty()) return MakeFolder(NoFolderWords() + kLineBreak + kLineBreak + ask);
   // Enter takes the folder of last time, or the first one.
@@ -117,7 +117,7 @@ SerialId MessageActions::AskFolder() {
   const SerialId likely = hasLast ? lastFolder_ : folders->First()->Serial();
   const auto into = InputTree(context_, &window_, Ui::tr("フォルダに入れる"),
                               Ui::tr("メッセージを入れるフォルダを選択してください。"),
-                              QStringLiteral("static"), likely, Ui::tr("新しいフォルダ(&N).."));
+                              object_filter::kByHand, likely, Ui::tr("新しいフォルダ(&N).."));
   if (into && into->startsWith(kAnotherWanted)) {
     const QString name = into->sliced(kAnotherWanted.size());
     const DiskPtr inbox = context_.Objects.Find(fixed_serial::kInbox);
@@ -158,7 +158,7 @@ SerialIds MessageActions::ChooseFolder(const SerialIds& messages, const SerialId
 // All hand-filled folders, which the messages may be in.
 Filed MessageActions::AllFolders(const SerialIds& messages) {
   Filed filed;
-  const auto folders = SelectObjects(context_.Objects, *context_.Session, QStringLiteral("static"));
+  const auto folders = SelectObjects(context_.Objects, *context_.Session, object_filter::kByHand);
   for (const DiskPtr& folder : *folders) {
     if (FolderObject(*folder).ShowsWhatIsFiled()) filed[folder->Serial()] = messages;
   }

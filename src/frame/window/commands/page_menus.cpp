@@ -35,7 +35,7 @@ PageMessageMenu::PageMessageMenu(BrowserArea& area, QWidget* parent)
   setObjectName(QStringLiteral("menuPageMessages"));
   connect(this, &QMenu::aboutToShow, this, [this, &area] {
     clear();
-    if (BrowserWindow* browser = area.Active()) return browser->Folder().ListCommands(*this);
+    if (BrowserWindow* browser = area.Active()) return browser->Folder().Commands().ListIn(*this);
     addAction(Ui::tr("フォルダが開いていません。左の一覧から選んでください。"))->setEnabled(false);
   });
 }

@@ -12,10 +12,10 @@
 #include <QWebEngineSettings>
 #include <QWebEngineUrlRequestInterceptor>
 #include <QWebEngineUrlRequestJob>
-#include <QWebEngineUrlScheme>
 #include <QWebEngineUrlSchemeHandler>
 #include <QWebEngineView>
 
+#include "kit/window/memory_scheme.h"
 #include "kit/window/open_outside.h"
 #include "kit/window/plain_text.h"
 #include "mail/window/body/mail_page.h"
@@ -99,11 +99,7 @@ class MailSource : public QWebEngineUrlSchemeHandler {
 };
 
 void HtmlView::RegisterScheme() {
-  QWebEngineUrlScheme scheme(kScheme);
-  // With a host all mails of a view are of one origin: without, the engine starts a process for
-  // each of them. They have no scripts that could reach one another.
-  scheme.setSyntax(QWebEngineUrlScheme::Syntax::Host);
-  QWebEngineUrlScheme::registerScheme(scheme);
+  RegisterMemoryScheme(kScheme);  // mails have no scripts that could reach one another
 }
 
 HtmlView::HtmlView(const QString& viewName)

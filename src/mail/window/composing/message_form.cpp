@@ -288,7 +288,7 @@ void MessageForm::OpenFind() {
 
 void MessageForm::ChooseAddresses() {
   const QString chosen =
-      SelectAddresses(context_, this, QStringLiteral("owner") + kLineBreak + object_type::kBook);
+      SelectAddresses(context_, this, object_filter::kOwner + kLineBreak + object_type::kBook);
   for (const QString& line : chosen.split(kLineBreak, Qt::SkipEmptyParts)) {
     lvMailaddress_->Add(ParseAddressEntry(line));
   }

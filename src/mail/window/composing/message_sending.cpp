@@ -147,23 +147,21 @@ void MessageSending::Cancel() {
 }
 
 void MessageSending::ShowDoubt() {
+  isDoubtful_ = false;
   bar_.hide();
   if (!document_.IsWaiting()) return;
   Outbox outbox(context_, document_.File());
   outbox.SettleLeftOver();
   const auto doubtful = outbox.FindDoubtful(document_.Bag()->Serial());
+  isDoubtful_ = doubtful.has_value();
   if (doubtful) bar_.Show(*doubtful);
   Q_EMIT StateChanged();
-}
-
-bool MessageSending::IsDoubtful() const {
-  return !bar_.isHidden();
 }
 
 // What is about to wait stands in the window alone as long as a question is open, and what is
 // stored is older.
 bool MessageSending::HasGone() const {
-  if (!document_.IsWaiting() || bar_.isVisible() || document_.IsSending()) return false;
+  if (!document_.IsWaiting() || isDoubtful_ || document_.IsSending()) return false;
   const auto waiting = Outbox(context_, document_.File()).Read(document_.Tag());
   return waiting && waiting->reading == Outbox::Reading::Gone;
 }

@@ -33,7 +33,7 @@ class MessageSending : public QObject {
   bool HasSender();
   /// Shows whether it is doubtful that what waits was sent.
   void ShowDoubt();
-  bool IsDoubtful() const;
+  bool IsDoubtful() const { return isDoubtful_; }
   /// Whether what waited in the window waits no more.
   bool HasGone() const;
 
@@ -57,6 +57,7 @@ class MessageSending : public QObject {
   MessageForm& form_;
   DoubtBar& bar_;
   QWidget& window_;
+  bool isDoubtful_ = false;  // whether what waits was sent
 };
 
 }  // namespace vorn

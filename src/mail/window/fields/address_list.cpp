@@ -146,9 +146,7 @@ void AddressList::GoToTextOf(const QComboBox* kinds) {
 }
 
 void AddressList::KeepEmptyRow() {
-  if (!editable_) return;
-  const int last = rowCount() - 1;
-  if (last < 0 || !item(last, kAddress)->text().trimmed().isEmpty()) AddRow({});
+  if (editable_ && !EndsEmpty()) AddRow({});
 }
 
 // Several addresses in one row become rows of the same kind. An address in wide forms is shown as

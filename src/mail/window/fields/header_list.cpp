@@ -80,9 +80,7 @@ void HeaderList::AddRow(const QString& line) {
 }
 
 void HeaderList::KeepEmptyRow() {
-  if (!editable_) return;
-  const int last = rowCount() - 1;
-  if (last < 0 || !item(last, 0)->text().isEmpty()) AddRow({});
+  if (editable_ && !EndsEmpty()) AddRow({});
 }
 
 void HeaderList::keyPressEvent(QKeyEvent* event) {

@@ -28,6 +28,11 @@ QLineEdit* RowList::Box(int row) const {
   return qobject_cast<QLineEdit*>(indexWidget(model()->index(row, textColumn_)));
 }
 
+bool RowList::EndsEmpty() const {
+  const int last = rowCount() - 1;
+  return last >= 0 && item(last, textColumn_)->text().trimmed().isEmpty();
+}
+
 bool RowList::IsEditing() const {
   for (int row = 0; row < rowCount(); ++row) {
     if (Box(row) != nullptr) return true;

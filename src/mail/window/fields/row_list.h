@@ -47,6 +47,8 @@ class RowList : public QTableWidget {
   /// A row's text as it is shown.
   QString RowText(int row) const;
   bool IsEditing() const;
+  /// Whether the last row is one that takes the next text.
+  bool EndsEmpty() const;
 
  private:
   /// The open box of a row, or null.

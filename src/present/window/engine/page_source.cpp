@@ -3,16 +3,13 @@
 #include <QBuffer>
 #include <QUuid>
 #include <QWebEngineUrlRequestJob>
-#include <QWebEngineUrlScheme>
+
+#include "kit/window/memory_scheme.h"
 
 namespace vorn {
 
 void PageSource::RegisterScheme() {
-  QWebEngineUrlScheme scheme(kScheme);
-  // With a host all pages are of one origin: the engine leaves one in sight until the next is
-  // drawn.
-  scheme.setSyntax(QWebEngineUrlScheme::Syntax::Host);
-  QWebEngineUrlScheme::registerScheme(scheme);
+  RegisterMemoryScheme(kScheme);
 }
 
 QString PageSource::Keep(const QByteArray& page) {

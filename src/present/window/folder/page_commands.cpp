@@ -47,15 +47,18 @@ QAction* PageCommands::AddKeys(const QList<QKeySequence>& keys, const std::funct
   return action;
 }
 
-QAction* PageCommands::AddCommand(const QString& name, const QString& text,
+QAction* PageCommands::AddCommand(PageCommand command, const QString& text,
                                   const QList<QKeySequence>& keys,
                                   const std::function<void()>& run) {
   QAction* action = AddKeys(keys, run);
-  action->setObjectName(QStringLiteral("cmd_") + name);
+  action->setObjectName(QStringLiteral("cmd_") + WordOf(command));
   action->setText(text);
   menu_->addAction(action);
   // There Enter opens an attachment, and all that is chosen is text.
-  action->setProperty(kAlsoInPane, name != u"open" && name != u"all" && name != u"print");
+  action->setProperty(kAlsoInPane, command != PageCommand::Open &&
+                                       command != PageCommand::ChooseAll &&
+                                       command != PageCommand::Print);
+  commands_.insert(command, action);
   return action;
 }
 
@@ -66,12 +69,12 @@ void PageCommands::BuildMenu() {
   menu_->addSeparator();
   BuildFromMessage();
   menu_->addSeparator();
-  QAction* print = AddCommand(QStringLiteral("print"), Ui::tr("印刷(&P).."), {QKeySequence::Print},
+  QAction* print = AddCommand(PageCommand::Print, Ui::tr("印刷(&P).."), {QKeySequence::Print},
                               [this] { messages_.Print(); });
   window_.addAction(
       print);  // also while the pane or a box has the keyboard: it types nothing there
   menu_->addSeparator();
-  AddCommand(QStringLiteral("all"), Ui::tr("すべて選択(&L)"), {QKeySequence::SelectAll},
+  AddCommand(PageCommand::ChooseAll, Ui::tr("すべて選択(&L)"), {QKeySequence::SelectAll},
              [this] { page_.rows.ChooseAll(); });
   connect(menu_, &QMenu::aboutToShow, this, &PageCommands::EnableForMenu);
   connect(menu_, &QMenu::aboutToHide, this, &PageCommands::Enable);
@@ -79,42 +82,42 @@ void PageCommands::BuildMenu() {
 
 void PageCommands::BuildOpening() {
   const auto open = [this](OpenMode mode) { return [this, mode] { messages_.Open(mode); }; };
-  AddCommand(QStringLiteral("open"), Ui::tr("開く(&O)"), {Qt::Key_Return, Qt::Key_Enter},
+  AddCommand(PageCommand::Open, Ui::tr("開く(&O)"), {Qt::Key_Return, Qt::Key_Enter},
              open(OpenMode::Show));
-  AddCommand(QStringLiteral("replay"), Ui::tr("返信(&R)"), {Qt::Key_R, Qt::CTRL | Qt::Key_R},
+  AddCommand(PageCommand::Reply, Ui::tr("返信(&R)"), {Qt::Key_R, Qt::CTRL | Qt::Key_R},
              open(OpenMode::Reply));
-  AddCommand(QStringLiteral("replayall"), Ui::tr("全員に返信(&A)"),
+  AddCommand(PageCommand::ReplyAll, Ui::tr("全員に返信(&A)"),
              {Qt::SHIFT | Qt::Key_R, Qt::CTRL | Qt::SHIFT | Qt::Key_R}, open(OpenMode::ReplyAll));
-  AddCommand(QStringLiteral("forward"), Ui::tr("転送(&F)"), {Qt::Key_F}, open(OpenMode::Forward));
+  AddCommand(PageCommand::Forward, Ui::tr("転送(&F)"), {Qt::Key_F}, open(OpenMode::Forward));
 }
 
 void PageCommands::BuildActions() {
   const auto act = [this](MessageAction action) {
     return [this, action] { messages_.Act(action); };
   };
-  AddCommand(QStringLiteral("file"), Ui::tr("フォルダに入れる(&M).."), {Qt::Key_M},
+  AddCommand(PageCommand::File, Ui::tr("フォルダに入れる(&M).."), {Qt::Key_M},
              act(MessageAction::File));
-  AddCommand(QStringLiteral("dust"), Ui::tr("くずかごに入れる(&D)"), {Qt::Key_Delete},
+  AddCommand(PageCommand::ToDust, Ui::tr("くずかごに入れる(&D)"), {Qt::Key_Delete},
              act(MessageAction::ToDust));
-  outOfDust_ = AddCommand(QStringLiteral("outofdust"), Ui::tr("くずかごから出す(&U)"),
-                          {Qt::CTRL | Qt::Key_Delete}, act(MessageAction::OutOfDust));
+  AddCommand(PageCommand::OutOfDust, Ui::tr("くずかごから出す(&U)"), {Qt::CTRL | Qt::Key_Delete},
+             act(MessageAction::OutOfDust));
   menu_->addSeparator();
-  AddCommand(QStringLiteral("nextunopened"), Ui::tr("次の未開封へ(&N)"), {Qt::Key_N},
+  AddCommand(PageCommand::NextUnopened, Ui::tr("次の未開封へ(&N)"), {Qt::Key_N},
              [this] { navigation_.GoToUnopened(); });
-  AddCommand(QStringLiteral("unopened"), Ui::tr("未開封に戻す(&T)"), {Qt::Key_U},
+  AddCommand(PageCommand::MarkUnopened, Ui::tr("未開封に戻す(&T)"), {Qt::Key_U},
              act(MessageAction::MarkUnopened));
-  AddCommand(QStringLiteral("opened"), Ui::tr("開封済みにする(&E)"), {Qt::SHIFT | Qt::Key_U},
+  AddCommand(PageCommand::MarkOpened, Ui::tr("開封済みにする(&E)"), {Qt::SHIFT | Qt::Key_U},
              act(MessageAction::MarkOpened));
-  AddCommand(QStringLiteral("star"), Ui::tr("スターを付ける、外す(&S)"), {Qt::Key_S},
+  AddCommand(PageCommand::Star, Ui::tr("スターを付ける、外す(&S)"), {Qt::Key_S},
              act(MessageAction::ToggleStar));
 }
 
 void PageCommands::BuildFromMessage() {
-  AddCommand(QStringLiteral("gather"), Ui::tr("このようなメールをフォルダに集める(&G).."), {},
+  AddCommand(PageCommand::Gather, Ui::tr("このようなメールをフォルダに集める(&G).."), {},
              [this] { messages_.Ask(&MessageHost::GatherAlike); });
-  AddCommand(QStringLiteral("stop"), Ui::tr("このようなメールを受信しない(&X).."), {},
+  AddCommand(PageCommand::Stop, Ui::tr("このようなメールを受信しない(&X).."), {},
              [this] { messages_.Ask(&MessageHost::StopAlike); });
-  AddCommand(QStringLiteral("book"), Ui::tr("アドレスブックに登録(&B)"), {Qt::Key_B},
+  AddCommand(PageCommand::AddToBook, Ui::tr("アドレスブックに登録(&B)"), {Qt::Key_B},
              [this] { messages_.AddToBook(); });
 }
 
@@ -140,7 +143,8 @@ void PageCommands::Enable() {
 
 // A key that does not apply is told of, an entry that does not apply is grey.
 void PageCommands::EnableForMenu() {
-  outOfDust_->setEnabled(outOfDust_->isEnabled() && page_.request.Folder() == fixed_serial::kDust);
+  QAction* outOfDust = commands_.value(PageCommand::OutOfDust);
+  outOfDust->setEnabled(outOfDust->isEnabled() && page_.request.Folder() == fixed_serial::kDust);
 }
 
 void PageCommands::AddTo(QWidget& view) {
@@ -172,9 +176,8 @@ void PageCommands::ListIn(QMenu& menu) {
   Enable();
 }
 
-void PageCommands::Run(const QString& command) {
-  auto* action = window_.findChild<QAction*>(QStringLiteral("cmd_") + command);
-  if (action == nullptr) return;
+void PageCommands::Run(PageCommand command) {
+  QAction* action = commands_.value(command);
   page_.rows.Chosen([this, action](const SerialIds& chosen) {
     QTimer::singleShot(0, this, [this, action, any = !chosen.isEmpty()] {
       if (any) return action->trigger();

@@ -2,9 +2,11 @@
 
 #include <QKeySequence>
 #include <QList>
+#include <QMap>
 #include <QObject>
 #include <functional>
 
+#include "present/window/folder/page_command.h"
 #include "present/window/page/browser_host.h"
 
 class QAction;
@@ -23,7 +25,7 @@ class PageCommands : public QObject {
   Q_OBJECT
 
  public:
-  /// The actions belong to `window`, where they are found by their names.
+  /// The actions belong to `window`.
   PageCommands(PageMessages& messages, MessageNavigation& navigation, ShownPage& page,
                QWidget& window);
   ~PageCommands() override;
@@ -36,9 +38,8 @@ class PageCommands : public QObject {
   void PopUp(const QPoint& at);
   /// Writes the same commands, as they can be given now, into another menu.
   void ListIn(QMenu& menu);
-  /// Runs a command on the chosen messages: "open", "replay", "replayall", "forward", "file",
-  /// "dust" or "outofdust". The user is told when none is chosen.
-  void Run(const QString& command);
+  /// Runs a command on the chosen messages. The user is told when none is chosen.
+  void Run(PageCommand command);
 
  Q_SIGNALS:
   /// The choice is given up while there is none.
@@ -46,7 +47,7 @@ class PageCommands : public QObject {
 
  private:
   QAction* AddKeys(const QList<QKeySequence>& keys, const std::function<void()>& run);
-  QAction* AddCommand(const QString& name, const QString& text, const QList<QKeySequence>& keys,
+  QAction* AddCommand(PageCommand command, const QString& text, const QList<QKeySequence>& keys,
                       const std::function<void()>& run);
   void BuildMenu();
   void BuildOpening();
@@ -63,7 +64,7 @@ class PageCommands : public QObject {
   QWidget& window_;
   QMenu* menu_;
   QList<QAction*> actions_;
-  QAction* outOfDust_ = nullptr;
+  QMap<PageCommand, QAction*> commands_;  // those of them that have a word
 };
 
 }  // namespace vorn

@@ -70,9 +70,8 @@ class ShownFolder : public QObject {
   void MessagesGone(const SerialIds& messages);
   /// See `PageQueue::After`.
   void AfterCommands(const std::function<void()>& then);
-  /// See `PageCommands`.
-  void ListCommands(QMenu& menu) { commands_.ListIn(menu); }
-  void RunCommand(const QString& command) { commands_.Run(command); }
+  /// What is done with the messages.
+  PageCommands& Commands() { return commands_; }
 
  Q_SIGNALS:
   /// More or fewer messages are chosen.
