@@ -695,7 +695,7 @@ Date: </translation>
     </message>
     <message>
         <source>保存フォルダ(&amp;F)..</source>
-        <translation>&amp;Folders..</translation>
+        <translation>F&amp;olders..</translation>
     </message>
     <message>
         <source>編集(&amp;E)</source>
@@ -2964,7 +2964,7 @@ Open it?</translation>
     </message>
     <message>
         <source>文字コードを選んで読む(&amp;M)..</source>
-        <translation>Read &amp;as..</translation>
+        <translation>R&amp;ead as..</translation>
     </message>
     <message>
         <source>元の読み方に戻す(&amp;Y)</source>
@@ -3941,7 +3941,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>すべて保存(&amp;V)..</source>
-        <translation>Save &amp;All..</translation>
+        <translation>Sa&amp;ve All..</translation>
     </message>
     <message>
         <source>「%1」を開くプログラムがありません。ファイルに保存しますか？</source>
@@ -4041,7 +4041,7 @@ and what was erased is not received again.</translation>
     </message>
     <message>
         <source>本文を検索しています… %1／%2通</source>
-        <translation>Searching the texts… %1 of %2 messages</translation>
+        <translation>Searching the texts… message %1 of %2</translation>
     </message>
     <message>
         <source>「%1」で始まるものが%2個あります。続きを入力するか、↑ ↓ で選んでください。</source>
@@ -4659,20 +4659,8 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <translation>Messages not sent: %1</translation>
     </message>
     <message>
-        <source>%1通を未開封にしました。</source>
-        <translation>Marked %1 messages as unopened.</translation>
-    </message>
-    <message>
-        <source>%1通を開封済みにしました。</source>
-        <translation>Marked %1 messages as opened.</translation>
-    </message>
-    <message>
-        <source>%1通のスターを変えました。</source>
-        <translation>Changed the stars of %1 messages.</translation>
-    </message>
-    <message>
         <source>.. %1 / %2通</source>
-        <translation>.. %1 / %2 messages</translation>
+        <translation>.. message %1 of %2</translation>
     </message>
     <message>
         <source>サーバーに断られたので、送信していません。送信をキャンセルし、直してからもう一度送信してください。</source>
@@ -4720,7 +4708,7 @@ Give the password or the recovery code of that time with --former-password-fd.</
     </message>
     <message>
         <source>%1 / %2 通を受信中 …（%3）</source>
-        <translation>Receiving %1 / %2 messages … (%3)</translation>
+        <translation>Receiving message %1 of %2 … (%3)</translation>
     </message>
     <message numerus="yes">
         <source>取り込んだメッセージ%n通をくずかごに入れました。</source>
@@ -4735,6 +4723,35 @@ Give the password or the recovery code of that time with --former-password-fd.</
             <numerusform> %n message that has changed since was kept.</numerusform>
             <numerusform> %n messages that have changed since were kept.</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>次の未開封</source>
+        <translation>Next Unopened</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n通を未開封にしました。</source>
+        <translation>
+            <numerusform>Marked %n message as unopened.</numerusform>
+            <numerusform>Marked %n messages as unopened.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n通を開封済みにしました。</source>
+        <translation>
+            <numerusform>Marked %n message as opened.</numerusform>
+            <numerusform>Marked %n messages as opened.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n通のスターを変えました。</source>
+        <translation>
+            <numerusform>Changed the star of %n message.</numerusform>
+            <numerusform>Changed the stars of %n messages.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>クリックすると未開封か開封済みになります</source>
+        <translation>Click to mark as not opened or as opened</translation>
     </message>
 </context>
 </TS>

@@ -21,7 +21,7 @@ class MainToolbar : public QToolBar {
   void TrafficWanted();
 
  private:
-  void AddPageCommand(const QString& text, const QString& command);
+  void AddPageCommand(const QString& text, const QString& command, const QKeySequence& key);
 
   BrowserArea& area_;
   BrowserHost& host_;

@@ -35,9 +35,14 @@ Words DustWords(bool dust) {
 
 Words OpenedWords(bool isNew) {
   return [isNew](qsizetype count) {
-    return (isNew ? Ui::tr("%1通を未開封にしました。") : Ui::tr("%1通を開封済みにしました。"))
-        .arg(count);
+    const int number = static_cast<int>(count);
+    return isNew ? Ui::tr("%n通を未開封にしました。", nullptr, number)
+                 : Ui::tr("%n通を開封済みにしました。", nullptr, number);
   };
+}
+
+bool HasNew(Context& context, const QString& message) {
+  return FlagsOf(context, {message}).ValueOr({}).value(message).Has(kFlagNew);
 }
 
 auto SetNew(Context& context, bool isNew) {
@@ -59,8 +64,11 @@ QStringList MessageActions::Act(MessageAction action, const QStringList& message
     case MessageAction::File:
       return ChooseFolder(messages, folder);
     case MessageAction::MarkUnopened:
-    case MessageAction::MarkOpened: {
-      const bool isNew = action == MessageAction::MarkUnopened;
+    case MessageAction::MarkOpened:
+    case MessageAction::ToggleOpened: {
+      const bool isNew =
+          action == MessageAction::MarkUnopened ||
+          (action == MessageAction::ToggleOpened && !HasNew(context_, messages.first()));
       Mark(messages, SetNew(context_, isNew), SetNew(context_, !isNew), OpenedWords(isNew));
       return {};
     }
@@ -78,8 +86,9 @@ QStringList MessageActions::Act(MessageAction action, const QStringList& message
         const Result<> set = SetMark(context_, starred, kFlagStar, true);
         return set ? SetMark(context_, bare, kFlagStar, false) : set;
       };
-      Mark(messages, toggle, back,
-           [](qsizetype count) { return Ui::tr("%1通のスターを変えました。").arg(count); });
+      Mark(messages, toggle, back, [](qsizetype count) {
+        return Ui::tr("%n通のスターを変えました。", nullptr, static_cast<int>(count));
+      });
       return {};
     }
     case MessageAction::ToDust:

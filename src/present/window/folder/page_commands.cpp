@@ -175,6 +175,7 @@ void PageCommands::ListIn(QMenu& menu) {
 void PageCommands::Run(const QString& command) {
   auto* action = window_.findChild<QAction*>(QStringLiteral("cmd_") + command);
   if (action == nullptr) return;
+  if (command == u"nextunopened" && action->isEnabled()) return action->trigger();
   page_.rows.Chosen([this, action](const QStringList& chosen) {
     QTimer::singleShot(0, this, [this, action, any = !chosen.isEmpty()] {
       if (any) return action->trigger();

@@ -37,7 +37,8 @@ class PageCommands : public QObject {
   /// Writes the same commands, as they can be given now, into another menu.
   void ListIn(QMenu& menu);
   /// Runs a command on the chosen messages: "open", "replay", "replayall", "forward", "file",
-  /// "dust" or "outofdust". The user is told when none is chosen.
+  /// "dust", "outofdust" or "print"; "nextunopened" needs none. Else the user is told when none is
+  /// chosen.
   void Run(const QString& command);
 
  Q_SIGNALS:

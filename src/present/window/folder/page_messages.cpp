@@ -92,6 +92,8 @@ void PageMessages::Told(RowNews news, const QString& message) {
     case RowNews::Twice:
       if (split_.HasPane()) OpenInWindow(MailRequest::Of(message));
       return;
+    case RowNews::Marks:
+      return ToggleOpened(message);
     case RowNews::Chosen:
       return SetChosen(message.toInt());
   }
@@ -123,6 +125,14 @@ void PageMessages::Print() {
 void PageMessages::Ask(void (MessageHost::*command)(const QString&)) {
   WithCurrent([this, command](const QString& message) {
     if (HasAny(!message.isEmpty())) (host_.Messages().*command)(message);
+  });
+}
+
+// Not while the engine tells of it: a failure is told to the user.
+void PageMessages::ToggleOpened(const QString& message) {
+  if (message == split_.Row()) split_.StopMarking();
+  QTimer::singleShot(0, this, [this, message, folder = page_.request.Folder()] {
+    ActOn({message}, MessageAction::ToggleOpened, folder);
   });
 }
 

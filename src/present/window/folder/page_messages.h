@@ -59,6 +59,7 @@ class PageMessages : public QObject {
   void OpenInWindow(const MailRequest& request);
   void OpenEach(const QStringList& messages);
   bool TakesAway(MessageAction action) const;
+  void ToggleOpened(const QString& message);
   void ActOn(const QStringList& messages, MessageAction action, const QString& folder);
 
   ShownPage& page_;
