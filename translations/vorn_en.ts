@@ -695,7 +695,7 @@ Date: </translation>
     </message>
     <message>
         <source>保存フォルダ(&amp;F)..</source>
-        <translation>&amp;Folders..</translation>
+        <translation>F&amp;olders..</translation>
     </message>
     <message>
         <source>編集(&amp;E)</source>
@@ -2964,7 +2964,7 @@ Open it?</translation>
     </message>
     <message>
         <source>文字コードを選んで読む(&amp;M)..</source>
-        <translation>Read &amp;as..</translation>
+        <translation>R&amp;ead as..</translation>
     </message>
     <message>
         <source>元の読み方に戻す(&amp;Y)</source>
@@ -3921,7 +3921,7 @@ and those that were deleted are not received again.</translation>
     </message>
     <message>
         <source>すべて保存(&amp;V)..</source>
-        <translation>Save &amp;All..</translation>
+        <translation>Sa&amp;ve All..</translation>
     </message>
     <message>
         <source>「%1」を開くプログラムがありません。ファイルに保存しますか？</source>
@@ -4021,7 +4021,7 @@ and those that were deleted are not received again.</translation>
     </message>
     <message>
         <source>本文を検索しています… %1／%2通</source>
-        <translation>Searching the texts… %1 of %2 messages</translation>
+        <translation>Searching the texts… message %1 of %2</translation>
     </message>
     <message>
         <source>「%1」で始まるものが%2個あります。続きを入力するか、↑ ↓ で選んでください。</source>
@@ -4632,7 +4632,7 @@ Give the password or the recovery code of that time with --former-password-fd.</
     </message>
     <message>
         <source>.. %1 / %2通</source>
-        <translation>.. %1 / %2 messages</translation>
+        <translation>.. message %1 of %2</translation>
     </message>
     <message>
         <source>いつ送信を試みたか: %1</source>
@@ -4672,7 +4672,7 @@ Give the password or the recovery code of that time with --former-password-fd.</
     </message>
     <message>
         <source>%1 / %2 通を受信中 …（%3）</source>
-        <translation>Receiving %1 / %2 messages … (%3)</translation>
+        <translation>Receiving message %1 of %2 … (%3)</translation>
     </message>
     <message numerus="yes">
         <source>取り込んだメッセージ%n通をくずかごに入れました。</source>
@@ -4771,6 +4771,10 @@ Give the password or the recovery code of that time with --former-password-fd.</
             <numerusform>Took %n messages out of the trash.</numerusform>
         </translation>
     </message>
+    <message>
+        <source>次の未開封</source>
+        <translation>Next Unopened</translation>
+    </message>
     <message numerus="yes">
         <source>%n通を未開封にしました。</source>
         <translation>
@@ -4795,6 +4799,10 @@ Give the password or the recovery code of that time with --former-password-fd.</
     <message>
         <source>届いた日時 %1 と1日以上違います。</source>
         <translation>More than a day off: the message arrived on %1.</translation>
+    </message>
+    <message>
+        <source>クリックすると未開封か開封済みになります</source>
+        <translation>Click to mark as not opened or as opened</translation>
     </message>
 </context>
 </TS>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QPointF>
 #include <QStringList>
 #include <functional>
 
@@ -58,6 +59,10 @@ class PageRows {
   void Current(const std::function<void(const SerialId&)>& then);
   /// The same for something that changes the page: see `PageQueue::RunAlone`.
   void CurrentAlone(const std::function<void(const SerialId&)>& then);
+
+  /// Gives where a menu of the current row belongs, in the page's own pixels from the view's
+  /// corner.
+  void MenuPlace(const std::function<void(const QPointF&)>& then);
 
   /// A link of the page.
   struct Link {

@@ -125,6 +125,9 @@ inline constexpr char kPageScript[] = R"js(
     tell('row', current);
   };
   const rowAt = target => rows.findIndex(row => row.element.contains(target) && !gone.has(row.id));
+  // A click there changes them, and the row that is read or those that are chosen stay.
+  const isOnMarks = event => event.button === 0 && !event.ctrlKey && !event.shiftKey &&
+      event.target.closest('td.marks') !== null;
   const chosenIds = () => chosen.size > 0 ? rows.filter(row => chosen.has(row.id)).map(row => row.id)
                                           : current < 0 ? [] : [rows[current].id];
   // Nobody sees the page while its height is none, as behind another tab: the last one counts.
@@ -167,7 +170,7 @@ inline constexpr char kPageScript[] = R"js(
 
   listen('mousedown', event => {
     const index = rowAt(event.target);
-    if (index < 0) return;
+    if (index < 0 || isOnMarks(event)) return;
     if (event.button === 0 && event.ctrlKey) {
       toggle(index, true);  // the row that was clicked before is meant as well
     } else if (event.button === 0 && event.shiftKey) {
@@ -207,12 +210,15 @@ inline constexpr char kPageScript[] = R"js(
     setTimeout(() => label.remove());  // it is drawn before that
   });
   listen('dblclick', event => {
+    if (isOnMarks(event)) return;
     if (event.button === 0 && rowAt(event.target) >= 0) tell('twice', rowAt(event.target));
   });
   listen('click', event => {
     const index = rowAt(event.target);
     if (index < 0) return;
-    if (event.ctrlKey || event.shiftKey) {
+    if (isOnMarks(event)) {
+      if (event.detail === 1) tell('marks', index);  // who clicks twice means it once
+    } else if (event.ctrlKey || event.shiftKey) {
       event.preventDefault();
     } else if (event.button === 0 && chosen.size > 0) {
       goTo(index, false);  // they were not dragged
@@ -369,6 +375,12 @@ inline constexpr char kPageScript[] = R"js(
     },
     // The message that is read, though others may be chosen besides.
     current: () => current < 0 ? [...chosen][0] || '' : rows[current].id,
+    // Where a menu of the current row belongs, from the view's corner.
+    menuPlace: () => {
+      if (current < 0) return [0, 0];
+      const box = rows[current].element.getBoundingClientRect();
+      return [Math.max(0, box.left) + 24, Math.min(Math.max(0, box.bottom), innerHeight)];
+    },
     links: () => all('a[href], area[href]').map(
         link => [(link.innerText || '').trim() || link.href, link.href]),
     // The current row and those after it, one of which takes its place when it has gone.

@@ -40,6 +40,9 @@ a:focus-visible { outline: 2px solid var(--link); outline-offset: -2px; border-r
 .m○ .marks { color: var(--mark); }
 /* A ring says "all right" in Japan; what is unopened has a disc. */
 .new { font-size: 0; } .m○ .new::before { content: "●"; font-size: 10pt; }
+/* A click turns it on or off; what is off shows where. */
+td.marks { cursor: pointer; }
+td.marks:hover .new::before { content: "●"; font-size: 10pt; opacity: .4; }
 .marks { width: 4.5em; } .from { width: clamp(7em, 17vw, 20em); } .date { width: 6.6em; }
 td.date { color: var(--soft); }
 /* Pictures leave the subject its room. Their words are there for who hears the page. */
@@ -87,7 +90,7 @@ td.subject { position: relative; padding-right: 60px; }
 <tr><th class="marks"></th><th class="from">{who}</th><th>{subject}</th><th class="date">{time}</th></tr>
 <tr class="none"><td colspan="4">{none}</td></tr>
 <+MAIL>
-<tr class="row m<+FLAG><NEW>"><td class="marks"><span class="new"><+FLAG><NEW></span><+FLAG><CLIP><PRIORITY><STATE></td>
+<tr class="row m<+FLAG><NEW>"><td class="marks" title="{turn}"><span class="new"><+FLAG><NEW></span><+FLAG><CLIP><PRIORITY><STATE></td>
 <td class="from"><+MAILADDRESS><{tag}><SHORT></td>
 <td class="subject"><span class="place"><+PLACE></span><+DIALOG><+SUBJECT><+DIALOG>
 <span class="do"><span title="{reply}"><+DIALOG><REPLAY>{reply}<+DIALOG></span><span title="{forward}"><+DIALOG><FORWARD>{forward}<+DIALOG></span></span></td>
@@ -177,6 +180,7 @@ QString Worded(const char* text, const SerialId& folder, RowHeight rows) {
       {u"{reply}", Ui::tr("返信")},
       {u"{replyall}", Ui::tr("全員に返信")},
       {u"{forward}", Ui::tr("転送")},
+      {u"{turn}", Ui::tr("クリックすると未開封か開封済みになります")},
       {u"{none}", Ui::tr("メッセージはありません。")},
       {u"{pad}", Padding(rows)}};
   QString html = Lines(text);

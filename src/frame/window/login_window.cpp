@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -23,6 +24,7 @@
 #include "objects/select_objects.h"
 #include "storage/bags/profile_bag.h"
 #include "storage/ui.h"
+#include "storage/window/file_dialogs.h"
 
 namespace vorn {
 namespace {
@@ -169,8 +171,9 @@ bool LoginWindow::AskAboutLostFiles(const DiskPtr& profile, const QString& passw
   question.exec();
   const QAbstractButton* clicked = question.clickedButton();
   if (clicked == chosen) {
-    choice.reconnect = QFileDialog::getOpenFileNames(this, Ui::tr("なくなったファイルを選ぶ"),
-                                                     QFileInfo(lost.first().path).path());
+    choice.reconnect =
+        OpenFiles(this, Ui::tr("なくなったファイルを選ぶ"), QFileInfo(lost.first().path).path(), {},
+                  QFileDialog::ExistingFiles);
     if (choice.reconnect.isEmpty()) return true;  // asked again
   } else if (clicked == created) {
     choice = {true, {}};

@@ -117,6 +117,26 @@ void DrawAnswer(QPainter& painter, const QColor& color, bool left, bool twice) {
   }
 }
 
+// An envelope that bears the mark of what is unopened, with the way to it.
+void DrawNextUnopened(QPainter& painter) {
+  DrawEnvelope(painter);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(kBlue);
+  painter.drawEllipse(QRectF(0, 1, 5, 5));
+  painter.drawPolygon(
+      QPolygonF{{15.8, 11}, {11, 7}, {11, 9.5}, {6.5, 9.5}, {6.5, 12.5}, {11, 12.5}, {11, 15}});
+}
+
+void DrawPrinter(QPainter& painter) {
+  painter.setPen(QPen(kGray.darker(120), 1));
+  painter.setBrush(kPaper);
+  painter.drawRect(QRectF(4.5, 1.5, 7, 5));
+  painter.setBrush(kGray.lighter(150));
+  painter.drawRoundedRect(QRectF(1.5, 5.5, 13, 6), 1, 1);
+  painter.setBrush(kPaper);
+  painter.drawRect(QRectF(4.5, 9.5, 7, 5));
+}
+
 void DrawBadge(QPainter& painter, const QColor& color) {
   painter.setPen(QPen(Qt::white, 1));
   painter.setBrush(color);
@@ -220,6 +240,8 @@ const Picture kPictures[] = {
        DrawArrow(p, kBlue, true);
      }},
     {QLatin1String("mail"), [](QPainter& p) { DrawEnvelope(p); }},
+    {QLatin1String("nextunopened"), [](QPainter& p) { DrawNextUnopened(p); }},
+    {QLatin1String("print"), [](QPainter& p) { DrawPrinter(p); }},
     {QLatin1String("event"), [](QPainter& p) { DrawSheet(p, kGray); }},
     {QLatin1String("layoutstandard"), [](QPainter& p) { DrawStandardLayout(p); }},
     {QLatin1String("more"), [](QPainter& p) { DrawMore(p); }},

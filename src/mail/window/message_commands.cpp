@@ -32,6 +32,8 @@ namespace {
 using Parts = MessageParts;
 using State = MessageState;
 
+const QKeySequence kAttachKey(Qt::CTRL | Qt::SHIFT | Qt::Key_A);
+
 // What the commands do.
 
 void Send(const Parts& parts) {
@@ -350,7 +352,10 @@ QList<MessageCommand> EditingEntries() {
        Ui::tr("保存(&S).."),
        [](const Parts& parts) { parts.form.Clips().SaveByDialog(); },
        {.isEnabled = [](const State& state) { return state.hasAttachments; }}},
-      {AttachmentMenu, Ui::tr("追加(&A).."), AddAttachment, {.isEnabled = IsEditable}},
+      {AttachmentMenu,
+       Ui::tr("追加(&A).."),
+       AddAttachment,
+       {.keys = {kAttachKey}, .isEnabled = IsEditable}},
       {AttachmentMenu,
        Ui::tr("中のファイルを取り出す(&X).."),
        [](const Parts& parts) { parts.form.Clips().UnpackCurrent(); },
@@ -435,6 +440,7 @@ QList<MessageCommand> CommandBarButtons() {
        AddAttachment,
        {.name = QStringLiteral("clip"),
         .icon = Picture(QStyle::SP_DialogOpenButton),
+        .shownKey = kAttachKey,
         .isEnabled = IsEditable,
         .isShown = IsWritten}},
       {CommandBar,

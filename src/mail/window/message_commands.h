@@ -74,9 +74,10 @@ struct CommandTraits {
   QList<QKeySequence> keys = {};
   QString name = {};  ///< by which the window's action or menu is found
   QIcon icon = {};
-  bool begins = false;     ///< a group: a line stands before it
-  bool oneOf = false;      ///< of the commands in its place one bears the check mark
-  bool needsText = false;  ///< refused, with the reason, while the message is unreadable
+  QKeySequence shownKey = {};  ///< of the same command in a menu, which the tool tip tells
+  bool begins = false;         ///< a group: a line stands before it
+  bool oneOf = false;          ///< of the commands in its place one bears the check mark
+  bool needsText = false;      ///< refused, with the reason, while the message is unreadable
   CommandPlace opens = CommandPlace::Nowhere;  ///< the menu behind it
   bool (*isEnabled)(const MessageState& state) = nullptr;
   bool (*isShown)(const MessageState& state) = nullptr;

@@ -65,6 +65,9 @@ QAction* MessageControls::NewAction(QWidget& place, const MessageCommand& comman
   auto* action = new QAction(command.traits.icon, command.text, &place);
   action->setObjectName(command.traits.name);
   action->setShortcuts(command.traits.keys);
+  if (const QKeySequence& key = command.traits.shownKey; !key.isEmpty()) {
+    action->setToolTip(ShownToolTip(command.text + u' ' + key.toString(QKeySequence::NativeText)));
+  }
   action->setCheckable(command.traits.isChecked != nullptr);
   if (command.traits.oneOf) GroupOf(place)->addAction(action);
   place.addAction(action);

@@ -3,7 +3,6 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QFile>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -25,6 +24,7 @@
 #include "storage/keys/file_key.h"
 #include "storage/session/session_result.h"
 #include "storage/ui.h"
+#include "storage/window/file_dialogs.h"
 
 namespace vorn {
 namespace {
@@ -222,8 +222,9 @@ void ProfilePage::cmNewDatabase_Click() {
 
 // One that was kept when it was taken from the list, or that was copied back.
 void ProfilePage::AddExisting() {
-  const QString chosen = QFileDialog::getOpenFileName(this, Ui::tr("既存のファイル"), Folder(),
-                                                      Ui::tr("データベース (*.mbx)"));
+  const QString chosen = OpenFiles(this, Ui::tr("既存のファイル"), Folder(),
+                                   Ui::tr("データベース (*.mbx)"), QFileDialog::ExistingFile)
+                             .value(0);
   if (chosen.isEmpty()) return;
   const QFileInfo file(chosen);
   const QString stored = QStringLiteral("/current/") + serialId_.Text() + u'\\' + file.fileName();

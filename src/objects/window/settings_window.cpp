@@ -5,10 +5,10 @@
 #include "objects/setting_keys.h"
 #include "objects/window/page_search.h"
 #include "storage/ui.h"
+#include "storage/window/file_dialogs.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFileDialog>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QLineEdit>
@@ -141,8 +141,9 @@ class CheckingPage : public FormPage {
     UseWith({notice, sound}, {alone, file_, browse});
     connect(browse, &QPushButton::clicked, this, [this] {
       const QString chosen =
-          QFileDialog::getOpenFileName(this, Ui::tr("音のファイル"), file_->text(),
-                                       Ui::tr("WAVE (*.wav);;すべてのファイル (*)"));
+          OpenFiles(this, Ui::tr("音のファイル"), file_->text(),
+                    Ui::tr("WAVE (*.wav);;すべてのファイル (*)"), QFileDialog::ExistingFile)
+              .value(0);
       if (!chosen.isEmpty()) file_->setText(chosen);
     });
   }

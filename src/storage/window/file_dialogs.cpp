@@ -1,7 +1,10 @@
 #include "storage/window/file_dialogs.h"
 
+#include <QAbstractItemView>
 #include <QDir>
 #include <QFileDialog>
+#include <QItemSelectionModel>
+#include <QLineEdit>
 
 #include "storage/window/control_state.h"
 
@@ -30,6 +33,29 @@ QString KeyOf(FileTask task) {
   return {};
 }
 
+// Where the desktop has no file window the toolkit shows its own one. Its list of completions takes
+// the keyboard and the first click on the button; folders that were passed while a path was typed
+// then stay selected, and one is gone into in the place of the file.
+void TakeWhatIsTyped(QFileDialog& dialog) {
+  auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+  if (name == nullptr) return;  // the desktop's
+  name->setCompleter(nullptr);
+  for (const char* list : {"listView", "treeView"}) {
+    auto* view = dialog.findChild<QAbstractItemView*>(QLatin1String(list));
+    if (view == nullptr || view->selectionModel() == nullptr) continue;
+    QObject::connect(name, &QLineEdit::textChanged, view, [name, view] {
+      // Unless it was a click there that wrote the name.
+      if (name->isModified()) view->clearSelection();
+    });
+  }
+}
+
+// The paths that the user chose.
+QStringList Run(QFileDialog& dialog) {
+  TakeWhatIsTyped(dialog);
+  return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles() : QStringList();
+}
+
 }  // namespace
 
 QString RememberedFolder(Context& context, FileTask task) {
@@ -41,10 +67,17 @@ void RememberFolder(Context& context, FileTask task, const QString& folder) {
   PlacementBag(context, kFilesBag)->Let(KeyOf(task), folder);
 }
 
+QStringList OpenFiles(QWidget* parent, const QString& title, const QString& folder,
+                      const QString& filter, QFileDialog::FileMode mode) {
+  QFileDialog dialog(parent, title, folder, filter);
+  dialog.setFileMode(mode);
+  return Run(dialog);
+}
+
 QStringList AskFilesToOpen(Context& context, QWidget* parent, FileTask task, const QString& title,
                            const QString& filter) {
   const QStringList paths =
-      QFileDialog::getOpenFileNames(parent, title, RememberedFolder(context, task), filter);
+      OpenFiles(parent, title, RememberedFolder(context, task), filter, QFileDialog::ExistingFiles);
   if (!paths.isEmpty()) RememberFolder(context, task, QFileInfo(paths.first()).absolutePath());
   return paths;
 }
@@ -52,15 +85,21 @@ QStringList AskFilesToOpen(Context& context, QWidget* parent, FileTask task, con
 QString AskFileToSave(Context& context, QWidget* parent, FileTask task, const QString& title,
                       const QString& name, const QString& filter, QString* chosenFilter) {
   const QString folder = RememberedFolder(context, task);
-  const QString path = QFileDialog::getSaveFileName(
-      parent, title, folder.isEmpty() ? name : QDir(folder).filePath(name), filter, chosenFilter);
+  QFileDialog dialog(parent, title, folder, filter);
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.selectFile(name);
+  if (chosenFilter != nullptr && !chosenFilter->isEmpty()) dialog.selectNameFilter(*chosenFilter);
+  const QString path = Run(dialog).value(0);
+  if (chosenFilter != nullptr) *chosenFilter = dialog.selectedNameFilter();
   if (!path.isEmpty()) RememberFolder(context, task, QFileInfo(path).absolutePath());
   return path;
 }
 
 QString AskFolder(Context& context, QWidget* parent, FileTask task, const QString& title) {
-  const QString folder =
-      QFileDialog::getExistingDirectory(parent, title, RememberedFolder(context, task));
+  QFileDialog dialog(parent, title, RememberedFolder(context, task));
+  dialog.setFileMode(QFileDialog::Directory);
+  dialog.setOption(QFileDialog::ShowDirsOnly);
+  const QString folder = Run(dialog).value(0);
   if (!folder.isEmpty()) RememberFolder(context, task, folder);
   return folder;
 }

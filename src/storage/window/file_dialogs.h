@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFileDialog>
 #include <QStringList>
 
 #include "storage/context.h"
@@ -17,6 +18,10 @@ enum class FileTask { Attach, SaveAttachment, SaveMessage, SaveCalendar, Import,
 QString RememberedFolder(Context& context, FileTask task);
 void RememberFolder(Context& context, FileTask task, const QString& folder);
 
+/// Files that are there, which begin in a folder, or at a file; empty when the user chose nothing.
+/// `mode` says whether there may be several.
+QStringList OpenFiles(QWidget* parent, const QString& title, const QString& folder,
+                      const QString& filter, QFileDialog::FileMode mode);
 /// The toolkit's dialogs; empty when the user chose nothing.
 QStringList AskFilesToOpen(Context& context, QWidget* parent, FileTask task, const QString& title,
                            const QString& filter);

@@ -6,6 +6,7 @@
 #include "frame/window/panes/opener.h"
 #include "kit/window/access_names.h"
 #include "kit/window/icons.h"
+#include "kit/window/plain_text.h"
 #include "kit/window/second_click.h"
 #include "present/window/browser_window.h"
 #include "present/window/folder/shown_folder.h"
@@ -27,21 +28,27 @@ MainToolbar::MainToolbar(BrowserArea& area, Opener& opener, BrowserHost& host, Q
     opener.WriteMessage();
   })->setToolTip(Ui::tr("新しいメッセージ Ctrl+N"));
   addSeparator();
-  AddPageCommand(Ui::tr("返信"), PageCommand::Reply);
-  AddPageCommand(Ui::tr("全員に返信"), PageCommand::ReplyAll);
-  AddPageCommand(Ui::tr("転送"), PageCommand::Forward);
+  AddPageCommand(Ui::tr("返信"), PageCommand::Reply, Qt::Key_R);
+  AddPageCommand(Ui::tr("全員に返信"), PageCommand::ReplyAll,
+                 QKeySequence(QStringLiteral("Shift+R")));
+  AddPageCommand(Ui::tr("転送"), PageCommand::Forward, Qt::Key_F);
   addSeparator();
-  AddPageCommand(Ui::tr("フォルダに入れる"), PageCommand::File);
-  AddPageCommand(Ui::tr("くずかご"), PageCommand::ToDust);
+  AddPageCommand(Ui::tr("フォルダに入れる"), PageCommand::File, Qt::Key_M);
+  AddPageCommand(Ui::tr("くずかご"), PageCommand::ToDust, Qt::Key_Delete);
+  addSeparator();
+  AddPageCommand(Ui::tr("次の未開封"), PageCommand::NextUnopened, Qt::Key_N);
+  AddPageCommand(Ui::tr("印刷"), PageCommand::Print, QKeySequence::Print);
 }
 
-void MainToolbar::AddPageCommand(const QString& text, PageCommand command) {
+void MainToolbar::AddPageCommand(const QString& text, PageCommand command,
+                                 const QKeySequence& key) {
   QAction* action = addAction(text, this, [this, command] {
     if (BrowserWindow* browser = area_.Active()) return browser->Folder().Commands().Run(command);
     host_.Tell(Ui::tr("フォルダが開いていません。左の一覧から選んでください。"));
   });
   action->setObjectName(QStringLiteral("tb_") + WordOf(command));
   action->setIcon(Icon(WordOf(command)));
+  action->setToolTip(ShownToolTip(text + u' ' + key.toString(QKeySequence::NativeText)));
 }
 
 }  // namespace vorn

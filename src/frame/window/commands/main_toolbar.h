@@ -22,7 +22,7 @@ class MainToolbar : public QToolBar {
   void TrafficWanted();
 
  private:
-  void AddPageCommand(const QString& text, PageCommand command);
+  void AddPageCommand(const QString& text, PageCommand command, const QKeySequence& key);
 
   BrowserArea& area_;
   BrowserHost& host_;

@@ -41,6 +41,10 @@ Words OpenedWords(bool isNew) {
   };
 }
 
+bool HasNew(Context& context, const SerialId& message) {
+  return FlagsOf(context, {message}).ValueOr({}).value(message).Has(kFlagNew);
+}
+
 auto SetNew(Context& context, bool isNew) {
   return [&context, isNew](const SerialIds& messages) {
     return SetMark(context, messages, kFlagNew, isNew);
@@ -60,8 +64,11 @@ SerialIds MessageActions::Act(MessageAction action, const SerialIds& messages,
     case MessageAction::File:
       return ChooseFolder(messages, folder);
     case MessageAction::MarkUnopened:
-    case MessageAction::MarkOpened: {
-      const bool isNew = action == MessageAction::MarkUnopened;
+    case MessageAction::MarkOpened:
+    case MessageAction::ToggleOpened: {
+      const bool isNew =
+          action == MessageAction::MarkUnopened ||
+          (action == MessageAction::ToggleOpened && !HasNew(context_, messages.first()));
       Mark(messages, SetNew(context_, isNew), SetNew(context_, !isNew), OpenedWords(isNew));
       return {};
     }

@@ -17,11 +17,9 @@ constexpr int kWindowPauseMs = 1000;
 
 // What the program's script says in the folder's page before a blank (`page_script.h`).
 constexpr std::pair<QLatin1String, RowNews> kRowWords[] = {
-    {QLatin1String("vorn-row"), RowNews::Current},
-    {QLatin1String("vorn-kept"), RowNews::Kept},
-    {QLatin1String("vorn-left"), RowNews::Left},
-    {QLatin1String("vorn-twice"), RowNews::Twice},
-    {QLatin1String("vorn-chosen"), RowNews::Chosen}};
+    {QLatin1String("vorn-row"), RowNews::Current}, {QLatin1String("vorn-kept"), RowNews::Kept},
+    {QLatin1String("vorn-left"), RowNews::Left},   {QLatin1String("vorn-twice"), RowNews::Twice},
+    {QLatin1String("vorn-marks"), RowNews::Marks}, {QLatin1String("vorn-chosen"), RowNews::Chosen}};
 
 QString BoxText(const QUrl& origin, const QString& text) {
   return Ui::tr("「%1」のページからのメッセージ:").arg(origin.host()) + QStringLiteral("\n\n") +

@@ -178,6 +178,7 @@ void PageCommands::ListIn(QMenu& menu) {
 
 void PageCommands::Run(PageCommand command) {
   QAction* action = commands_.value(command);
+  if (command == PageCommand::NextUnopened && action->isEnabled()) return action->trigger();
   page_.rows.Chosen([this, action](const SerialIds& chosen) {
     QTimer::singleShot(0, this, [this, action, any = !chosen.isEmpty()] {
       if (any) return action->trigger();

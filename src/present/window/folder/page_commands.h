@@ -38,7 +38,8 @@ class PageCommands : public QObject {
   void PopUp(const QPoint& at);
   /// Writes the same commands, as they can be given now, into another menu.
   void ListIn(QMenu& menu);
-  /// Runs a command on the chosen messages. The user is told when none is chosen.
+  /// Runs a command on the chosen messages; the next unopened one needs none. Else the user is told
+  /// when none is chosen.
   void Run(PageCommand command);
 
  Q_SIGNALS:

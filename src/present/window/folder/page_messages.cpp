@@ -93,6 +93,8 @@ void PageMessages::Told(RowNews news, const QString& said) {
     case RowNews::Twice:
       if (split_.HasPane()) OpenInWindow(MailRequest::Of(message));
       return;
+    case RowNews::Marks:
+      return ToggleOpened(message);
     case RowNews::Chosen:
       return SetChosen(said.toInt());
   }
@@ -124,6 +126,14 @@ void PageMessages::Print() {
 void PageMessages::Ask(void (MessageHost::*command)(const SerialId&)) {
   WithCurrent([this, command](const SerialId& message) {
     if (HasAny(!message.IsEmpty())) (host_.Messages().*command)(message);
+  });
+}
+
+// Not while the engine tells of it: a failure is told to the user.
+void PageMessages::ToggleOpened(const QString& message) {
+  if (message == split_.Row()) split_.StopMarking();
+  QTimer::singleShot(0, this, [this, message, folder = page_.request.Folder()] {
+    ActOn({message}, MessageAction::ToggleOpened, folder);
   });
 }
 

@@ -60,6 +60,7 @@ class PageMessages : public QObject {
   void OpenInWindow(const MailRequest& request);
   void OpenEach(const SerialIds& messages);
   bool TakesAway(MessageAction action) const;
+  void ToggleOpened(const SerialId& message);
   void ActOn(const SerialIds& messages, MessageAction action, const SerialId& folder);
 
   ShownPage& page_;

@@ -14,7 +14,15 @@ class MessageHost;
 struct MailRequest;
 
 /// What a user does with messages on a folder's page besides opening and answering them.
-enum class MessageAction { ToDust, OutOfDust, File, MarkUnopened, MarkOpened, ToggleStar };
+enum class MessageAction {
+  ToDust,
+  OutOfDust,
+  File,
+  MarkUnopened,
+  MarkOpened,
+  ToggleOpened,  ///< of one message
+  ToggleStar
+};
 
 /// What a browser window asks of the program around it.
 class BrowserHost {
