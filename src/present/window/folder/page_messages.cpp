@@ -130,7 +130,7 @@ void PageMessages::Ask(void (MessageHost::*command)(const SerialId&)) {
 }
 
 // Not while the engine tells of it: a failure is told to the user.
-void PageMessages::ToggleOpened(const QString& message) {
+void PageMessages::ToggleOpened(const SerialId& message) {
   if (message == split_.Row()) split_.StopMarking();
   QTimer::singleShot(0, this, [this, message, folder = page_.request.Folder()] {
     ActOn({message}, MessageAction::ToggleOpened, folder);
