@@ -58,7 +58,7 @@ class WaitingMessages {
   PlannedJobs& jobs_;
   LateOutcomes& late_;
   SenderChoice& senders_;
-  QHash<SerialId, QString> told_; // when what was told of as refused was tried, by message
+  QHash<SerialId, QString> told_;  // when what was told of as refused was tried, by message
 };
 
 }  // namespace vorn
