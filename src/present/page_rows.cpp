@@ -69,6 +69,13 @@ void PageRows::CurrentAlone(const std::function<void(const QString&)>& then) {
   queue_.RunAlone(OnPage(QStringLiteral("current()")), Answering(then));
 }
 
+void PageRows::MenuPlace(const std::function<void(const QPointF&)>& then) {
+  queue_.Run(OnPage(QStringLiteral("menuPlace()")), [then](const QVariant& answer) {
+    const QVariantList place = answer.toList();
+    then({place.value(0).toReal(), place.value(1).toReal()});
+  });
+}
+
 void PageRows::Links(const std::function<void(const QList<Link>&)>& then) {
   queue_.Run(OnPage(QStringLiteral("links()")), [then](const QVariant& answer) {
     QList<Link> links;

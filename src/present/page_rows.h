@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QPointF>
 #include <QStringList>
 #include <functional>
 
@@ -57,6 +58,10 @@ class PageRows {
   void Current(const std::function<void(const QString&)>& then);
   /// The same for something that changes the page: see `PageQueue::RunAlone`.
   void CurrentAlone(const std::function<void(const QString&)>& then);
+
+  /// Gives where a menu of the current row belongs, in the page's own pixels from the view's
+  /// corner.
+  void MenuPlace(const std::function<void(const QPointF&)>& then);
 
   /// A link of the page.
   struct Link {

@@ -1,6 +1,7 @@
 #include "present/window/engine/engine_view.h"
 
 #include <QChildEvent>
+#include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QFocusEvent>
 #include <QPointer>
@@ -43,12 +44,19 @@ void EngineView::MakeView() {
           [this](const QPoint& at) { Q_EMIT MenuWanted(view_->mapToGlobal(at)); });
 }
 
+// The menu's key says nothing of where; what it is for stands at the current row.
+//
 // Who comes to a folder's page by Tab is in its current row. The engine would give the keyboard to
 // the first link and scroll there.
 bool EngineView::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::ChildAdded && watched == view_) {
     // What the engine draws on, which has the view's keys.
     static_cast<QChildEvent*>(event)->child()->installEventFilter(this);
+  }
+  if (event->type() == QEvent::ContextMenu && isLocal_ &&
+      static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Keyboard) {
+    Q_EMIT KeyMenuWanted();
+    return true;
   }
   if (event->type() != QEvent::FocusIn || page_ == nullptr || !isLocal_) return false;
   const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();

@@ -65,6 +65,8 @@ class EngineView : public QObject {
   void PlaceChanged();
   /// The menu is wanted at a place of the screen.
   void MenuWanted(const QPoint& at);
+  /// The menu is wanted by a key.
+  void KeyMenuWanted();
   void PrintEnded();
   /// What a web page wants to have saved is not.
   void DownloadRefused();

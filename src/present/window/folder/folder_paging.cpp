@@ -26,10 +26,10 @@ FolderPaging::FolderPaging(ShownPage& page, PageMaker& maker, FolderToolbar& too
   connect(&maker_.Counter(), &PageCounter::Found, &search_, &SearchBox::ShowFound);
 }
 
-void FolderPaging::GoTo(int page) {
+void FolderPaging::GoTo(int page, bool atEnd) {
   if (!page_.request.IsLocal()) return;
   page_.change.LeavePlace();
-  page_.place.BeginAtEnd(false);
+  page_.place.BeginAtEnd(atEnd);
   Ask(page, &FolderPaging::PageWanted);
 }
 
@@ -44,8 +44,9 @@ void FolderPaging::Ask(int page, void (FolderPaging::*wanted)()) {
   Q_EMIT(this->*wanted)();
 }
 
+// Who turns back goes on from the row that stands before those he has seen.
 void FolderPaging::Turn(int step) {
-  GoTo(page_.request.Page() + step);
+  GoTo(page_.request.Page() + step, step < 0);
 }
 
 void FolderPaging::GoToTyped() {

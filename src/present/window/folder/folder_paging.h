@@ -42,7 +42,7 @@ class FolderPaging : public QObject {
   void KeysWanted();
 
  private:
-  void GoTo(int page);
+  void GoTo(int page, bool atEnd = false);
   void Turn(int step);
   void GoToTyped();
   void GoToLast();

@@ -60,6 +60,13 @@ void ShownFolder::ConnectMessages() {
   connect(&parts_.engine.Links(), &PageLinks::StepFollowed, &paging_, &FolderPaging::Follow);
   connect(&parts_.engine.Links(), &PageLinks::RowTold, &messages_, &PageMessages::Told);
   connect(&parts_.engine, &EngineView::MenuWanted, &commands_, &PageCommands::PopUp);
+  connect(&parts_.engine, &EngineView::KeyMenuWanted, this, [this] {
+    parts_.page.rows.MenuPlace([this](const QPointF& place) {
+      const QWebEngineView* view = parts_.engine.View();
+      if (view == nullptr) return;
+      commands_.PopUp(view->mapToGlobal((place * view->zoomFactor()).toPoint()));
+    });
+  });
   connect(&parts_.loader, &PageLoader::TextShown, &messages_, &PageMessages::Unchoose);
   connect(&messages_, &PageMessages::ChosenChanged, this, &ShownFolder::ChosenChanged);
   connect(&messages_, &PageMessages::Gone, this, &ShownFolder::MessagesGone);

@@ -12,7 +12,6 @@ namespace vorn {
 namespace {
 
 constexpr int kSearchWidth = 360;
-constexpr qint64 kMany = 88888;
 
 QString FoundWords(qint64 messages, bool orMore) {
   return (orMore ? Ui::tr("%1通以上") : Ui::tr("%1通")).arg(messages);
@@ -39,12 +38,10 @@ SearchBox::SearchBox(QWidget* window, QWidget* parent)
       choice->setVisible(!text.isEmpty());
       if (text.isEmpty()) choice->setChecked(false);
     }
-    lbFound_->setVisible(!text.isEmpty());
+    lbFound_->setVisible(!text.isEmpty() && !lbFound_->text().isEmpty());
     if (text.isEmpty()) Q_EMIT Emptied();
   });
   lbFound_->setObjectName(QStringLiteral("lbFound"));
-  // A longer number moves no button.
-  lbFound_->setMinimumWidth(lbFound_->fontMetrics().horizontalAdvance(FoundWords(kMany, true)));
   lbFound_->hide();
   auto* find = new QShortcut(QKeySequence::Find, window);
   find->setContext(Qt::WidgetWithChildrenShortcut);
@@ -95,6 +92,7 @@ void SearchBox::SearchTexts() {
 
 void SearchBox::ShowFound(qint64 messages, bool orMore) {
   lbFound_->setText(messages < 0 ? QString() : FoundWords(messages, orMore));
+  lbFound_->setVisible(messages >= 0 && !text().isEmpty());
 }
 
 }  // namespace vorn
