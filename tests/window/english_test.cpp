@@ -3,6 +3,8 @@
 #include <QAction>
 #include <QComboBox>
 #include <QHeaderView>
+#include <QMenu>
+#include <QMenuBar>
 #include <QRegularExpression>
 
 #include "frame/language_texts.h"
@@ -58,6 +60,32 @@ std::string Japanese(const QWidget& window) {
   return texts.join(u'\n').toStdString();
 }
 
+// The entries of a menu, or of the menu bar, that a letter does not open because it is another's.
+std::string SharedLetters(const QWidget& window) {
+  QStringList shared;
+  QList<QWidget*> menus = window.findChildren<QWidget*>();
+  menus.removeIf([](const QWidget* widget) {
+    return qobject_cast<const QMenu*>(widget) == nullptr &&
+           qobject_cast<const QMenuBar*>(widget) == nullptr;
+  });
+  EXPECT_GT(menus.size(), 3);
+  for (QWidget* place : menus) {
+    if (auto* menu = qobject_cast<QMenu*>(place))
+      Q_EMIT menu->aboutToShow();  // some are filled then
+    QHash<QString, QString> owners;
+    for (const QAction* action : place->actions()) {
+      const QString letter = QKeySequence::mnemonic(action->text()).toString();
+      if (letter.isEmpty() || !action->isVisible()) continue;
+      if (owners.contains(letter)) {
+        shared.append(
+            QStringList{place->objectName(), owners.value(letter), action->text()}.join(u' '));
+      }
+      owners.insert(letter, action->text());
+    }
+  }
+  return shared.join(u'\n').toStdString();
+}
+
 TEST_F(EditingTest, InEnglishNothingIsJapanese) {
   const LanguageTexts english(QStringLiteral("en"));
   SettingsWindow settings(context());
@@ -92,10 +120,24 @@ TEST_F(EnglishMessageTest, InEnglishNothingIsJapanese) {
         "Content-Type: application/pdf; name=a.pdf\r\n\r\n%PDF\r\n--b--\r\n",
         status);
     EXPECT_EQ(Japanese(window), "") << status;
+    EXPECT_EQ(SharedLetters(window), "") << status;
     window.close();
     EXPECT_TRUE(Gone());
   }
   EXPECT_EQ(Japanese(*program_->Parent()), "");
+  EXPECT_EQ(SharedLetters(*program_->Parent()), "");
+}
+
+TEST_F(MessageWindowTest, ALetterOpensOneEntryOfAMenu) {
+  for (const int status : {kStatusReceived, kStatusEdit}) {
+    MessageWindow& window =
+        OpenStored("From: a@b\r\nTo: c@d\r\nSubject: s\r\n\r\ntext\r\n", status);
+    // Both letters are as old as the menu; who presses F twice is at the second one.
+    EXPECT_EQ(SharedLetters(window), "menuFilesMessages 転送(&F) 保存フォルダ(&F)..") << status;
+    window.close();
+    EXPECT_TRUE(Gone());
+  }
+  EXPECT_EQ(SharedLetters(*program_->Parent()), "");
 }
 
 }  // namespace

@@ -336,7 +336,8 @@ TEST_F(FolderCommandsTest, TheNextUnopenedMessageIsOneKeyAway) {
   Begin(7, 3);
   Context& context = program_->GetContext();
   ASSERT_TRUE(SetMark(context, Ids({1, 3, 4, 5, 7}), kFlagNew, false));
-  Press(Qt::Key_N);
+  // The button needs no current message to go on from.
+  program_->Parent()->findChild<QAction*>(QStringLiteral("tb_nextunopened"))->trigger();
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_2'")));
   MadeAnewBy([this] { Press(Qt::Key_N); });
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_6'"))) << "on the last page";
@@ -349,6 +350,50 @@ TEST_F(FolderCommandsTest, TheNextUnopenedMessageIsOneKeyAway) {
   const auto* status = program_->Parent()->findChild<QStatusBar*>();
   EXPECT_TRUE(WaitFor([status] { return status->currentMessage().contains(u"未開封"); }));
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_2'")));
+}
+
+// The row that is read and those that are chosen stay; the link and the menu are elsewhere.
+TEST_F(FolderCommandsTest, AClickOnTheMarksTurnsThemAndMovesNothing) {
+  Begin(4, 100);
+  ASSERT_TRUE(ShareLayout(program_->GetContext(), QStringLiteral("table"), OwnLayouts::Removed));
+  MadeAnewBy([this] { Browser()->Refresh(); });
+  FocusPage();
+  Press(Qt::Key_Home);
+  Press(Qt::Key_Down, Qt::ShiftModifier);
+  ASSERT_EQ(Chosen(), Ids({1, 2}));
+  const auto click = [this](int row) {
+    const QVariantList at =
+        Script(QStringLiteral("(() => { const box = document.querySelectorAll('td.marks')[%1]"
+                              ".getBoundingClientRect();"
+                              " return [box.right - 4, box.top + box.height / 2]; })()")
+                   .arg(row))
+            .toList();
+    ClickPage(QPoint(at.value(0).toInt(), at.value(1).toInt()));
+  };
+  for (const auto& [row, mark] : {std::pair{2, "0"}, {1, "0"}, {2, "1"}}) {
+    test::RunFor(QApplication::doubleClickInterval());
+    click(row);
+    EXPECT_TRUE(WaitFor([&] { return Mark(row + 1) == QLatin1String(mark); })) << row;
+  }
+  EXPECT_EQ(Chosen(), Ids({1, 2}));
+  EXPECT_EQ(Script(QStringLiteral("vorn.current()")).toString(), QStringLiteral("mail_2"));
+}
+
+// As the menu of a click there, which stands below the row.
+TEST_F(FolderCommandsTest, TheMenuKeyOpensTheMenuAtTheCurrentRow) {
+  Begin(4, 100);
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Menu);
+  auto& menu = Child<QMenu>(*Browser(), u"menuMessages");
+  ASSERT_TRUE(WaitFor([&menu] { return menu.isVisible(); }));
+  const double bottom =
+      Script(
+          QStringLiteral("document.querySelector('.vorn-current').getBoundingClientRect().bottom"))
+          .toDouble();
+  EXPECT_GT(bottom, 10);
+  EXPECT_NEAR(View()->mapFromGlobal(menu.pos()).y(), bottom * View()->zoomFactor(), 4);
+  menu.close();
 }
 
 TEST_F(FolderCommandsTest, CorrespondentsComeIntoAnAddressBook) {
@@ -423,11 +468,12 @@ TEST_F(FolderCommandsTest, TheCurrentMessageIsPrintedFromThePage) {
   Press(Qt::Key_Down);
   Press(Qt::Key_Down);
   const QString path = folder_.filePath(QStringLiteral("page.pdf"));
-  EXPECT_TRUE(InModal<QPrintDialog>([this] { Press(Qt::Key_P, Qt::ControlModifier); },
-                                    [&](QPrintDialog& dialog) {
-                                      Child<QLineEdit>(dialog, u"filename").setText(path);
-                                      QMetaObject::invokeMethod(&dialog, "accept");
-                                    }));
+  EXPECT_TRUE(InModal<QPrintDialog>(
+      [this] { program_->Parent()->findChild<QAction*>(QStringLiteral("tb_print"))->trigger(); },
+      [&](QPrintDialog& dialog) {
+        Child<QLineEdit>(dialog, u"filename").setText(path);
+        QMetaObject::invokeMethod(&dialog, "accept");
+      }));
   ASSERT_TRUE(WaitFor([&] { return QFileInfo(path).size() > 0; }));
   EXPECT_EQ(Mark(2), QStringLiteral("1")) << "it has not been opened";
 }

@@ -573,6 +573,11 @@ TEST_F(FolderPageTest, PagesAreReachedByNumberAndTheNewestIsShownFirst) {
     return Browser()->findChild<QAction*>(QString::fromUtf16(key));
   };
   EXPECT_FALSE(action(u"newest")->isEnabled());
+  // Who turns back goes on with the row before.
+  action(u"before")->trigger();
+  ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No50.")); }));
+  EXPECT_TRUE(AwaitScript(QStringLiteral(
+      "scrollY > 0 && innerHeight + scrollY >= document.documentElement.scrollHeight - 2")));
   test::Type(box, QStringLiteral("3"));
   QTest::keyClick(&box, Qt::Key_Return);
   ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No21.")); }));

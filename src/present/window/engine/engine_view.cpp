@@ -4,6 +4,7 @@
 #include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QFocusEvent>
+#include <QKeyEvent>
 #include <QPointer>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineProfile>
@@ -18,6 +19,19 @@
 #include "present/window/engine/script_bar.h"
 
 namespace vorn {
+
+namespace {
+
+// The key, or what the window system makes of it besides.
+bool IsMenuKey(const QEvent& event) {
+  if (event.type() == QEvent::KeyPress) {
+    return static_cast<const QKeyEvent&>(event).key() == Qt::Key_Menu;
+  }
+  return event.type() == QEvent::ContextMenu &&
+         static_cast<const QContextMenuEvent&>(event).reason() == QContextMenuEvent::Keyboard;
+}
+
+}  // namespace
 
 EngineView::EngineView(Context& context, const BrowserProfiles& profiles, QWidget& window)
     : profiles_(profiles), window_(window), scripts_(new ScriptBar(context, profiles.Sites())) {
@@ -44,7 +58,7 @@ void EngineView::MakeView() {
           [this](const QPoint& at) { Q_EMIT MenuWanted(view_->mapToGlobal(at)); });
 }
 
-// The menu's key says nothing of where; what it is for stands at the current row.
+// The engine takes the menu's key for a click in its corner; what it is for is the current row.
 //
 // Who comes to a folder's page by Tab is in its current row. The engine would give the keyboard to
 // the first link and scroll there.
@@ -53,9 +67,8 @@ bool EngineView::eventFilter(QObject* watched, QEvent* event) {
     // What the engine draws on, which has the view's keys.
     static_cast<QChildEvent*>(event)->child()->installEventFilter(this);
   }
-  if (event->type() == QEvent::ContextMenu && isLocal_ &&
-      static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Keyboard) {
-    Q_EMIT KeyMenuWanted();
+  if (isLocal_ && IsMenuKey(*event)) {
+    if (event->type() == QEvent::KeyPress) Q_EMIT KeyMenuWanted();
     return true;
   }
   if (event->type() != QEvent::FocusIn || page_ == nullptr || !isLocal_) return false;
