@@ -87,7 +87,6 @@ TEST_F(FolderCommandsTest, ADoubleClickIsOneCommand) {
   test::RunFor(200);
   EXPECT_EQ(Script(QStringLiteral("vorn.count()")).toInt(), 2);
   // A link of a row as well.
-  test::RunFor(QApplication::doubleClickInterval());
   ClickLink(QStringLiteral("a[href^=\"replay:\" i]"));
   QWidget* page = View()->focusProxy();
   const auto again = [page] {
@@ -371,7 +370,6 @@ TEST_F(FolderCommandsTest, AClickOnTheMarksTurnsThemAndMovesNothing) {
     ClickPage(QPoint(at.value(0).toInt(), at.value(1).toInt()));
   };
   for (const auto& [row, mark] : {std::pair{2, "0"}, {1, "0"}, {2, "1"}}) {
-    test::RunFor(QApplication::doubleClickInterval());
     click(row);
     EXPECT_TRUE(WaitFor([&] { return Mark(row + 1) == QLatin1String(mark); })) << row;
   }
