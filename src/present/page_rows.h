@@ -64,10 +64,6 @@ class PageRows {
   /// corner.
   void MenuPlace(const std::function<void(const QPointF&)>& then);
 
-  /// Gives where a menu of the current row belongs, in the page's own pixels from the view's
-  /// corner.
-  void MenuPlace(const std::function<void(const QPointF&)>& then);
-
   /// A link of the page.
   struct Link {
     QString text;

@@ -61,7 +61,7 @@ td.subject { position: relative; padding-right: 60px; }
 .place:empty { display: none; }
 /* Where there is little room only the current row has pictures; its subject ends before them. */
 @media (max-width: 46em) {
-  .marks { width: 3em; }
+  .marks { width: 3em; } .from { width: clamp(6em, 15vw, 20em); }
   td.subject { padding-right: 8px; }
   .do { visibility: hidden; right: 2px; top: 2px; bottom: 2px; }
   .row:focus-within .do, .vorn-current .do { visibility: visible; }

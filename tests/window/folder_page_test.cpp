@@ -574,10 +574,19 @@ TEST_F(FolderPageTest, PagesAreReachedByNumberAndTheNewestIsShownFirst) {
   };
   EXPECT_FALSE(action(u"newest")->isEnabled());
   // Who turns back goes on with the row before.
+  View()->setFixedHeight(120);
   action(u"before")->trigger();
   ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No50.")); }));
-  EXPECT_TRUE(AwaitScript(QStringLiteral(
-      "scrollY > 0 && innerHeight + scrollY >= document.documentElement.scrollHeight - 2")));
+  EXPECT_TRUE(WaitFor(
+      [this] {
+        return Script(QStringLiteral("scrollY > 0 && innerHeight + scrollY >= "
+                                     "document.documentElement.scrollHeight - 2"))
+            .toBool();
+      },
+      30000))
+      << Script(QStringLiteral("[scrollY, innerHeight, document.documentElement.scrollHeight]+''"))
+             .toString()
+             .toStdString();
   test::Type(box, QStringLiteral("3"));
   QTest::keyClick(&box, Qt::Key_Return);
   ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No21.")); }));
