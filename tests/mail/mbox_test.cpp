@@ -205,6 +205,19 @@ TEST(MailArchiveTest, AnImportIsTakenBackButForWhatWasUsed) {
   EXPECT_EQ(UnchangedAmong(context, *flags, shelf)->size(), 2);
 }
 
+TEST(MailArchiveTest, WhatWasSentIsKnownWithoutItsEndMark) {
+  test::TestProfile profile;
+  const QByteArray source = "From: a@x\r\nSubject: sent\r\n\r\ntext\r\n";
+  profile.Store(source + ".\r\n", kStatusSent);
+  const QTemporaryDir folder;
+  const QString file = folder.filePath(QStringLiteral("sent.eml"));
+  test::WriteFile(file, source);
+  const ImportOutcome outcome = ImportMessages(profile.Get(), file, {});
+  EXPECT_TRUE(outcome.complete);
+  EXPECT_EQ(outcome.counts.known, 1);
+  EXPECT_EQ(outcome.counts.imported, 0);
+}
+
 TEST(MailArchiveTest, WhoWantsNoMoreIsAskedOfNoFurtherFile) {
   const QTemporaryDir folder;
   for (const char* name : {"1.mbox", "2.mbox", "3.eml"}) {

@@ -169,6 +169,7 @@ TEST(SaveObject, OnlyTheLoggedInProfileIsTheDefaultAndItsPasswordIsNotStored) {
   const DiskPtr edited =
       MakeObject(second->Serial(), object_type::kProfile, QStringLiteral("Second"));
   edited->Let(QStringLiteral("Default"), true);
+  edited->Let(QStringLiteral("PassWord"), QStringLiteral("in another spelling"));
   ASSERT_TRUE(SaveObject(context, DatabaseKind::Navigator, *edited));
   EXPECT_FALSE(second->Flag(u"Default"));
   EXPECT_FALSE(edited->Flag(u"Default"));
@@ -180,6 +181,7 @@ TEST(SaveObject, OnlyTheLoggedInProfileIsTheDefaultAndItsPasswordIsNotStored) {
   EXPECT_TRUE(stored.Find(first)->Flag(u"Default"));
   EXPECT_FALSE(stored.Find(second->Serial())->Flag(u"Default"));
   EXPECT_FALSE(stored.Find(first)->Get(u"password").isValid());
+  EXPECT_FALSE(stored.Find(second->Serial())->Get(u"password").isValid());
   EXPECT_EQ(context.Session->Text(u"password"), QStringLiteral("top secret"));
 }
 
