@@ -35,26 +35,6 @@ TEST_F(KnownMailTest, MailOfAnyFileOfTheProfileIsKnown) {
   }
 }
 
-// A program that copies files about puts an older one in the place of that which is written to.
-TEST_F(KnownMailTest, WhatWentIntoAnExchangedFileStaysOnTheServer) {
-  const DiskPtr account = profile_.AddAccount(server_.Port());
-  account->Let(QStringLiteral("InMailServerDelete"), true);
-  EXPECT_EQ(Receive().stored, 0);
-  const QString path = MailDatabasePath(profile_.Get());
-  profile_.Get().Data.CloseAll();
-  const QByteArray older = test::ReadFile(path);
-  AddMessages(3);
-  server_.Pipelining = false;
-  server_.OnCommand = [&](const QByteArray& line) {
-    if (!line.startsWith("RETR 3")) return;
-    for (const char* ending : {"-wal", "-shm"}) QFile::remove(path + QLatin1String(ending));
-    EXPECT_TRUE(QFile::rename(path, path + QStringLiteral(".away")));
-    test::WriteFile(path, older);
-  };
-  Receive();
-  EXPECT_EQ(server_.Messages.size(), 3) << LastLog().toStdString();
-}
-
 // A server that counts its messages anew names new mail as old mail was called.
 TEST_F(KnownMailTest, ANameThatIsGivenAnewIsNewMail) {
   const auto stored = [this](const QString& subject) {
