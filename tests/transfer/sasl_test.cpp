@@ -186,7 +186,8 @@ TEST(ScramTest, OverAnEncryptedConnectionTheNextOneFollows) {
                {"r=%x,s=W22Z,i=1", {"in"}, false},    {"r=%x,s=W22Z,i=4096", {"in"}, false}};
   for (const auto& [first, replies, follows] : cases) {
     SCOPED_TRACE(first.toStdString());
-    const auto play = [&](auto& session, const QByteArray& said, const QByteArray& no,
+    const auto play = [&first = first, &replies = replies](
+                          auto& session, const QByteArray& said, const QByteArray& no,
                           const QByteArray& ask, const QByteArray& in) {
       session.Receive(Answered({first, {}}, said, ask, in));
       for (const QByteArray& reply : replies) {
