@@ -371,7 +371,9 @@ TEST_F(FolderCommandsTest, AClickOnTheMarksTurnsThemAndMovesNothing) {
   };
   for (const auto& [row, mark] : {std::pair{2, "0"}, {1, "0"}, {2, "1"}}) {
     click(row);
-    EXPECT_TRUE(WaitFor([&] { return Mark(row + 1) == QLatin1String(mark); })) << row;
+    EXPECT_TRUE(WaitFor([this, row = row, mark = mark] {
+      return Mark(row + 1) == QLatin1String(mark);
+    })) << row;
   }
   EXPECT_EQ(Chosen(), Ids({1, 2}));
   EXPECT_EQ(Script(QStringLiteral("vorn.current()")).toString(), QStringLiteral("mail_2"));
