@@ -357,6 +357,16 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
   EXPECT_EQ(lines({subject, Line(u"timestamp", {QStringLiteral("-7")}, true, true)}),
             QStringLiteral("mine abc"));
   EXPECT_EQ(lines({Line(u"attachment", {})}), QStringLiteral("clip"));
+  // What is in a folder that is filled by hand, also where most messages are in none.
+  const DiskPtr other = MakeObject(u"g"_id, object_type::kFolder, QStringLiteral("g"));
+  profile_.Get().Objects.Add(other);
+  ASSERT_TRUE(MoveMessages(profile_.Get(), {.into = {{other->Serial(), {filed}}}}));
+  const QString inOther = Line(u"folder", {QStringLiteral("g")});
+  EXPECT_EQ(lines({inOther}), QStringLiteral("abc today"));
+  EXPECT_EQ(lines({inOther, Line(u"attachment", {})}), QStringLiteral("abc today|clip"));
+  EXPECT_EQ(lines({subject, Line(u"folder", {QStringLiteral("g")}, true, true)}),
+            QStringLiteral("mine abc|week ABC"));
+  profile_.Get().Objects.Remove(other->Serial());
   EXPECT_EQ(lines({subject, Line(u"attachment", {}, true, true)}), lines({subject}));
   EXPECT_EQ(shown(FolderSqlBuilder(profile_.Get()).CreateFolderSql(fixed_serial::kInbox)),
             QStringLiteral("abc today|old|week ABC"));
@@ -438,6 +448,8 @@ TEST_F(SearchConditionTest, WhatWasThrownAwayIsInTheDustBinAlone) {
   EXPECT_FALSE(Statement({}).isEmpty());  // one that is filled by hand
   EXPECT_TRUE(Statement({}).contains(QStringLiteral("STATUS > 0")));
   EXPECT_EQ(count({Line(u"folder", {fixed_serial::kDust.Text()})}), 3) << "who asks for it gets it";
+  EXPECT_EQ(count({Line(u"folder", {fixed_serial::kInbox.Text()}, true, true)}), 0);
+  EXPECT_EQ(count({Line(u"status", {QStringLiteral("4")}, true, true)}), 0);
   // Nor does a text in a condition that the user wrote.
   const QString written = QStringLiteral("written");
   const DiskPtr folder = MakeObject(SerialId(written), object_type::kFolder, written);

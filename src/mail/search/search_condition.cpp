@@ -1,5 +1,7 @@
 #include "mail/search/search_condition.h"
 
+#include <algorithm>
+
 #include "objects/folder_object.h"
 #include "objects/list_settings.h"
 #include "objects/object_loader.h"
@@ -121,7 +123,29 @@ QString FolderSqlBuilder::ConditionOnce(const SerialId& serialId) {
   const DiskPtr folder = LoadObject(context_, serialId);
   if (folder == nullptr || visited_.contains(serialId)) return {};
   visited_.insert(serialId);
-  return Condition(serialId, *folder);
+  return Settings(context_).IsCareful() ? Contents(serialId, *folder)
+                                        : Condition(serialId, *folder);
+}
+
+// What a folder shows, whatever stands around it; the documented form puts the named condition as
+// it is between the others, and finds only filed messages where one of them asks for what is filed.
+QString FolderSqlBuilder::Contents(const SerialId& serialId, const Disk& folder) {
+  const FolderObject named(folder);
+  if (!named.UsesSql() && named.Conditions().isEmpty()) {
+    return QStringLiteral("mail.SERIALID IN (SELECT SERIALID FROM folder WHERE FOLDERID = %1)")
+        .arg(QuoteSql(serialId));
+  }
+  const bool askedForState = needs_.state;
+  QString condition = Condition(serialId, folder);
+  if (condition.isEmpty()) return {};
+  // The program's own folders ask for the states of messages, of which the dust bin's alone are out
+  // of sight elsewhere.
+  const bool isOfStates = serialId == fixed_serial::kInbox || serialId == fixed_serial::kOutbox ||
+                          serialId == fixed_serial::kEditWait;
+  if (isOfStates) needs_.state = askedForState;
+  condition = u'(' + condition + u')';
+  const bool isOnce = serialId == fixed_serial::kInbox && ListSettings(context_).ShowsFiledOnce();
+  return isOnce ? u'(' + condition + NotFiled() + u')' : condition;
 }
 
 QString FolderSqlBuilder::Condition(const SerialId& serialId, const Disk& folder) {
@@ -154,7 +178,13 @@ QString FolderSqlBuilder::ConditionByLines(const QString& list) {
 }
 
 QString FolderSqlBuilder::Clause(const ConditionLine& line) {
-  needs_ |= line.kind->needs;
+  FolderQuery::Needs needs = line.kind->needs;
+  // What is in the dust bin has a state below 0.
+  const auto isOfDust = [](const QString& value) { return value.trimmed().startsWith(u'-'); };
+  if (line.kind->value == ConditionValue::States) {
+    needs.state = std::any_of(line.values.begin(), line.values.end(), isOfDust);
+  }
+  needs_ |= needs;
   return line.kind->clause(
       {context_, [this](const SerialId& folder) { return ConditionOnce(folder); }}, line.values);
 }

@@ -47,6 +47,7 @@ class FolderSqlBuilder {
 
  private:
   QString ConditionOnce(const SerialId& serialId);
+  QString Contents(const SerialId& serialId, const Disk& folder);
   QString Condition(const SerialId& serialId, const Disk& folder);
   QString ConditionByLines(const QString& list);
   QString Clause(const ConditionLine& line);
