@@ -64,6 +64,7 @@ inline constexpr char kPageScript[] = R"js(
   let current = -1;
   let anchor = -1;  // where a range begins
   let gap = -1;  // the row before which the current one stood that has gone, or behind the last one
+  let endTaken = false;  // the page's last row was: the next page's first one may come in its place
   let clicked = -1;  // the row that was clicked last, without a key
   let chosen = new Set();
   const gone = new Set();
@@ -100,6 +101,7 @@ inline constexpr char kPageScript[] = R"js(
   const goTo = (index, extend) => {
     if (index === undefined) return;
     gap = -1;
+    endTaken = false;
     if (extend && anchor < 0) anchor = current < 0 ? index : current;
     current = index;
     focusRow(rows[current].element);
@@ -119,6 +121,7 @@ inline constexpr char kPageScript[] = R"js(
       chosen.add(rows[current].id);
     }
     current = anchor = index;
+    endTaken = false;
     const id = rows[index].id;
     if (!chosen.delete(id)) chosen.add(id);
     show();
@@ -162,7 +165,9 @@ inline constexpr char kPageScript[] = R"js(
     }
     if (anchor >= 0 && gone.has(rows[anchor].id)) anchor = -1;
     if (current < 0 || !gone.has(rows[current].id)) return show();
-    current = there().find(index => index > current) ?? lastThere();
+    const next = there().find(index => index > current);
+    endTaken = next === undefined;
+    current = next ?? lastThere();
     show();
     if (current >= 0) reveal('nearest');
     tell('row', current);
@@ -246,6 +251,9 @@ inline constexpr char kPageScript[] = R"js(
     const followers = hasLeft ? state.next : current < 0 ? state.gap : null;
     const behind = followers?.find(id => seen.has(id));
     gap = !followers ? -1 : behind ? place(behind) : rows.length;
+    const slidIn = Boolean(state.endTaken) && current >= 0 && current + 1 < rows.length;
+    if (slidIn) ++current;
+    endTaken = false;
     anchor = rows.findIndex(row => row.id === state.anchor);
     chosen = new Set(state.chosen.filter(id => seen.has(id)));
     toldChosen = -1;  // the page before this one may have had others
@@ -258,7 +266,7 @@ inline constexpr char kPageScript[] = R"js(
     } else if (current >= 0) {
       reveal(isInSight(rows[current]) ? 'nearest' : 'center');
     }
-    tell(gap < 0 ? 'kept' : 'left', current);
+    tell(slidIn ? 'row' : gap < 0 ? 'kept' : 'left', current);
   };
 
   // What a document declares about itself counts only while it is read.
@@ -387,6 +395,7 @@ inline constexpr char kPageScript[] = R"js(
     state: () => JSON.stringify({next: there().filter(index => current >= 0 && index >= current)
                                      .map(index => rows[index].id),
                                  anchor: anchor < 0 ? '' : rows[anchor].id,
+                                 endTaken,
                                  gap: gap < 0 ? null : there().filter(index => index >= gap).map(index => rows[index].id),
                                  chosen: [...chosen], y: scrollY, x: scrollX, end: isAtEnd(),
                                  sight: inSight()}),

@@ -123,6 +123,25 @@ TEST_F(FolderCommandsTest, EnterFollowsTheLinkOnWhichTheKeyboardStands) {
   EXPECT_TRUE(AwaitScript(u'!' + isReply));
 }
 
+// What was passed over is not what goes next.
+TEST_F(FolderCommandsTest, BehindTheLastRowOfAPageTheNextOneFollows) {
+  Begin(7, 3);
+  FocusPage();
+  Press(Qt::Key_End);
+  for (const int next : {4, 5}) {
+    Press(Qt::Key_Delete);
+    EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_%1'").arg(next)));
+  }
+  EXPECT_TRUE(PageText().contains(QStringLiteral("No2.")));
+  EXPECT_FALSE(PageText().contains(QStringLiteral("No4.")));
+  // Where nothing follows, the one before.
+  MadeAnewBy([this] { Browser()->findChild<QAction*>(QStringLiteral("newest"))->trigger(); });
+  FocusPage();
+  Press(Qt::Key_End);
+  Press(Qt::Key_Delete);
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_6'")));
+}
+
 // The page answers later than the status bar does.
 TEST_F(FolderCommandsTest, WhatIsTakenBackIsWhatWasDoneBefore) {
   Begin(4, 100);
