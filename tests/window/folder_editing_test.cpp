@@ -50,8 +50,8 @@ TEST_F(EditingTest, AFolderIsMadeFromConditionsWithAPreview) {
   const DiskPtr folder = Stored(window.Tag());
   EXPECT_EQ(folder->Text(u"Draw"), QStringLiteral("active"));
   EXPECT_EQ(FolderSqlBuilder(context()).CreateFolderSql(window.Tag()),
-            QStringLiteral("SELECT * FROM mail WHERE mail.FIELD_SUBJECT LIKE '*plan*' AND "
-                           "mail.STATUS IN (4)"));
+            QStringLiteral("SELECT * FROM mail WHERE (mail.FIELD_SUBJECT LIKE '*plan*' AND "
+                           "mail.STATUS IN (4)) AND mail.STATUS > 0"));
   // And back: the rows are there again.
   const SerialId serialId = window.Tag();
   Open(object_type::kFolder, serialId);

@@ -140,7 +140,7 @@ TEST_F(MessageWindowTest, AttachmentsAreSavedAndProgramsAreWarnedOf) {
 TEST_F(MessageWindowTest, FilesAreAttachedByDialogAndTakenAway) {
   MessageWindow& window = New();
   auto& list = Child<AttachmentList>(window, u"lvClip");
-  const QString first = File("一.txt", "1");
+  const QString first = File("one.txt", "1");
   // A key opens it wherever the window has the keyboard. The path is typed whole, and the folders
   // that it passes are not what is meant, though another part of the window has the focus.
   EXPECT_TRUE(InModal<QFileDialog>(
