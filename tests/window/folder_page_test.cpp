@@ -9,13 +9,11 @@
 #include <QPushButton>
 #include <QTabBar>
 #include <QToolButton>
-#include <tuple>
 
 #include "auxiliary/window/console_window.h"
 #include "mail/store/message_filing.h"
 #include "mail/window/message_window.h"
 #include "objects/manual_folder.h"
-#include "present/folder_layout.h"
 #include "present/window/folder/text_wait.h"
 #include "present/window/layout_window.h"
 #include "window/folder_page_fixture.h"
@@ -520,46 +518,6 @@ TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
       *tree,
       tree->findItems(QStringLiteral("受信"), Qt::MatchContains | Qt::MatchRecursive).value(0));
   EXPECT_EQ(Chosen().size(), 1);
-}
-
-// The links that act on a message are there for who means it, and take no room from its subject.
-TEST_F(FolderPageTest, TheTableLeavesTheSubjectItsRoom) {
-  Begin(3, 100);
-  ASSERT_TRUE(ShareLayout(program_->GetContext(), QStringLiteral("table"), OwnLayouts::Removed));
-  MadeAnewBy([this] { Browser()->Refresh(); });
-  FocusPage();
-  Press(Qt::Key_Home);
-  for (const auto& [width, share, shown] :
-       {std::tuple{320, 0.6, 1}, {400, 0.6, 1}, {560, 0.4, 1}, {800, 0.5, 3}}) {
-    View()->setFixedWidth(width);
-    ASSERT_TRUE(AwaitScript(QStringLiteral("innerWidth === %1").arg(width)));
-    EXPECT_GE(Script(QStringLiteral("(() => { const cell = document.querySelector('td.subject');"
-                                    "  const style = getComputedStyle(cell);"
-                                    "  return (cell.clientWidth - parseFloat(style.paddingLeft) -"
-                                    "          parseFloat(style.paddingRight)) / innerWidth; })()"))
-                  .toDouble(),
-              share)
-        << width;
-    EXPECT_EQ(
-        Script(QStringLiteral("[...document.querySelectorAll('.do')].filter("
-                              "    e => getComputedStyle(e).visibility === 'visible').length"))
-            .toInt(),
-        shown)
-        << width;
-    EXPECT_EQ(
-        Script(QStringLiteral("[...document.querySelectorAll('td.date')].filter(e =>"
-                              "    e.offsetWidth > 0 && e.scrollWidth <= e.clientWidth).length"))
-            .toInt(),
-        3)
-        << "dates are neither hidden nor cut at " << width;
-    EXPECT_TRUE(Script(QStringLiteral("(() => { const cell = document.querySelector('td.subject');"
-                                      "  const end = cell.getBoundingClientRect().right -"
-                                      "      parseFloat(getComputedStyle(cell).paddingRight);"
-                                      "  return end <= cell.querySelector('.do')"
-                                      "      .getBoundingClientRect().left; })()"))
-                    .toBool())
-        << "the subject ends before the pictures at " << width;
-  }
 }
 
 TEST_F(FolderPageTest, PagesAreReachedByNumberAndTheNewestIsShownFirst) {
