@@ -1,5 +1,7 @@
-"""A Dovecot on a free port of 127.0.0.1 whose mail is a Maildir in a given folder. Needs root."""
+"""A Dovecot on a free port of 127.0.0.1 whose mail is a Maildir in a given folder."""
+import grp
 import os
+import pwd
 import socket
 import subprocess
 import time
@@ -17,6 +19,27 @@ def await_port(port, process):
             time.sleep(0.05)
 
 
+def users():
+    """Under whom the server's processes run, and who owns the mail: root gives its rights away; anybody else has none
+    to give, and cannot lock the server into a folder."""
+    if os.geteuid() == 0:
+        return "mail", "mail", "default_login_user = dovenull\ndefault_internal_user = dovecot\n"
+    user, group = pwd.getpwuid(os.geteuid()).pw_name, grp.getgrgid(os.getegid()).gr_name
+    return user, group, f"""default_login_user = {user}
+default_internal_user = {user}
+default_internal_group = {group}
+service anvil {{
+  chroot =
+}}
+service pop3-login {{
+  chroot =
+}}
+service stats {{
+  chroot =
+}}
+"""
+
+
 class Dovecot:
     """Serves POP3 to any user with the password "secret" from WORK/mail until stopped."""
 
@@ -25,7 +48,8 @@ class Dovecot:
         for part in ("cur", "new", "tmp"):
             (self.mail / part).mkdir(parents=True, exist_ok=True)
         os.chmod(work, 0o755)
-        subprocess.run(["chown", "-R", "mail:mail", str(self.mail)], check=True)
+        user, group, identities = users()
+        subprocess.run(["chown", "-R", f"{user}:{group}", str(self.mail)], check=True)
         with socket.socket() as probe:
             probe.bind(("127.0.0.1", 0))
             self.port = probe.getsockname()[1]
@@ -37,8 +61,7 @@ log_path = {work}/log
 ssl = no
 disable_plaintext_auth = no
 auth_mechanisms = plain login apop
-default_login_user = dovenull
-default_internal_user = dovecot
+{identities}
 first_valid_uid = 1
 mail_location = maildir:{work}/mail
 passdb {{
@@ -47,7 +70,7 @@ passdb {{
 }}
 userdb {{
   driver = static
-  args = uid=mail gid=mail home={work}
+  args = uid={user} gid={group} home={work}
 }}
 service pop3-login {{
   inet_listener pop3 {{

@@ -1,6 +1,9 @@
 #include "support/real_servers.h"
 
+#include <grp.h>
 #include <gtest/gtest.h>
+#include <pwd.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QTcpServer>
@@ -33,6 +36,29 @@ QString NameOf(TestCertificates::Kind kind) {
 bool Write(const QString& path, const QString& text) {
   QFile file(path);
   return file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) >= 0;
+}
+
+bool IsRoot() {
+  return geteuid() == 0;
+}
+
+// Under whom the server's processes run. Started by root it gives its rights away; by anybody else
+// it has none to give, and cannot lock itself into a folder.
+QString Users() {
+  if (IsRoot()) {
+    return QStringLiteral(
+        "default_login_user = dovenull\n"
+        "default_internal_user = dovecot\n"
+        "mail_access_groups = mail\n");
+  }
+  return QStringLiteral(
+             "default_login_user = %1\n"
+             "default_internal_user = %1\n"
+             "default_internal_group = %2\n"
+             "service anvil {\n  chroot =\n}\n"
+             "service pop3-login {\n  chroot =\n}\n")
+      .arg(QString::fromLocal8Bit(getpwuid(geteuid())->pw_name),
+           QString::fromLocal8Bit(getgrgid(getegid())->gr_name));
 }
 
 }  // namespace
@@ -133,6 +159,7 @@ bool Dovecot::Start() {
 }
 
 void Dovecot::HandOverMail() const {
+  if (!IsRoot()) return;
   QProcess::execute(QStringLiteral("chown"),
                     {QStringLiteral("-R"), QStringLiteral("mail:mail"), maildir_});
 }
@@ -149,13 +176,11 @@ void Dovecot::WriteConfiguration() const {
           "log_path = %1/log\n"
           "disable_plaintext_auth = no\n"
           "auth_mechanisms = %4\n"
-          "default_login_user = dovenull\n"
-          "default_internal_user = dovecot\n"
+          "%5"
           "first_valid_uid = 1\n"
           "mail_location = maildir:%1/mail\n"
-          "mail_access_groups = mail\n"
           "passdb {\n  driver = static\n  args = password={PLAIN}secret\n}\n"
-          "userdb {\n  driver = static\n  args = uid=mail gid=mail home=%1\n}\n"
+          "userdb {\n  driver = static\n  args = uid=%6 gid=%7 home=%1\n}\n"
           "service pop3-login {\n"
           "  inet_listener pop3 {\n    address = 127.0.0.1\n    port = %2\n  }\n"
           "  inet_listener pop3s {\n    address = 127.0.0.1\n    port = %3\n    ssl = yes\n  }\n"
@@ -164,7 +189,10 @@ void Dovecot::WriteConfiguration() const {
           .arg(folder_.path())
           .arg(port_)
           .arg(certificate_.isEmpty() ? 0 : tlsPort_)
-          .arg(Mechanisms);
+          .arg(Mechanisms)
+          .arg(Users())
+          .arg(IsRoot() ? QStringLiteral("mail") : QString::number(geteuid()))
+          .arg(IsRoot() ? QStringLiteral("mail") : QString::number(getegid()));
   ASSERT_TRUE(Write(folder_.filePath(QStringLiteral("dovecot.conf")), text + tls));
 }
 

@@ -166,7 +166,7 @@ TEST_F(FolderPageTest, ASearchBeginsAtTheNewestAndAKeyEndsIt) {
   }
   search(QStringLiteral("elsewhere"));
   const auto says = [this](const QString& text) {
-    return WaitFor([&] { return PageText().contains(text); }, 10000);
+    return WaitFor([&] { return PageText().contains(text); });
   };
   ASSERT_TRUE(says(QStringLiteral("「elsewhere」に一致するメッセージはありません。")));
   ClickLink(QStringLiteral("a[href=\"vorn:searchEverywhere\"]"));
@@ -251,7 +251,7 @@ TEST_F(FolderPageTest, ASearchOfTextsFindsWhatMessagesSay) {
     QTest::keyClick(&box, Qt::Key_Return);
   };
   const auto says = [this](const QString& text) {
-    return WaitFor([&] { return PageText().contains(text); }, 10000);
+    return WaitFor([&] { return PageText().contains(text); });
   };
   search(QStringLiteral("見積書"));
   ASSERT_TRUE(says(QStringLiteral("「見積書」に一致するメッセージはありません。")));
@@ -301,7 +301,7 @@ TEST_F(FolderPageTest, ASearchOfTextsTakesNothingAwayWhenItEnds) {
     });
   };
   const auto awaitCount = [&found](const QString& count) {
-    return WaitFor([&] { return found.text() == count; }, 20000);
+    return WaitFor([&] { return found.text() == count; });
   };
   search(QStringLiteral("nothing"));
   MadeAnewBy([&texts] { texts.click(); });
@@ -469,7 +469,7 @@ TEST_F(FolderPageTest, TheNewestPageIsFollowedUntilAMessageIsRead) {
     });
   };
   const auto shows = [this](int number) {
-    return WaitFor([&] { return PageText().contains(QStringLiteral("No%1.").arg(number)); }, 5000);
+    return WaitFor([&] { return PageText().contains(QStringLiteral("No%1.").arg(number)); });
   };
   come(6);
   come(17);

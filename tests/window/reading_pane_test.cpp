@@ -291,7 +291,7 @@ TEST_F(ReadingPaneTest, MostOfThePaneIsTheMessagesOwn) {
   };
   auto& tabs = Child<QTabWidget>(*Pane(), u"tsBody");
   tabs.setCurrentIndex(1);
-  EXPECT_TRUE(WaitFor([&] { return height(u"wbPaneHtml") >= 200; }, 10000))
+  EXPECT_TRUE(WaitFor([&] { return height(u"wbPaneHtml") >= 200; }))
       << height(u"wbPaneHtml");
   EXPECT_GT(height(u"cmRemoteImages"), 0);
   // Of the files there is one line, and the rest for the asking.
@@ -299,7 +299,7 @@ TEST_F(ReadingPaneTest, MostOfThePaneIsTheMessagesOwn) {
   EXPECT_EQ(clips.count(), 12) << "the HTML part is none";
   EXPECT_EQ(clips.height(), clips.sizeHintForRow(0));
   Child<QToolButton>(*Pane(), u"cmAllClips").click();
-  EXPECT_TRUE(WaitFor([&] { return clips.height() > 3 * clips.sizeHintForRow(0); }, 10000));
+  EXPECT_TRUE(WaitFor([&] { return clips.height() > 3 * clips.sizeHintForRow(0); }));
   // What offers the images goes with the tab that shows them.
   tabs.setCurrentIndex(0);
   EXPECT_EQ(height(u"cmRemoteImages"), 0);

@@ -1,6 +1,7 @@
 #include "storage/keys/file_key.h"
 
 #include <argon2.h>
+#include <openssl/evp.h>
 
 #include <QCryptographicHash>
 #include <QHash>
@@ -148,25 +149,14 @@ QByteArray ForEngine(const QString& password, const QByteArray& salt) {
 }
 
 QByteArray Pbkdf2(const QByteArray& secret, const QByteArray& salt, int rounds) {
-  QMessageAuthenticationCode code(QCryptographicHash::Sha1, secret);
-  const auto sign = [&code](const QByteArray& text) {
-    code.reset();
-    code.addData(text);
-    return code.result();
-  };
-  QByteArray key;
-  for (char block = 1; key.size() < kKeyBytes; ++block) {
-    QByteArray round = sign(salt + QByteArray(3, '\0') + block);
-    QByteArray sum = round;
-    for (int i = 1; i < rounds; ++i) {
-      round = sign(round);
-      for (qsizetype at = 0; at < sum.size(); ++at) {
-        sum[at] = static_cast<char>(sum[at] ^ round[at]);
-      }
-    }
-    key += sum;
-  }
-  return key.first(kKeyBytes);
+  QByteArray key(kKeyBytes, Qt::Uninitialized);
+  const int done =
+      PKCS5_PBKDF2_HMAC(secret.constData(), static_cast<int>(secret.size()),
+                        reinterpret_cast<const unsigned char*>(salt.constData()),
+                        static_cast<int>(salt.size()), rounds, EVP_sha1(),
+                        static_cast<int>(key.size()), reinterpret_cast<unsigned char*>(key.data()));
+  if (done != 1) qFatal("no memory to derive a key");
+  return key;
 }
 
 }  // namespace vorn::FileKey
