@@ -10,7 +10,7 @@ namespace vorn {
 namespace {
 
 constexpr int kLines = 4;
-constexpr int kIconSize = 16;
+constexpr int kClipIconSize = 16;
 constexpr int kGap = 6;
 
 }  // namespace
@@ -18,7 +18,7 @@ constexpr int kGap = 6;
 ClipRow::ClipRow(Context& context)
     : clips_(new AttachmentList(context)), all_(new QToolButton), lines_(new QWidget) {
   clips_->setFrameShape(QFrame::NoFrame);
-  clips_->setIconSize({kIconSize, kIconSize});
+  clips_->setIconSize({kClipIconSize, kClipIconSize});
   clips_->setSpacing(0);
   clips_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   all_->setObjectName(QStringLiteral("cmAllClips"));
