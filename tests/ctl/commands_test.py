@@ -89,6 +89,7 @@ class Commands(unittest.TestCase):
         self.run_ctl("--password-fd", "0", "list", "受信", code=3, stdin=b"wrong\n")
         self.assertIn("ログインできませんでした", self.errors)
         self.run_ctl("inspect", "/nonexistent", code=1)
+        self.run_ctl("import", "/nonexistent", os.path.join(SAMPLES, sorted(os.listdir(SAMPLES))[0]), code=1)
         self.server.kill()
         self.server.wait()
         self.assertEqual(self.receive(code=1)["errors"], 1)

@@ -33,10 +33,12 @@ class SmtpSessionTest : public testing::Test {
 };
 
 TEST_F(SmtpSessionTest, OneMessageGoesToAllItsRecipients) {
-  job_.recipients += {QStringLiteral("a@x"), QStringLiteral("a@X")};  // one mailbox, once
-  EXPECT_EQ(Play("220 hi\r\n250 x\r\n250\r\n250\r\n250\r\n354\r\n250\r\n221\r\n"),
-            QStringLiteral("EHLO [127.0.0.1]|MAIL FROM:<f@x>|RCPT TO:<a@x>|RCPT TO:<b@x>|DATA|"
-                           "Subject: s||..dot|.|QUIT"));
+  // One mailbox, once; who writes it may be one of them.
+  job_.recipients += {QStringLiteral("a@x"), QStringLiteral("a@X"), QStringLiteral("f@x")};
+  EXPECT_EQ(Play("220 hi\r\n250 x\r\n250\r\n250\r\n250\r\n250\r\n354\r\n250\r\n221\r\n"),
+            QStringLiteral(
+                "EHLO [127.0.0.1]|MAIL FROM:<f@x>|RCPT TO:<a@x>|RCPT TO:<b@x>|RCPT TO:<f@x>|DATA|"
+                "Subject: s||..dot|.|QUIT"));
   EXPECT_EQ(events_.sent, QByteArrayList{job_.source});
   EXPECT_TRUE(events_.errors.isEmpty());
 }

@@ -110,6 +110,15 @@ TEST_F(MessageWindowTest, EnterAndTabTakeWhatIsHighlightedAndEndTheRow) {
               }).contains(QStringLiteral("suz")));
   EXPECT_EQ(list.currentRow(), list.rowCount() - 2);
   EXPECT_EQ(smtp_.Messages().size(), 0);
+  // Escape ends the box of a new row, and takes nothing from it.
+  const int last = list.rowCount() - 1;
+  list.setCurrentCell(last, 1);
+  list.editItem(list.item(last, 1));
+  auto* box = qobject_cast<QLineEdit*>(list.indexWidget(list.currentIndex()));
+  QTest::keyClicks(box, QStringLiteral("new@example.org"));
+  QTest::keyClick(box, Qt::Key_Escape);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(list.item(last, 1)->text(), QStringLiteral("new@example.org"));
 }
 
 // Several addresses become rows of their own when the user goes on, and he goes where he wants to.

@@ -92,6 +92,14 @@ TEST_F(EditingTest, TablesOfAddressesAndPlacesAreEditedInPlace) {
   Open(object_type::kBookmark, bookmark->Serial());
   PressOk();
   EXPECT_EQ(Stored(bookmark->Serial())->Text(u"Url"), before);
+  Open(object_type::kBookmark, bookmark->Serial());
+  Child<QTableWidget>(*window_, u"lvUrl")
+      .item(0, 0)
+      ->setText(QStringLiteral("https://x.example/two words"));
+  PressOk();
+  EXPECT_TRUE(Stored(bookmark->Serial())
+                  ->Text(u"Url")
+                  .startsWith(QStringLiteral("https://x.example/two%20words")));
 }
 
 TEST_F(EditingTest, WhatWasChangedIsNotDroppedByEscape) {

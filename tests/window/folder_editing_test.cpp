@@ -55,7 +55,12 @@ TEST_F(EditingTest, AFolderIsMadeFromConditionsWithAPreview) {
   // And back: the rows are there again.
   const SerialId serialId = window.Tag();
   Open(object_type::kFolder, serialId);
-  EXPECT_EQ(Child<ConditionEditor>(*window_, u"lvCondition").rowCount(), 2);
+  auto& stored = Child<ConditionEditor>(*window_, u"lvCondition");
+  EXPECT_EQ(stored.rowCount(), 2);
+  // Another kind in a stored row is another condition, also while its value is still empty.
+  qobject_cast<QComboBox*>(stored.cellWidget(0, 1))->setCurrentIndex(3);
+  PressOk();
+  EXPECT_FALSE(Stored(serialId)->Text(u"Condition").contains(QStringLiteral("plan")));
 }
 
 TEST_F(EditingTest, AFolderThatLeadsBackToItselfIsNotSaved) {

@@ -164,10 +164,12 @@ TEST_F(FolderPageTest, ASearchBeginsAtTheNewestAndAKeyEndsIt) {
                     .StoreMessage(request,
                                   "Subject: Elsewhere " + QByteArray::number(status) + "\r\n\r\n"));
   }
-  search(QStringLiteral("elsewhere"));
   const auto says = [this](const QString& text) {
     return WaitFor([&] { return PageText().contains(text); });
   };
+  search(QStringLiteral("<b>&"));
+  EXPECT_TRUE(says(QStringLiteral("「<b>&」に一致するメッセージはありません。")));
+  search(QStringLiteral("elsewhere"));
   ASSERT_TRUE(says(QStringLiteral("「elsewhere」に一致するメッセージはありません。")));
   ClickLink(QStringLiteral("a[href=\"vorn:searchEverywhere\"]"));
   ASSERT_TRUE(says(QStringLiteral("Elsewhere 3")));

@@ -120,6 +120,10 @@ TEST_F(MessageWindowTest, WhatKeepsAMessageFromBeingSentIsTold) {
   list.item(last, 1)->setText(QStringLiteral("a@example.jp; 山田 <b@example.jp>"));
   ASSERT_EQ(list.rowCount(), last + 3);  // two addresses and the row for the next one
   EXPECT_EQ(list.item(last + 1, 1)->text(), QStringLiteral("山田 <b@example.jp>"));
+  for (const int row : {last, last + 1}) {  // blind copies alone are enough
+    auto* kind = qobject_cast<QComboBox*>(list.cellWidget(row, 0));
+    kind->setCurrentIndex(kind->findData(QStringLiteral("BC")));
+  }
   EXPECT_TRUE(InModal<QMessageBox>(
       [send] { send->trigger(); },
       [](QMessageBox& box) {
@@ -340,6 +344,9 @@ TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
   auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
   memo.setFocus();
   TypeText(memo, QStringLiteral("消えない🍣"));
+  const QString vanishing = File("gone.txt", "contents\r\n");
+  Child<AttachmentList>(window, u"lvClip").AddFiles({vanishing});
+  QFile::remove(vanishing);  // the text counts
   QMetaObject::invokeMethod(window.findChild<QTimer*>(QStringLiteral("tmDraft")), "timeout");
   const SerialId serial = window.Tag();
   EXPECT_EQ(Drafts::LeftBehind(Context()), SerialIds{serial});

@@ -157,6 +157,24 @@ TEST_F(ReadingPaneTest, WhatIsWrittenOnIsReadAsItIsNow) {
   EXPECT_TRUE(shows(u"second"));
 }
 
+// What was current while there was no pane is what it shows when it is there again.
+TEST_F(ReadingPaneTest, APaneThatComesBackShowsTheCurrentRow) {
+  BeginReading(2);
+  Press(Qt::Key_Home);
+  ASSERT_TRUE(AwaitShown(1));
+  ParentWindow* parent = program_->Parent();
+  const int height = parent->height();
+  const auto become = [&](int pixels, bool isThere) {
+    parent->resize(parent->width(), pixels);
+    return WaitFor([&] { return Pane()->isVisible() == isThere; });
+  };
+  ASSERT_TRUE(become(300, false));
+  Press(Qt::Key_End);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.chosen()[0] === 'mail_2'")));
+  ASSERT_TRUE(become(height, true));
+  EXPECT_TRUE(AwaitShown(2));
+}
+
 TEST_F(ReadingPaneTest, OneClickReadsAndASecondOneOpens) {
   BeginReading(2);
   ClickLink(QStringLiteral("a[href*=mail_2]"));
@@ -291,8 +309,7 @@ TEST_F(ReadingPaneTest, MostOfThePaneIsTheMessagesOwn) {
   };
   auto& tabs = Child<QTabWidget>(*Pane(), u"tsBody");
   tabs.setCurrentIndex(1);
-  EXPECT_TRUE(WaitFor([&] { return height(u"wbPaneHtml") >= 200; }))
-      << height(u"wbPaneHtml");
+  EXPECT_TRUE(WaitFor([&] { return height(u"wbPaneHtml") >= 200; })) << height(u"wbPaneHtml");
   EXPECT_GT(height(u"cmRemoteImages"), 0);
   // Of the files there is one line, and the rest for the asking.
   const auto& clips = Child<QListWidget>(*Pane(), u"lvClip");
