@@ -132,6 +132,8 @@ TEST(Addresses, ListsAreSplitOutsideQuotesAndBrackets) {
             QStringLiteral("TO: a@x.jp\r\nTO: b@x.jp B\r\nTO: mailto@x"));
   EXPECT_EQ(ParseAddressList(QStringLiteral("From: 山田 太郎 <y@x>")),
             QStringLiteral("FROM: y@x 山田 太郎"));
+  EXPECT_EQ(ParseAddressList(QStringLiteral("From: A <a@x> <b@y>")).section(u' ', 0, 1),
+            QStringLiteral("FROM: a@x"));
   EXPECT_EQ(ParseAddressList(QStringLiteral("From: nobody")), QStringLiteral("FROM: nobody"));
   EXPECT_EQ(ParseAddressList(QString()), QString());
 }

@@ -141,6 +141,8 @@ TEST_F(DamageTest, ADamagedStoreWaitsForTheUsersDecision) {
   Context().Data.CloseAll();
   WriteFile(profile, QByteArray(8 * kPageBytes, 'x'));
   EXPECT_TRUE(IsKnownDamaged(Context(), profile));
+  WriteFile(file_ + kDamageEnding, "cut");  // what cannot be read may say anything
+  EXPECT_TRUE(IsKnownDamaged(Context(), file_));
   ASSERT_TRUE(ForgetDamage(file_));
   EXPECT_FALSE(IsKnownDamaged(Context(), file_));
 }

@@ -236,6 +236,15 @@ TEST_F(MailStoreTest, TheMaskChoosesWhatIsWritten) {
   ASSERT_TRUE(store_.UpdateMessageState(kStateFlag, request, true));
   EXPECT_EQ(Column(QStringLiteral("FIELD_FLAG")), QStringLiteral("0'2"));
   EXPECT_EQ(Column(QStringLiteral("STATUS")), QStringLiteral("1"));
+  // What was marked meanwhile, by an answer or a star, stays.
+  const QString marks = QStringLiteral("111");
+  ASSERT_TRUE(OpenDatabase(profile_.Get(), DatabaseKind::Mail));
+  ASSERT_TRUE(profile_.Get().Data.Execute(QStringLiteral("UPDATE mail SET FIELD_FLAG = '%1'")
+                                              .arg(QString(kFlagAttachment, u'0') + marks)));
+  profile_.Get().Data.Close();
+  request.Let(QStringLiteral("flag"), QString(kFlagAttachment + marks.size(), u'2'));
+  ASSERT_TRUE(store_.UpdateMessageState(kStateFlag, request, true));
+  EXPECT_EQ(Column(QStringLiteral("FIELD_FLAG")), QString(kFlagAttachment, u'2') + marks);
   ASSERT_TRUE(store_.UpdateMessageState({}, request, true));
   EXPECT_EQ(Column(QStringLiteral("STATUS")), QStringLiteral("-4"));
   EXPECT_EQ(profile_.Select(QStringLiteral("SELECT FOLDERID AS V FROM folder")).size(), 1);

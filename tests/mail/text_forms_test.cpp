@@ -181,7 +181,7 @@ TEST(Appointments, TellHowTheyRepeatAndWhichZoneNobodyKnows) {
       {"RRULE:FREQ=WEEKLY;INTERVAL=2;BYDAY=MO,WE", u"繰り返し: 2週間ごと 月・水曜日"},
       {"RRULE:FREQ=WEEKLY;BYDAY=TU;UNTIL=20260401", u"繰り返し: 毎週 火曜日、2026/04/01まで"},
       {"RRULE:FREQ=MONTHLY;BYDAY=2TU,-1FR", u"繰り返し: 毎月 第2火曜日・最後の金曜日"},
-      {"RRULE:FREQ=MONTHLY;BYMONTHDAY=15,-1", u"繰り返し: 毎月 15日・末日"},
+      {"RRULE:FREQ=MONTHLY;BYMONTHDAY=15,-1,-3", u"繰り返し: 毎月 15日・末日・末日の2日前"},
       {"RRULE:FREQ=MONTHLY;INTERVAL=3;BYDAY=MO,TU;BYSETPOS=-1",
        u"繰り返し: 3か月ごと 月・火曜日のうち最後の日"},
       {"RRULE:FREQ=YEARLY;BYMONTH=3;BYMONTHDAY=31", u"繰り返し: 毎年 3月 31日"},

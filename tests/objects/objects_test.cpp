@@ -5,6 +5,8 @@
 #include "mail/search/search_condition.h"
 #include "mail/store/message_filing.h"
 #include "objects/account.h"
+#include "objects/any_object.h"
+#include "objects/default_object.h"
 #include "objects/folder_object.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
@@ -108,6 +110,19 @@ TEST(VersionSerial, PartsAreJoinedWithFourDigitsEach) {
   EXPECT_EQ(VersionSerialID(QStringLiteral("1.2.3")), 100020003);
   EXPECT_EQ(VersionSerialID(QStringLiteral("x")), 0);
   EXPECT_EQ(VersionSerialID(QString()), 0);
+}
+
+TEST(DefaultObject, TheOneThatWasMarkedLastCounts) {
+  DiskCollection objects;
+  const QString saved = QStringLiteral("2026/11/%1 9:00:00");
+  for (const auto& [serialId, day] : {std::pair(u"a"_id, 2), {u"b"_id, 10}, {u"c"_id, 3}}) {
+    const DiskPtr folder = MakeObject(serialId, object_type::kFolder, serialId.Text());
+    AnyObject::SetDefault(*folder, true);
+    AnyObject::SetChanged(*folder, saved.arg(day, 2, 10, QChar(u'0')));
+    objects.Add(folder);
+  }
+  EXPECT_EQ(DefaultObject(objects, object_type::kFolder)->Serial(), u"b"_id);
+  EXPECT_EQ(DefaultObject(objects, object_type::kAccount), nullptr);
 }
 
 TEST(SelectObjects, FilterAndFlagsChooseTheObjects) {
@@ -314,7 +329,7 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
   store("week ABC", "\"o'x\" <o@example.com>", 4, 7);
   store("old", "x@example.com", 4, 40);
   store("mine abc", "me@example.com", 2, 8);
-  store("bare", "x@b.example", 3, 60);
+  store("bare\r\nTo: z@c.example", "x@b.example", 3, 60);
   store("named", "X <X@b.example>", 3, 60);
   for (const char* other : {"wx@b.example", "x@b.example.com", "\"x@b.example\" <y@b.example>"}) {
     store("other", other, 3, 60);

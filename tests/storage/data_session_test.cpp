@@ -10,6 +10,8 @@
 
 #include "storage/base/time_text.h"
 #include "storage/databases.h"
+#include "storage/engine/connection.h"
+#include "storage/engine/engine.h"
 #include "storage/session/change_mark.h"
 #include "storage/session/database_sync.h"
 #include "support/test_profile.h"
@@ -310,6 +312,25 @@ TEST_F(DataSessionTest, ARollbackUndoesTheWholeGroupAndTheFlushTellsIt) {
   ASSERT_TRUE(data_.Commit());
   EXPECT_TRUE(data_.Group().End());
   EXPECT_EQ(Values(), QStringList{QStringLiteral("next group")});
+}
+
+// Whoever reads in between must not be the only one to hear that nothing was stored.
+TEST_F(DataSessionTest, AFlushThatFailedForAReaderIsToldToTheWriterToo) {
+  for (const char* statement :
+       {"PRAGMA foreign_keys = ON", "CREATE TABLE parent (id PRIMARY KEY)",
+        "CREATE TABLE child (id REFERENCES parent DEFERRABLE INITIALLY DEFERRED)"}) {
+    ASSERT_EQ(sqlite3_exec(data_.OpenConnection()->Handle(), statement, nullptr, nullptr, nullptr),
+              SQLITE_OK);
+  }
+  data_.Group().Gather(path_);
+  ASSERT_TRUE(data_.BeginGathered());
+  Insert(QStringLiteral("lost"));
+  ASSERT_TRUE(data_.Execute(QStringLiteral("INSERT INTO child VALUES (1)")));
+  ASSERT_TRUE(data_.Commit());
+  EXPECT_FALSE(data_.Group().FlushForReading());
+  EXPECT_FALSE(data_.Group().End());
+  EXPECT_TRUE(data_.Group().End());
+  EXPECT_EQ(Values(), QStringList());
 }
 
 // They take the place of the engine's own.

@@ -9,6 +9,7 @@
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSplitter>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QToolButton>
@@ -173,6 +174,10 @@ TEST_F(ReadingPaneTest, APaneThatComesBackShowsTheCurrentRow) {
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.chosen()[0] === 'mail_2'")));
   ASSERT_TRUE(become(height, true));
   EXPECT_TRUE(AwaitShown(2));
+  auto& menu = Child<QMenu>(*parent, u"menuPane");
+  menu.actions().at(kBelow + 1)->trigger();  // beside the list
+  EXPECT_TRUE(WaitFor(
+      [&] { return Child<QSplitter>(*Browser(), u"spPage").orientation() == Qt::Horizontal; }));
 }
 
 TEST_F(ReadingPaneTest, OneClickReadsAndASecondOneOpens) {
