@@ -78,15 +78,14 @@ struct Command {
 
 const QList<Command>& Commands() {
   static const QList<Command> commands = {
-      {QStringLiteral("account add"),
-       AddAccount,
-       {QStringLiteral("name"), QStringLiteral("address"), QStringLiteral("display"),
-        QStringLiteral("in-server"), QStringLiteral("in-port"), QStringLiteral("in-user"),
-        QStringLiteral("in-password-fd"), QStringLiteral("in-protocol"),
-        QStringLiteral("delete-on-server"), QStringLiteral("default"),
-        QStringLiteral("in-security"), QStringLiteral("out-server"), QStringLiteral("out-port"),
-        QStringLiteral("out-security"), QStringLiteral("out-user"),
-        QStringLiteral("out-password-fd")}},
+      {QStringLiteral("account add"), AddAccount,
+       CredentialOptions() + QSet<QString>{QStringLiteral("name"), QStringLiteral("address"),
+                                           QStringLiteral("display"), QStringLiteral("in-server"),
+                                           QStringLiteral("in-port"), QStringLiteral("in-protocol"),
+                                           QStringLiteral("delete-on-server"),
+                                           QStringLiteral("default"), QStringLiteral("in-security"),
+                                           QStringLiteral("out-server"), QStringLiteral("out-port"),
+                                           QStringLiteral("out-security")}},
       {QStringLiteral("receive"), Receive, {QStringLiteral("account"), QStringLiteral("json")}},
       {QStringLiteral("send"), Send, {QStringLiteral("account"), QStringLiteral("json")}},
       {QStringLiteral("doubtful"), Doubtful, {QStringLiteral("json")}},

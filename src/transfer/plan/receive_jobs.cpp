@@ -67,7 +67,7 @@ bool ReceiveJobs::MayReceive(CheckJob& job, Account& account) {
     return false;
   }
   // Nobody asked for automatic checking, and whoever is writing would type into the question.
-  if (job.IsUnasked() && !account.HasPassword()) {
+  if (job.IsUnasked() && !account.HasCredentials()) {
     LeaveOut(job, Ui::tr("パスワードが分からないので、自動では受信しません。送受信を"
                          "押すと入力できます。"));
     if (toldOfNoPassword_.contains(account.Serial())) LeaveOut(job, {});
