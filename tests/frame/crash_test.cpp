@@ -15,7 +15,7 @@
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "mail/store/mail_store.h"
-#include "objects/profile.h"
+#include "objects/profile/profile.h"
 #include "storage/databases.h"
 #include "storage/session/file_check.h"
 #include "storage/session/password_change.h"

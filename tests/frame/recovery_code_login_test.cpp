@@ -12,7 +12,7 @@
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "mail/store/mail_store.h"
-#include "objects/profile.h"
+#include "objects/profile/profile.h"
 #include "storage/databases.h"
 #include "storage/keys/file_key.h"
 #include "storage/keys/recovery_code.h"

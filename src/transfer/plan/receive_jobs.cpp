@@ -5,7 +5,7 @@
 
 #include "objects/account.h"
 #include "objects/notice_settings.h"
-#include "objects/profile.h"
+#include "objects/profile/profile.h"
 #include "objects/settings.h"
 #include "objects/window_request.h"
 #include "storage/known_damage.h"

@@ -1,4 +1,4 @@
-#include "objects/profile.h"
+#include "objects/profile/profile.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -7,8 +7,8 @@
 #include <tuple>
 
 #include "objects/any_object.h"
-#include "objects/lost_files.h"
 #include "objects/object_types.h"
+#include "objects/profile/lost_files.h"
 #include "objects/save_object.h"
 #include "storage/bags/profile_bag.h"
 #include "storage/databases.h"
