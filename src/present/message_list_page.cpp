@@ -37,7 +37,7 @@ PageContent ReadContent(Context& context, const SerialId& folder) {
   content.folder = LoadObject(context, folder);
   if (content.folder == nullptr) content.folder = std::make_shared<Disk>(folder);
   content.textTypes = settings.TextTypes();
-  content.withHtml = settings.HasStandardHeaders();
+  content.withHtml = settings.Standards().readsHtml;
   content.escape = ListSettings(context).EscapesPages();
   content.rowsPerPage = ListSettings(context).RowsPerPage();
   content.today = QDate::currentDate();

@@ -27,7 +27,7 @@ void ReceiveJobs::Add(const DiskCollection& accounts) {
     if (!onlySends && !WaitsToReceive(account->Serial())) waiting->Add(account);
   }
   if (waiting->IsEmpty()) return;
-  const bool isUnasked = jobs_.RunsPeriodically() && Settings(context_).IsCareful();
+  const bool isUnasked = jobs_.RunsPeriodically() && Settings(context_).Care().asksNothingAlone;
   jobs_.Add(CheckJob::Receive(jobs_.NewSerial(), waiting, isUnasked));
 }
 

@@ -140,7 +140,7 @@ void SendJobs::LoadSending(SendItem& message, const WaitingMessage& waiting) {
                         account.Display(),
                         message.IsFromAnother(),
                         {},
-                        Settings(context_).HasStandardHeaders()};
+                        Settings(context_).Standards().keepsSenders};
   for (const QString& line : message.FromLines().split(kLineBreak)) {
     if (!line.isEmpty()) sender.former.append(ParseAddressEntry(line));
   }

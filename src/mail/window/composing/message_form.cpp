@@ -185,7 +185,7 @@ void MessageForm::Show(const OpenedMessage& opened, const MessageDocument& docum
   const QString note = ArrivalNote(opened.source, document.Request().Timestamp());
   const QString date = DateLine(opened.source) + (note.isEmpty() ? note : u' ' + note);
   FitHead(isEditable ? QString() : date, isEditable);
-  const bool withHtml = isEditable || !Settings(context_).HasStandardHeaders();
+  const bool withHtml = isEditable || !Settings(context_).Standards().readsHtml;
   const auto files = withHtml ? model.attachments : WithoutHtmlPart(opened);
   lvClip_->Show(files, opened.source, isEditable,
                 isEditable ? QSet<qsizetype>() : opened.shownImages);

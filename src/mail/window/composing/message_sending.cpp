@@ -113,7 +113,7 @@ void MessageSending::TellMissing(const QString& missing) {
 
 // The button stands where that of a received message answers it.
 bool MessageSending::MaySendOnceMore() {
-  if (document_.Status() != kStatusSent || !Settings(context_).IsCareful()) return true;
+  if (document_.Status() != kStatusSent || !Settings(context_).Care().asksToSendAgain) return true;
   return ShowBox(&window_, QMessageBox::Question,
                  Ui::tr("このメッセージは送信済みです。同じ宛て先にもう一度送信しますか？"),
                  QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
