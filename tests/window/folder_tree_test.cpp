@@ -85,8 +85,8 @@ TEST_F(FolderTreeTest, StandardNamesAreInTheLanguageOfTheInterface) {
   for (Disk* object : made) {
     const QString japanese = AnyObject(*object).Name();
     qApp->installTranslator(&english);
-    tree.RefreshNode(object->Serial());
-    const QString shown = tree.NodeText(object->Serial());
+    tree.Nodes().Refresh(object->Serial());
+    const QString shown = tree.Nodes().Text(object->Serial());
     const QString tip = AnyObject(*object).ShownTip();
     qApp->removeTranslator(&english);
     EXPECT_NE(shown, japanese);
