@@ -20,6 +20,7 @@
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/profile/lost_files.h"
+#include "objects/shown_object.h"
 #include "storage/base/shown_text.h"
 #include "storage/known_damage.h"
 #include "storage/ui.h"
@@ -250,7 +251,8 @@ SerialId FindFolder(Context& context, const QString& nameOrSerial) {
   if (named != nullptr) return named->Serial();
   for (const DiskPtr& object : context.Objects) {
     const AnyObject any(*object);
-    if (any.Is(object_type::kFolder) && any.Names().contains(nameOrSerial)) return object->Serial();
+    if (any.Is(object_type::kFolder) && ShownObject(*object).Names().contains(nameOrSerial))
+      return object->Serial();
   }
   const DiskPtr folder = context.Objects.Find(SerialId(nameOrSerial));
   const bool isFolder = folder != nullptr && AnyObject(*folder).Is(object_type::kFolder);

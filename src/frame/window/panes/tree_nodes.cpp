@@ -8,6 +8,7 @@
 #include "kit/window/plain_text.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
+#include "objects/shown_object.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -101,8 +102,8 @@ void TreeNodes::Show(const Disk& object) {
     Insert(*place, node);
   }
   place->setExpanded(true);
-  node->setText(0, AnyObject(object).ShownName());
-  node->setToolTip(0, ShownToolTip(AnyObject(object).ShownTip()));
+  node->setText(0, ShownObject(object).Name());
+  node->setToolTip(0, ShownToolTip(ShownObject(object).Tip()));
   node->setIcon(0, Icon(AnyObject(object).Draw()));
   node->setData(0, kTagRole, AnyObject(object).Type());
   GiveRoom(*node);
