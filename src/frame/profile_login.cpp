@@ -12,6 +12,7 @@
 #include "objects/profile/file_age.h"
 #include "objects/profile/lost_files.h"
 #include "objects/profile/profile.h"
+#include "objects/profile/profile_password.h"
 #include "objects/profile/standard_objects.h"
 #include "objects/select_objects.h"
 #include "storage/bags/profile_bag.h"

@@ -16,6 +16,7 @@
 #include "frame/start_up.h"
 #include "mail/store/mail_store.h"
 #include "objects/profile/profile.h"
+#include "objects/profile/profile_password.h"
 #include "storage/databases.h"
 #include "storage/session/file_check.h"
 #include "storage/session/password_change.h"

@@ -12,7 +12,7 @@
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "frame/user_store.h"
-#include "objects/profile/profile.h"
+#include "objects/profile/profile_password.h"
 #include "storage/databases.h"
 #include "storage/file_notes.h"
 #include "support/test_profile.h"

@@ -13,6 +13,7 @@
 #include "frame/start_up.h"
 #include "mail/store/mail_store.h"
 #include "objects/profile/profile.h"
+#include "objects/profile/profile_password.h"
 #include "storage/databases.h"
 #include "storage/keys/file_key.h"
 #include "storage/keys/recovery_code.h"

@@ -20,7 +20,7 @@
 #include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/profile/lost_files.h"
-#include "objects/profile/profile.h"
+#include "objects/profile/profile_password.h"
 #include "objects/select_objects.h"
 #include "storage/bags/profile_bag.h"
 #include "storage/ui.h"

@@ -21,7 +21,7 @@
 #include "mail/mailto.h"
 #include "mail/window/body/html_view.h"
 #include "objects/profile/lost_files.h"
-#include "objects/profile/profile.h"
+#include "objects/profile/profile_password.h"
 #include "objects/settings.h"
 #include "present/window/engine/page_source.h"
 #include "storage/bags/profile_bag.h"
