@@ -68,7 +68,8 @@ std::optional<PopFailure> Pop3Authorization::LogIn() {
   } else if (login_.apop) {
     return LogInByApop();
   } else if (!SaslExchange::FitsPlainLogin(login_.server.who)) {
-    return auth_.Refused({}, redaction_);
+    return PopFailure{PopError::Login,
+                      Ui::tr("サーバーがこのアカウントのログインの方法に対応していません。")};
   } else {
     pipeline_.Send("USER " + login_.server.who.user.toUtf8(), Pop3Command::User);
   }
