@@ -4804,5 +4804,9 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <source>クリックすると未開封か開封済みになります</source>
         <translation>Click to mark as not opened or as opened</translation>
     </message>
+    <message>
+        <source>サーバーがこのアカウントのログインの方法に対応していません。</source>
+        <translation>The server offers no way to log in that this account could use.</translation>
+    </message>
 </context>
 </TS>

@@ -1,3 +1,4 @@
+#include <QStringList>
 #include <optional>
 
 #include "ctl/command.h"
@@ -14,6 +15,41 @@ bool ReadSecurity(const Arguments& arguments, const QString& name, Security& sec
   const auto chosen = choices.indexOf(arguments.Text(name, choices.last()).toLower());
   security = static_cast<Security>(chosen);
   return chosen >= 0;
+}
+
+const QString kIn = QStringLiteral("in-");
+const QString kOut = QStringLiteral("out-");
+
+// A secret is read from a file descriptor.
+QString OptionOf(const QString& server, const CredentialPart& part) {
+  const QString name = server + QString(part.key).toLower();
+  return part.isSecret ? name + QStringLiteral("-fd") : name;
+}
+
+// Parts that are not given stay empty.
+Result<> ReadCredentials(const Arguments& arguments, const QString& server, Credentials& who) {
+  for (const CredentialPart& part : kCredentialParts) {
+    const QString option = OptionOf(server, part);
+    if (!arguments.Has(option)) continue;
+    const Result<QString> text =
+        part.isSecret ? ReadSecret(arguments, option) : Result<QString>(arguments.Text(option));
+    if (!text) return text.Error();
+    who.*part.text = *text;
+  }
+  return {};
+}
+
+// Receiving needs something that proves the user.
+Result<> ReadIncomingCredentials(const Arguments& arguments, Credentials& who) {
+  QStringList due;
+  for (const CredentialPart& part : kCredentialParts) {
+    if (part.isSecret) due.append(OptionOf(kIn, part));
+  }
+  for (const QString& option : due) {
+    if (arguments.Has(option)) return ReadCredentials(arguments, kIn, who);
+  }
+  return StorageError{StorageError::Kind::Other,
+                      Ui::tr("--%1 を読み込めません。").arg(due.join(QStringLiteral(", --")))};
 }
 
 // Why the command line cannot be read; nothing when it could be.
@@ -36,7 +72,6 @@ std::optional<QString> ReadValues(const Arguments& arguments, AccountValues& val
                                        kPop3Ports[static_cast<size_t>(values.incoming.security)]);
   if (!inPort) return Ui::tr("--in-port は数です。");
   values.incoming.port = *inPort;
-  values.incoming.who.user = arguments.Text(QStringLiteral("in-user"));
   values.protocol = protocol == u"apop" ? InProtocol::Apop : InProtocol::Pop3;
   values.deletesOnServer = arguments.Has(QStringLiteral("delete-on-server"));
   values.isDefault = arguments.Has(QStringLiteral("default"));
@@ -44,19 +79,22 @@ std::optional<QString> ReadValues(const Arguments& arguments, AccountValues& val
                                         kSmtpPorts[static_cast<size_t>(values.outgoing.security)]);
   if (!outPort) return Ui::tr("--out-port は数です。");
   values.outgoing.port = *outPort;
-  values.outgoing.who.user = arguments.Text(QStringLiteral("out-user"));
-  if (arguments.Has(QStringLiteral("out-password-fd"))) {
-    const Result<QString> password = ReadSecret(arguments, QStringLiteral("out-password-fd"));
-    if (!password) return password.Error().text;
-    values.outgoing.who.password = *password;
+  if (const Result<> out = ReadCredentials(arguments, kOut, values.outgoing.who); !out) {
+    return out.Error().text;
   }
-  const Result<QString> password = ReadSecret(arguments, QStringLiteral("in-password-fd"));
-  if (!password) return password.Error().text;
-  values.incoming.who.password = *password;
-  return {};
+  const Result<> in = ReadIncomingCredentials(arguments, values.incoming.who);
+  return in ? std::nullopt : std::optional(in.Error().text);
 }
 
 }  // namespace
+
+QSet<QString> CredentialOptions() {
+  QSet<QString> options;
+  for (const CredentialPart& part : kCredentialParts) {
+    options += {OptionOf(kIn, part), OptionOf(kOut, part)};
+  }
+  return options;
+}
 
 int AddAccount(Context& context, const Arguments& arguments) {
   AccountValues values;

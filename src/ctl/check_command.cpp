@@ -4,7 +4,7 @@
 #include <QJsonObject>
 
 #include "ctl/command.h"
-#include "objects/profile.h"
+#include "objects/profile/profile.h"
 #include "storage/bags/profile_bag.h"
 #include "storage/base/shown_text.h"
 #include "storage/keys/file_key.h"

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include <QJsonArray>
+#include <QSet>
 #include <QString>
 
 #include "ctl/arguments.h"
@@ -22,6 +23,8 @@ enum ExitCode {
 };
 
 int AddAccount(Context& context, const Arguments& arguments);
+/// The options of `AddAccount` for who logs in and what proves it, of both servers.
+QSet<QString> CredentialOptions();
 int Receive(Context& context, const Arguments& arguments);
 int Doubtful(Context& context, const Arguments& arguments);
 int Send(Context& context, const Arguments& arguments);

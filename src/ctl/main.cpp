@@ -17,9 +17,10 @@
 #include "frame/start_up.h"
 #include "frame/ui_language.h"
 #include "objects/any_object.h"
-#include "objects/lost_files.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
+#include "objects/profile/lost_files.h"
+#include "objects/shown_object.h"
 #include "storage/base/shown_text.h"
 #include "storage/known_damage.h"
 #include "storage/ui.h"
@@ -78,15 +79,14 @@ struct Command {
 
 const QList<Command>& Commands() {
   static const QList<Command> commands = {
-      {QStringLiteral("account add"),
-       AddAccount,
-       {QStringLiteral("name"), QStringLiteral("address"), QStringLiteral("display"),
-        QStringLiteral("in-server"), QStringLiteral("in-port"), QStringLiteral("in-user"),
-        QStringLiteral("in-password-fd"), QStringLiteral("in-protocol"),
-        QStringLiteral("delete-on-server"), QStringLiteral("default"),
-        QStringLiteral("in-security"), QStringLiteral("out-server"), QStringLiteral("out-port"),
-        QStringLiteral("out-security"), QStringLiteral("out-user"),
-        QStringLiteral("out-password-fd")}},
+      {QStringLiteral("account add"), AddAccount,
+       CredentialOptions() + QSet<QString>{QStringLiteral("name"), QStringLiteral("address"),
+                                           QStringLiteral("display"), QStringLiteral("in-server"),
+                                           QStringLiteral("in-port"), QStringLiteral("in-protocol"),
+                                           QStringLiteral("delete-on-server"),
+                                           QStringLiteral("default"), QStringLiteral("in-security"),
+                                           QStringLiteral("out-server"), QStringLiteral("out-port"),
+                                           QStringLiteral("out-security")}},
       {QStringLiteral("receive"), Receive, {QStringLiteral("account"), QStringLiteral("json")}},
       {QStringLiteral("send"), Send, {QStringLiteral("account"), QStringLiteral("json")}},
       {QStringLiteral("doubtful"), Doubtful, {QStringLiteral("json")}},
@@ -251,7 +251,8 @@ SerialId FindFolder(Context& context, const QString& nameOrSerial) {
   if (named != nullptr) return named->Serial();
   for (const DiskPtr& object : context.Objects) {
     const AnyObject any(*object);
-    if (any.Is(object_type::kFolder) && any.Names().contains(nameOrSerial)) return object->Serial();
+    if (any.Is(object_type::kFolder) && ShownObject(*object).Names().contains(nameOrSerial))
+      return object->Serial();
   }
   const DiskPtr folder = context.Objects.Find(SerialId(nameOrSerial));
   const bool isFolder = folder != nullptr && AnyObject(*folder).Is(object_type::kFolder);

@@ -76,7 +76,10 @@ int OpenFile(const Arguments& arguments) {
   StoredMessage message;
   message.source = *source;
   const MessageIndex index = IndexMessage(message.source, FlagString(),
-                                          {settings.textTypes, false, settings.standardHeaders});
+                                          {.textTypes = settings.textTypes,
+                                           .hasEndMark = false,
+                                           .readsReplyTo = settings.standards.readsReplyTo,
+                                           .countsShown = settings.standards.countsShown});
   message.contentIndex = index.content;
   message.addressLines = index.addressLines;
   message.charset = StoredCharset(index.flags);

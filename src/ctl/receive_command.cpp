@@ -6,7 +6,7 @@
 #include "ctl/console_host.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
-#include "objects/profile.h"
+#include "objects/profile/profile.h"
 #include "objects/select_objects.h"
 #include "storage/known_damage.h"
 #include "storage/ui.h"

@@ -45,11 +45,12 @@ bool OtherObjects::Take(const DiskPtr& stored) {
   }
   const AnyObject known(*loaded);
   if (known.IsMarked() || object.Saved() == known.Saved()) return false;
+  const QStringList secrets = Account::SecretKeys();
   for (qint32 i = 1; i <= stored->Size(); ++i) {
     const QString& key = stored->NameAt(i);
     // A password that is not stored is known all the same.
-    const bool isForgotten = key.compare(Account::PasswordKey(), Qt::CaseInsensitive) == 0 &&
-                             stored->Text(key).isEmpty();
+    const bool isForgotten =
+        secrets.contains(key, Qt::CaseInsensitive) && stored->Text(key).isEmpty();
     if (!isForgotten) loaded->Let(key, stored->Get(key));
   }
   return true;

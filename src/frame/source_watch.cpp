@@ -6,7 +6,7 @@
 #include <tuple>
 #include <utility>
 
-#include "objects/profile.h"
+#include "objects/profile/profile.h"
 #include "storage/bags/profile_bag.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"

@@ -9,8 +9,8 @@
 #include <QSysInfo>
 
 #include "frame/security_key.h"
-#include "objects/lost_files.h"
-#include "objects/profile.h"
+#include "objects/profile/lost_files.h"
+#include "objects/profile/profile.h"
 #include "storage/bags/profile_bag.h"
 #include "storage/databases.h"
 #include "storage/engine/sole_use.h"

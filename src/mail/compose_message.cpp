@@ -84,7 +84,7 @@ class Composer {
   QByteArray Run() {
     WriteHeader();
     PrepareBody();
-    if (model_.report && options_.settings.standardHeaders) {
+    if (model_.report && options_.settings.standards.writesReports) {
       WriteReport();
     } else if (model_.attachments.empty() && !model_.calendarReply) {
       WritePlain();
@@ -111,7 +111,7 @@ class Composer {
     Line(MimeCodec::EncodeField("Subject:", model_.subject, charset_));
     for (const AddressField& field : kAddressFields) {
       WriteAddresses(field.kind, field.name);
-      const bool isReply = field.kind == u"RE" && options_.settings.standardHeaders;
+      const bool isReply = field.kind == u"RE" && options_.settings.standards.usesFields;
       if (isReply) WriteAddresses(field.kind, "Reply-To:");
     }
     QByteArrayList identifiers;
@@ -127,7 +127,7 @@ class Composer {
     const QByteArray inReplyTo = model_.inReplyTo.simplified().toUtf8();
     if (!inReplyTo.isEmpty() && MayStand(inReplyTo)) {
       Line("In-Replay-To: " + inReplyTo);
-      if (options_.settings.standardHeaders) Line("In-Reply-To: " + inReplyTo);
+      if (options_.settings.standards.usesFields) Line("In-Reply-To: " + inReplyTo);
     }
     for (const QString& row : model_.headerRows) {
       const qsizetype colon = row.indexOf(u':');
@@ -203,7 +203,8 @@ class Composer {
   void WritePlain() {
     WriteTextHeader();
     const bool writesVersion = choice_ == CharsetChoice::Jis || choice_ == CharsetChoice::Euc ||
-                               charset_ == OutputCharset::Utf8 || options_.settings.standardHeaders;
+                               charset_ == OutputCharset::Utf8 ||
+                               options_.settings.standards.usesFields;
     if (writesVersion) Line("Mime-Version: 1.0");
     Line("");
     out_ += body_ + "\r\n\r\n";
@@ -256,7 +257,8 @@ class Composer {
       const QByteArray data = options_.read ? options_.read(attachment) : QByteArray();
       if (isUu) {
         WriteUuBlock(attachment, data);
-      } else if (attachment.type.startsWith(u"message/") && options_.settings.standardHeaders) {
+      } else if (attachment.type.startsWith(u"message/") &&
+                 options_.settings.standards.attachesMessages) {
         WriteMessagePart(attachment, data, boundary);
       } else {
         WritePart(attachment, data, encoding, boundary);
@@ -296,7 +298,7 @@ class Composer {
     Line("Content-Transfer-Encoding: " + encoding);
     QByteArray disposition = "Content-Disposition: attachment; " + QByteArray(kFold) +
                              "filename=\"" + EncodedName(attachment.name) + '"';
-    if (options_.settings.standardHeaders) disposition += ExtendedName(attachment.name);
+    if (options_.settings.standards.usesFields) disposition += ExtendedName(attachment.name);
     Line(disposition);
     Line("");
   }
@@ -304,7 +306,7 @@ class Composer {
   void WritePart(const ModelAttachment& attachment, const QByteArray& data,
                  TransferEncoding encoding, const QByteArray& boundary) {
     QByteArray type = attachment.type.toLatin1();
-    if (options_.settings.standardHeaders && type.startsWith("text/")) {
+    if (options_.settings.standards.usesFields && type.startsWith("text/")) {
       type +=
           IsToken(attachment.charset) ? "; charset=\"" + attachment.charset + '"' : CharsetOf(data);
     }

@@ -75,7 +75,7 @@ void FillReferences(const StoredMessage& message, OpenMode mode, const EditSetti
   model.inReplyTo = messageId;
   // The same message again answers what it answered before.
   const bool isSame = mode == OpenMode::Resend || (mode == OpenMode::Show && message.isWritten);
-  if (!isSame || !settings.standardHeaders) return;
+  if (!isSame || !settings.standards.keepsReferences) return;
   model.inReplyTo = RawValue(message.source, "In-Reply-To:");
   if (model.inReplyTo.isEmpty()) model.inReplyTo = RawValue(message.source, "In-Replay-To:");
 }
@@ -145,11 +145,11 @@ bool IsWritable(const AddressEntry& entry) {
          !entry.address.contains(u';');
 }
 
-QList<AddressEntry> StoredAddresses(const StoredMessage& message, bool isStandard) {
+QList<AddressEntry> StoredAddresses(const StoredMessage& message, bool keepsWhole) {
   QList<AddressEntry> stored;
   for (const QString& line : message.addressLines.split(kLineBreak, Qt::SkipEmptyParts)) {
-    const AddressEntry entry = ParseAddressEntry(line, isStandard);
-    stored.append(isStandard && !message.isWritten ? WithWholeAddress(entry) : entry);
+    const AddressEntry entry = ParseAddressEntry(line, keepsWhole);
+    stored.append(keepsWhole && !message.isWritten ? WithWholeAddress(entry) : entry);
   }
   return stored;
 }
@@ -208,9 +208,11 @@ QList<AddressEntry> ForReceipt(const QList<AddressEntry>& stored, const Sender& 
 
 QList<AddressEntry> Recipients(const StoredMessage& message, OpenMode mode,
                                const EditSettings& settings, const Sender& sender) {
-  const QList<AddressEntry> stored = StoredAddresses(message, settings.standardHeaders);
+  const QList<AddressEntry> stored = StoredAddresses(message, settings.standards.keepsAddresses);
   if (mode == OpenMode::ReplyAll && settings.usualReplies) return ForAll(stored, sender);
-  if (mode == OpenMode::Receipt && settings.standardHeaders) return ForReceipt(stored, sender);
+  if (mode == OpenMode::Receipt && settings.standards.writesReports) {
+    return ForReceipt(stored, sender);
+  }
   return AddressesIn(mode, stored);
 }
 
@@ -248,7 +250,7 @@ OpenedText TextIn(const StoredMessage& message, OpenMode mode, const QString& su
   request.charset = message.charset;
   request.textTypes = settings.textTypes;
   request.withReports = !message.isWritten && mode != OpenMode::Resend;
-  request.withHtml = request.withReports && settings.standardHeaders;
+  request.withHtml = request.withReports && settings.standards.readsHtml;
   const bool quotes = (IsReply(mode) || IsForward(mode)) && settings.editMode;
   if (quotes) request.linePrefix = settings.memoIndent;
   const bool isOfHtml = IsTextOfHtml(message.source, message.contentIndex, request);
@@ -261,7 +263,8 @@ OpenedText TextIn(const StoredMessage& message, OpenMode mode, const QString& su
   }
   QString text = GetMessageText(message.source, message.contentIndex, request).text;
   const bool isSame = mode == OpenMode::Show || mode == OpenMode::Resend;
-  if (message.isWritten && isSame && settings.standardHeaders) RemoveComposedEnd(message, text);
+  if (message.isWritten && isSame && settings.standards.dropsOwnEnd)
+    RemoveComposedEnd(message, text);
   if (quotes && settings.usualReplies) DropBlankEnd(text, settings.memoIndent);
   if (quotes && settings.usualReplies && !text.isEmpty()) text.prepend(settings.memoIndent);
   return {text, isOfHtml};
@@ -353,7 +356,7 @@ EditSettings EditSettings::From(const Settings& all) {
   edit.subjectForward = settings.Text(setting::kSubjectForward);
   edit.memoIndent = settings.Text(setting::kQuoteSign);
   edit.textTypes = all.TextTypes();
-  edit.standardHeaders = all.HasStandardHeaders();
+  edit.standards = all.Standards();
   edit.usualReplies = settings.Flag(setting::kUsualReplies);
   edit.mimeEncode = MimeEncodeIn(settings);
   edit.mimeText = settings.Flag(setting::kMimeText);
@@ -369,7 +372,7 @@ EditSettings EditSettings::Defaults() {
   edit.subjectForward = QStringLiteral("Fw");
   edit.memoIndent = QStringLiteral("> ");
   edit.textTypes = DefaultTextTypes();
-  edit.standardHeaders = true;
+  edit.standards = MailStandards::All(true);
   edit.usualReplies = true;
   return edit;
 }
@@ -454,9 +457,9 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
   if (carriesAttachments) {
     const bool showsInner = mode == OpenMode::Show && !message.isWritten;
     for (const Attachment& attachment :
-         ListAttachments(records, settings.textTypes, settings.standardHeaders)) {
+         ListAttachments(records, settings.textTypes, settings.standards.namesParts)) {
       model.attachments.push_back(
-          {settings.standardHeaders ? ShownName(attachment, message.source) : attachment.name,
+          {settings.standards.namesParts ? ShownName(attachment, message.source) : attachment.name,
            attachment.record.type,
            false,
            {},
@@ -464,7 +467,7 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
            MimeCodec::ContentType(message.source, attachment.record).Bytes("charset")});
       if (showsInner) AddInnerFiles(message.source, attachment, model.attachments);
     }
-    if (IsForward(mode) && settings.standardHeaders) GatherHtml(message, model.attachments);
+    if (IsForward(mode) && settings.standards.gathersHtml) GatherHtml(message, model.attachments);
   }
   if (isNew || mode != OpenMode::Show) {
     AddRowWhenMissing(model.headerRows, QStringLiteral("X-Mailer:"), programLine);
@@ -476,11 +479,11 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
   if (IsReply(mode) || mode == OpenMode::Forward)
     TakeForm(message, mode, subject, settings, sender, model);
   const bool isSame = mode == OpenMode::Show || mode == OpenMode::Resend;
-  if (message.isWritten && isSame && settings.standardHeaders) {
+  if (message.isWritten && isSame && settings.standards.writesReports) {
     TakeReport(message, model);
   }
   if (message.isWritten && isSame) TakeCalendarReply(message, model);
-  if (mode == OpenMode::Receipt && settings.standardHeaders) {
+  if (mode == OpenMode::Receipt && settings.standards.writesReports) {
     model.report = ReceiptReport{FirstOf(model.addresses, u"FROM"), model.inReplyTo};
   }
   return model;

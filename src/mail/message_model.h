@@ -13,6 +13,7 @@
 #include "mail/lazy_text.h"
 #include "mail/open_mode.h"
 #include "mail/reply_form.h"
+#include "objects/mail_standards.h"
 #include "storage/bags/disk.h"
 
 namespace vorn {
@@ -67,7 +68,7 @@ struct EditSettings {
   QString subjectForward;
   QString memoIndent;
   QStringList textTypes;
-  bool standardHeaders = false;
+  MailStandards standards = MailStandards::All(false);
   /// Replies as people are used to: to all means to the other recipients too, the first quoted line
   /// is marked, and only the usual words are taken for reply marks.
   bool usualReplies = false;

@@ -137,7 +137,7 @@ OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredChar
     ReadingCode names = message.charset;
     names.body = MimeCodec::TextCharset(
         message.source, MimeCodec::ParseContentIndex(message.contentIndex, message.source));
-    message.addressLines = AddressLines(message.source, names, settings.standardHeaders);
+    message.addressLines = AddressLines(message.source, names, settings.standards.readsReplyTo);
   }
   const QString program = QStringLiteral(".VORN <") + context.VersionText + u'>';
   const Sender sender = DefaultSender(context);

@@ -22,8 +22,6 @@ const QString kEventLog = QStringLiteral("EventLog");
 const QString kIn = QStringLiteral("InMailServer");
 const QString kOut = QStringLiteral("OutMailServer");
 const QString kPort = QStringLiteral("Port");
-const QString kUser = QStringLiteral("User");
-const QString kPassword = QStringLiteral("Password");
 const QString kPasswordSave = QStringLiteral("PasswordSave");
 const QString kProtocol = QStringLiteral("Protocol");
 const QString kSecurity = QStringLiteral("Security");
@@ -41,13 +39,31 @@ Security SecurityOf(const Disk& account, const QString& key) {
   return Security::Tls;
 }
 
+QString KeyOf(const QString& server, const CredentialPart& part) {
+  return server + part.key;
+}
+
+Credentials StoredCredentials(const Disk& account, const QString& server) {
+  Credentials who;
+  for (const CredentialPart& part : kCredentialParts) {
+    who.*part.text = account.Text(KeyOf(server, part));
+  }
+  return who;
+}
+
+void Store(Disk& account, const QString& server, const Credentials& who) {
+  for (const CredentialPart& part : kCredentialParts) {
+    account.Let(KeyOf(server, part), who.*part.text);
+  }
+}
+
 Endpoint Server(const Disk& account, const QString& server) {
   const QString host = account.Text(server);
   return {
       .host = host,
       .port = account.Number(server + kPort),
       .security = SecurityOf(account, server + kSecurity),
-      .who = {account.Text(server + kUser), account.Text(server + kPassword)},
+      .who = StoredCredentials(account, server),
       .trustedFingerprints = TrustedCertificates(account.Text(server + kCertificates)).For(host)};
 }
 
@@ -61,8 +77,7 @@ DiskPtr ToObject(const SerialId& serialId, const AccountValues& values) {
   account->Let(kEventLog, true);
   account->Let(kIn, values.incoming.host);
   account->Let(kIn + kPort, QString::number(values.incoming.port));
-  account->Let(kIn + kUser, values.incoming.who.user);
-  account->Let(kIn + kPassword, values.incoming.who.password);
+  Store(*account, kIn, values.incoming.who);
   account->Let(kIn + kPasswordSave, true);
   account->Let(kIn + kProtocol, static_cast<int>(values.protocol));
   account->Let(kIn + kDelete, values.deletesOnServer);
@@ -72,8 +87,7 @@ DiskPtr ToObject(const SerialId& serialId, const AccountValues& values) {
   account->Let(kOut + kProtocol, static_cast<int>(OutProtocol::Smtp));
   account->Let(kOut + kSecurity, static_cast<int>(values.outgoing.security));
   account->Let(kOut + kAuth, !values.outgoing.who.user.isEmpty());
-  account->Let(kOut + kUser, values.outgoing.who.user);
-  account->Let(kOut + kPassword, values.outgoing.who.password);
+  Store(*account, kOut, values.outgoing.who);
   return account;
 }
 
@@ -138,15 +152,21 @@ bool Account::SavesPassword() const {
 }
 
 void Account::SetPassword(const QString& password) {
-  bag_->Let(PasswordKey(), password);
+  for (const CredentialPart& part : kCredentialParts) {
+    if (part.text == &Credentials::password) bag_->Let(KeyOf(kIn, part), password);
+  }
 }
 
 QString Account::UserKey() {
-  return kIn + kUser;
+  return KeyOf(kIn, kCredentialParts[0]);
 }
 
-QString Account::PasswordKey() {
-  return kIn + kPassword;
+QStringList Account::SecretKeys() {
+  QStringList keys;
+  for (const CredentialPart& part : kCredentialParts) {
+    if (part.isSecret) keys.append(KeyOf(kIn, part));
+  }
+  return keys;
 }
 
 QString PortWords() {
@@ -168,10 +188,12 @@ Result<> ValidateAccount(const Context& context, const AccountValues& values) {
     return wrong(Ui::tr("受信サーバーのユーザー名が設定されていません。"));
   }
   if (!IsPort(values.incoming.port) || !IsPort(values.outgoing.port)) return wrong(PortWords());
-  for (const QString& text :
-       {values.name, values.address, values.display, values.incoming.host, values.incoming.who.user,
-        values.incoming.who.password, values.outgoing.host, values.outgoing.who.user,
-        values.outgoing.who.password}) {
+  QStringList texts{values.name, values.address, values.display, values.incoming.host,
+                    values.outgoing.host};
+  for (const CredentialPart& part : kCredentialParts) {
+    texts += {values.incoming.who.*part.text, values.outgoing.who.*part.text};
+  }
+  for (const QString& text : texts) {
     if (HasControlCharacter(text)) return wrong(Ui::tr("使えない文字（制御文字）があります。"));
   }
   return {};

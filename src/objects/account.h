@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <utility>
 
 #include "objects/endpoint.h"
@@ -44,12 +45,12 @@ class Account {
 
   /// Whether the incoming password is stored with the account, and not asked for in each run.
   bool SavesPassword() const;
-  /// Whether the incoming password is known.
-  bool HasPassword() const { return SavesPassword() || !Incoming().who.password.isEmpty(); }
+  /// Whether what proves the incoming user is known.
+  bool HasCredentials() const { return SavesPassword() || Incoming().who.IsKnown(); }
   void SetPassword(const QString& password);
-  /// The names that the bag has for the incoming user and password.
+  /// The names that the bag has for the incoming user, and for what proves him.
   static QString UserKey();
-  static QString PasswordKey();
+  static QStringList SecretKeys();
 
  private:
   DiskPtr bag_;

@@ -10,8 +10,8 @@ namespace vorn {
 /// A type of objects (`object_type`) in words; empty for one that has none.
 QString TypeCaption(const QString& type);
 
-/// What objects of every type have, by the names that their bags have for it. A view: the bag
-/// outlives it.
+/// What objects of every type have, by the names that their bags have for it; how the user sees it
+/// says `ShownObject`. A view: the bag outlives it.
 class AnyObject {
  public:
   explicit AnyObject(const Disk& bag) : bag_(bag) {}
@@ -33,14 +33,7 @@ class AnyObject {
   QString Type() const { return bag_.Text(kType); }
   bool Is(const QString& type) const { return Type() == type; }
   QString Name() const { return bag_.Text(kName); }
-  /// The name for the user: one that came with the profile is in the interface's language.
-  QString ShownName() const;
-  /// Every name by which the user may know it: the stored one and, of what came with the profile,
-  /// the names in all languages.
-  QStringList Names() const;
   QString ToolTip() const { return bag_.Text(kToolTip); }
-  /// The same of its tool tip.
-  QString ShownTip() const;
   /// The key of its picture (`Icon`); of a folder also how it is filled.
   QString Draw() const { return bag_.Text(kDraw); }
   /// The object below which it stands in the tree; empty for none.
@@ -55,9 +48,6 @@ class AnyObject {
   bool IsMarked() const { return bag_.Flag(kMarked); }
 
  private:
-  bool IsMadeWithProfile() const;
-  bool MayComeWithProfile() const;
-
   static inline const QString kType = QStringLiteral("FormName");
   static inline const QString kName = QStringLiteral("Object");
   static inline const QString kToolTip = QStringLiteral("ToolTipText");

@@ -3,16 +3,10 @@
 #include <QString>
 #include <QStringList>
 
+#include "objects/credentials.h"
 #include "objects/security.h"
 
 namespace vorn {
-
-/// Who logs in at a server, and what proves it. Handed on whole: each way to log in takes from it
-/// what it needs.
-struct Credentials {
-  QString user = {};
-  QString password = {};
-};
 
 /// A server of mail and the login there. Without a host there is none.
 struct Endpoint {

@@ -37,4 +37,14 @@ DiskCollectionPtr SelectObjects(const DiskCollection& objects, const Disk& owner
   return selected;
 }
 
+DiskPtr DefaultObject(const DiskCollection& objects, const QString& type) {
+  DiskPtr last;
+  for (const DiskPtr& object : objects) {
+    const AnyObject any(*object);
+    if (!any.Is(type) || !any.IsDefault()) continue;
+    if (last == nullptr || any.Saved() > AnyObject(*last).Saved()) last = object;
+  }
+  return last;
+}
+
 }  // namespace vorn

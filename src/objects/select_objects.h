@@ -16,4 +16,8 @@ Q_DECLARE_FLAGS(SelectFlags, SelectFlag)
 DiskCollectionPtr SelectObjects(const DiskCollection& objects, const Disk& owner,
                                 const QString& filter, SelectFlags flags = {});
 
+/// The object of a type (`object_type`) that is marked as the default one, of several the one that
+/// was saved last; null when there is none.
+DiskPtr DefaultObject(const DiskCollection& objects, const QString& type);
+
 }  // namespace vorn

@@ -3,7 +3,9 @@
 #include <QString>
 #include <QStringList>
 
+#include "objects/mail_standards.h"
 #include "objects/setting_keys.h"
+#include "objects/user_care.h"
 #include "storage/context.h"
 
 namespace vorn {
@@ -71,11 +73,12 @@ class Settings {
 
   /// Whether text is wrapped when it is sent.
   bool WrapsLines() const { return bag_->Flag(setting::kWrapLines); }
-  bool HasStandardHeaders() const { return bag_->Flag(setting::kStandardHeaders); }
+  MailStandards Standards() const {
+    return MailStandards::All(bag_->Flag(setting::kStandardHeaders));
+  }
   /// Whether no address is selected before the user searches.
   bool SearchesAddresses() const { return bag_->Flag(setting::kAddressSearch); }
-  /// Whether the user is kept from slips.
-  bool IsCareful() const { return bag_->Flag(setting::kCareful); }
+  UserCare Care() const { return UserCare::All(bag_->Flag(setting::kCareful)); }
 
   /// The content types that are shown as text, `DefaultTextTypes` by default.
   QStringList TextTypes() const;

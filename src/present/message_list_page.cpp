@@ -8,11 +8,11 @@
 #include "mail/store/message_rows.h"
 #include "mail/store/outbox.h"
 #include "mail/store/send_refusals.h"
-#include "objects/any_object.h"
 #include "objects/list_settings.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
+#include "objects/shown_object.h"
 #include "present/folder_layout.h"
 #include "present/page_content.h"
 #include "present/page_filler.h"
@@ -37,7 +37,7 @@ PageContent ReadContent(Context& context, const SerialId& folder) {
   content.folder = LoadObject(context, folder);
   if (content.folder == nullptr) content.folder = std::make_shared<Disk>(folder);
   content.textTypes = settings.TextTypes();
-  content.withHtml = settings.HasStandardHeaders();
+  content.withHtml = settings.Standards().readsHtml;
   content.escape = ListSettings(context).EscapesPages();
   content.rowsPerPage = ListSettings(context).RowsPerPage();
   content.today = QDate::currentDate();
@@ -51,7 +51,7 @@ PageContent ReadContent(Context& context, const SerialId& folder) {
 
 QString NameOf(const Context& context, const SerialId& folder) {
   const DiskPtr object = context.Objects.Find(folder);
-  return object == nullptr ? QString() : AnyObject(*object).ShownName();
+  return object == nullptr ? QString() : ShownObject(*object).Name();
 }
 
 // The hand-filled folders of a message, or else the one of its state.

@@ -7,6 +7,7 @@
 #include "mail/codec/mime/text_extraction.h"
 #include "mail/store/mail_store.h"
 #include "objects/any_object.h"
+#include "objects/shown_object.h"
 #include "present/page_content.h"
 #include "storage/base/shown_text.h"
 #include "storage/base/time_text.h"
@@ -159,7 +160,7 @@ QString PlaceText(const PageRow& page, const ChildTags&) {
 }
 
 QString FolderName(const PageRow& page) {
-  return OfMail(page, AnyObject(*page.content.folder).ShownName());
+  return OfMail(page, ShownObject(*page.content.folder).Name());
 }
 
 QString FolderToolTip(const PageRow& page) {

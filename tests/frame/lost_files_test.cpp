@@ -1,6 +1,6 @@
 // Files of the data folder that vanish are missed, found again or made anew on the user's word.
 
-#include "objects/lost_files.h"
+#include "objects/profile/lost_files.h"
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "mail/store/mail_store.h"

@@ -1,7 +1,7 @@
 // Database files that are lost or damaged in less simple ways: while the program runs, without
 // notes, with a copy elsewhere, with a guess that is wrong.
 
-#include "objects/lost_files.h"
+#include "objects/profile/lost_files.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "frame/user_store.h"
-#include "objects/profile.h"
+#include "objects/profile/profile_password.h"
 #include "storage/databases.h"
 #include "storage/file_notes.h"
 #include "support/test_profile.h"

@@ -8,8 +8,8 @@
 
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
-#include "objects/file_age.h"
-#include "objects/lost_files.h"
+#include "objects/profile/file_age.h"
+#include "objects/profile/lost_files.h"
 #include "objects/save_object.h"
 #include "storage/databases.h"
 #include "storage/file_notes.h"

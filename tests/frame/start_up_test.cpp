@@ -8,7 +8,7 @@
 #include "frame/profile_login.h"
 #include "frame/single_instance.h"
 #include "objects/object_types.h"
-#include "objects/profile.h"
+#include "objects/profile/profile.h"
 #include "support/test_profile.h"
 
 namespace vorn {

@@ -179,18 +179,19 @@ TEST(MessageIndexing, PriorityAttachmentAndReplyHeaders) {
   EXPECT_EQ(flags("X-Priority: 1\r\n\r\n"), QStringLiteral("*110"));
   EXPECT_EQ(flags("X-Priority: 1 (Highest)\r\n\r\n"), QStringLiteral("*210"));
   EXPECT_EQ(flags("Content-Type: image/png\r\n\r\nx"), QStringLiteral("0211"));
-  // A message has attachments where its window shows some, as standard headers are understood.
+  // A message has attachments where its window shows some, where that is what counts.
   const QByteArray both =
       "Content-Type: multipart/alternative; boundary=b\r\n\r\n--b\r\n\r\nt\r\n--b\r\n"
       "Content-Type: text/html\r\n\r\n<p>t\r\n--b--\r\n";
   const QByteArray named = "Content-Type: text/plain; name=a.txt\r\n\r\nx";
   EXPECT_EQ(flags(both).at(3), u'1');
   EXPECT_EQ(flags(named).at(3), u'0');
-  EXPECT_EQ(IndexMessage(both, {}, {kTextTypes, false, true}).flags.Text().at(3), u'0');
-  EXPECT_EQ(IndexMessage(named, {}, {kTextTypes, false, true}).flags.Text().at(3), u'1');
+  const IndexOptions shown{.textTypes = kTextTypes, .countsShown = true};
+  EXPECT_EQ(IndexMessage(both, {}, shown).flags.Text().at(3), u'0');
+  EXPECT_EQ(IndexMessage(named, {}, shown).flags.Text().at(3), u'1');
   const QByteArray html = "Content-Type: text/html\r\n\r\n<p>x";
   EXPECT_EQ(flags(html).at(3), u'1');
-  EXPECT_EQ(IndexMessage(html, {}, {kTextTypes, false, true}).flags.Text().at(3), u'0');
+  EXPECT_EQ(IndexMessage(html, {}, shown).flags.Text().at(3), u'0');
   const MessageIndex index =
       IndexMessage("Reply-To: no@x\r\nReplay-To: yes@x\r\nFrom: f@x\r\n\r\n", {}, {kTextTypes});
   EXPECT_EQ(index.addressLines, QStringLiteral("FROM: f@x\r\nREPLAY-TO: yes@x"));

@@ -212,7 +212,7 @@ TEST(ComposeMessage, AReceiptTellsProgramsToo) {
                       "Final-Recipient: rfc822;me@x\r\nOriginal-Message-ID: <m@x> X: y\r\n"
                       "Disposition: manual-action/MDN-sent-manually; displayed\r\n"));
   ComposeOptions documented = Options(CharsetChoice::Automatic);
-  documented.settings.standardHeaders = false;
+  documented.settings.standards = MailStandards::All(false);
   EXPECT_FALSE(ComposeMessage(model, documented).contains("multipart"));
 }
 

@@ -249,7 +249,8 @@ TEST(InlineImagesTest, APictureInTheTextIsNoAttachment) {
            part + "\r\n--b--\r\n";
   };
   const auto isMarked = [&](const QByteArray& source) {
-    const MessageIndex index = IndexMessage(source, {}, {DefaultTextTypes(), false, true});
+    const MessageIndex index =
+        IndexMessage(source, {}, {.textTypes = DefaultTextTypes(), .countsShown = true});
     const bool isShown = ShownImages(source, index.content, CharsetChoice::Automatic).size() == 1;
     const bool marked = index.flags.Has(kFlagAttachment);
     EXPECT_NE(isShown, marked) << source.toStdString();

@@ -29,7 +29,10 @@ class OpenModes : public testing::Test {
     LetUsual(false);
   }
   // What new profiles start with, and what an absent key gives.
-  void LetUsual(bool usual) { settings_.standardHeaders = settings_.usualReplies = usual; }
+  void LetUsual(bool usual) {
+    settings_.standards = MailStandards::All(usual);
+    settings_.usualReplies = usual;
+  }
   MessageModel Open(OpenMode mode, const QByteArray& headers,
                     const QByteArray& body = "one\r\ntwo") {
     StoredMessage message;
@@ -161,18 +164,18 @@ TEST_F(OpenModes, TextsAreQuotedReferencesCarriedAndFilesKept) {
         QByteArray("\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\0\1\0\0\0\1", 24).toBase64();
   }
   pictured.replace("<p>t", parts);
-  settings_.standardHeaders = true;
+  settings_.standards = MailStandards::All(true);
   const auto files = Open(Forward, pictured).attachments;
   ASSERT_EQ(files.size(), 1U);
   EXPECT_EQ(files[0].name, QStringLiteral("元のメール.html"));
   EXPECT_TRUE(ReadAttachment(files[0], {})->contains("<img src='data:image/png;base64,"));
   EXPECT_TRUE(Open(Forward, both).attachments.empty());
-  settings_.standardHeaders = false;
+  settings_.standards = MailStandards::All(false);
   EXPECT_EQ(Open(Forward, pictured).attachments.at(0).type, QStringLiteral("image/png"));
 
   const QByteArray file = "Content-Type: application/pdf\r\n";
   EXPECT_EQ(Open(Forward, file).attachments.at(0).name, QStringLiteral("添付ファイル[1].dat"));
-  settings_.standardHeaders = true;
+  settings_.standards = MailStandards::All(true);
   EXPECT_EQ(Open(Forward, file).attachments.at(0).name, QStringLiteral("添付ファイル[1].pdf"));
   for (const auto& [type, name] :
        {std::pair("message/delivery-status", u"配送状況.txt"),
@@ -183,7 +186,7 @@ TEST_F(OpenModes, TextsAreQuotedReferencesCarriedAndFilesKept) {
     const QByteArray part = QByteArray("Content-Type: ") + type + "\r\n\r\nSubject: 件名\r\n\r\nx";
     EXPECT_EQ(Open(Forward, part).attachments.at(0).name, QString::fromUtf16(name)) << type;
   }
-  settings_.standardHeaders = false;
+  settings_.standards = MailStandards::All(false);
   EXPECT_EQ(Open(Resend, file).attachments.size(), 1U);
   EXPECT_TRUE(Open(Reply, file).attachments.empty());
 }

@@ -13,7 +13,7 @@
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "mail/store/mail_store.h"
-#include "objects/profile.h"
+#include "objects/profile/profile_password.h"
 
 namespace {
 

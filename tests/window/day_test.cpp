@@ -13,6 +13,7 @@
 #include <QTableWidget>
 
 #include "frame/window/panes/console_tree.h"
+#include "mail/window/fields/attachment_input.h"
 #include "mail/window/fields/attachment_list.h"
 #include "mail/window/message_window.h"
 #include "mail/window/reading/reading_pane.h"
@@ -181,7 +182,7 @@ void DayTest::ReadAndAnswer() {
   Command(forward, 4);
   const QString file = folder_.filePath(QStringLiteral("見積.txt"));
   test::WriteFile(file, "estimate");
-  Child<AttachmentList>(forward, u"lvClip").AddFiles({file});
+  Child<AttachmentList>(forward, u"lvClip").Input().AddFiles({file});
   Address(forward, QStringLiteral("boss@example.jp"));
   EXPECT_TRUE(SentBy(forward).contains("boss@example.jp"));
   EXPECT_TRUE(sink_.Messages().last().contains("ZXN0aW1hdGU"));

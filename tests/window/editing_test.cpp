@@ -18,7 +18,7 @@
 
 #include "auxiliary/window/console_window.h"
 #include "objects/object_types.h"
-#include "objects/profile.h"
+#include "objects/profile/profile_password.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "objects/window/recovery_code_window.h"

@@ -7,6 +7,7 @@
 #include "frame/window/panes/console_tree.h"
 #include "mail/window/message_window.h"
 #include "objects/any_object.h"
+#include "objects/shown_object.h"
 #include "window/folder_page_fixture.h"
 
 namespace vorn {
@@ -85,19 +86,19 @@ TEST_F(FolderTreeTest, StandardNamesAreInTheLanguageOfTheInterface) {
   for (Disk* object : made) {
     const QString japanese = AnyObject(*object).Name();
     qApp->installTranslator(&english);
-    tree.RefreshNode(object->Serial());
-    const QString shown = tree.NodeText(object->Serial());
-    const QString tip = AnyObject(*object).ShownTip();
+    tree.Nodes().Refresh(object->Serial());
+    const QString shown = tree.Nodes().Text(object->Serial());
+    const QString tip = ShownObject(*object).Tip();
     qApp->removeTranslator(&english);
     EXPECT_NE(shown, japanese);
-    EXPECT_TRUE(AnyObject(*object).Names().contains(shown));
+    EXPECT_TRUE(ShownObject(*object).Names().contains(shown));
     AnyObject::SetName(*object, shown);
-    EXPECT_EQ(AnyObject(*object).ShownName(), japanese);
+    EXPECT_EQ(ShownObject(*object).Name(), japanese);
     EXPECT_EQ(tip == AnyObject(*object).ToolTip(), tip.isEmpty());
     AnyObject::SetToolTip(*object, tip);
-    EXPECT_EQ(AnyObject(*object).ShownTip().contains(u"フォルダです。"), !tip.isEmpty());
+    EXPECT_EQ(ShownObject(*object).Tip().contains(u"フォルダです。"), !tip.isEmpty());
     AnyObject::SetName(*object, japanese + u'2');
-    EXPECT_EQ(AnyObject(*object).ShownName(), japanese + u'2');
+    EXPECT_EQ(ShownObject(*object).Name(), japanese + u'2');
   }
 }
 

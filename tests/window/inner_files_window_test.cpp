@@ -10,6 +10,7 @@
 
 #include "auxiliary/window/console_window.h"
 #include "mail/window/bars/calendar_bar.h"
+#include "mail/window/fields/attachment_input.h"
 #include "mail/window/fields/attachment_list.h"
 #include "window/message_window_fixture.h"
 
@@ -78,7 +79,7 @@ void ChangeLater(const QString& path, int seconds) {
 TEST_F(MessageWindowTest, ChangedFilesAreSentAfterAWordForAllOfThem) {
   MessageWindow& window = OpenStored(kDraft, kStatusEdit);
   const QStringList paths = {File("one.txt", "1"), File("two.txt", "2"), File("three.txt", "3")};
-  Child<AttachmentList>(window, u"lvClip").AddFiles(paths);
+  Child<AttachmentList>(window, u"lvClip").Input().AddFiles(paths);
   const auto send = [&window](QMessageBox::StandardButton button) {
     QString text;
     EXPECT_TRUE(InModal<QMessageBox>(
@@ -108,7 +109,7 @@ TEST_F(MessageWindowTest, AChangedFileIsKeptInADraftAfterAWord) {
     SCOPED_TRACE(isNew);
     MessageWindow& window = isNew ? New() : OpenStored(kDraft, kStatusEdit);
     const QString path = File("plan.txt", "first");
-    Child<AttachmentList>(window, u"lvClip").AddFiles({path});
+    Child<AttachmentList>(window, u"lvClip").Input().AddFiles({path});
     ChangeLater(path, 60);
     const int before = Count();
     const auto close = [&window](QMessageBox::StandardButton answer) {

@@ -21,6 +21,7 @@
 #include "auxiliary/window/console_window.h"
 #include "mail/print_page.h"
 #include "mail/window/body/html_view.h"
+#include "mail/window/fields/attachment_input.h"
 #include "mail/window/fields/attachment_list.h"
 #include "support/engine_answer.h"
 #include "window/message_window_fixture.h"
@@ -157,7 +158,7 @@ TEST_F(MessageWindowTest, FilesAreAttachedByDialogAndTakenAway) {
       }));
   ASSERT_EQ(list.count(), 1);
   EXPECT_TRUE(list.isVisible());
-  list.AddFiles({File("二.txt", "22"), File("三.txt", "333")});
+  list.Input().AddFiles({File("二.txt", "22"), File("三.txt", "333")});
   ASSERT_EQ(list.count(), 3);
   list.item(0)->setSelected(true);
   list.item(1)->setSelected(true);
@@ -172,7 +173,7 @@ TEST_F(MessageWindowTest, AllAttachmentsAreSavedBesideWhatIsThereExceptOneThatFa
   const QString out = folder_.filePath(QStringLiteral("all"));
   QDir().mkpath(out);
   const QString gone = File("gone.txt", "0");
-  list.AddFiles({gone, File("all/a.txt", "1"), File("a.txt", "2")});
+  list.Input().AddFiles({gone, File("all/a.txt", "1"), File("a.txt", "2")});
   QFile::remove(gone);
   QString told;
   QTimer answer;

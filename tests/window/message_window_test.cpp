@@ -14,6 +14,7 @@
 #include "auxiliary/window/address_window.h"
 #include "auxiliary/window/console_window.h"
 #include "mail/store/drafts.h"
+#include "mail/window/fields/attachment_input.h"
 #include "mail/window/fields/attachment_list.h"
 #include "objects/object_types.h"
 #include "window/message_window_fixture.h"
@@ -133,7 +134,7 @@ TEST_F(MessageWindowTest, WhatKeepsAMessageFromBeingSentIsTold) {
   EXPECT_TRUE(window.isVisible());
   Type(Child<QLineEdit>(window, u"txSubject"), QStringLiteral("件名🍣"));
   const QString path = File("資料 ①.txt", "contents\r\n");
-  Child<AttachmentList>(window, u"lvClip").AddFiles({path});
+  Child<AttachmentList>(window, u"lvClip").Input().AddFiles({path});
   QFile::remove(path);
   EXPECT_TRUE(
       NextMessageBox([send] { send->trigger(); }).contains(QStringLiteral("読み込めません")));
@@ -509,7 +510,7 @@ TEST_F(MessageWindowTest, AnEventsTextAndTheSourceAreShown) {
 TEST_F(MessageWindowTest, AMessageBeingWrittenKeepsTheProgramOpenWhenItCannotBeStored) {
   MessageWindow& window = OpenStored(kDraft, 1);
   const QString path = File("gone.txt", "x");
-  Child<AttachmentList>(window, u"lvClip").AddFiles({path});
+  Child<AttachmentList>(window, u"lvClip").Input().AddFiles({path});
   QFile::remove(path);
   EXPECT_TRUE(NextMessageBox([this] {
                 program_->Parent()->close();

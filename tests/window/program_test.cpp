@@ -247,9 +247,9 @@ TEST_F(ProgramTest, AnObjectHangsWhereItWasMadeAndOthersStayWhenItGoes) {
     EXPECT_TRUE(MailStore(program_->GetContext()).StoreMessage(request, "Subject: s\r\n\r\n"));
   }
   // At once, and what the count at the start finds, whenever that is.
-  tree->SetUnread(fixed_serial::kInbox, 2);
+  tree->Nodes().SetUnread(fixed_serial::kInbox, 2);
   ASSERT_EQ(CountUnread(program_->GetContext(), fixed_serial::kInbox), 2);
-  tree->ShowEvent(u"event_1"_id, QStringLiteral("出来事"), QStringLiteral("mail"));
+  tree->Nodes().ShowEvent(u"event_1"_id, QStringLiteral("出来事"), QStringLiteral("mail"));
   const SerialId serialId = SerialIdOf(node(u"甲")->data(0, Qt::UserRole));
   const auto hasPage = [&] {
     const auto pages = program_->Parent()->findChildren<BrowserWindow*>();
@@ -270,7 +270,7 @@ TEST_F(ProgramTest, AnObjectHangsWhereItWasMadeAndOthersStayWhenItGoes) {
   EXPECT_FALSE(node(u"受信")->isFirstColumnSpanned());
   EXPECT_TRUE(node(u"乙")->isFirstColumnSpanned()) << "no number takes room from its name";
   // Whichever of them is loaded first.
-  tree->RemoveEvents();
+  tree->Nodes().RemoveEvents();
   for (const char16_t* name : {u"乙", u"送信"}) {
     const DiskPtr object =
         program_->GetContext().Objects.Find(SerialIdOf(node(name)->data(0, Qt::UserRole)));
@@ -278,7 +278,7 @@ TEST_F(ProgramTest, AnObjectHangsWhereItWasMadeAndOthersStayWhenItGoes) {
     if (name[0] == u'乙') object->Let(QStringLiteral("Parent"), fixed_serial::kOutbox.Text());
     program_->GetContext().Objects.Add(object);
   }
-  tree->Fill();
+  tree->Nodes().Fill();
   EXPECT_EQ(node(u"乙")->parent(), node(u"送信"));
 }
 

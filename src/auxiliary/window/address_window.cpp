@@ -19,6 +19,7 @@
 #include "objects/placement.h"
 #include "objects/select_objects.h"
 #include "objects/settings.h"
+#include "objects/shown_object.h"
 #include "storage/bags/profile_bag.h"
 #include "storage/sql/like_pattern.h"
 #include "storage/ui.h"
@@ -127,7 +128,7 @@ void AddressWindow::FillTree(const QString& draw) {
   all->setIcon(0, Icon(object_type::kBook));
   const DiskCollectionPtr objects = SelectObjects(context_.Objects, *context_.Session, draw);
   for (const DiskPtr& object : *objects) {
-    auto* item = new QTreeWidgetItem(all, {AnyObject(*object).ShownName()});
+    auto* item = new QTreeWidgetItem(all, {ShownObject(*object).Name()});
     item->setIcon(0, Icon(AnyObject(*object).Draw()));
     item->setData(0, Qt::UserRole, object->SerialID());
   }

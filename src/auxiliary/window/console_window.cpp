@@ -22,6 +22,7 @@
 #include "kit/window/plain_text.h"
 #include "objects/any_object.h"
 #include "objects/select_objects.h"
+#include "objects/shown_object.h"
 #include "storage/bags/profile_bag.h"
 #include "storage/ui.h"
 #include "storage/window/file_dialogs.h"
@@ -204,10 +205,10 @@ void ConsoleWindow::FillTree(const QString& draw, const SerialId& key) {
   const DiskCollectionPtr objects = SelectObjects(context_.Objects, *context_.Session, draw);
   QHash<SerialId, QTreeWidgetItem*> items;
   for (const DiskPtr& object : *objects) {
-    auto* item = new QTreeWidgetItem(QStringList{AnyObject(*object).ShownName()});
+    auto* item = new QTreeWidgetItem(QStringList{ShownObject(*object).Name()});
     item->setIcon(0, Icon(AnyObject(*object).Draw()));
     item->setData(0, Qt::UserRole, object->SerialID());
-    item->setData(0, kNamesRole, AnyObject(*object).Names());
+    item->setData(0, kNamesRole, ShownObject(*object).Names());
     items.insert(object->Serial(), item);
   }
   // Under its parent where that is shown too, as in the main window.

@@ -21,9 +21,9 @@
 #include "kit/window/plain_text.h"
 #include "mail/window/message_window.h"
 #include "objects/any_object.h"
-#include "objects/default_object.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
+#include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "objects/window_request.h"
 #include "present/folder_layout.h"
@@ -40,7 +40,7 @@ ParentWindow::ParentWindow(Context& context)
       requests_(context, *this),
       sbStatus_(new MainStatusBar(this)),
       panes_(new FolderPanes(context)),
-      traffic_(context, *this, requests_.Queue(), *sbStatus_, panes_->Tree()),
+      traffic_(context, *this, requests_.Queue(), *sbStatus_, panes_->Tree().Nodes()),
       opener_(context, *this, requests_.Queue(), traffic_.Events(), panes_->Tree(), changes_),
       closing_(*this, traffic_.Traffic(), *sbStatus_),
       changes_(context, *panes_, windows_, traffic_.Traffic(), traffic_.Events()),
@@ -141,7 +141,7 @@ void ParentWindow::LoadDefaultProperty() {
   RestoreWindowPlacement(context_, *this, objectName());
   panes_->LoadWidths(objectName(), width());
   ShowTitle();
-  panes_->Tree().Fill();
+  panes_->Tree().Nodes().Fill();
   ApplySettings();
   ArrangeWindows();
   const DiskPtr folder = DefaultObject(context_.Objects, object_type::kFolder);
@@ -238,7 +238,7 @@ void ParentWindow::ApplySettings() {
 }
 
 QString ParentWindow::NodeText(const SerialId& serialId) const {
-  return panes_->Tree().NodeText(serialId);
+  return panes_->Tree().Nodes().Text(serialId);
 }
 
 void ParentWindow::RefreshNode(const SerialId& serialId) {

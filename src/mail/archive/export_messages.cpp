@@ -22,7 +22,7 @@ ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
   ArchiveWriter writer(order.format, order.path, order.overwrite);
   Result<> written = writer.Open();
   MailStore store(context);
-  const bool leavesMarks = Settings(context).HasStandardHeaders();
+  const bool dropsEnd = Settings(context).Standards().dropsOwnEnd;
   for (const FolderMessage& message : listing->messages) {
     if (!written) break;
     const Result<QByteArray> source = store.LoadMessageSource(Disk(message.serialId));
@@ -30,8 +30,8 @@ ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
       outcome.unreadable.append({message.serialId, message.subject, message.timestamp});
       continue;
     }
-    const bool hasMark = leavesMarks && !message.isReceived;
-    written = writer.Write(hasMark ? MimeCodec::WithoutEndMark(*source) : *source,
+    const bool hasEnd = dropsEnd && !message.isReceived;
+    written = writer.Write(hasEnd ? MimeCodec::WithoutEndMark(*source) : *source,
                            {message.subject, message.opened, StoredTime(message.timestamp)});
     if (written) ++outcome.count;
     if (written && progress && !progress(outcome.count)) {

@@ -44,8 +44,10 @@ class Importer {
  public:
   Importer(Context& context, const SerialId& folder)
       : context_(context), store_(context), folder_(folder) {
-    options_.textTypes = Settings(context).TextTypes();
-    options_.standardHeaders = Settings(context).HasStandardHeaders();
+    const Settings settings(context);
+    options_.textTypes = settings.TextTypes();
+    options_.readsReplyTo = settings.Standards().readsReplyTo;
+    options_.countsShown = settings.Standards().countsShown;
   }
 
   // What is stored, by what can be told without its source. Without all of it nothing may be

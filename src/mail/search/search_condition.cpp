@@ -93,9 +93,9 @@ FolderQuery FolderSqlBuilder::Query(const Disk& folder) {
   visited_ = {folder.Serial()};
   needs_ = {};
   const QString condition = Condition(folder.Serial(), folder);
-  const bool isCareful = Settings(context_).IsCareful();
-  const bool leavesDust = isCareful && !FolderObject(folder).UsesSql() && !needs_.state;
-  if (!isCareful && condition.contains(u"folder.")) needs_.folders = true;
+  const UserCare care = Settings(context_).Care();
+  const bool leavesDust = care.hidesDust && !FolderObject(folder).UsesSql() && !needs_.state;
+  if (!care.namesContents && condition.contains(u"folder.")) needs_.folders = true;
   QString rest = leavesDust ? QStringLiteral(" AND mail.") + kOutsideDust : QString();
   if (folder.Serial() == fixed_serial::kInbox && ListSettings(context_).ShowsFiledOnce()) {
     rest += NotFiled();
@@ -123,8 +123,8 @@ QString FolderSqlBuilder::ConditionOnce(const SerialId& serialId) {
   const DiskPtr folder = LoadObject(context_, serialId);
   if (folder == nullptr || visited_.contains(serialId)) return {};
   visited_.insert(serialId);
-  return Settings(context_).IsCareful() ? Contents(serialId, *folder)
-                                        : Condition(serialId, *folder);
+  return Settings(context_).Care().namesContents ? Contents(serialId, *folder)
+                                                 : Condition(serialId, *folder);
 }
 
 // What a folder shows, whatever stands around it; the documented form puts the named condition as

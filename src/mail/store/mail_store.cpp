@@ -66,10 +66,12 @@ Result<> MailStore::StoreSent(const Disk& request, const QByteArray& source) {
 }
 
 MessageIndex MailStore::Index(const Disk& request, const QByteArray& source) {
+  const Settings settings(context_);
   IndexOptions options;
-  options.textTypes = Settings(context_).TextTypes();
+  options.textTypes = settings.TextTypes();
   options.hasEndMark = MessageBag(request).Status() != kStatusReceived;
-  options.standardHeaders = Settings(context_).HasStandardHeaders();
+  options.readsReplyTo = settings.Standards().readsReplyTo;
+  options.countsShown = settings.Standards().countsShown;
   return IndexMessage(source, MessageBag(request).Flags(), options);
 }
 

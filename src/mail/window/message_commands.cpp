@@ -16,6 +16,7 @@
 #include "mail/window/composing/message_form.h"
 #include "mail/window/composing/message_output.h"
 #include "mail/window/composing/message_sending.h"
+#include "mail/window/fields/attachment_input.h"
 #include "mail/window/fields/attachment_list.h"
 #include "mail/window/fields/focused_box.h"
 #include "mail/window/fields/header_list.h"
@@ -126,11 +127,11 @@ void Prioritize(const Parts& parts) {
 }
 
 void Paste(const Parts& parts) {
-  if (!parts.form.Clips().Paste()) InFocusedBox(parts.window, "paste");
+  if (!parts.form.Clips().Input().Paste()) InFocusedBox(parts.window, "paste");
 }
 
 void AddAttachment(const Parts& parts) {
-  parts.form.Clips().AddByDialog();
+  parts.form.Clips().Input().AddByDialog();
 }
 
 // How they are shown.

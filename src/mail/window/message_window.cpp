@@ -27,6 +27,7 @@
 #include "mail/window/composing/message_form.h"
 #include "mail/window/composing/message_sending.h"
 #include "mail/window/composing/shown_signature.h"
+#include "mail/window/fields/attachment_input.h"
 #include "mail/window/fields/attachment_list.h"
 #include "mail/window/fields/file_drop.h"
 #include "mail/window/message_controls.h"
@@ -99,10 +100,10 @@ void MessageWindow::Lay() {
   layout->addWidget(bars_);
   layout->addWidget(form_, 1);
   setCentralWidget(whole);
-  AttachmentList& clips = form_->Clips();
+  AttachmentInput& input = form_->Clips().Input();
   new FileDrop(
-      *this, [&clips](const QMimeData& given) { return given.hasUrls() && clips.Takes(given); },
-      [&clips](const QMimeData& given) { clips.Take(given); });
+      *this, [&input](const QMimeData& given) { return given.hasUrls() && input.Takes(given); },
+      [&input](const QMimeData& given) { input.Take(given); });
 }
 
 void MessageWindow::ConnectParts() {

@@ -178,14 +178,23 @@ void ServerPage::AddSecurity() {
   security_->setCurrentIndex(kFirstSecurity);
 }
 
-QLineEdit* ServerPage::AddUser() {
-  user_ =
-      AddText(QStringLiteral("tx") + prefix_ + QStringLiteral("User"), Ui::tr("ユーザー名(&U)"));
-  return user_;
+void ServerPage::AddCredentials() {
+  for (const CredentialPart& part : kCredentialParts) {
+    const QString name = QStringLiteral("tx") + prefix_ + part.key;
+    const QString label = Ui::tr(part.label);
+    credentials_.append(part.isSecret ? AddPassword(name, label) : AddText(name, label));
+  }
+}
+
+Credentials ServerPage::Who() const {
+  Credentials who;
+  auto box = credentials_.begin();
+  for (const CredentialPart& part : kCredentialParts) who.*part.text = (*box++)->text();
+  return who;
 }
 
 bool ServerPage::IsUntouched() const {
-  return server_->text() == proposed_.host && user_->text() == proposed_.who.user;
+  return server_->text() == proposed_.host && User()->text() == proposed_.who.user;
 }
 
 void ServerPage::Propose(const Endpoint& server) {
@@ -195,7 +204,7 @@ void ServerPage::Propose(const Endpoint& server) {
   server_->setText(server.host);
   security_->setCurrentIndex(security);
   port_->setText(QString::number(isNone ? ports_[security] : server.port));
-  user_->setText(server.who.user);
+  User()->setText(server.who.user);
 }
 
 // The port follows the security unless the user gave another one.
@@ -260,6 +269,7 @@ ConnectionTrial ServerPage::Trial() const {
   trial.server.host = server_->text();
   trial.server.port = port_->text().toInt();
   trial.server.security = static_cast<Security>(security_->currentIndex());
+  trial.server.who = Who();
   trial.server.trustedFingerprints = TrustedCertificates(trusted_->text()).For(server_->text());
   return trial;
 }
@@ -314,8 +324,6 @@ PageFault ServerPage::Check() {
   return {};
 }
 
-void ServerPage::Finish(Disk&) {}
-
 // --- receive -----------------------------------------------------------------------------------
 
 ReceivePage::ReceivePage()
@@ -324,8 +332,7 @@ ReceivePage::ReceivePage()
   protocol_ = AddChoice(QStringLiteral("cbInMailServerProtocol"), Ui::tr("種類(&T)"),
                         {QStringLiteral("POP3"), QStringLiteral("APOP")});
   AddSecurity();
-  user_ = AddUser();
-  password_ = AddPassword(QStringLiteral("txInMailServerPassword"), Ui::tr("パスワード(&W)"));
+  AddCredentials();
   savePassword_ =
       AddCheck(QStringLiteral("ckInMailServerPasswordSave"), Ui::tr("パスワードを保存する(&V)"));
   savePassword_->setChecked(true);
@@ -337,29 +344,33 @@ ReceivePage::ReceivePage()
 ConnectionTrial ReceivePage::Trial() const {
   ConnectionTrial trial = ServerPage::Trial();
   trial.mode = protocol_->currentIndex() == 1 ? kPopReceiveApop : kPopReceive;
-  trial.server.who = {user_->text(), password_->text()};
   return trial;
 }
 
 PageFault ReceivePage::Check() {
   // An account that only sends.
   const auto* sends = window()->findChild<QLineEdit*>(QStringLiteral("txOutMailServer"));
-  const bool isUnused = Server()->text().isEmpty() && (user_->text().isEmpty() || IsUntouched());
+  const bool isUnused = Server()->text().isEmpty() && (User()->text().isEmpty() || IsUntouched());
   if (isUnused && sends != nullptr && !sends->text().isEmpty()) return ServerPage::Check();
   if (Server()->text().isEmpty()) {
     return {Ui::tr("受信サーバーが設定されていません。"), Server()};
   }
-  user_->setText(user_->text().trimmed());
-  if (user_->text().isEmpty() || HasControlCharacter(user_->text())) {
-    return {Ui::tr("受信サーバーのユーザー名が設定されていません。"), user_};
+  User()->setText(User()->text().trimmed());
+  if (User()->text().isEmpty() || HasControlCharacter(User()->text())) {
+    return {Ui::tr("受信サーバーのユーザー名が設定されていません。"), User()};
   }
   return ServerPage::Check();
+}
+
+bool ReceivePage::SavesPassword() const {
+  return savePassword_->isChecked();
 }
 
 // A password that is not to be saved is known while the program runs, by the loaded object alone.
 void ReceivePage::Finish(Disk& bag) {
   if (Server()->text().isEmpty() && IsUntouched()) bag.Let(Account::UserKey(), QString());
-  if (!savePassword_->isChecked()) bag.Let(Account::PasswordKey(), QString());
+  if (SavesPassword()) return;
+  for (const QString& key : Account::SecretKeys()) bag.Let(key, QString());
 }
 
 // --- send --------------------------------------------------------------------------------------
@@ -371,11 +382,9 @@ SendPage::SendPage()
             {QStringLiteral("SMTP"), QStringLiteral("POP before SMTP")});
   AddSecurity();
   authenticate_ = AddCheck(QStringLiteral("ckOutMailServerAuth"), Ui::tr("送信時に認証する(&Z)"));
-  user_ = AddUser();
-  password_ = AddPassword(QStringLiteral("txOutMailServerPassword"), Ui::tr("パスワード(&W)"));
+  AddCredentials();
   const auto follow = [this](bool on) {
-    user_->setEnabled(on);
-    password_->setEnabled(on);
+    for (QLineEdit* box : CredentialBoxes()) box->setEnabled(on);
   };
   follow(false);
   connect(authenticate_, &QCheckBox::toggled, this, follow);
@@ -390,7 +399,7 @@ void SendPage::Propose(const Endpoint& server) {
   ServerPage::Propose(server);
   // Who takes mail from everybody is rare.
   authenticate_->setChecked(!server.who.user.isEmpty());
-  givenUser_ = server.who.user;
+  given_.user = server.who.user;
   follows_ = true;
 }
 
@@ -401,36 +410,32 @@ void SendPage::showEvent(QShowEvent* event) {
 
 // Most providers have one login for both.
 void SendPage::FollowReceiving() {
-  const auto of = [this](const char* name) {
-    const auto* box = window()->findChild<QLineEdit*>(QLatin1String(name));
-    return box == nullptr ? QString() : box->text();
-  };
-  const auto follow = [](QLineEdit& box, QString& given, const QString& now) {
-    if (box.text() != given) return;
-    given = now;
-    box.setText(now);
-  };
-  if (!follows_ || !authenticate_->isChecked()) return;
-  follow(*user_, givenUser_, of("txInMailServerUser"));
-  // One that is not to be stored for receiving is not stored here either.
-  const auto* saves = window()->findChild<QCheckBox*>(QStringLiteral("ckInMailServerPasswordSave"));
-  if (saves == nullptr || !saves->isChecked() || user_->text() != of("txInMailServerUser")) return;
-  follow(*password_, givenPassword_, of("txInMailServerPassword"));
+  const auto* receiving = window()->findChild<ReceivePage*>();
+  if (receiving == nullptr || !follows_ || !authenticate_->isChecked()) return;
+  const Credentials now = receiving->Who();
+  auto box = CredentialBoxes().begin();
+  for (const CredentialPart& part : kCredentialParts) {
+    QLineEdit& follower = **box++;
+    // A password that is not to be stored for receiving is not stored here either.
+    const bool isOwn = part.isSecret && (!receiving->SavesPassword() || User()->text() != now.user);
+    if (isOwn || follower.text() != given_.*part.text) continue;
+    given_.*part.text = now.*part.text;
+    follower.setText(now.*part.text);
+  }
 }
 
 ConnectionTrial SendPage::Trial() const {
   ConnectionTrial trial = ServerPage::Trial();
   trial.mode = kPopSend;
   trial.authenticate = authenticate_->isChecked();
-  trial.server.who = {user_->text(), password_->text()};
   return trial;
 }
 
 PageFault SendPage::Check() {
   FollowReceiving();
-  user_->setText(user_->text().trimmed());
-  if (HasControlCharacter(user_->text())) {
-    return {Ui::tr("送信サーバーのユーザー名に使えない文字があります。"), user_};
+  User()->setText(User()->text().trimmed());
+  if (HasControlCharacter(User()->text())) {
+    return {Ui::tr("送信サーバーのユーザー名に使えない文字があります。"), User()};
   }
   return ServerPage::Check();
 }

@@ -45,18 +45,22 @@ class ServerPage : public FormPage {
   ServerPage(const QString& page, const QString& title, const QString& prefix);
   PageFault Check() override;
   void Loaded(const Disk& object) override;
-  void Finish(Disk& bag) override;
   /// Whether nobody has named a server here but `Propose`.
   bool IsUntouched() const;
+  /// Who logs in, as it stands in the boxes.
+  Credentials Who() const;
   /// Fills the page; with an empty server it is as in the beginning but for the user.
   virtual void Propose(const Endpoint& server);
 
  protected:
   void AddSecurity();
-  QLineEdit* AddUser();
+  void AddCredentials();
   void AddCheckButton();
   void UsePorts(const QList<int>& ports) { ports_ = ports; }
   QLineEdit* Server() const { return server_; }
+  QLineEdit* User() const { return credentials_[0]; }
+  /// The boxes of the credentials, one for each of their parts.
+  const QList<QLineEdit*>& CredentialBoxes() const { return credentials_; }
   /// What the connection is tried with.
   virtual ConnectionTrial Trial() const;
 
@@ -71,7 +75,7 @@ class ServerPage : public FormPage {
   QList<int> ports_;  // by security
   Endpoint proposed_;
   QLineEdit* server_;
-  QLineEdit* user_ = nullptr;
+  QList<QLineEdit*> credentials_;
   QLineEdit* port_ = nullptr;
   QComboBox* security_ = nullptr;
   QPushButton* try_ = nullptr;
@@ -89,13 +93,13 @@ class ReceivePage : public ServerPage {
   ReceivePage();
   PageFault Check() override;
   void Finish(Disk& bag) override;
+  /// Whether what proves the user is to be stored.
+  bool SavesPassword() const;
 
  protected:
   ConnectionTrial Trial() const override;
 
  private:
-  QLineEdit* user_;
-  QLineEdit* password_;
   QCheckBox* savePassword_;
   QComboBox* protocol_;
 };
@@ -116,11 +120,8 @@ class SendPage : public ServerPage {
   void FollowReceiving();
 
   bool follows_ = false;  // the login is the one of receiving until it is changed
-  QString givenUser_;     // by that
-  QString givenPassword_;
+  Credentials given_;     // by that
   QCheckBox* authenticate_;
-  QLineEdit* user_;
-  QLineEdit* password_;
 };
 
 }  // namespace vorn

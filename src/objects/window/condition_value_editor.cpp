@@ -10,6 +10,7 @@
 #include "kit/window/plain_text.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
+#include "objects/shown_object.h"
 #include "storage/message_state.h"
 #include "storage/ui.h"
 
@@ -55,7 +56,7 @@ QWidget* MakeFolders(const Context& context, const QStringList& values, const To
   auto* folders = new QComboBox;
   for (const DiskPtr& object : context.Objects) {
     if (AnyObject(*object).Is(object_type::kFolder)) {
-      folders->addItem(AnyObject(*object).ShownName(), object->Serial().Text());
+      folders->addItem(ShownObject(*object).Name(), object->Serial().Text());
     }
   }
   if (!values.isEmpty() && folders->findData(values[0]) < 0) {

@@ -10,6 +10,7 @@
 #include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
+#include "objects/shown_object.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -67,7 +68,7 @@ void FilePage::FillTree(const Context& context, const QString& type, const Seria
   QHash<SerialId, QTreeWidgetItem*> items;
   for (const DiskPtr& object : context.Objects) {
     if (!AnyObject(*object).Is(type) || type == object_type::kProfile) continue;
-    auto* item = new QTreeWidgetItem(QStringList{AnyObject(*object).ShownName()});
+    auto* item = new QTreeWidgetItem(QStringList{ShownObject(*object).Name()});
     item->setData(0, Qt::UserRole, object->Serial().Text());
     items.insert(object->Serial(), item);
   }

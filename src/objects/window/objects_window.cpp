@@ -129,8 +129,11 @@ bool ObjectsWindow::Save() {
     return false;
   }
   // A receive password that is not saved is still known until the program ends.
-  if (const auto* box = findChild<QLineEdit*>(QStringLiteral("tx") + Account::PasswordKey()))
-    bag->Let(Account::PasswordKey(), box->text());
+  for (const QString& key : Account::SecretKeys()) {
+    if (const auto* box = findChild<QLineEdit*>(QStringLiteral("tx") + key)) {
+      bag->Let(key, box->text());
+    }
+  }
   TakeOver(GetContext(), *bag);
   if (profile_ != nullptr && !profile_->DeleteRemoved()) {
     ShowBox(this, QMessageBox::Critical, Ui::tr("ファイルを削除できませんでした。"));

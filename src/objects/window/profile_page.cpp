@@ -17,7 +17,7 @@
 #include "kit/window/plain_text.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
-#include "objects/profile.h"
+#include "objects/profile/profile_password.h"
 #include "objects/window/recovery_code_window.h"
 #include "storage/bags/profile_bag.h"
 #include "storage/databases.h"

@@ -21,11 +21,11 @@
 #include "kit/window/ok_cancel.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
-#include "objects/any_object.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/settings.h"
+#include "objects/shown_object.h"
 #include "present/folder_layout.h"
 #include "present/page_tags.h"
 #include "present/page_template.h"
@@ -168,7 +168,7 @@ void LayoutWindow::BuildTags() {
 
 void LayoutWindow::Fill() {
   const DiskPtr folder = LoadObject(context_, folder_);
-  const QString name = folder == nullptr ? folder_.Text() : AnyObject(*folder).ShownName();
+  const QString name = folder == nullptr ? folder_.Text() : ShownObject(*folder).Name();
   setWindowTitle(Ui::tr("フォルダのレイアウト - ") + name);
   const QList<ReadyLayout> ready = ReadyLayouts(folder_, Settings(context_).Rows());
   stored_ = GetFolderLayout(context_, folder_, ready.first().html).html;

@@ -15,9 +15,9 @@ void AccountSessions::LoadReceiving(const Account& account) {
 }
 
 bool AccountSessions::KnowsPassword(Account& account) {
-  if (account.HasPassword()) return true;
+  if (account.HasCredentials()) return true;
   account.SetPassword(host_.AskPassword(account.Name()));
-  return account.HasPassword();
+  return account.HasCredentials();
 }
 
 // A password that the server refused and that is not stored was a slip of the keys, or is one by
@@ -30,7 +30,7 @@ void AccountSessions::ForgetRefusedPassword(const CheckJob& job, Account& accoun
 
 void AccountSessions::Record(const CheckJob& job, const Account& account) {
   const SessionRecord record(job.Bag());
-  const bool isLeftOut = job.IsUnasked() && record.Log().isEmpty() && !account.HasPassword();
+  const bool isLeftOut = job.IsUnasked() && record.Log().isEmpty() && !account.HasCredentials();
   if (!account.LogsEvents() || isLeftOut) return;
   host_.AddEvent(record.HasError() ? kEventError : kEventInformation, kEventObject,
                  account.Serial(), account.Name(), QStringLiteral("account"), record.Log());

@@ -2,7 +2,7 @@
 
 #include <tuple>
 
-#include "objects/file_age.h"
+#include "objects/profile/file_age.h"
 #include "transfer/plan/check_job.h"
 #include "transfer/plan/plan_host.h"
 

@@ -5,7 +5,7 @@
 
 #include "objects/account.h"
 #include "objects/notice_settings.h"
-#include "objects/profile.h"
+#include "objects/profile/profile.h"
 #include "objects/settings.h"
 #include "objects/window_request.h"
 #include "storage/known_damage.h"
@@ -27,7 +27,7 @@ void ReceiveJobs::Add(const DiskCollection& accounts) {
     if (!onlySends && !WaitsToReceive(account->Serial())) waiting->Add(account);
   }
   if (waiting->IsEmpty()) return;
-  const bool isUnasked = jobs_.RunsPeriodically() && Settings(context_).IsCareful();
+  const bool isUnasked = jobs_.RunsPeriodically() && Settings(context_).Care().asksNothingAlone;
   jobs_.Add(CheckJob::Receive(jobs_.NewSerial(), waiting, isUnasked));
 }
 
@@ -67,7 +67,7 @@ bool ReceiveJobs::MayReceive(CheckJob& job, Account& account) {
     return false;
   }
   // Nobody asked for automatic checking, and whoever is writing would type into the question.
-  if (job.IsUnasked() && !account.HasPassword()) {
+  if (job.IsUnasked() && !account.HasCredentials()) {
     LeaveOut(job, Ui::tr("パスワードが分からないので、自動では受信しません。送受信を"
                          "押すと入力できます。"));
     if (toldOfNoPassword_.contains(account.Serial())) LeaveOut(job, {});

@@ -56,7 +56,8 @@ bool SendJobs::HasSession(const CheckJob& job) const {
 bool SendJobs::MaySend(const CheckJob& job, const SendItem& message) {
   Account account = *message.Sender();
   SessionRecord record(job.Bag());
-  if (!account.IsPopBeforeSmtp() || account.HasPassword() || record.Asked() == account.Serial()) {
+  if (!account.IsPopBeforeSmtp() || account.HasCredentials() ||
+      record.Asked() == account.Serial()) {
     return true;
   }
   works_.Release(kSendingWork);
@@ -84,7 +85,7 @@ void SendJobs::ReportDoubtful(int count) {
 
 // "POP before SMTP" first logs in at the incoming server.
 void SendJobs::BeginSending(CheckJob& job, const Account& account) {
-  if (account.IsPopBeforeSmtp() && account.HasPassword()) {
+  if (account.IsPopBeforeSmtp() && account.HasCredentials()) {
     sessions_.LoadReceiving(account);
     pop_.LoginOnly = true;
     pop_.Tag = job.Serial().Text();
@@ -139,7 +140,7 @@ void SendJobs::LoadSending(SendItem& message, const WaitingMessage& waiting) {
                         account.Display(),
                         message.IsFromAnother(),
                         {},
-                        Settings(context_).HasStandardHeaders()};
+                        Settings(context_).Standards().keepsSenders};
   for (const QString& line : message.FromLines().split(kLineBreak)) {
     if (!line.isEmpty()) sender.former.append(ParseAddressEntry(line));
   }

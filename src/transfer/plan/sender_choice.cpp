@@ -56,7 +56,7 @@ DiskPtr SenderChoice::AskForAccount(const QString& subject) {
 
 // Nobody asked for automatic checking, and two questions at once could not be told apart.
 bool SenderChoice::MayAsk() const {
-  return !asking_ && !(jobs_.RunsPeriodically() && Settings(context_).IsCareful());
+  return !asking_ && !(jobs_.RunsPeriodically() && Settings(context_).Care().asksNothingAlone);
 }
 
 void SenderChoice::GiveSenders(std::vector<SendItem>& messages) {

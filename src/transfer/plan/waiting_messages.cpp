@@ -28,7 +28,7 @@ Result<> WaitingMessages::Plan(const WaitingSearch& search) {
   std::vector<SendItem>& messages = *found;
   if (messages.empty() || !MaySendFrom(messages.front().File(context_))) return {};
   senders_.GiveSenders(messages);
-  if (search.isCheck && Settings(context_).IsCareful()) LeaveOutRefused(messages);
+  if (search.isCheck && Settings(context_).Care().skipsRefused) LeaveOutRefused(messages);
   AddSendJob(messages);
   return {};
 }

@@ -44,20 +44,22 @@ void Pop3Authorization::GoOnEncrypted() {
 // where it keeps the password from being read on the way.
 void Pop3Authorization::ChooseLogin(const QByteArray& capabilities) {
   if (login_.apop) return;
-  offersUser_ = capabilities.isEmpty() || IsCapability(capabilities, "USER");
-  const QByteArrayList offered = CapabilityArguments(capabilities, "SASL");
-  SaslExchange exchange(offered, tls_.IsEncrypted(), login_.server.who);
+  canSayUser_ = SaslExchange::FitsPlainLogin(login_.server.who) &&
+                (capabilities.isEmpty() || IsCapability(capabilities, "USER"));
+  SaslExchange exchange(CapabilityArguments(capabilities, "SASL"), tls_.IsEncrypted(),
+                        login_.server.who);
   const SaslMechanism* best = exchange.Mechanism();
   maySayPassword_ =
       tls_.IsEncrypted() || best == nullptr || !best->hidesPassword || best->needsStoredPassword;
   // Servers that list no mechanism like USER refuse USER too, also when they announce it.
-  const bool takesUser = offersUser_ && SaslExchange::HasPlainLogin(offered);
-  if (!takesUser || !exchange.Mechanism()->isPlainLogin) auth_ = std::move(exchange);
+  const bool takesUser = canSayUser_ && best != nullptr && best->isPlainLogin;
+  if (!takesUser) auth_ = std::move(exchange);
 }
 
 // Every step of AUTH waits for the server's "+", so that no line is longer than old servers take.
 std::optional<PopFailure> Pop3Authorization::LogIn() {
-  if (!IsSafeArgument(login_.server.who.user) || !IsSafeArgument(login_.server.who.password)) {
+  for (const CredentialPart& part : kCredentialParts) {
+    if (IsSafeArgument(login_.server.who.*part.text)) continue;
     return PopFailure{PopError::Login,
                       Ui::tr("ユーザー名かパスワードに改行などの使えない文字があります。")};
   }
@@ -65,6 +67,9 @@ std::optional<PopFailure> Pop3Authorization::LogIn() {
     pipeline_.Send(auth_.Begin(false, redaction_), Pop3Command::Auth);
   } else if (login_.apop) {
     return LogInByApop();
+  } else if (!SaslExchange::FitsPlainLogin(login_.server.who)) {
+    return PopFailure{PopError::Login,
+                      Ui::tr("サーバーがこのアカウントのログインの方法に対応していません。")};
   } else {
     pipeline_.Send("USER " + login_.server.who.user.toUtf8(), Pop3Command::User);
   }
@@ -115,7 +120,7 @@ std::optional<PopFailure> Pop3Authorization::TryAnotherWay(const QByteArray& lin
   const bool isMissing = auth_.MayBeMissing();
   const bool isDoubtful = auth_.Mechanism()->needsStoredPassword;
   if (isMissing && auth_.TryNext()) return LogIn();
-  if (offersUser_ && maySayPassword_ && (isMissing || isDoubtful)) {
+  if (canSayUser_ && maySayPassword_ && (isMissing || isDoubtful)) {
     auth_ = {};
     return LogIn();
   }

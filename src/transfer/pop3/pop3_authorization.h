@@ -64,7 +64,7 @@ class Pop3Authorization {
   State state_ = State::Asking;
   QByteArray timestamp_;  // of the greeting, for APOP
   TlsStep tls_;
-  bool offersUser_ = true;
+  bool canSayUser_ = true;  // the server takes USER, and it fits
   // Not where anybody on the way may have had a mechanism refused that hides it.
   bool maySayPassword_ = true;
   bool offersUidl_ = false;

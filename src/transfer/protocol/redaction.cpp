@@ -87,9 +87,13 @@ void Mark(const View& view, const QByteArray& form, std::vector<bool>& hidden) {
 
 Redaction::Redaction(const Credentials& who) {
   AddBase64(who.user.toUtf8());
-  Add(who.password.toUtf8());
-  if (who.password.toLatin1() != who.password.toUtf8()) Add(who.password.toLatin1());
-  if (!who.password.isEmpty()) AddBase64('\0' + who.user.toUtf8() + '\0' + who.password.toUtf8());
+  for (const CredentialPart& part : kCredentialParts) {
+    const QString& secret = who.*part.text;
+    if (!part.isSecret || secret.isEmpty()) continue;
+    Add(secret.toUtf8());
+    if (secret.toLatin1() != secret.toUtf8()) Add(secret.toLatin1());
+    AddBase64('\0' + who.user.toUtf8() + '\0' + secret.toUtf8());
+  }
 }
 
 void Redaction::Add(const QByteArray& secret) {

@@ -59,6 +59,11 @@ class CramMd5Proof : public SaslProof {
   bool hasAnswered_ = false;
 };
 
+// Also an empty one, of who has nothing else.
+bool FitsPassword(const Credentials& who) {
+  return !who.password.isEmpty() || !who.IsKnown();
+}
+
 template <class Proof>
 std::unique_ptr<SaslProof> Begun(const Credentials& who) {
   return std::make_unique<Proof>(who);
@@ -71,24 +76,28 @@ constexpr SaslMechanism kMechanisms[] = {
      .hidesPassword = true,
      .needsStoredPassword = false,
      .isForSome = true,
+     .fits = FitsPassword,
      .begin = Begun<ScramProof>},
     {.name = "PLAIN",
      .isPlainLogin = true,
      .hidesPassword = false,
      .needsStoredPassword = false,
      .isForSome = false,
+     .fits = FitsPassword,
      .begin = Begun<PlainProof>},
     {.name = "LOGIN",
      .isPlainLogin = false,
      .hidesPassword = false,
      .needsStoredPassword = false,
      .isForSome = false,
+     .fits = FitsPassword,
      .begin = Begun<LoginProof>},
     {.name = "CRAM-MD5",
      .isPlainLogin = false,
      .hidesPassword = true,
      .needsStoredPassword = true,
      .isForSome = false,
+     .fits = FitsPassword,
      .begin = Begun<CramMd5Proof>},
 };
 
@@ -98,16 +107,16 @@ SaslExchange::SaslExchange(const QByteArrayList& offered, bool encrypted, Creden
     : who_(std::move(who)), isEncrypted_(encrypted) {
   QList<const SaslMechanism*> hiding;
   for (const SaslMechanism& mechanism : kMechanisms) {
-    if (!offered.contains(mechanism.name)) continue;
+    if (!offered.contains(mechanism.name) || !mechanism.fits(who_)) continue;
     mechanisms_.append(&mechanism);
     if (mechanism.hidesPassword) hiding.append(&mechanism);
   }
   if (!encrypted && !hiding.isEmpty()) mechanisms_ = hiding;
 }
 
-bool SaslExchange::HasPlainLogin(const QByteArrayList& offered) {
+bool SaslExchange::FitsPlainLogin(const Credentials& who) {
   return std::any_of(std::begin(kMechanisms), std::end(kMechanisms), [&](const auto& mechanism) {
-    return mechanism.isPlainLogin && offered.contains(mechanism.name);
+    return mechanism.isPlainLogin && mechanism.fits(who);
   });
 }
 

@@ -16,26 +16,27 @@ namespace vorn {
 /// How a client proves who it is (RFC 4422). All there are stand in one table.
 struct SaslMechanism {
   const char* name;          ///< as it stands in commands
-  bool isPlainLogin;         ///< hands over what USER and PASS of POP3 do
+  bool isPlainLogin;         ///< hands over what USER and PASS of POP3 do: whom it fits, they fit
   bool hidesPassword;        ///< nobody on the way can read it
   bool needsStoredPassword;  ///< a server that keeps passwords scrambled refuses right ones
   bool isForSome;            ///< a server may list it, and keep what it needs for some users alone
+  bool (*fits)(const Credentials& who);  ///< whether these are what it proves the user by
   std::unique_ptr<SaslProof> (*begin)(const Credentials& who);
 };
 
 /// The proof of who the user is, the same in POP3 (RFC 5034) and SMTP (RFC 4954), by the first
-/// of the mechanisms that the server does.
+/// of the mechanisms that the server does and the credentials fit.
 class SaslExchange {
  public:
   SaslExchange() = default;
-  /// Has the mechanisms, to be tried one after the other, of those that a server offers in its own
-  /// words.
+  /// Has the mechanisms that fit `who`, to be tried one after the other, of those that a server
+  /// offers in its own words.
   /// Over a connection in clear those that show the password are there only where the server offers
   /// none that does not.
   SaslExchange(const QByteArrayList& offered, bool encrypted, Credentials who);
 
-  /// Whether one of those that a server offers is the plain login.
-  static bool HasPlainLogin(const QByteArrayList& offered);
+  /// Whether the plain login fits.
+  static bool FitsPlainLogin(const Credentials& who);
   /// The one in use; null when there is nothing to prove by.
   const SaslMechanism* Mechanism() const { return mechanisms_.value(0); }
   /// Whether a refusal may mean the mechanism and not the password: the server has no proof yet, or

@@ -17,7 +17,7 @@ void KnownFiles::Begin() {
   hasUnnamed_.reset();
   hasErased_.clear();
   paths_ = ProfileBag(*context_.Session).MailFiles().split(kLineBreak);
-  if (!Settings(context_).IsCareful()) return;
+  if (!Settings(context_).Care().knowsFormerFiles) return;
   // Also those that were used before, so that a new file does not begin with all that they have.
   for (const QString& file : ProfileBag(*context_.Session).History().split(kLineBreak)) {
     if (!file.isEmpty() && QFileInfo(PlatformPath(context_, file)).size() > 0) paths_.append(file);
@@ -68,7 +68,7 @@ bool KnownFiles::HasUnnamed(const QString& scope) {
 bool KnownFiles::IsErased(const QString& file, const QString& messageId) {
   ErasedMessages erased(context_.Data);
   if (!hasErased_.contains(file)) {
-    hasErased_[file] = Settings(context_).IsCareful() && !erased.IsEmpty();
+    hasErased_[file] = Settings(context_).Care().knowsErased && !erased.IsEmpty();
   }
   return hasErased_[file] && erased.Has(messageId);
 }

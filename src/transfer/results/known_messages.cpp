@@ -146,7 +146,7 @@ Result<StoredCopies::Copy> KnownMessages::FindByContents(const QString& messageI
       listing_.NoteRenewed(messageId);
       return none;
     case Found::Erased:
-      return Settings(context_).IsCareful() ? *copy : none;  // it is stored once more
+      return Settings(context_).Care().knowsErased ? *copy : none;  // it is stored once more
     default:
       return copy;
   }

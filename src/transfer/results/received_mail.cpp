@@ -7,7 +7,7 @@
 #include "mail/store/message_bag.h"
 #include "mail/store/message_identity.h"
 #include "mail/store/stored_copy.h"
-#include "objects/file_age.h"
+#include "objects/profile/file_age.h"
 #include "objects/settings.h"
 #include "storage/base/time_text.h"
 #include "storage/databases.h"

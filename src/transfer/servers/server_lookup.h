@@ -37,7 +37,8 @@ class ServerLookup : public QObject {
 
   /// The places of the document, in the order in which they are asked.
   static QList<QUrl> DocumentsOf(const QString& domain);
-  /// Other places than those, each for so long, and no look at the domain's records.
+  /// For tests, which ask nobody but themselves: other places than those, each for so long, and no
+  /// look at the domain's records.
   void AskOnly(const QList<QUrl>& places, int stepMs = kStepMs) {
     places_ = places;
     asksNames_ = false;

@@ -18,9 +18,9 @@
 #include "mail/search/folder_listing.h"
 #include "mail/search/search_condition.h"
 #include "mail/store/message_filing.h"
-#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "objects/shown_object.h"
 #include "present/window/page/condition_wait.h"
 #include "storage/condition_run.h"
 #include "storage/engine/condition_limit.h"
@@ -107,7 +107,7 @@ void ArchiveCommands::ImportFolder(const SerialId& current) {
 
 QString ArchiveCommands::NameOf(const SerialId& folder) const {
   const DiskPtr object = context_.Objects.Find(folder);
-  return object == nullptr ? QString() : AnyObject(*object).ShownName();
+  return object == nullptr ? QString() : ShownObject(*object).Name();
 }
 
 // Where there is no folder that is filled by hand there is nothing to ask. Empty: the user

@@ -5,6 +5,7 @@
 #include "objects/any_object.h"
 #include "objects/bookmark_object.h"
 #include "objects/object_types.h"
+#include "objects/shown_object.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -20,7 +21,7 @@ void BookmarkMenu::Fill() {
   clear();
   for (const DiskPtr& object : context_.Objects) {
     if (!AnyObject(*object).Is(object_type::kBookmark)) continue;
-    addSection(AnyObject(*object).ShownName());
+    addSection(ShownObject(*object).Name());
     for (const QString& line : BookmarkObject(*object).Lines()) {
       const QString url = line.section(u' ', 0, 0);
       QString title = line.section(u' ', 1);

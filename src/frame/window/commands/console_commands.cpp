@@ -57,7 +57,7 @@ void ConsoleCommands::OpenNode(const SerialId& key, const QString& tag, bool inT
 }
 
 void ConsoleCommands::DeleteObject(const SerialId& key, const QString& tag) {
-  if (!ConfirmDeletion(context_, window_, key, panes_.Tree().NodeText(key))) return;
+  if (!ConfirmDeletion(context_, window_, key, panes_.Tree().Nodes().Text(key))) return;
   opener_.OpenObject(key, tag, kShowHidden, AfterStep::DeleteObject);
 }
 

@@ -9,6 +9,7 @@
 #include "objects/folder_object.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "objects/shown_object.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -29,7 +30,7 @@ QString DeletionWarning(Context& context, const DiskPtr& object) {
         SelectObjects(context.Objects, *context.Session, object_type::kFolder);
     for (const DiskPtr& folder : *folders) {
       if (folder->Serial() != key && FolderObject(*folder).Conditions().contains(key.Text())) {
-        users.append(AnyObject(*folder).ShownName());
+        users.append(ShownObject(*folder).Name());
       }
     }
     if (!users.isEmpty()) {

@@ -34,7 +34,7 @@ DisplayMenu::DisplayMenu(Context& context, QWidget& window, FolderPanes& panes,
   AddLayouts();
   AddPanes();
   connect(this, &QMenu::aboutToShow, this, [this, clear, layout] {
-    clear->setEnabled(panes_.Tree().HasEvents());
+    clear->setEnabled(panes_.Tree().Nodes().HasEvents());
     layout->setEnabled(!panes_.CurrentFolder().IsEmpty());
   });
 }
@@ -120,7 +120,7 @@ void DisplayMenu::ClearEvents() {
                               Ui::tr("記録イベントをクリアします？よろしいですか？"),
                               QMessageBox::Ok | QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
-  panes_.Tree().RemoveEvents();
+  panes_.Tree().Nodes().RemoveEvents();
   events_.Clear();
 }
 

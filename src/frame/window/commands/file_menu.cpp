@@ -71,7 +71,7 @@ void FileMenu::AddArchive() {
             [this] { archive_.ImportFolder(panes_.CurrentFolder()); });
   QAction* write = addAction(Ui::tr("フォルダの書き出し(&W).."), this, [this] {
     const SerialId folder = panes_.CurrentFolder();
-    archive_.Export(folder, panes_.Tree().NodeText(folder));
+    archive_.Export(folder, panes_.Tree().Nodes().Text(folder));
   });
   connect(this, &QMenu::aboutToShow, this,
           [this, write] { write->setEnabled(!panes_.CurrentFolder().IsEmpty()); });

@@ -8,9 +8,9 @@
 #include "mail/store/mail_row.h"
 #include "mail/store/message_likeness.h"
 #include "mail/store/message_rows.h"
-#include "objects/any_object.h"
-#include "objects/default_object.h"
 #include "objects/object_types.h"
+#include "objects/select_objects.h"
+#include "objects/shown_object.h"
 #include "storage/databases.h"
 #include "storage/session/session_result.h"
 #include "storage/ui.h"
@@ -57,7 +57,7 @@ DiskPtr ChooseBook(Context& context, QWidget& window) {
   }
   QStringList names;
   for (const DiskPtr& book : books)
-    names.append(ShownText(AnyObject(*book).ShownName(), kMostInTitle));
+    names.append(ShownText(ShownObject(*book).Name(), kMostInTitle));
   bool given = false;
   const QString name = QInputDialog::getItem(
       &window, kApplicationTitle, Ui::tr("登録するアドレスブック："), names, 0, false, &given);
@@ -65,7 +65,7 @@ DiskPtr ChooseBook(Context& context, QWidget& window) {
 }
 
 QString Sentence(const Disk& book, const QList<AddressEntry>& people, int added) {
-  const QString name = ShownText(AnyObject(book).ShownName(), kMostInTitle);
+  const QString name = ShownText(ShownObject(book).Name(), kMostInTitle);
   const QString who = ShownText(PresentableAddress(people.first()), kMostInTitle);
   if (added == 0) return Ui::tr("「%1」には、もう登録されています。").arg(name);
   return added == 1 && people.size() == 1

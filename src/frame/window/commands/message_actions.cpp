@@ -5,12 +5,12 @@
 
 #include "auxiliary/window/console_window.h"
 #include "kit/window/plain_text.h"
-#include "objects/any_object.h"
 #include "objects/folder_object.h"
 #include "objects/list_settings.h"
 #include "objects/manual_folder.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
+#include "objects/shown_object.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -99,7 +99,7 @@ SerialIds MessageActions::Act(MessageAction action, const SerialIds& messages,
 
 QString MessageActions::NameOf(const SerialId& folder) const {
   const DiskPtr object = context_.Objects.Find(folder);
-  return object == nullptr ? folder.Text() : AnyObject(*object).ShownName();
+  return object == nullptr ? folder.Text() : ShownObject(*object).Name();
 }
 
 SerialIds MessageActions::Drop(const SerialIds& messages, const SerialId& folder,
@@ -129,7 +129,7 @@ SerialId MessageActions::AskFolder() {
     const QString name = into->sliced(kAnotherWanted.size());
     const DiskPtr inbox = context_.Objects.Find(fixed_serial::kInbox);
     const bool isInbox =
-        inbox != nullptr && AnyObject(*inbox).Names().contains(name, Qt::CaseInsensitive);
+        inbox != nullptr && ShownObject(*inbox).Names().contains(name, Qt::CaseInsensitive);
     if (isInbox && ListSettings(context_).ShowsFiledOnce()) return fixed_serial::kInbox;
     return MakeFolder(ask, name);
   }

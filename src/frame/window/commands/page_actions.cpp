@@ -35,7 +35,7 @@ void PageActions::ConnectActions() {
     if (takesBack_ != nullptr) takesBack_->Folder().GoToReturned(messages);
   });
   actions_.OnDeleted([this] { status_.ForgetSteps(); });
-  actions_.OnFolderMade([this](const SerialId& folder) { panes_.Tree().RefreshNode(folder); });
+  actions_.OnFolderMade([this](const SerialId& folder) { panes_.Tree().Nodes().Refresh(folder); });
 }
 
 void PageActions::Offer(const QString& done, std::function<void()> undo, OfferLasts lasts) {

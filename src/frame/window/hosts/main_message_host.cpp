@@ -49,7 +49,7 @@ void MainMessageHost::AddToBook(const SerialIds& serialIds) {
       AddCorrespondents(parts_.context, parts_.window, serialIds,
                         [this](const SerialId& book) { return parts_.windows.HasOpen(book); });
   if (!addition) return;
-  parts_.panes.Tree().RefreshNode(addition->book);
+  parts_.panes.Tree().Nodes().Refresh(addition->book);
   parts_.status.ShowForAWhile(addition->told);
 }
 

@@ -4,7 +4,7 @@
 #include <QPushButton>
 
 #include "kit/window/plain_text.h"
-#include "objects/profile.h"
+#include "objects/profile/profile.h"
 #include "storage/ui.h"
 
 namespace vorn {

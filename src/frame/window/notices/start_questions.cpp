@@ -5,7 +5,7 @@
 #include "kit/window/plain_text.h"
 #include "mail/store/drafts.h"
 #include "mail/store/outbox.h"
-#include "objects/standard_objects.h"
+#include "objects/profile/standard_objects.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
 

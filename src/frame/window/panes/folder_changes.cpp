@@ -17,7 +17,7 @@ FolderChanges::FolderChanges(Context& context, FolderPanes& panes, const Request
       events_(events),
       others_(context),
       objects_(context),
-      unread_(context, panes.Tree(), [&traffic] { return traffic.Control().Busy(); }) {}
+      unread_(context, panes.Tree().Nodes(), [&traffic] { return traffic.Control().Busy(); }) {}
 
 void FolderChanges::Tick() {
   if (!traffic_.Control().Busy() && others_.HaveStored()) noted_ = true;

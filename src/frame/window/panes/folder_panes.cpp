@@ -44,8 +44,8 @@ SerialId FolderPanes::CurrentFolder() const {
 }
 
 bool FolderPanes::Refresh(const SerialId& serialId) {
-  const bool wasThere = !tvConsole_->NodeText(serialId).isEmpty();
-  tvConsole_->RefreshNode(serialId);
+  const bool wasThere = !tvConsole_->Nodes().Text(serialId).isEmpty();
+  tvConsole_->Nodes().Refresh(serialId);
   // Other conditions have other messages, and without its folder a page has none.
   const bool isGone = wasThere && context_.Objects.Find(serialId) == nullptr;
   return area_->RefreshFolder(serialId, isGone);

@@ -6,6 +6,7 @@
 #include <QTreeWidget>
 #include <QUrl>
 
+#include "frame/window/panes/tree_nodes.h"
 #include "objects/folder_object.h"
 #include "objects/object_types.h"
 #include "present/link_command.h"
@@ -25,11 +26,10 @@ SerialId DraggedMessage(const QMimeData& dragged) {
 
 }  // namespace
 
-MessageDrop::MessageDrop(Context& context, QTreeWidget& tree, int keyRole)
+MessageDrop::MessageDrop(Context& context, QTreeWidget& tree)
     : QObject(&tree),
       context_(context),
       tree_(tree),
-      keyRole_(keyRole),
       light_(new QRubberBand(QRubberBand::Rectangle, tree.viewport())) {
   tree.viewport()->setAcceptDrops(true);
   tree.viewport()->installEventFilter(this);
@@ -38,7 +38,7 @@ MessageDrop::MessageDrop(Context& context, QTreeWidget& tree, int keyRole)
 // A folder that is filled by hand, the dust bin, or the inbox, which takes out of the dust bin.
 SerialId MessageDrop::TakingFolderAt(const QPoint& at) const {
   const QTreeWidgetItem* item = tree_.itemAt(at);
-  const SerialId key = item == nullptr ? SerialId() : SerialIdOf(item->data(0, keyRole_));
+  const SerialId key = item == nullptr ? SerialId() : NodeKey(*item);
   const DiskPtr folder = context_.Objects.Find(key);
   if (folder == nullptr) return {};
   const bool takes = key == fixed_serial::kDust || key == fixed_serial::kInbox ||

@@ -15,8 +15,7 @@ class MessageDrop : public QObject {
   Q_OBJECT
 
  public:
-  /// `keyRole` gives the serial identifier of a node's object.
-  MessageDrop(Context& context, QTreeWidget& tree, int keyRole);
+  MessageDrop(Context& context, QTreeWidget& tree);
 
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -29,7 +28,6 @@ class MessageDrop : public QObject {
 
   Context& context_;
   QTreeWidget& tree_;
-  int keyRole_;
   QRubberBand* light_;  // over the folder
 };
 

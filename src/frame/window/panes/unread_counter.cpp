@@ -2,7 +2,7 @@
 
 #include <QElapsedTimer>
 
-#include "frame/window/panes/console_tree.h"
+#include "frame/window/panes/tree_nodes.h"
 #include "mail/refusal_notice.h"
 #include "mail/search/unread_count.h"
 #include "objects/object_types.h"
@@ -22,13 +22,13 @@ constexpr int kLastLimitMs = 15000;
 
 }  // namespace
 
-UnreadCounter::UnreadCounter(Context& context, ConsoleTree& tree, std::function<bool()> isBusy)
-    : context_(context), tree_(tree), isBusy_(std::move(isBusy)) {
+UnreadCounter::UnreadCounter(Context& context, TreeNodes& nodes, std::function<bool()> isBusy)
+    : context_(context), nodes_(nodes), isBusy_(std::move(isBusy)) {
   connect(&timer_, &QTimer::timeout, this, &UnreadCounter::CountNext);
 }
 
 void UnreadCounter::CountSoon() {
-  folders_ = tree_.Folders();
+  folders_ = nodes_.Folders();
   timer_.start(kCountPauseMs);
 }
 
@@ -52,7 +52,7 @@ void UnreadCounter::CountNext() {
   const ConditionLimit brief(kFirstLimitMs);
   const qint64 count = CountUnread(context_, folder);
   if (brief.IsReached()) return CountElsewhere(folder);
-  tree_.SetUnread(folder, count, folder == fixed_serial::kEditWait ? CountUnsent(context_) : 0);
+  nodes_.SetUnread(folder, count, folder == fixed_serial::kEditWait ? CountUnsent(context_) : 0);
   rests_[folder].setRemainingTime(kShare * clock.elapsed());
 }
 
@@ -60,8 +60,8 @@ void UnreadCounter::CountElsewhere(const SerialId& folder) {
   run_.reset(new ConditionRun(context_, UnreadQuestion(context_, folder), kLastLimitMs,
                               [this, folder](const ConditionRun::Answer& answer) {
                                 const bool isKnown = answer.values && !answer.values->isEmpty();
-                                tree_.SetUnread(folder,
-                                                isKnown ? answer.values->first().toLongLong() : -1);
+                                nodes_.SetUnread(
+                                    folder, isKnown ? answer.values->first().toLongLong() : -1);
                                 rests_[folder].setRemainingTime(kShare * answer.ms);
                               }));
 }

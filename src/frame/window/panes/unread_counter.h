@@ -12,7 +12,7 @@
 
 namespace vorn {
 
-class ConsoleTree;
+class TreeNodes;
 
 /// Counts the unopened messages of the tree's folders, one folder at a time in idle moments, and
 /// those that could not be sent; shows the counts in the tree.
@@ -21,7 +21,7 @@ class UnreadCounter : public QObject {
 
  public:
   /// `isBusy` tells when the counting has to wait.
-  UnreadCounter(Context& context, ConsoleTree& tree, std::function<bool()> isBusy);
+  UnreadCounter(Context& context, TreeNodes& nodes, std::function<bool()> isBusy);
   /// Begins anew with all folders.
   void CountSoon();
   void Stop() {
@@ -34,7 +34,7 @@ class UnreadCounter : public QObject {
   void CountElsewhere(const SerialId& folder);
 
   Context& context_;
-  ConsoleTree& tree_;
+  TreeNodes& nodes_;
   std::function<bool()> isBusy_;
   QTimer timer_;
   ConditionRunPtr run_;                    // of a folder whose counting takes long

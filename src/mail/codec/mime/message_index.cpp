@@ -57,11 +57,11 @@ bool HasFiles(const std::vector<MimeCodec::ContentRecord>& records, const QStrin
 
 }  // namespace
 
-QString AddressLines(QByteArrayView source, const ReadingCode& code, bool standardHeaders) {
+QString AddressLines(QByteArrayView source, const ReadingCode& code, bool readsReplyTo) {
   QStringList pieces;
   for (const QByteArrayView name : kAddressHeaders) {
     QByteArrayList fields = MimeCodec::HeaderFields(source, name);
-    if (fields.isEmpty() && standardHeaders && name == QByteArrayView("Replay-To:")) {
+    if (fields.isEmpty() && readsReplyTo && name == QByteArrayView("Replay-To:")) {
       fields = {StandardReplyTo(source)};
     }
     // The first one says who wrote it; what else is repeated, as programs do, names more of them.
@@ -93,9 +93,9 @@ MessageIndex IndexMessage(QByteArrayView source, const FlagString& flags,
   code.body = MimeCodec::TextCharset(source, records);
   index.subject =
       MimeCodec::DecodeHeader(MimeCodec::HeaderField(source, subject), subject.size(), code);
-  index.addressLines = AddressLines(source, code, options.standardHeaders);
+  index.addressLines = AddressLines(source, code, options.readsReplyTo);
 
-  const bool hasAttachments = options.standardHeaders
+  const bool hasAttachments = options.countsShown
                                   ? HasFiles(records, options.textTypes, texts > 0,
                                              ShownImages(source, index.content, code))
                                   : texts != static_cast<qsizetype>(records.size());

@@ -19,15 +19,17 @@ struct MessageIndex {
 
 /// How a source is read for its index.
 struct IndexOptions {
-  QStringList textTypes;    ///< the content types that are text
-  bool hasEndMark = false;  ///< a last line of one full stop is no text
-  /// "Reply-To:" counts where "Replay-To:" is missing, and the message has attachments where its
-  /// window shows some beside what its HTML shows, rather than where a part is not of a text type.
-  bool standardHeaders = false;
+  QStringList textTypes;      ///< the content types that are text
+  bool hasEndMark = false;    ///< a last line of one full stop is no text
+  bool readsReplyTo = false;  ///< "Reply-To:" counts where "Replay-To:" is missing
+  /// The message has attachments where its window shows some beside what its HTML shows, rather
+  /// than where a part is not of a text type.
+  bool countsShown = false;
 };
 
-/// The lines of `FIELD_MAILADDRESS`, with the names as they read in that code.
-QString AddressLines(QByteArrayView source, const ReadingCode& code, bool standardHeaders);
+/// The lines of `FIELD_MAILADDRESS`, with the names as they read in that code; `readsReplyTo` as in
+/// `IndexOptions`.
+QString AddressLines(QByteArrayView source, const ReadingCode& code, bool readsReplyTo);
 
 /// Works out the index columns of a source. `flags` is the flag string to start from. Never fails.
 MessageIndex IndexMessage(QByteArrayView source, const FlagString& flags,

@@ -42,7 +42,7 @@ MessageClosing::MessageClosing(Context& context, MessageHost& host, MessageDocum
 QMessageBox::StandardButton MessageClosing::AskToSave() {
   // Who ends the program by mistake may want to stay.
   const bool mayStay =
-      !host_.IsClosing() || (Settings(context_).IsCareful() && !qApp->isSavingSession());
+      !host_.IsClosing() || (Settings(context_).Care().mayStay && !qApp->isSavingSession());
   QMessageBox::StandardButtons buttons = QMessageBox::Yes | QMessageBox::No;
   if (mayStay) buttons |= QMessageBox::Cancel;
   return ShowBox(&window_, QMessageBox::Question,
@@ -99,7 +99,7 @@ bool MessageClosing::Store() {
   const bool sends = document_.IsSending();
   const bool isAnswer = document_.Request().Mode() != OpenMode::Show;
   if (isNew && isAnswer && !sends && !isEdited_) return true;  // it can be made again
-  if (isNew && !sends && IsBlank() && Settings(context_).IsCareful()) return true;
+  if (isNew && !sends && IsBlank() && Settings(context_).Care().dropsBlank) return true;
   if (isNew && !sends) {
     const auto answer = AskToSave();
     if (answer == QMessageBox::Cancel) return false;

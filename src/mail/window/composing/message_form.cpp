@@ -20,6 +20,7 @@
 #include "mail/date_line.h"
 #include "mail/window/body/message_body.h"
 #include "mail/window/fields/address_list.h"
+#include "mail/window/fields/attachment_input.h"
 #include "mail/window/fields/attachment_list.h"
 #include "mail/window/fields/header_list.h"
 #include "mail/window/host/message_host.h"
@@ -82,7 +83,8 @@ MessageForm::MessageForm(Context& context, MessageHost& host)
       lbDate_(PlainLabel(QString())),
       lbClip_(PlainLabel(Ui::tr("添付(&T)"))),
       lvClip_(new AttachmentList(context)),
-      body_(new MessageBody([this](const QMimeData& given) { return lvClip_->Take(given); })) {
+      body_(new MessageBody(
+          [this](const QMimeData& given) { return lvClip_->Input().Take(given); })) {
   setObjectName(QStringLiteral("tsPage"));
   setDocumentMode(true);
   BuildMail();
@@ -185,7 +187,7 @@ void MessageForm::Show(const OpenedMessage& opened, const MessageDocument& docum
   const QString note = ArrivalNote(opened.source, document.Request().Timestamp());
   const QString date = DateLine(opened.source) + (note.isEmpty() ? note : u' ' + note);
   FitHead(isEditable ? QString() : date, isEditable);
-  const bool withHtml = isEditable || !Settings(context_).HasStandardHeaders();
+  const bool withHtml = isEditable || !Settings(context_).Standards().readsHtml;
   const auto files = withHtml ? model.attachments : WithoutHtmlPart(opened);
   lvClip_->Show(files, opened.source, isEditable,
                 isEditable ? QSet<qsizetype>() : opened.shownImages);

@@ -38,7 +38,7 @@ void MessageOutput::SaveToFile(const QString& subject) {
   QByteArray source = composed.ValueOr({});
   if (source.isEmpty()) return;
   const bool isReceived = document_.Status() == kStatusReceived;
-  if (Settings(context_).HasStandardHeaders() && !isReceived) {
+  if (Settings(context_).Standards().dropsOwnEnd && !isReceived) {
     source = MimeCodec::WithoutEndMark(source);
   }
   const QString path = AskFileToSave(

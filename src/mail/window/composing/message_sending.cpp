@@ -15,9 +15,9 @@
 #include "mail/window/composing/message_form.h"
 #include "mail/window/fields/address_list.h"
 #include "mail/window/host/message_host.h"
-#include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
+#include "objects/shown_object.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -49,7 +49,7 @@ QString MessageSending::Missing() const {
 void MessageSending::SendFromToolbar() {
   if (document_.IsInDust()) {
     const DiskPtr dust = context_.Objects.Find(fixed_serial::kDust);
-    const QString name = dust != nullptr ? AnyObject(*dust).ShownName() : Ui::tr("くずかご");
+    const QString name = dust != nullptr ? ShownObject(*dust).Name() : Ui::tr("くずかご");
     const auto answer = ShowBox(
         &window_, QMessageBox::Question,
         Ui::tr("このメールは、") + name + Ui::tr("に入っています。取り出して送信しますか？"),
@@ -113,7 +113,7 @@ void MessageSending::TellMissing(const QString& missing) {
 
 // The button stands where that of a received message answers it.
 bool MessageSending::MaySendOnceMore() {
-  if (document_.Status() != kStatusSent || !Settings(context_).IsCareful()) return true;
+  if (document_.Status() != kStatusSent || !Settings(context_).Care().asksToSendAgain) return true;
   return ShowBox(&window_, QMessageBox::Question,
                  Ui::tr("このメッセージは送信済みです。同じ宛て先にもう一度送信しますか？"),
                  QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;

@@ -1,39 +1,24 @@
 #include "mail/window/fields/attachment_list.h"
 
-#include <QApplication>
-#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QDir>
 #include <QFileIconProvider>
-#include <QImage>
 #include <QMenu>
-#include <QMessageBox>
-#include <QUrl>
 #include <algorithm>
 #include <utility>
 
 #include "kit/window/plain_text.h"
 #include "mail/attachment_files.h"
 #include "mail/codec/mime/zip_files.h"
-#include "mail/compose_message.h"
+#include "mail/window/fields/attachment_input.h"
 #include "mail/window/fields/attachment_output.h"
 #include "objects/object_types.h"
-#include "storage/files/private_files.h"
 #include "storage/ui.h"
-#include "storage/window/file_dialogs.h"
 
 namespace vorn {
 namespace {
 
 constexpr qsizetype kMostInRow = 48;  // what is beside the edge of the list is not seen
-
-QStringList LocalFiles(const QMimeData& data) {
-  QStringList paths;
-  for (const QUrl& url : data.urls()) {
-    if (url.isLocalFile()) paths.append(url.toLocalFile());
-  }
-  return paths;
-}
 
 // What a user should know before opening it.
 QString NoteOn(const ModelAttachment& attachment, const QByteArray& source) {
@@ -48,10 +33,6 @@ QString NoteOn(const ModelAttachment& attachment, const QByteArray& source) {
   return isEncrypted ? Ui::tr("、パスワード付き") : QString();
 }
 
-void TellFault(QWidget* list, const QString& text) {
-  ShowBox(list, QMessageBox::Critical, text);
-}
-
 // When a file had been changed last, for when it is asked whether it is still the same.
 void NoteTime(QHash<QString, QDateTime>& times, const QString& path) {
   times[path] = QFileInfo(path).lastModified();
@@ -61,8 +42,8 @@ void NoteTime(QHash<QString, QDateTime>& times, const QString& path) {
 
 AttachmentList::AttachmentList(Context& context, QWidget* parent)
     : QListWidget(parent),
-      context_(context),
       working_(context),
+      input_(new AttachmentInput(context, working_, *this)),
       output_(new AttachmentOutput(context, working_, *this)) {
   setObjectName(QStringLiteral("lvClip"));
   setAccessibleName(Ui::tr("添付ファイル"));
@@ -72,6 +53,7 @@ AttachmentList::AttachmentList(Context& context, QWidget* parent)
   setResizeMode(QListView::Adjust);
   setSpacing(2);
   connect(this, &QListWidget::itemActivated, this, &AttachmentList::OpenCurrent);
+  connect(input_, &AttachmentInput::Added, this, &AttachmentList::Add);
   connect(output_, &AttachmentOutput::MessageOpened, this, &AttachmentList::MessageOpened);
 }
 
@@ -88,6 +70,7 @@ void AttachmentList::Show(const std::vector<ModelAttachment>& attachments, const
   source_ = source;
   output_->SetSource(source);
   editable_ = editable;
+  input_->SetEditable(editable);
   Fill();
 }
 
@@ -146,64 +129,13 @@ void AttachmentList::AcceptChanges() {
   Fill();
 }
 
-void AttachmentList::AddFiles(const QStringList& paths) {
-  for (const QString& path : paths) {
-    const QFileInfo file(path);
-    if (file.isDir()) {
-      TellFault(this, Ui::tr("「%1」はフォルダなので添付できません。").arg(path));
-      continue;
-    }
-    if (!file.isFile() || !file.isReadable()) {
-      TellFault(this, Ui::tr("添付ファイル「%1」を読み込めません。").arg(path));
-      continue;
-    }
-    ModelAttachment attachment;
-    attachment.name = file.fileName();
-    attachment.type = ContentTypeOf(file.fileName());
-    attachment.isNew = true;
-    attachment.path = file.absoluteFilePath();
-    NoteTime(shown_, attachment.path);
-    attachments_.push_back(attachment);
+void AttachmentList::Add(const std::vector<ModelAttachment>& files) {
+  for (const ModelAttachment& file : files) {
+    NoteTime(shown_, file.path);
+    attachments_.push_back(file);
   }
   Fill();
   Q_EMIT Edited();
-}
-
-bool AttachmentList::Takes(const QMimeData& given) const {
-  return editable_ && (!LocalFiles(given).isEmpty() || (given.hasImage() && !given.hasText()));
-}
-
-bool AttachmentList::Take(const QMimeData& given) {
-  if (!Takes(given)) return false;
-  const QStringList paths = LocalFiles(given);
-  if (paths.isEmpty()) {
-    AddPicture(qvariant_cast<QImage>(given.imageData()));
-  } else {
-    AddFiles(paths);
-  }
-  return true;
-}
-
-bool AttachmentList::Paste() {
-  const QMimeData* given = QApplication::clipboard()->mimeData();
-  return given != nullptr && Take(*given);
-}
-
-void AttachmentList::AddPicture(const QImage& picture) {
-  const QString path = working_.PathFor(Ui::tr("画像.png"));
-  if (picture.isNull() || !picture.save(path, "PNG") || !MakePrivate(path)) {
-    TellFault(this,
-              Ui::tr("「%1」に保存できません。ディスクの空き容量とフォルダを確認してください。")
-                  .arg(path));
-    return;
-  }
-  AddFiles({path});
-}
-
-void AttachmentList::AddByDialog() {
-  const QStringList paths = AskFilesToOpen(
-      context_, this, FileTask::Attach, Ui::tr("添付ファイルの選択"), Ui::tr("全てのファイル (*)"));
-  if (!paths.isEmpty()) AddFiles(paths);
 }
 
 void AttachmentList::SaveByDialog() {
@@ -258,7 +190,7 @@ void AttachmentList::RemoveSelected() {
 }
 
 void AttachmentList::keyPressEvent(QKeyEvent* event) {
-  if (event->matches(QKeySequence::Paste) && Paste()) return;
+  if (event->matches(QKeySequence::Paste) && input_->Paste()) return;
   if (event->key() == Qt::Key_Delete) {
     RemoveSelected();
     return;
@@ -285,7 +217,7 @@ void AttachmentList::contextMenuEvent(QContextMenuEvent* event) {
     menu.addAction(Ui::tr("中のファイルを取り出す(&X).."), this, &AttachmentList::UnpackCurrent);
   }
   if (editable_) {
-    menu.addAction(Ui::tr("追加(&A).."), this, &AttachmentList::AddByDialog);
+    menu.addAction(Ui::tr("追加(&A).."), input_, &AttachmentInput::AddByDialog);
     menu.addAction(Ui::tr("外す(&D)"), this, &AttachmentList::RemoveSelected)->setEnabled(any);
   }
   menu.exec(event->globalPos());

@@ -3,7 +3,6 @@
 #include <QDateTime>
 #include <QHash>
 #include <QListWidget>
-#include <QMimeData>
 #include <QSet>
 #include <vector>
 
@@ -13,11 +12,11 @@
 
 namespace vorn {
 
+class AttachmentInput;
 class AttachmentOutput;
 
-/// The list "lvClip": a message's attachments with their sizes. Files are added by dialog, by
-/// dropping and by pasting; an `AttachmentOutput` gives attachments out. Working files go with the
-/// list.
+/// The list "lvClip": a message's attachments with their sizes. An `AttachmentInput` takes files
+/// in, an `AttachmentOutput` gives attachments out. Working files go with the list.
 class AttachmentList : public QListWidget {
   Q_OBJECT
 
@@ -36,18 +35,10 @@ class AttachmentList : public QListWidget {
   QStringList ChangedFiles() const;
   /// Shows added files as they are now, which the user wants to send.
   void AcceptChanges();
-  /// Adds files; one that cannot be read is told and left out.
-  void AddFiles(const QStringList& paths);
-  /// Whether data that is pasted or dropped holds what can be attached: files, or a picture that is
-  /// not given as text too.
-  bool Takes(const QMimeData& given) const;
-  /// Attaches it; false when there is nothing.
-  bool Take(const QMimeData& given);
-  /// Attaches what is on the clipboard; false when there is nothing.
-  bool Paste();
+  /// What takes files in.
+  AttachmentInput& Input() const { return *input_; }
 
   // Commands, with their dialogs.
-  void AddByDialog();
   void SaveByDialog();
   void OpenCurrent();
   /// Takes files out of the archive that is chosen, or of the first one.
@@ -65,14 +56,13 @@ class AttachmentList : public QListWidget {
   void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
+  void Add(const std::vector<ModelAttachment>& files);
   void Fill();
   ModelAttachment At(int row) const;
   size_t SortShown();
   bool IsFold(int row) const;
   int ArchiveRow() const;
-  void AddPicture(const QImage& picture);
 
-  Context& context_;
   std::vector<ModelAttachment> attachments_;
   QByteArray source_;
   QHash<QString, QDateTime> shown_;  // when the added files had last been changed, by path
@@ -80,6 +70,7 @@ class AttachmentList : public QListWidget {
   size_t folded_ = 0;  // how many at the end stand in one entry
   bool editable_ = false;
   WorkingFolder working_;
+  AttachmentInput* input_;
   AttachmentOutput* output_;
 };
 

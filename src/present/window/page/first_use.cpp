@@ -2,7 +2,7 @@
 
 #include "mail/store/message_rows.h"
 #include "objects/object_types.h"
-#include "objects/profile.h"
+#include "objects/profile/profile_password.h"
 #include "objects/select_objects.h"
 #include "storage/databases.h"
 #include "storage/ui.h"

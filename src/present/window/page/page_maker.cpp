@@ -3,10 +3,10 @@
 #include <utility>
 
 #include "mail/codec/charset/code_page_932.h"
-#include "objects/any_object.h"
 #include "objects/list_settings.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
+#include "objects/shown_object.h"
 #include "present/message_list_page.h"
 #include "present/page_place.h"
 #include "present/page_request.h"
@@ -36,7 +36,7 @@ PageMaker::PageMaker(Context& context, MessageListPages& pages, PageReading& rea
 bool PageMaker::Make() {
   const DiskPtr folder = LoadObject(context_, request_.Folder());
   if (folder == nullptr) return request_.HasUrl();
-  Q_EMIT Named(AnyObject(*folder).ShownName());
+  Q_EMIT Named(ShownObject(*folder).Name());
   if (search_.IsUnderWay()) {
     if (request_.HasUrl()) Q_EMIT PageStays();
     return false;

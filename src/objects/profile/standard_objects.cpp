@@ -1,4 +1,4 @@
-#include "objects/standard_objects.h"
+#include "objects/profile/standard_objects.h"
 
 #include <initializer_list>
 #include <utility>
@@ -10,10 +10,10 @@
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/placement.h"
+#include "objects/profile/version_serial.h"
 #include "objects/reply_line.h"
 #include "objects/save_object.h"
 #include "objects/setting_keys.h"
-#include "objects/version_serial.h"
 #include "storage/message_state.h"
 #include "storage/session/session_result.h"
 #include "storage/ui.h"

@@ -1,4 +1,4 @@
-#include "objects/version_serial.h"
+#include "objects/profile/version_serial.h"
 
 #include <QStringList>
 

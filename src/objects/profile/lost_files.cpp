@@ -1,4 +1,4 @@
-#include "objects/lost_files.h"
+#include "objects/profile/lost_files.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -8,8 +8,8 @@
 #include <algorithm>
 
 #include "objects/any_object.h"
-#include "objects/file_age.h"
-#include "objects/profile.h"
+#include "objects/profile/file_age.h"
+#include "objects/profile/profile.h"
 #include "objects/save_object.h"
 #include "storage/bags/profile_bag.h"
 #include "storage/databases.h"

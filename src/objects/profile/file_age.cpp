@@ -1,4 +1,4 @@
-#include "objects/file_age.h"
+#include "objects/profile/file_age.h"
 
 #include <algorithm>
 
