@@ -5,6 +5,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include "present/link_command.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -26,7 +27,7 @@ QString Files() {
 }  // namespace
 
 QString PageScript() {
-  const QJsonObject words{{QStringLiteral("link"), QStringLiteral("preview:")},
+  const QJsonObject words{{QStringLiteral("link"), LinkStart(link_word::kShow)},
                           {QStringLiteral("messages"), Ui::tr("%1通")}};
   return QStringLiteral("(words => {\nif (window.vorn) return;\n") + Files() +
          QStringLiteral("begin();\n})(") +

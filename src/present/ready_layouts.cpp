@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "objects/object_types.h"
+#include "present/link_command.h"
 #include "present/page_template.h"
 #include "storage/ui.h"
 
@@ -52,9 +53,9 @@ td.subject { position: relative; padding-right: 60px; }
 .do a:hover { color: var(--link); }
 .do a::before { content: ""; display: block; width: 16px; height: 16px; background: currentColor;
                 forced-color-adjust: none; }
-.do a[href^="REPLAY" i]::before {
+.do a[href^="{replyLink}" i]::before {
   clip-path: path("M6.5 2.5 1 8l5.5 5.5V10c4 0 6.5 1 8.5 4-.5-5-3.5-8-8.5-8Z"); }
-.do a[href^="FORWARD" i]::before {
+.do a[href^="{forwardLink}" i]::before {
   clip-path: path("M9.5 2.5 15 8l-5.5 5.5V10c-4 0-6.5 1-8.5 4 .5-5 3.5-8 8.5-8Z"); }
 .place { color: var(--soft); border: 1px solid var(--line); border-radius: 4px; padding: 0 .4em;
          margin-right: .5em; font-size: 9pt; }
@@ -180,6 +181,8 @@ QString Worded(const char* text, const SerialId& folder, RowHeight rows) {
       {u"{reply}", Ui::tr("返信")},
       {u"{replyall}", Ui::tr("全員に返信")},
       {u"{forward}", Ui::tr("転送")},
+      {u"{replyLink}", LinkStart(link_word::kReply)},
+      {u"{forwardLink}", LinkStart(link_word::kForward)},
       {u"{turn}", Ui::tr("クリックすると未開封か開封済みになります")},
       {u"{none}", Ui::tr("メッセージはありません。")},
       {u"{pad}", Padding(rows)}};
