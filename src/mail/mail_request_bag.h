@@ -47,7 +47,7 @@ class MailRequestBag {
   /// Its sender asks for a receipt, and this has not been dealt with.
   bool AsksForReceipt() const { return bag_.Flag(kReceipt); }
   void SetAsksForReceipt(bool asks) { bag_.Let(kReceipt, asks); }
-  /// Closing the window sends it.
+  /// The user has sent it.
   bool IsSent() const { return bag_.Flag(kSend); }
   void SetSent(bool isSent) { bag_.Let(kSend, isSent); }
   /// The user has deleted it.

@@ -5,27 +5,26 @@
 namespace vorn {
 namespace {
 
-struct CommandWord {
-  QLatin1String word;
+struct LinkCommand {
+  const char16_t* word;
   OpenMode mode;
 };
 
-constexpr CommandWord kCommands[] = {
-    {QLatin1String("preview:"), OpenMode::Show},
-    {QLatin1String("replay:"), OpenMode::Reply},
-    {QLatin1String("replayall:"), OpenMode::ReplyAll},
-    {QLatin1String("forward:"), OpenMode::Forward},
+constexpr LinkCommand kCommands[] = {
+    {link_word::kShow, OpenMode::Show},
+    {link_word::kReply, OpenMode::Reply},
+    {link_word::kReplyAll, OpenMode::ReplyAll},
+    {link_word::kForward, OpenMode::Forward},
 };
 
 }  // namespace
 
 std::optional<MailRequest> ReadLinkCommand(const QString& address) {
-  const qsizetype end = address.indexOf(u':') + 1;
-  const QString word = address.left(end).toLower();
-  for (const CommandWord& command : kCommands) {
-    if (word != command.word) continue;
-    return MailRequest::Of(SerialId(QUrl::fromPercentEncoding(address.mid(end).toUtf8())),
-                           command.mode);
+  for (const LinkCommand& command : kCommands) {
+    const QString start = LinkStart(command.word);
+    if (!address.startsWith(start, Qt::CaseInsensitive)) continue;
+    const QString message = address.mid(start.size());
+    return MailRequest::Of(SerialId(QUrl::fromPercentEncoding(message.toUtf8())), command.mode);
   }
   return std::nullopt;
 }

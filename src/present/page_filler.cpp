@@ -2,6 +2,7 @@
 
 #include "mail/codec/charset/code_page_932.h"
 #include "mail/store/mail_row.h"
+#include "present/link_command.h"
 #include "present/page_content.h"
 #include "storage/ui.h"
 
@@ -123,10 +124,9 @@ bool PageFiller::HandleLink(const PageTag& tag, qsizetype afterTag) {
       link_ = LinkState::Suppressed;
       return true;
     }
-    const QString kind =
-        children.isEmpty() ? QStringLiteral("preview") : QString::fromUtf16(children.last()->key);
+    const char16_t* word = children.isEmpty() ? link_word::kShow : children.last()->key;
     link_ = LinkState::Open;
-    WriteText(QStringLiteral("<A HREF = \"") + kind + u':' + rows_->Serial().Text() +
+    WriteText(QStringLiteral("<A HREF = \"") + LinkStart(word) + rows_->Serial().Text() +
               QStringLiteral("\">"));
     return true;
   }

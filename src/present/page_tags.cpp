@@ -8,6 +8,7 @@
 #include "mail/store/mail_store.h"
 #include "objects/any_object.h"
 #include "objects/shown_object.h"
+#include "present/link_command.h"
 #include "present/page_content.h"
 #include "storage/base/shown_text.h"
 #include "storage/base/time_text.h"
@@ -170,17 +171,17 @@ QString FolderToolTip(const PageRow& page) {
 // Children are tried in the order in which they stand here.
 constexpr ChildTag kLinkTags[] = {
     {u"<REPLAY>",
-     u"REPLAY",
+     link_word::kReply,
      nullptr,
      {QT_TRANSLATE_NOOP("vorn::Ui", "返信するリンク"),
       QT_TRANSLATE_NOOP("vorn::Ui", "<+DIALOG><REPLAY>返信<+DIALOG>")}},
     {u"<REPLAYALL>",
-     u"REPLAYALL",
+     link_word::kReplyAll,
      nullptr,
      {QT_TRANSLATE_NOOP("vorn::Ui", "全員に返信するリンク"),
       QT_TRANSLATE_NOOP("vorn::Ui", "<+DIALOG><REPLAYALL>全員に返信<+DIALOG>")}},
     {u"<FORWARD>",
-     u"FORWARD",
+     link_word::kForward,
      nullptr,
      {QT_TRANSLATE_NOOP("vorn::Ui", "転送するリンク"),
       QT_TRANSLATE_NOOP("vorn::Ui", "<+DIALOG><FORWARD>転送<+DIALOG>")}},

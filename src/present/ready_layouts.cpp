@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "objects/object_types.h"
+#include "present/link_command.h"
 #include "present/page_template.h"
 #include "storage/ui.h"
 
@@ -43,7 +44,7 @@ a:focus-visible { outline: 2px solid var(--link); outline-offset: -2px; border-r
 /* A click turns it on or off; what is off shows where. */
 td.marks { cursor: pointer; }
 td.marks:hover .new::before { content: "●"; font-size: 10pt; opacity: .4; }
-.marks { width: 4.5em; } .from { width: clamp(7em, 17vw, 20em); } .date { width: 6.6em; }
+{widths}
 td.date { color: var(--soft); }
 /* Pictures leave the subject its room. Their words are there for who hears the page. */
 td.subject { position: relative; padding-right: 60px; }
@@ -52,16 +53,16 @@ td.subject { position: relative; padding-right: 60px; }
 .do a:hover { color: var(--link); }
 .do a::before { content: ""; display: block; width: 16px; height: 16px; background: currentColor;
                 forced-color-adjust: none; }
-.do a[href^="REPLAY" i]::before {
+.do a[href^="{replyLink}" i]::before {
   clip-path: path("M6.5 2.5 1 8l5.5 5.5V10c4 0 6.5 1 8.5 4-.5-5-3.5-8-8.5-8Z"); }
-.do a[href^="FORWARD" i]::before {
+.do a[href^="{forwardLink}" i]::before {
   clip-path: path("M9.5 2.5 15 8l-5.5 5.5V10c-4 0-6.5 1-8.5 4 .5-5 3.5-8 8.5-8Z"); }
 .place { color: var(--soft); border: 1px solid var(--line); border-radius: 4px; padding: 0 .4em;
          margin-right: .5em; font-size: 9pt; }
 .place:empty { display: none; }
 /* Where there is little room only the current row has pictures; its subject ends before them. */
 @media (max-width: 46em) {
-  .marks { width: 3em; } .from { width: clamp(6em, 15vw, 20em); }
+{narrowWidths}
   td.subject { padding-right: 8px; }
   .do { visibility: hidden; right: 2px; top: 2px; bottom: 2px; }
   .row:focus-within .do, .vorn-current .do { visibility: visible; }
@@ -74,11 +75,9 @@ td.subject { position: relative; padding-right: 60px; }
   tr:first-child { display: none; }
   .row { display: grid; grid-template-columns: minmax(0, 1fr) auto auto; column-gap: .5em;
          position: relative; padding: {pad} 8px {pad} 1.6em; border-bottom: 1px solid var(--line); }
-  .row td { padding-left: 0; padding-top: 0; padding-bottom: 0; border: 0; }
-  .row .marks { width: auto; padding: 0; grid-area: 1 / 2; }
-  .row .from { width: auto; padding: 0; grid-area: 1 / 1; }
-  .row .date { width: auto; padding: 0; grid-area: 1 / 3; }
-  .row .subject { grid-area: 2 / 1 / 3 / -1; }
+  .row td { width: auto; padding-left: 0; padding-top: 0; padding-bottom: 0; border: 0; }
+  .row td:not(.subject) { padding-right: 0; }
+{areas}
   .m○ .new::before { position: absolute; left: .3em; }
 }
 .none td { color: var(--soft); text-align: center; padding: 3em 10px; border: 0; }
@@ -87,14 +86,10 @@ td.subject { position: relative; padding-right: 60px; }
 </head>
 <body>
 <table>
-<tr><th class="marks"></th><th class="from">{who}</th><th>{subject}</th><th class="date">{time}</th></tr>
-<tr class="none"><td colspan="4">{none}</td></tr>
+<tr>{headings}</tr>
+<tr class="none"><td colspan="{columns}">{none}</td></tr>
 <+MAIL>
-<tr class="row m<+FLAG><NEW>"><td class="marks" title="{turn}"><span class="new"><+FLAG><NEW></span><+FLAG><CLIP><PRIORITY><STATE></td>
-<td class="from"><+MAILADDRESS><{tag}><SHORT></td>
-<td class="subject"><span class="place"><+PLACE></span><+DIALOG><+SUBJECT><+DIALOG>
-<span class="do"><span title="{reply}"><+DIALOG><REPLAY>{reply}<+DIALOG></span><span title="{forward}"><+DIALOG><FORWARD>{forward}<+DIALOG></span></span></td>
-<td class="date" title="<+TIMESTAMP>"><+TIMESTAMP><SHORT></td></tr>
+<tr class="row m<+FLAG><NEW>">{cells}</tr>
 <+MAIL>
 </table>
 </body>
@@ -151,10 +146,6 @@ article footer a { color: var(--link); font-size: 9pt; margin-right: 1em; }
 </html>
 )html";
 
-QString Lines(const char* text) {
-  return QString::fromUtf8(text).replace(u'\n', QStringLiteral("\r\n"));
-}
-
 // Above and below a message.
 QString Padding(RowHeight rows) {
   switch (rows) {
@@ -168,32 +159,133 @@ QString Padding(RowHeight rows) {
   return QStringLiteral("6px");
 }
 
-// The words in the language of the interface, and the address column that tells something: in a
-// folder of one's own messages all have one sender.
-QString Worded(const char* text, const SerialId& folder, RowHeight rows) {
-  const bool isSent = folder == fixed_serial::kOutbox || folder == fixed_serial::kEditWait;
-  const std::pair<const char16_t*, QString> words[] = {
-      {u"{who}", isSent ? Ui::tr("宛先") : Ui::tr("送信者")},
-      {u"{tag}", isSent ? QStringLiteral("TO") : QStringLiteral("FROM")},
-      {u"{subject}", Ui::tr("件名", "heading")},
-      {u"{time}", Ui::tr("日時", "heading")},
-      {u"{reply}", Ui::tr("返信")},
-      {u"{replyall}", Ui::tr("全員に返信")},
-      {u"{forward}", Ui::tr("転送")},
-      {u"{turn}", Ui::tr("クリックすると未開封か開封済みになります")},
-      {u"{none}", Ui::tr("メッセージはありません。")},
-      {u"{pad}", Padding(rows)}};
-  QString html = Lines(text);
-  for (const auto& [mark, word] : words) html.replace(QString::fromUtf16(mark), word);
+// In a folder of one's own messages all have one sender.
+bool ShowsRecipients(const SerialId& folder) {
+  return folder == fixed_serial::kOutbox || folder == fixed_serial::kEditWait;
+}
+
+// A column of the table; what is empty is left out.
+struct Column {
+  QString name;     // its class
+  QString heading;  // in the language of the interface
+  QString cell;     // in the template language
+  QString hint;     // of the cell
+  QString width;    // without one it has what the others leave
+  QString narrow;   // its width where there is little room
+  QString area;     // its place where a row has two lines
+};
+
+QList<Column> Columns(const SerialId& folder) {
+  const bool toOthers = ShowsRecipients(folder);
+  return {{.name = QStringLiteral("marks"),
+           .heading = {},
+           .cell = QStringLiteral("<span class=\"new\"><+FLAG><NEW></span>"
+                                  "<+FLAG><CLIP><PRIORITY><STATE>"),
+           .hint = Ui::tr("クリックすると未開封か開封済みになります"),
+           .width = QStringLiteral("4.5em"),
+           .narrow = QStringLiteral("3em"),
+           .area = QStringLiteral("1 / 2")},
+          {.name = QStringLiteral("from"),
+           .heading = toOthers ? Ui::tr("宛先") : Ui::tr("送信者"),
+           .cell = toOthers ? QStringLiteral("<+MAILADDRESS><TO><SHORT>")
+                            : QStringLiteral("<+MAILADDRESS><FROM><SHORT>"),
+           .hint = {},
+           .width = QStringLiteral("clamp(7em, 17vw, 20em)"),
+           .narrow = QStringLiteral("clamp(6em, 15vw, 20em)"),
+           .area = QStringLiteral("1 / 1")},
+          {.name = QStringLiteral("subject"),
+           .heading = Ui::tr("件名", "heading"),
+           .cell = QStringLiteral(
+               "<span class=\"place\"><+PLACE></span><+DIALOG><+SUBJECT><+DIALOG>\n"
+               "<span class=\"do\"><span title=\"{reply}\"><+DIALOG><REPLAY>{reply}<+DIALOG></span>"
+               "<span title=\"{forward}\"><+DIALOG><FORWARD>{forward}<+DIALOG></span></span>"),
+           .hint = {},
+           .width = {},
+           .narrow = {},
+           .area = QStringLiteral("2 / 1 / 3 / -1")},
+          {.name = QStringLiteral("date"),
+           .heading = Ui::tr("日時", "heading"),
+           .cell = QStringLiteral("<+TIMESTAMP><SHORT>"),
+           .hint = QStringLiteral("<+TIMESTAMP>"),
+           .width = QStringLiteral("6.6em"),
+           .narrow = {},
+           .area = QStringLiteral("1 / 3")}};
+}
+
+// For each column a line that says something of it.
+QString Lines(const QList<Column>& columns, const QString& line, QString Column::*what) {
+  QStringList lines;
+  for (const Column& column : columns) {
+    if (!(column.*what).isEmpty()) lines.append(line.arg(column.name, column.*what));
+  }
+  return lines.join(u'\n');
+}
+
+QString Cells(const QList<Column>& columns) {
+  QStringList cells;
+  for (const Column& column : columns) {
+    const QString hint =
+        column.hint.isEmpty() ? QString() : QStringLiteral(" title=\"%1\"").arg(column.hint);
+    cells.append(QStringLiteral("<td class=\"") + column.name + u'"' + hint + u'>' + column.cell +
+                 QStringLiteral("</td>"));
+  }
+  return cells.join(u'\n');
+}
+
+QString Headings(const QList<Column>& columns) {
+  QString headings;
+  for (const Column& column : columns) {
+    headings += QStringLiteral("<th class=\"%1\">%2</th>").arg(column.name, column.heading);
+  }
+  return headings;
+}
+
+using Words = QList<std::pair<QString, QString>>;
+
+// A template with what stands in the place of its marks, which may hold further ones.
+QString Filled(QString html, const Words& words) {
+  for (const auto& [mark, word] : words) html.replace(u'{' + mark + u'}', word);
   return html;
+}
+
+QString Table(const SerialId& folder) {
+  const QList<Column> columns = Columns(folder);
+  const QString width = QStringLiteral(".%1 { width: %2; }");
+  return Filled(QString::fromUtf8(kTable),
+                {{QStringLiteral("widths"), Lines(columns, width, &Column::width)},
+                 {QStringLiteral("narrowWidths"),
+                  Lines(columns, QStringLiteral("  ") + width, &Column::narrow)},
+                 {QStringLiteral("areas"),
+                  Lines(columns, QStringLiteral("  .row .%1 { grid-area: %2; }"), &Column::area)},
+                 {QStringLiteral("headings"), Headings(columns)},
+                 {QStringLiteral("columns"), QString::number(columns.size())},
+                 {QStringLiteral("cells"), Cells(columns)}});
+}
+
+// Without a column for each, a message tells whom it is from or to.
+QString Cards(const SerialId& folder) {
+  const QString tag = ShowsRecipients(folder) ? QStringLiteral("TO") : QStringLiteral("FROM");
+  return Filled(QString::fromUtf8(kCards), {{QStringLiteral("tag"), tag}});
+}
+
+// With the words in the language of the interface.
+QString Worded(const QString& html, RowHeight rows) {
+  return Filled(html, {{QStringLiteral("reply"), Ui::tr("返信")},
+                       {QStringLiteral("replyall"), Ui::tr("全員に返信")},
+                       {QStringLiteral("forward"), Ui::tr("転送")},
+                       {QStringLiteral("replyLink"), LinkStart(link_word::kReply)},
+                       {QStringLiteral("forwardLink"), LinkStart(link_word::kForward)},
+                       {QStringLiteral("none"), Ui::tr("メッセージはありません。")},
+                       {QStringLiteral("pad"), Padding(rows)}})
+      .replace(u'\n', QStringLiteral("\r\n"));
 }
 
 }  // namespace
 
 QList<ReadyLayout> ReadyLayouts(const SerialId& folder, RowHeight rows) {
   return {{QStringLiteral("standard"), Ui::tr("標準"), DefaultPageTemplate()},
-          {QStringLiteral("table"), Ui::tr("表"), Worded(kTable, folder, rows)},
-          {QStringLiteral("cards"), Ui::tr("カード"), Worded(kCards, folder, rows)}};
+          {QStringLiteral("table"), Ui::tr("表"), Worded(Table(folder), rows)},
+          {QStringLiteral("cards"), Ui::tr("カード"), Worded(Cards(folder), rows)}};
 }
 
 }  // namespace vorn

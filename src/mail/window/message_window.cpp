@@ -70,10 +70,11 @@ MessageWindow::MessageWindow(Context& context, MessageHost& host, const EventLog
       receipt_(context, host, *this),
       bars_(new MessageBars(context, host, document_)),
       form_(new MessageForm(context, host)),
-      sending_(new MessageSending(context, host, document_, *form_, bars_->Doubt(), *this)),
+      closing_(context, host, document_, *form_, receipt_, *this),
+      sending_(
+          new MessageSending(context, host, document_, *form_, closing_, bars_->Doubt(), *this)),
       reply_(new InvitationComposer(context, document_, *form_, bars_->Calendar())),
       drafts_(new DraftKeeper(context, document_, *form_, *this)),
-      closing_(context, host, document_, *form_, *sending_, receipt_, *this),
       output_(context, host, document_, *form_, *this),
       controls_(new MessageControls({.context = context,
                                      .host = host,
@@ -140,11 +141,8 @@ bool MessageWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
     form_->ShowEvent(EventRecord(*event).Text());
   }
   if (!document_.Request().SendsAtOnce()) return true;
-  if (!document_.IsUnreadable() && sending_->Missing().isEmpty()) {
-    document_.BeginSending();
-    if (closing_.Close()) return false;
-    document_.EndSending({kStatusEdit});
-  }
+  const bool isWhole = !document_.IsUnreadable() && sending_->Missing().isEmpty();
+  if (isWhole && closing_.Close(MessageClosing::Intent::Send)) return false;
   WindowRequest::SetShow(*request, kShowModeless);  // for the user to see why
   SetEdited(true);                                  // it was to go out
   return true;
@@ -231,7 +229,7 @@ void MessageWindow::ShowNeighbour(int step) {
 }
 
 void MessageWindow::closeEvent(QCloseEvent* event) {
-  const bool isClosed = closing_.Close();
+  const bool isClosed = closing_.Close(MessageClosing::Intent::Leave);
   if (isClosed) drafts_->SetDue(false);
   if (isClosed && isVisible()) KeepWindowPlacement(context_, *this, objectName());
   event->setAccepted(isClosed);

@@ -71,10 +71,10 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   ReceiptQuestion receipt_;
   MessageBars* bars_;
   MessageForm* form_;
+  MessageClosing closing_;
   MessageSending* sending_;
   InvitationComposer* reply_;
   DraftKeeper* drafts_;
-  MessageClosing closing_;
   MessageOutput output_;
   MessageControls* controls_;
 };

@@ -6,7 +6,7 @@
 #include <QWebEngineView>
 
 #include "mail/window/host/message_host.h"
-#include "present/link_command.h"
+#include "present/window/browser_controls.h"
 #include "present/window/engine/browser_profiles.h"
 #include "present/window/engine/engine_view.h"
 #include "present/window/engine/script_bar.h"
@@ -51,13 +51,19 @@ BrowserWindow::BrowserWindow(Context& context, MessageListPages& pages,
                                                                .host = host,
                                                                .window = *this})),
       web_(std::make_unique<WebNavigation>(page_.request, *engine_, *loader_, *toolbar_, host,
-                                           *this)) {
+                                           *this)),
+      controls_(std::make_unique<BrowserControls>(BrowserControls::Parts{.page = page_,
+                                                                         .engine = *engine_,
+                                                                         .loader = *loader_,
+                                                                         .folder = *folder_,
+                                                                         .web = *web_,
+                                                                         .toolbar = *toolbar_,
+                                                                         .host = host})) {
   setObjectName(QStringLiteral("URL"));
   setAttribute(Qt::WA_DeleteOnClose);
   Lay();
   TakeView();
   ConnectEngine();
-  ConnectToolbar();
   ControlToolbarUpdate();
 }
 
@@ -107,29 +113,9 @@ void BrowserWindow::ConnectEngine() {
   });
 }
 
-void BrowserWindow::ConnectToolbar() {
-  connect(toolbar_, &FolderToolbar::SeekWanted, this, &BrowserWindow::Seek);
-  // The page is asked for its links when the user wants to see them.
-  connect(toolbar_, &FolderToolbar::LinksWanted, this, [this] {
-    page_.rows.Links([this](const QList<PageRows::Link>& links) { toolbar_->ListLinks(links); });
-  });
-  connect(toolbar_, &FolderToolbar::LinkFollowed, this, [this](const QString& address) {
-    if (const auto request = ReadLinkCommand(address)) {
-      host_.OpenMessage(*request);
-    } else {
-      web_->GoTo(address);
-    }
-  });
-}
-
 void BrowserWindow::ControlToolbarUpdate() {
   const PageRequest& request = page_.request;
-  toolbar_->Show({.isFolder = IsLocal(),
-                  .canSearch = IsLocal() && !loader_->HasOwnPage(),
-                  .isLoading = request.State().IsLoading(),
-                  .hasBefore = request.State().HasBefore(),
-                  .hasNext = request.State().HasNext(),
-                  .page = request.Page()});
+  controls_->Show();
   split_->Arrange(IsLocal() && !request.IsForPrinting() && request.HasUrl());
 }
 
@@ -161,16 +147,6 @@ void BrowserWindow::Refresh() {
 
 void BrowserWindow::UpdateBrowser() {
   loader_->Load();
-}
-
-void BrowserWindow::Seek() {
-  if (page_.request.State().IsLoading()) return engine_->View()->stop();
-  if (folder_->SearchTyped()) return;  // for what the box says, rather than what it said
-  if (IsLocal() && !loader_->HasOwnPage()) {
-    host_.Messages().MessageStored();  // folders and their counts
-  } else {
-    Refresh();
-  }
 }
 
 void BrowserWindow::ShowModeless() {

@@ -9,6 +9,7 @@
 
 namespace vorn {
 
+class BrowserControls;
 class BrowserHost;
 class BrowserProfiles;
 class EngineView;
@@ -73,8 +74,6 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void Lay();
   void TakeView();
   void ConnectEngine();
-  void ConnectToolbar();
-  void Seek();
 
   BrowserHost& host_;
   SerialId tag_;
@@ -89,6 +88,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   std::unique_ptr<PageLoader> loader_;
   std::unique_ptr<ShownFolder> folder_;
   std::unique_ptr<WebNavigation> web_;
+  std::unique_ptr<BrowserControls> controls_;
 };
 
 }  // namespace vorn

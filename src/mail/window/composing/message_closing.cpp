@@ -1,7 +1,9 @@
 #include "mail/window/composing/message_closing.h"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QMessageBox>
+#include <QScopedValueRollback>
 #include <tuple>
 
 #include "kit/window/plain_text.h"
@@ -12,7 +14,6 @@
 #include "mail/store/mail_store.h"
 #include "mail/store/message_filing.h"
 #include "mail/window/composing/message_form.h"
-#include "mail/window/composing/message_sending.h"
 #include "mail/window/composing/receipt_question.h"
 #include "mail/window/composing/shown_signature.h"
 #include "mail/window/fields/address_list.h"
@@ -29,13 +30,11 @@ constexpr int kMostColumns = 72;  // of a line that is sent
 }  // namespace
 
 MessageClosing::MessageClosing(Context& context, MessageHost& host, MessageDocument& document,
-                               MessageForm& form, MessageSending& sending, ReceiptQuestion& receipt,
-                               QWidget& window)
+                               MessageForm& form, ReceiptQuestion& receipt, QWidget& window)
     : context_(context),
       host_(host),
       document_(document),
       form_(form),
-      sending_(sending),
       receipt_(receipt),
       window_(window) {}
 
@@ -82,25 +81,24 @@ bool MessageClosing::IsBlank() const {
   return model.subject.isEmpty() && model.attachments.empty() && text.trimmed().isEmpty();
 }
 
-bool MessageClosing::Close() {
-  if (!isClosed_) isClosed_ = Store();
-  return isClosed_;
+bool MessageClosing::Close(Intent intent) {
+  if (isClosed_ || isClosing_) return isClosed_;
+  const QScopedValueRollback<bool> closing(isClosing_, true);
+  return isClosed_ = intent == Intent::Send ? Send() : Leave();
 }
 
-bool MessageClosing::Store() {
+bool MessageClosing::Leave() {
   if (!document_.HasRequest() || document_.Request().IsDeleted()) return true;
   if (document_.IsUnreadable()) {
     StoreState();
     return true;
   }
-  form_.FinishEditing();
-  if (!host_.IsClosing()) receipt_.AskIfDue();
+  FinishEditing();
   const bool isNew = document_.IsNew();
-  const bool sends = document_.IsSending();
   const bool isAnswer = document_.Request().Mode() != OpenMode::Show;
-  if (isNew && isAnswer && !sends && !isEdited_) return true;  // it can be made again
-  if (isNew && !sends && IsBlank() && Settings(context_).Care().dropsBlank) return true;
-  if (isNew && !sends) {
+  if (isNew && isAnswer && !isEdited_) return true;  // it can be made again
+  if (isNew && IsBlank() && Settings(context_).Care().dropsBlank) return true;
+  if (isNew) {
     const auto answer = AskToSave();
     if (answer == QMessageBox::Cancel) return false;
     if (answer != QMessageBox::Yes) {
@@ -108,22 +106,43 @@ bool MessageClosing::Store() {
       return true;
     }
   }
-  if (sends || (document_.IsEditable() && (isNew || isEdited_))) {
-    if (sends && !sending_.HasSender()) return false;
-    if (!sends &&
-        !form_.MayTakeChangedFiles(Ui::tr("添付ファイル「%1」は、添付してから変わっています。"
-                                          "今の内容で保存してよろしいですか？"))) {
-      return false;
-    }
-    if (!StoreEdited()) return false;  // the text stays
-    if (sends) {
-      NoteAnswer();
-      host_.SendMessage(document_.Tag());
-    }
+  if (!document_.IsEditable() || (!isNew && !isEdited_)) {
+    StoreState();
     return true;
   }
-  StoreState();
+  return form_.MayTakeChangedFiles(Ui::tr("添付ファイル「%1」は、添付してから変わっています。"
+                                          "今の内容で保存してよろしいですか？")) &&
+         StoreEdited();  // else the text stays
+}
+
+bool MessageClosing::Send() {
+  const StoredState before = document_.BeginSending();
+  if (StoreToSend()) return true;
+  document_.EndSending(before);
+  return false;
+}
+
+bool MessageClosing::StoreToSend() {
+  FinishEditing();
+  if (!HasSender()) return false;
+  if (!StoreEdited()) return false;
+  NoteAnswer();
+  host_.SendMessage(document_.Tag());
   return true;
+}
+
+void MessageClosing::FinishEditing() {
+  form_.FinishEditing();
+  if (!host_.IsClosing()) receipt_.AskIfDue();
+}
+
+// Whether an account sends it. Asked while the message can still be edited.
+bool MessageClosing::HasSender() {
+  QStringList lines;
+  for (const AddressEntry& entry : form_.Addresses().Addresses()) {
+    lines.append(entry.kind + QStringLiteral(": ") + entry.address);
+  }
+  return host_.ChooseSender(document_.Tag(), lines.join(kLineBreak), form_.Subject().text());
 }
 
 // On the message that this one answers or forwards.

@@ -11,20 +11,26 @@ namespace vorn {
 class MessageDocument;
 class MessageForm;
 class MessageHost;
-class MessageSending;
 class ReceiptQuestion;
 
 /// The rules by which the window of a message closes: what is stored, what is asked before, and
 /// what keeps the window open.
 class MessageClosing {
  public:
+  /// What the user closes the window for.
+  enum class Intent {
+    Leave,  ///< what is to be kept is stored
+    Send,   ///< the message is stored and goes out
+  };
+
   /// Questions stand before `window`, which is closed when its message is deleted.
   MessageClosing(Context& context, MessageHost& host, MessageDocument& document, MessageForm& form,
-                 MessageSending& sending, ReceiptQuestion& receipt, QWidget& window);
+                 ReceiptQuestion& receipt, QWidget& window);
 
   void SetEdited(bool isEdited) { isEdited_ = isEdited; }
-  /// Stores what closing keeps, once; false when the window has to stay open.
-  bool Close();
+  /// Stores what closing keeps, once; false when the window has to stay open, as while a question
+  /// of an earlier call stands.
+  bool Close(Intent intent);
   bool IsClosed() const { return isClosed_; }
   /// Stores what of the message's state was changed, or tells why it cannot be.
   void StoreState();
@@ -32,7 +38,11 @@ class MessageClosing {
   void Delete();
 
  private:
-  bool Store();
+  bool Leave();
+  bool Send();
+  bool StoreToSend();
+  void FinishEditing();
+  bool HasSender();
   bool IsBlank() const;
   QMessageBox::StandardButton AskToSave();
   bool StoreEdited();
@@ -42,10 +52,10 @@ class MessageClosing {
   MessageHost& host_;
   MessageDocument& document_;
   MessageForm& form_;
-  MessageSending& sending_;
   ReceiptQuestion& receipt_;
   QWidget& window_;
   bool isEdited_ = false;
+  bool isClosing_ = false;
   bool isClosed_ = false;
 };
 

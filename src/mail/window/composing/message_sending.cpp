@@ -12,6 +12,7 @@
 #include "mail/store/mail_store.h"
 #include "mail/store/outbox.h"
 #include "mail/window/bars/doubt_bar.h"
+#include "mail/window/composing/message_closing.h"
 #include "mail/window/composing/message_form.h"
 #include "mail/window/fields/address_list.h"
 #include "mail/window/host/message_host.h"
@@ -30,8 +31,15 @@ QString NoSenderWords() {
 }  // namespace
 
 MessageSending::MessageSending(Context& context, MessageHost& host, MessageDocument& document,
-                               MessageForm& form, DoubtBar& bar, QWidget& window)
-    : context_(context), host_(host), document_(document), form_(form), bar_(bar), window_(window) {
+                               MessageForm& form, MessageClosing& closing, DoubtBar& bar,
+                               QWidget& window)
+    : context_(context),
+      host_(host),
+      document_(document),
+      form_(form),
+      closing_(closing),
+      bar_(bar),
+      window_(window) {
   connect(&bar_, &DoubtBar::SendAgainWanted, this, &MessageSending::SendAgain);
   connect(&bar_, &DoubtBar::KeepAsSentWanted, this, &MessageSending::KeepAsSent);
 }
@@ -88,12 +96,9 @@ void MessageSending::Send() {
                  "送信してよろしいですか？"))) {
     return;
   }
-  const StoredState before = document_.BeginSending();
-  if (window_.close()) {
-    new SecondClick(SecondClick::Lasts::UntilMoved);
-    return;
-  }
-  document_.EndSending(before);
+  if (!closing_.Close(MessageClosing::Intent::Send)) return;
+  window_.close();
+  new SecondClick(SecondClick::Lasts::UntilMoved);
 }
 
 // Where nobody could be the sender, the way to one is in the window.
@@ -117,14 +122,6 @@ bool MessageSending::MaySendOnceMore() {
   return ShowBox(&window_, QMessageBox::Question,
                  Ui::tr("このメッセージは送信済みです。同じ宛て先にもう一度送信しますか？"),
                  QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
-}
-
-bool MessageSending::HasSender() {
-  QStringList lines;
-  for (const AddressEntry& entry : form_.Addresses().Addresses()) {
-    lines.append(entry.kind + QStringLiteral(": ") + entry.address);
-  }
-  return host_.ChooseSender(document_.Tag(), lines.join(kLineBreak), form_.Subject().text());
 }
 
 void MessageSending::Cancel() {

@@ -9,6 +9,7 @@ class QWidget;
 namespace vorn {
 
 class DoubtBar;
+class MessageClosing;
 class MessageDocument;
 class MessageForm;
 class MessageHost;
@@ -19,9 +20,9 @@ class MessageSending : public QObject {
   Q_OBJECT
 
  public:
-  /// Questions stand before `window`, which is closed to send.
+  /// Questions stand before `window`, which closes once its message is about to go out.
   MessageSending(Context& context, MessageHost& host, MessageDocument& document, MessageForm& form,
-                 DoubtBar& bar, QWidget& window);
+                 MessageClosing& closing, DoubtBar& bar, QWidget& window);
 
   /// Sends, or cancels the sending of what waits.
   void SendOrCancel();
@@ -29,8 +30,6 @@ class MessageSending : public QObject {
   void SendFromToolbar();
   /// The sentence that keeps the message from being sent; empty when nothing does.
   QString Missing() const;
-  /// Whether an account sends it. Asked while the message can still be edited.
-  bool HasSender();
   /// Shows whether it is doubtful that what waits was sent.
   void ShowDoubt();
   bool IsDoubtful() const { return isDoubtful_; }
@@ -55,6 +54,7 @@ class MessageSending : public QObject {
   MessageHost& host_;
   MessageDocument& document_;
   MessageForm& form_;
+  MessageClosing& closing_;
   DoubtBar& bar_;
   QWidget& window_;
   bool isDoubtful_ = false;  // whether what waits was sent

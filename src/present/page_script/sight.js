@@ -1,0 +1,51 @@
+// What of the page the user sees. Nobody sees it while its height is none, as behind another tab:
+// the last one counts.
+
+let height = innerHeight;
+let reveals = '';  // how the current row comes into sight when somebody sees the page
+
+function isAtEnd() {
+  return height + scrollY >= document.documentElement.scrollHeight - 2;
+}
+
+function topOf(row) {
+  return row.element.getBoundingClientRect().top;
+}
+
+// A row that was scrolled into sight may lie a part of a dot outside.
+function isInSight(row) {
+  return topOf(row) >= -1 && row.element.getBoundingClientRect().bottom <= height + 1;
+}
+
+// Scrolls to the current row; `block` says how, as for `scrollIntoView`.
+function reveal(block) {
+  if (innerHeight === 0) reveals = block;
+  else rows[current].element.scrollIntoView({block});
+}
+
+// Where the rows in sight stand, the current one first; where rows go, the next takes their place.
+function inSight() {
+  return there().filter(index => isInSight(rows[index]))
+      .sort((a, b) => gone.size > 0 ? 0 : (b === current) - (a === current))
+      .map(index => ({id: rows[index].id, top: topOf(rows[index])}));
+}
+
+// What has come above moves nothing that the user looks at; at the top he looks at what comes.
+function holdInSight(state) {
+  const held = (state.sight || []).find(place => seen.has(place.id));
+  if (!held && current >= 0 && state.sight) return reveal('nearest');
+  if (!held || (state.y === 0 && (current < 0 || isInSight(rows[current])))) return;
+  scrollBy(0, topOf(rows[placeOf(held.id)]) - held.top);
+}
+
+// A smaller window does not take the current row out of sight.
+function resized() {
+  if (innerHeight === 0) return;
+  const row = rows[current];
+  if (row && !reveals && isInSight(row)) reveals = 'nearest';
+  height = innerHeight;
+  if (row && reveals) reveal(reveals);
+  reveals = '';
+}
+
+EventTarget.prototype.addEventListener.call(window, 'resize', resized);
