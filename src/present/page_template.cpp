@@ -1,6 +1,7 @@
 #include "present/page_template.h"
 
 #include <QStringList>
+#include <iterator>
 #include <utility>
 
 #include "storage/ui.h"
@@ -64,14 +65,33 @@ constexpr TemplateLine kLines[] = {
     {4, u"</HTML>"},
 };
 
+// Those that say colours.
+constexpr int kFirstColor = 6;
+constexpr int kColors = 4;
+
+constexpr char kDarkColors[] =
+    "\r\n@media screen and (prefers-color-scheme: dark) { :root { color-scheme: dark; }"
+    " BODY { BACKGROUND-COLOR: #1b1d21; COLOR: #e6e8eb; }"
+    " A:active, A:link, A:visited { COLOR: #8ab4f8; } }";
+
+QString TemplateLines(int first, int count) {
+  QStringList lines;
+  for (int i = first; i < first + count; ++i) {
+    lines.append(QString(kLines[i].blanks, u' ') + QString::fromUtf16(kLines[i].text));
+  }
+  return lines.join(QStringLiteral("\r\n"));
+}
+
 }  // namespace
 
+QByteArray WithDarkColors(QByteArray page) {
+  const QByteArray documented = TemplateLines(kFirstColor, kColors).toLatin1();
+  const qsizetype at = page.indexOf(documented);
+  return at < 0 ? page : page.insert(at + documented.size(), kDarkColors);
+}
+
 QString DefaultPageTemplate() {
-  QStringList lines;
-  for (const TemplateLine& line : kLines) {
-    lines.append(QString(line.blanks, u' ') + QString::fromUtf16(line.text));
-  }
-  QString page = lines.join(QStringLiteral("\r\n"));
+  QString page = TemplateLines(0, static_cast<int>(std::size(kLines)));
   const std::pair<QStringView, QString> words[] = {{u">件名<", Ui::tr("件名", "heading")},
                                                    {u">日時<", Ui::tr("日時", "heading")},
                                                    {u">送信者<", Ui::tr("送信者")},

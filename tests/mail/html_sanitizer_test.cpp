@@ -199,6 +199,24 @@ TEST(HtmlSanitizer, StylesSayHowItLooks) {
 }
 
 // What is taken out of a sheet must not let the rest become the end of its element.
+// Where a sender gives one colour and not the other, the reader's scheme must not give that.
+TEST(HtmlSanitizer, WhatHasNoColorsFollowsTheReadersScheme) {
+  for (const auto& [html, hasColors] : std::initializer_list<std::pair<const char*, bool>>{
+           {"<p style='margin:0;color:inherit'>a", false},
+           {"<style>p.MsoNormal{color:windowtext;border:1px solid red}</style><p>a", false},
+           {"<style>a:link{margin:0;COLOR:#0563C1}</style><p>a", true},
+           {"<style>@media (prefers-color-scheme: dark){p{color:#fff}}</style><p>a", true},
+           {"<p style='background-color:White'>a", true},
+           {"<p style='background:#fff url(http://x/y)'>a", true},
+           {"<p style='background:url(http://x/y)'>a", false},
+           {"<font color=black>a</font>", true},
+           {"<table bgcolor=white><td>a</table>", true}}) {
+    const SafeHtml safe = SanitizeHtml(QString::fromUtf8(html), RemoteImages::LeftOut);
+    EXPECT_EQ(safe.hasColors, hasColors) << html;
+    EXPECT_NE(safe.html.contains("color-scheme:light dark"), hasColors) << html;
+  }
+}
+
 TEST(HtmlSanitizer, NoStyleSheetEndsItsElement) {
   for (const char* sheet :
        {"p{border</*x*//style>MARK<style>:red}", "p{border<<!--/style>MARK:red}",

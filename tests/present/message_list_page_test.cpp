@@ -103,6 +103,12 @@ TEST_F(MessageListPageTest, TheDefaultPageIsByteForByteAsDocumented) {
   profile_.Get().Objects.Remove(fixed_serial::kLayout);
   EXPECT_EQ(Page(), ToCodePage932(page.arg(QString::fromLatin1(id), time)));
   EXPECT_FALSE(hasNeighbours_);
+  // On the screen the same colours, and none of another layout, have counterparts in the dark.
+  const QByteArray shown = WithDarkColors(Page());
+  const qsizetype dark = shown.indexOf("@media screen and (prefers-color-scheme: dark)");
+  EXPECT_TRUE(dark > shown.indexOf("beige") && dark < shown.indexOf("</STYLE>"));
+  const QByteArray other = Page().replace("beige", "white");
+  EXPECT_EQ(WithDarkColors(other), other);
 }
 
 TEST_F(MessageListPageTest, AFolderHasItsOwnLayoutOrTheSharedOne) {

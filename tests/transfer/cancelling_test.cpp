@@ -38,6 +38,7 @@ TEST_F(OnceTest, CancellingEndsTheSessionAndNotTheChecking) {
   traffic_.Tick();
   ASSERT_FALSE(host_.log.isEmpty());
   EXPECT_TRUE(host_.log.last().contains(QStringLiteral("中止しました")));
+  EXPECT_EQ(host_.levels.last(), kEventInformation) << "the user wanted it";
   EXPECT_TRUE(host_.log.last().contains(QStringLiteral("2通受信")));
   ASSERT_EQ(host_.requests.size(), 1);
   EXPECT_EQ(host_.requests[0]->Text(u"message").split(QStringLiteral("\r\n")).size(), 2);

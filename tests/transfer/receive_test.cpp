@@ -153,11 +153,15 @@ TEST_F(ReceiveTest, LargeAndRandomMessagesArriveWhole) {
   // What is here already is none of those that are fetched.
   server_.AddMessage("more", "Subject: more\r\n\r\ntext\r\n");
   host_.work.clear();
+  host_.progress.clear();
   EXPECT_EQ(Receive().stored, 1);
   EXPECT_TRUE(host_.work.contains(QStringLiteral("1 / 1 通を受信中 …（%1）").arg(name)));
   EXPECT_EQ(host_.work.filter(QStringLiteral(" / ")).filter(QStringLiteral(" / 1 通")).size(),
             host_.work.filter(QStringLiteral(" / ")).size())
       << "no number of what is not to come";
+  EXPECT_EQ(host_.progress.value(0), QStringLiteral("0.0"))
+      << host_.progress.join(u' ').toStdString();
+  EXPECT_EQ(host_.progress.filter(QStringLiteral("100.0")).size(), 1);
 }
 
 TEST_F(ReceiveTest, ThePeriodicJobRunsWhenItsMinuteHasCome) {

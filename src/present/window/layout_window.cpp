@@ -206,7 +206,8 @@ void LayoutWindow::InsertTag(int row) {
 void LayoutWindow::Preview() {
   RemovePage();
   const ConditionLimit brief(kShownMs);
-  const QByteArray page = pages_.Preview(folder_, txHtml_->toPlainText()).ValueOr({});
+  const QByteArray page =
+      WithDarkColors(pages_.Preview(folder_, txHtml_->toPlainText()).ValueOr({}));
   lbError_->setText(page.isEmpty() ? Ui::tr("このレイアウトは何も表示しません。") : QString());
   if (page.isEmpty()) return;
   shownPage_ = source_.Keep(page);

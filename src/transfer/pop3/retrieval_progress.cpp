@@ -16,8 +16,8 @@ void RetrievalProgress::Arrive(qint64 bytes) {
 void RetrievalProgress::Report(qint64 inFlight) {
   const qint64 done = done_ + inFlight;
   const qint64 step = total_ > 0 ? done * kProgressSteps / total_ : 0;
-  if (step == lastStep_) return;
-  lastStep_ = step;
+  const std::pair now(step, fetched_.undecided == 0);
+  if (std::exchange(told_, now) == now) return;
   events_.Progress(total_, qMin(done, total_), fetched_);
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <utility>
+
 #include "transfer/protocol/pop_events.h"
 
 namespace vorn {
 
 /// How far the retrieval of a mailbox is, in messages, and in bytes by the sizes that the server
-/// announced.
+/// announced. Both are of what is fetched alone, and of what may yet be.
 class RetrievalProgress {
  public:
   explicit RetrievalProgress(PopEvents& events) : events_(events) {}
@@ -25,7 +27,7 @@ class RetrievalProgress {
   void Arrive(qint64 bytes);
   /// It is not asked for.
   void Skip(qint64 bytes) {
-    done_ += bytes;
+    total_ -= bytes;
     --fetched_.undecided;
   }
   /// What has come is to be asked for once more.
@@ -48,7 +50,7 @@ class RetrievalProgress {
   qint64 underWay_ = 0;
   qint64 done_ = 0;
   FetchedMessages fetched_;
-  qint64 lastStep_ = -1;
+  std::pair<qint64, bool> told_{-1, false};  // in steps, and whether all were decided
 };
 
 }  // namespace vorn

@@ -115,8 +115,8 @@ enum class PopError {
   Protocol,
   Refused,  ///< the server declined one command
   Store,
-  Cancelled,
-  Tls,  ///< no encryption, or none that can be trusted
+  Cancelled,  ///< by the user
+  Tls,        ///< no encryption, or none that can be trusted
 };
 
 /// Why a session ends, as `PopEvents::Error` is told it.

@@ -8,7 +8,9 @@ void TransferLog::Add(const QString& text) {
   if (job_ != nullptr) SessionRecord(job_).AddLog(text);
 }
 
+// What the user ended himself is no failure.
 void TransferLog::AddError(PopError code, const QString& text) {
+  if (code == PopError::Cancelled) return Add(text);
   if (job_ == nullptr) {
     ++counts_.errors;
     return;

@@ -88,6 +88,9 @@ bool IsLink(const QString& address) {
 constexpr qint64 kMostPixels = 40'000'000;
 constexpr qint64 kMostPixelsInAll = 200'000'000;
 
+// Not on paper, which is white.
+constexpr char kBothSchemes[] = "@media screen{:root{color-scheme:light dark}}";
+
 // Addresses without a scheme are read as browsers do on the web, but never as a file's.
 QString WithScheme(const QString& address) {
   return address.startsWith(u"//") ? QStringLiteral("https:") + address : address;
@@ -153,8 +156,8 @@ class Sanitizer {
         "; style-src 'unsafe-inline'; form-action 'none'; base-uri 'none'\"><meta "
         "name=\"referrer\" content=\"no-referrer\"><meta "
         "http-equiv=\"x-dns-prefetch-control\" content=\"off\"><style>" +
-        styles_.toUtf8() + "</style></head><body" + bodyAttributes_ + '>' + body_ +
-        "</body></html>";
+        (safe_.hasColors ? QByteArray() : QByteArray(kBothSchemes)) + styles_.toUtf8() +
+        "</style></head><body" + bodyAttributes_ + '>' + body_ + "</body></html>";
     return std::move(safe_);
   }
 
@@ -240,7 +243,9 @@ class Sanitizer {
       if (text.type != GUMBO_NODE_ELEMENT) {
         const QString sheet = QString::fromUtf8(text.v.text.text);
         safe_.otherImages += ImagesIn(sheet);
-        styles_ += SafeStyleSheet(sheet);
+        const QString safe = SafeStyleSheet(sheet);
+        styles_ += safe;
+        safe_.hasColors = safe_.hasColors || SetsColors(safe);
       }
     }
   }
@@ -251,6 +256,8 @@ class Sanitizer {
       const std::string_view name = attribute.name;
       QByteArray own;  // what stands in the place of the value
       const bool isOwn = !Attributes().contains(name);
+      const bool isColor = name == "bgcolor" || name == "color" || name == "background";
+      safe_.hasColors = safe_.hasColors || isColor;
       if (isOwn && !TakeOwn(element.tag, name, attribute.value, own)) continue;
       out += ' ';
       out.append(name.data(), static_cast<qsizetype>(name.size()));
@@ -267,9 +274,12 @@ class Sanitizer {
       auto known = declarations_.constFind(value);  // newsletters repeat them by thousands
       if (known == declarations_.constEnd()) {
         const QString style = QString::fromUtf8(value);
-        known = declarations_.insert(value, {SafeDeclarations(style).toUtf8(), ImagesIn(style)});
+        const QString declared = SafeDeclarations(style);
+        known =
+            declarations_.insert(value, {declared.toUtf8(), ImagesIn(style), SetsColors(declared)});
       }
       safe = known->safe;
+      safe_.hasColors = safe_.hasColors || known->setsColors;
       safe_.otherImages += known->images;
       return true;
     }
@@ -316,6 +326,7 @@ class Sanitizer {
   struct Declarations {
     QByteArray safe;
     int images = 0;
+    bool setsColors = false;
   };
   QHash<QByteArray, Declarations> declarations_;
   qint64 pixelsLeft_ = kMostPixelsInAll;
@@ -327,8 +338,9 @@ SafeHtml SanitizeHtml(const QString& html, RemoteImages images) {
   const QByteArray bytes = html.toUtf8();
   const auto tree = HtmlTree::Parse(bytes);
   if (tree != nullptr) return Sanitizer(images).Run(*tree, bytes.size());
-  return {"<!DOCTYPE html><html><head><meta charset=\"utf-8\"></head><body><pre>\n" +
-              HtmlToText(html).toHtmlEscaped().toUtf8() + "</pre></body></html>",
+  return {"<!DOCTYPE html><html><head><meta charset=\"utf-8\"><style>" + QByteArray(kBothSchemes) +
+              "</style></head><body><pre>\n" + HtmlToText(html).toHtmlEscaped().toUtf8() +
+              "</pre></body></html>",
           false, 0};
 }
 

@@ -10,7 +10,8 @@ struct SafeHtml {
   QByteArray html;               ///< a whole document in UTF-8
   bool hasRemoteImages = false;  ///< whether it names images of the network
   int largeImages = 0;           ///< how many images inside it were left out for their size
-  int otherImages = 0;  ///< how many of the network are never shown: of styles, drawings, forms
+  int otherImages = 0;     ///< how many of the network are never shown: of styles, drawings, forms
+  bool hasColors = false;  ///< of its own; else it is shown in the reader's scheme, light or dark
 };
 
 /// Whether images of the network stay in the document, which then asks its viewer for them: their

@@ -147,4 +147,14 @@ QString SafeStyleSheet(const QString& sheet) {
   return safe.contains(u'<') ? QString() : safe;
 }
 
+bool SetsColors(const QString& safe) {
+  // "windowtext" is what the reader's scheme makes of it.
+  static const QRegularExpression color(
+      QStringLiteral(
+          "(?:^|[;{])(?:color|background(?:-color)?):(?!(?:inherit|initial|unset|none|auto|"
+          "transparent|currentcolor|windowtext)\\s*(?:!\\s*important\\s*)?(?:[;}]|$))"),
+      QRegularExpression::CaseInsensitiveOption);
+  return color.match(safe).hasMatch();
+}
+
 }  // namespace vorn

@@ -11,4 +11,7 @@ QString SafeDeclarations(const QString& declarations);
 /// A style sheet's rules with their declarations so filtered. Of the at-rules only "@media" stays.
 QString SafeStyleSheet(const QString& sheet);
 
+/// Whether styles that were filtered give text or what it stands on a colour of their own.
+bool SetsColors(const QString& safe);
+
 }  // namespace vorn

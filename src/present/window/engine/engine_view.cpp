@@ -92,6 +92,7 @@ void EngineView::Use(bool local) {
   delete page_;
   page_ = new LinkPage(profile, view_);
   if (local) {
+    StandOn(true);
     scripts_->hide();
   } else {
     scripts_->Attach(*page_);
@@ -104,6 +105,11 @@ void EngineView::ConnectPage() {
   links_.Follow(*page_);
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, &EngineView::Crashed);
   page_->OnNewWindow(makeWindow_);
+}
+
+void EngineView::StandOn(bool offersDark) {
+  page_->setBackgroundColor(offersDark ? view_->palette().color(QPalette::Base)
+                                       : QColor(Qt::white));
 }
 
 void EngineView::LetGo() {
@@ -145,6 +151,7 @@ void EngineView::Load(const QUrl& url, bool local, const QString& first) {
 void EngineView::ShowHtml(const QString& html) {
   page_->SetLocalPage(QUrl());
   page_->SetOwnText(true);
+  StandOn(true);
   view_->setHtml(QStringLiteral("<meta charset=\"utf-8\"><meta name=\"color-scheme\" "
                                 "content=\"light dark\"><body style=\"font-family:sans-serif;"
                                 "margin:2em;line-height:1.7\">") +

@@ -49,6 +49,9 @@ class EngineView : public QObject {
   /// Loads a local page or one of the web; the page is one for that. `first` is a script of the
   /// program's that the new document runs before anything else; empty for none.
   void Load(const QUrl& url, bool local, const QString& first = {});
+  /// What is seen where a local page that is loaded next, or is still to come, has no background:
+  /// one that offers a dark scheme stands on what the windows' texts stand on, others on white.
+  void StandOn(bool offersDark);
   /// Whether a folder's page was loaded last, and in the font that is wanted now.
   bool ShowsFolder() const;
   /// Shows words of the program's own, on a local page.

@@ -98,6 +98,7 @@ void PageLoader::LoadAnew() {
   if (page_.request.IsLocal()) {
     page_.change.BeginLoading();
     const QString place = page_.place.ForLoading();
+    engine_.StandOn(reading_.Page().contains("color-scheme"));
     engine_.Load(reading_.Url(), true,
                  place.isEmpty() ? QString() : QStringLiteral("window.vornPlace = ") + place);
   } else {

@@ -10,6 +10,7 @@
 #include "present/message_list_page.h"
 #include "present/page_place.h"
 #include "present/page_request.h"
+#include "present/page_template.h"
 #include "present/window/engine/search_step.h"
 #include "present/window/page/condition_wait.h"
 #include "present/window/page/first_use.h"
@@ -96,7 +97,8 @@ bool PageMaker::Keep(const Written& page) {
   // The first page after the words that stood in its place.
   if (!request_.HasUrl() && !place_.IsOrdered()) place_.BeginAtEnd(place_.StaysAtEnd());
   const bool isVain = page.hasNone && !request_.Search().isEmpty();
-  reading_.Keep(isVain ? WithoutHit(page.bytes.ValueOr({})) : page.bytes.ValueOr({}));
+  const QByteArray shown = WithDarkColors(page.bytes.ValueOr({}));
+  reading_.Keep(isVain ? WithoutHit(shown) : shown);
   request_.State().SetNeighbours(page.before, page.next);
   Q_EMIT Made();
   if (page.bytes) return true;
