@@ -6,7 +6,6 @@
 #include "mail/store/message_filing.h"
 #include "objects/account.h"
 #include "objects/any_object.h"
-#include "objects/default_object.h"
 #include "objects/folder_object.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"

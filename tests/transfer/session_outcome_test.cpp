@@ -224,7 +224,7 @@ TEST(RedactionTest, NoFormOfASecretIsShown) {
         QByteArray("x" + plain + "y").toBase64()}) {
     const QString words = redaction.Words("535 you sent " + form + " there");
     EXPECT_TRUE(words.startsWith(QStringLiteral("535 you sent"))) << words.toStdString();
-    for (const QByteArray& leak : {plain, encoded.first(6), blob.toBase64().first(8),
+    for (const QByteArray& leak : {plain.first(5), encoded.first(6), blob.toBase64().first(8),
                                    plain.toHex().first(8), encoded.sliced(6, 6)}) {
       EXPECT_FALSE(words.contains(QString::fromLatin1(leak), Qt::CaseInsensitive))
           << form.toStdString() << ": " << words.toStdString();

@@ -40,6 +40,10 @@ TEST_F(SmtpSessionTest, OneMessageGoesToAllItsRecipients) {
                 "EHLO [127.0.0.1]|MAIL FROM:<f@x>|RCPT TO:<a@x>|RCPT TO:<b@x>|RCPT TO:<f@x>|DATA|"
                 "Subject: s||..dot|.|QUIT"));
   EXPECT_EQ(events_.sent, QByteArrayList{job_.source});
+  for (const QByteArray limit : {"SIZE", "SIZE 0", "SIZE many"}) {  // none (RFC 1870, section 4)
+    Play("220\r\n250-x\r\n250 " + limit + "\r\n250\r\n250\r\n250\r\n250\r\n354\r\n250\r\n221\r\n");
+  }
+  EXPECT_EQ(events_.sent.size(), 4);
   EXPECT_TRUE(events_.errors.isEmpty());
 }
 
@@ -72,6 +76,9 @@ TEST_F(SmtpSessionTest, LogsInWithWhatTheServerOffers) {
                       "AUTH CRAM-MD5|dGltIGI5MTNhNjAyYzdlZGE3YTQ5NWI0ZTZlNzMzNGQzODkw|MAIL")));
   EXPECT_TRUE(Play("220\r\n250 AUTH LOGIN\r\n334 VXNlcm5hbWU6\r\n334 UGFzc3dvcmQ6\r\n235\r\n")
                   .contains(QStringLiteral("AUTH LOGIN|dGlt|dGFuc3RhYWZ0YW5zdGFhZg==|MAIL")));
+  job_.server.who.password = QStringLiteral("pässword");
+  EXPECT_TRUE(Play("220\r\n250 AUTH LOGIN\r\n334\r\n334\r\n235\r\n")
+                  .contains(QStringLiteral("|cMOkc3N3b3Jk|MAIL")));
   events_.errors.clear();
   Play("220\r\n250 AUTH PLAIN\r\n535 bad\r\n221\r\n");
   EXPECT_TRUE(events_.errors.value(0).contains(QStringLiteral("パスワードを確認")));

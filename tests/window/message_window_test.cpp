@@ -346,7 +346,7 @@ TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
   memo.setFocus();
   TypeText(memo, QStringLiteral("消えない🍣"));
   const QString vanishing = File("gone.txt", "contents\r\n");
-  Child<AttachmentList>(window, u"lvClip").AddFiles({vanishing});
+  Child<AttachmentList>(window, u"lvClip").Input().AddFiles({vanishing});
   QFile::remove(vanishing);  // the text counts
   QMetaObject::invokeMethod(window.findChild<QTimer*>(QStringLiteral("tmDraft")), "timeout");
   const SerialId serial = window.Tag();
