@@ -62,7 +62,9 @@ void PageRows::ToOpen(const std::function<void(const QString&, const SerialIds&)
 }
 
 void PageRows::Take(const std::function<void(const SerialIds&)>& then) {
-  queue_.Run(OnPage(QStringLiteral("take()")), Answering(then));
+  queue_.Run(OnPage(QStringLiteral("take()")), [then](const QVariant& answer) {
+    if (answer.typeId() != QMetaType::Bool) then(SerialIdsOf(answer.toStringList()));
+  });
 }
 
 void PageRows::Current(const std::function<void(const SerialId&)>& then) {

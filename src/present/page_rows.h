@@ -48,7 +48,7 @@ class PageRows {
   void ToOpen(const std::function<void(const QString&, const SerialIds&)>& then);
   /// As `Chosen`, of messages that are about to leave the folder: their rows are marked at once,
   /// and the next one becomes current, so that nothing meets a message twice while the page is made
-  /// anew.
+  /// anew. Not called where the page's last row was taken and it is not known yet what follows.
   void Take(const std::function<void(const SerialIds&)>& then);
   /// Messages that were taken stay. What the user does next waits, and is done after this.
   void GiveBack(const SerialIds& messages) { Tell(QStringLiteral("giveBack"), messages); }

@@ -46,6 +46,7 @@ td.marks { cursor: pointer; }
 td.marks:hover .new::before { content: "●"; font-size: 10pt; opacity: .4; }
 {widths}
 td.date { color: var(--soft); }
+{sharing}
 /* Pictures leave the subject its room. Their words are there for who hears the page. */
 td.subject { position: relative; padding-right: 60px; }
 .do { position: absolute; right: 4px; top: 0; bottom: 0; display: flex; align-items: center; }
@@ -75,7 +76,7 @@ td.subject { position: relative; padding-right: 60px; }
   tr:first-child { display: none; }
   .row { display: grid; grid-template-columns: minmax(0, 1fr) auto auto; column-gap: .5em;
          position: relative; padding: {pad} 8px {pad} 1.6em; border-bottom: 1px solid var(--line); }
-  .row td { width: auto; padding-left: 0; padding-top: 0; padding-bottom: 0; border: 0; }
+  .row td { width: auto; min-width: 0; padding-left: 0; padding-top: 0; padding-bottom: 0; border: 0; }
   .row td:not(.subject) { padding-right: 0; }
 {areas}
   .m○ .new::before { position: absolute; left: .3em; }
@@ -95,6 +96,14 @@ td.subject { position: relative; padding-right: 60px; }
 </body>
 </html>
 )html";
+
+// Recipients take what a short subject leaves; before a long one they have their column.
+constexpr char kSharing[] = R"css(table, tbody { display: block; }
+tr { display: flex; }
+tr:first-child { position: sticky; top: 0; z-index: 1; }
+th, td { flex: none; }
+th.subject, td.subject, .none td { flex: 1 1 auto; }
+td.from { width: auto; min-width: var(--width); flex-shrink: 1000000; })css";
 
 constexpr char kCards[] = R"html(<!DOCTYPE html>
 <html lang="ja">
@@ -250,11 +259,13 @@ QString Filled(QString html, const Words& words) {
 
 QString Table(const SerialId& folder) {
   const QList<Column> columns = Columns(folder);
-  const QString width = QStringLiteral(".%1 { width: %2; }");
+  const QString width = QStringLiteral(".%1 { --width: %2; width: var(--width); }");
   return Filled(QString::fromUtf8(kTable),
                 {{QStringLiteral("widths"), Lines(columns, width, &Column::width)},
                  {QStringLiteral("narrowWidths"),
-                  Lines(columns, QStringLiteral("  ") + width, &Column::narrow)},
+                  Lines(columns, QStringLiteral("  .%1 { --width: %2; }"), &Column::narrow)},
+                 {QStringLiteral("sharing"),
+                  ShowsRecipients(folder) ? QString::fromUtf8(kSharing) : QString()},
                  {QStringLiteral("areas"),
                   Lines(columns, QStringLiteral("  .row .%1 { grid-area: %2; }"), &Column::area)},
                  {QStringLiteral("headings"), Headings(columns)},

@@ -140,6 +140,16 @@ TEST_F(FolderCommandsTest, BehindTheLastRowOfAPageTheNextOneFollows) {
   Press(Qt::Key_End);
   Press(Qt::Key_Delete);
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_6'")));
+  // Pressed again before it is there, it takes nothing that was passed over.
+  MadeAnewBy([this] { Press(Qt::Key_Home, Qt::AltModifier); });
+  FocusPage();
+  Press(Qt::Key_End);
+  ASSERT_EQ(Chosen(), Ids({5}));
+  Press(Qt::Key_Delete);
+  Press(Qt::Key_Delete);
+  EXPECT_TRUE(AwaitGone("No5."));
+  Chosen();
+  EXPECT_TRUE(PageText().contains(QStringLiteral("No2.")));
 }
 
 // The page answers later than the status bar does.
@@ -379,23 +389,28 @@ TEST_F(FolderCommandsTest, AClickOnTheMarksTurnsThemAndMovesNothing) {
   Press(Qt::Key_Home);
   Press(Qt::Key_Down, Qt::ShiftModifier);
   ASSERT_EQ(Chosen(), Ids({1, 2}));
-  const auto click = [this](int row) {
+  const auto placeOf = [this](int row) {
     const QVariantList at =
         Script(QStringLiteral("(() => { const box = document.querySelectorAll('td.marks')[%1]"
                               ".getBoundingClientRect();"
                               " return [box.right - 4, box.top + box.height / 2]; })()")
                    .arg(row))
             .toList();
-    ClickPage(QPoint(at.value(0).toInt(), at.value(1).toInt()));
+    return QPoint(at.value(0).toInt(), at.value(1).toInt());
   };
   for (const auto& [row, mark] : {std::pair{2, "0"}, {1, "0"}, {2, "1"}}) {
-    click(row);
+    ClickPage(placeOf(row));
     EXPECT_TRUE(WaitFor([this, row = row, mark = mark] {
       return Mark(row + 1) == QLatin1String(mark);
     })) << row;
   }
   EXPECT_EQ(Chosen(), Ids({1, 2}));
   EXPECT_EQ(Script(QStringLiteral("vorn.current()")).toString(), QStringLiteral("mail_2"));
+  // Who is quick turns them there and back.
+  DoubleClickPage(placeOf(0));
+  ClickPage(placeOf(3));
+  EXPECT_TRUE(WaitFor([this] { return Mark(4) == QLatin1String("0"); }));
+  EXPECT_EQ(Mark(1), QLatin1String("1"));
 }
 
 // As the menu of a click there, which stands below the row.

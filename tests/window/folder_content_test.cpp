@@ -118,6 +118,63 @@ TEST_F(FolderContentTest, TheTableLeavesTheSubjectItsRoom) {
   }
 }
 
+TEST_F(FolderContentTest, TheCurrentRowStaysInSightWhereRowsGrow) {
+  Begin(60, 100);
+  ASSERT_TRUE(ShareLayout(program_->GetContext(), QStringLiteral("table"), OwnLayouts::Removed));
+  MadeAnewBy([this] { Browser()->Refresh(); });
+  FocusPage();
+  Press(Qt::Key_Home);
+  for (int i = 0; i < 30; ++i) Press(Qt::Key_Down);
+  const QString isInSight = QStringLiteral(
+      "(() => { const box = document.querySelector('.vorn-current').getBoundingClientRect();"
+      " return box.top >= -1 && box.bottom <= innerHeight + 1; })()");
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_31' && scrollY > 0")));
+  for (const int width : {320, 800, 320}) {
+    View()->setFixedWidth(width);
+    EXPECT_TRUE(AwaitScript(QStringLiteral("innerWidth === %1").arg(width)));
+    AwaitPainted(*View());
+    EXPECT_TRUE(Script(isInSight).toBool()) << width;
+  }
+}
+
+// Recipients take what a short subject leaves, and no more.
+TEST_F(FolderContentTest, ToWhomAMessageWentIsCutOnlyForItsSubject) {
+  Begin(1, 100);
+  Context& context = program_->GetContext();
+  ASSERT_TRUE(ShareLayout(context, QStringLiteral("table"), OwnLayouts::Removed));
+  const QByteArray to = "To: " + QByteArray("recipient").repeated(3) + "@example.jp\r\n";
+  for (const int subjects : {0, 60}) {
+    Disk request(SerialId(QStringLiteral("mail_sent%1").arg(subjects)));
+    request.Let(QStringLiteral("process"), static_cast<int>(kStatusSent));
+    request.Let(QStringLiteral("Flag"), QStringLiteral("000"));
+    const QByteArray subject = QByteArray("subject ").repeated(subjects);
+    ASSERT_TRUE(
+        MailStore(context).StoreMessage(request, to + "Subject: " + subject + "\r\n\r\nbody\r\n"));
+  }
+  OpenFolder(fixed_serial::kOutbox);
+  View()->setFixedWidth(800);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("innerWidth === 800 && vorn.count() === 2")));
+  const auto in = [this](const char* message, const char* column, const char* asked) {
+    return Script(QStringLiteral("(() => { const cell = document.querySelector('a[href$=\"%1\"]')"
+                                 ".closest('tr').querySelector('td.%2'); return %3; })()")
+                      .arg(QLatin1String(message), QLatin1String(column), QLatin1String(asked)))
+        .toDouble();
+  };
+  const char* cut = "cell.scrollWidth - cell.clientWidth";
+  EXPECT_LE(in("mail_sent0", "from", cut), 0);
+  EXPECT_LE(in("mail_sent0", "subject", cut), 0);
+  EXPECT_GT(in("mail_sent60", "from", cut), 0);
+  EXPECT_GT(in("mail_sent60", "subject", "cell.clientWidth / innerWidth"), 0.5);
+  const char* date = "cell.getBoundingClientRect().left";
+  EXPECT_EQ(in("mail_sent0", "date", date), in("mail_sent60", "date", date));
+  const char* heading = "document.querySelector('th.date').getBoundingClientRect().left";
+  EXPECT_EQ(in("mail_sent0", "date", date), in("mail_sent0", "date", heading));
+  // In two lines whom it went to has the whole line but for the marks and the date.
+  View()->setFixedWidth(400);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("innerWidth === 400")));
+  EXPECT_LE(in("mail_sent60", "from", cut), 0);
+}
+
 TEST_F(FolderContentTest, ALayoutIsChosenWrittenAndSeenBeforeItIsKept) {
   Begin(3, 100);
   auto* edit = program_->Parent()->findChild<QMenu*>(QStringLiteral("menuDisplays"))->actions()[1];

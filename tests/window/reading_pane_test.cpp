@@ -191,16 +191,7 @@ TEST_F(ReadingPaneTest, OneClickReadsAndASecondOneOpens) {
                                                 "  return [r.x + 3, r.y + 3]; })()"))
                               .toList();
   ASSERT_EQ(at.size(), 2);
-  QWidget* target = View()->focusProxy();
-  const QPoint place(at[0].toInt(), at[1].toInt());
-  // Qt's own double click comes too slowly for the engine.
-  for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease,
-                          QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease}) {
-    const bool isUp = type == QEvent::MouseButtonRelease;
-    QMouseEvent event(type, place, target->mapToGlobal(place), Qt::LeftButton,
-                      isUp ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(target, &event);
-  }
+  DoubleClickPage(QPoint(at[0].toInt(), at[1].toInt()));
   EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   test::RunFor(300);
   int windows = 0;

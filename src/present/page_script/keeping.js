@@ -25,6 +25,7 @@ function restore(state, staysAtEnd) {
   toldChosen = -1;  // the page before this one may have had others
   show();
   restoreSight(state, state.end && staysAtEnd);
+  look();
   tell(slidIn ? 'row' : gap < 0 ? 'kept' : 'left', current);
 }
 

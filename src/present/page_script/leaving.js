@@ -17,8 +17,11 @@ function remove(ids) {
   tell('row', current);
 }
 
-// The chosen messages, which leave with this: what is asked next is not told them again.
+// The chosen messages, which leave with this: what is asked next is not told them again. False
+// where the page's last row was taken: the current one is a row that the user has passed, and not
+// meant until it is known what follows.
 function take() {
+  if (endTaken && chosen.size === 0) return false;
   const ids = chosenIds();
   remove(ids);
   return ids;

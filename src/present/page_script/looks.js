@@ -25,6 +25,7 @@ function show() {
     // The keys go from row to row; Tab stops at the current one's links alone.
     for (const link of row.links) link.tabIndex = index === current ? 0 : -1;
   });
+  look();
   if (chosen.size !== toldChosen) say('chosen', toldChosen = chosen.size);
 }
 

@@ -5,6 +5,15 @@ function isOnMarks(event) {
   return event.button === 0 && !event.ctrlKey && !event.shiftKey && event.target.closest('td.marks') !== null;
 }
 
+let marked = '';  // the message whose marks were clicked last
+
+// Each click turns them, also the second of two quick ones, unless another row has come there.
+function clickMarks(index, isQuick) {
+  if (isQuick && idAt(index) !== marked) return;
+  marked = idAt(index);
+  tell('marks', index);
+}
+
 function goToClicked(index) {
   goTo(index, false);
   clicked = index;
@@ -31,7 +40,7 @@ listen('click', event => {
   const index = rowAt(event.target);
   if (index < 0) return;
   if (isOnMarks(event)) {
-    if (event.detail === 1) tell('marks', index);  // who clicks twice means it once
+    clickMarks(index, event.detail > 1);
   } else if (event.ctrlKey || event.shiftKey) {
     event.preventDefault();
   } else if (event.button === 0 && chosen.size > 0) {

@@ -3,6 +3,7 @@
 
 let height = innerHeight;
 let reveals = '';  // how the current row comes into sight when somebody sees the page
+let isSeen = false;  // the current row: as the window was before it changed its size
 
 function isAtEnd() {
   return height + scrollY >= document.documentElement.scrollHeight - 2;
@@ -21,6 +22,11 @@ function isInSight(row) {
 function reveal(block) {
   if (innerHeight === 0) reveals = block;
   else rows[current].element.scrollIntoView({block});
+  look();
+}
+
+function look() {
+  if (innerHeight > 0) isSeen = current >= 0 && isInSight(rows[current]);
 }
 
 // Where the rows in sight stand, the current one first; where rows go, the next takes their place.
@@ -38,14 +44,16 @@ function holdInSight(state) {
   scrollBy(0, topOf(rows[placeOf(held.id)]) - held.top);
 }
 
-// A smaller window does not take the current row out of sight.
+// Another size of the window, in which rows may have another height, does not take the current row
+// out of sight.
 function resized() {
   if (innerHeight === 0) return;
-  const row = rows[current];
-  if (row && !reveals && isInSight(row)) reveals = 'nearest';
-  height = innerHeight;
-  if (row && reveals) reveal(reveals);
+  const block = reveals || (isSeen ? 'nearest' : '');
   reveals = '';
+  height = innerHeight;
+  if (current >= 0 && block) reveal(block);
+  look();
 }
 
 EventTarget.prototype.addEventListener.call(window, 'resize', resized);
+listen('scroll', look);
