@@ -4804,5 +4804,13 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <source>クリックすると未開封か開封済みになります</source>
         <translation>Click to mark as not opened or as opened</translation>
     </message>
+    <message>
+        <source>一覧</source>
+        <translation>List</translation>
+    </message>
+    <message>
+        <source>フォルダの一覧とページを切り替え F6</source>
+        <translation>Turn between the tree and the page F6</translation>
+    </message>
 </context>
 </TS>

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QTreeWidgetItemIterator>
 
@@ -19,6 +20,10 @@ namespace {
 
 constexpr int kColumns = 2;
 constexpr int kCountColumn = 1;
+constexpr int kIndent = 14;
+constexpr int kIconSize = 20;
+constexpr int kNameDepth = 3;    // of folders, with the arrows before them
+constexpr int kNameLetters = 5;  // Japanese ones
 constexpr int kKeyRole = Qt::UserRole;
 constexpr int kTagRole = Qt::UserRole + 1;
 const QString kLogTag = QStringLiteral("log");
@@ -75,7 +80,8 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
   setObjectName(QStringLiteral("tvConsole"));
   setAccessibleName(Ui::tr("コンソールツリー"));
   setHeaderHidden(true);
-  setIconSize(QSize(20, 20));
+  setIconSize(QSize(kIconSize, kIconSize));
+  setIndentation(kIndent);
   setRootIsDecorated(true);
   setTextElideMode(Qt::ElideMiddle);  // the time of an event stands at its end
   setColumnCount(kColumns);
@@ -83,6 +89,9 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
   header()->setMinimumSectionSize(0);
   header()->setSectionResizeMode(0, QHeaderView::Stretch);
   header()->setSectionResizeMode(kCountColumn, QHeaderView::ResizeToContents);
+  connect(header(), &QHeaderView::sectionResized, this, [this](int column) {
+    if (column == kCountColumn) updateGeometry();
+  });
   // One click shows a folder; Enter does it for the keyboard, and opens other objects' properties.
   connect(this, &QTreeWidget::itemPressed, this,
           [this](QTreeWidgetItem* item) { pressed_ = KeyOf(*item); });
@@ -98,6 +107,15 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
   });
   connect(this, &QTreeWidget::itemChanged, this, &ConsoleTree::TakeName);
   setEditTriggers(QAbstractItemView::NoEditTriggers);  // F2 is a command
+}
+
+QSize ConsoleTree::minimumSizeHint() const {
+  const int name = kNameLetters * fontMetrics().horizontalAdvance(u'あ');
+  const QScrollBar& bar = *verticalScrollBar();
+  const int around = 2 * frameWidth() + (bar.isVisible() ? bar.sizeHint().width() : 0);
+  return {
+      kNameDepth * indentation() + kIconSize + name + header()->sectionSize(kCountColumn) + around,
+      QTreeWidget::minimumSizeHint().height()};
 }
 
 void ConsoleTree::Open(const QTreeWidgetItem& item, bool inTabOfItsOwn) {
