@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QMouseEvent>
-#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QTreeWidgetItemIterator>
 
@@ -22,8 +21,6 @@ constexpr int kColumns = 2;
 constexpr int kCountColumn = 1;
 constexpr int kIndent = 14;
 constexpr int kIconSize = 20;
-constexpr int kNameDepth = 3;    // of folders, with the arrows before them
-constexpr int kNameLetters = 5;  // Japanese ones
 constexpr int kKeyRole = Qt::UserRole;
 constexpr int kTagRole = Qt::UserRole + 1;
 const QString kLogTag = QStringLiteral("log");
@@ -89,9 +86,6 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
   header()->setMinimumSectionSize(0);
   header()->setSectionResizeMode(0, QHeaderView::Stretch);
   header()->setSectionResizeMode(kCountColumn, QHeaderView::ResizeToContents);
-  connect(header(), &QHeaderView::sectionResized, this, [this](int column) {
-    if (column == kCountColumn) updateGeometry();
-  });
   // One click shows a folder; Enter does it for the keyboard, and opens other objects' properties.
   connect(this, &QTreeWidget::itemPressed, this,
           [this](QTreeWidgetItem* item) { pressed_ = KeyOf(*item); });
@@ -107,15 +101,6 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
   });
   connect(this, &QTreeWidget::itemChanged, this, &ConsoleTree::TakeName);
   setEditTriggers(QAbstractItemView::NoEditTriggers);  // F2 is a command
-}
-
-QSize ConsoleTree::minimumSizeHint() const {
-  const int name = kNameLetters * fontMetrics().horizontalAdvance(u'あ');
-  const QScrollBar& bar = *verticalScrollBar();
-  const int around = 2 * frameWidth() + (bar.isVisible() ? bar.sizeHint().width() : 0);
-  return {
-      kNameDepth * indentation() + kIconSize + name + header()->sectionSize(kCountColumn) + around,
-      QTreeWidget::minimumSizeHint().height()};
 }
 
 void ConsoleTree::Open(const QTreeWidgetItem& item, bool inTabOfItsOwn) {

@@ -34,9 +34,6 @@ class ConsoleTree : public QTreeWidget, public EventView {
   /// The serial identifiers of the folders in the tree, from the top.
   SerialIds Folders() const;
 
-  /// Names of some length stay readable beside the numbers.
-  QSize minimumSizeHint() const override;
-
   SerialId CurrentKey() const;
   QString CurrentTag() const;
   /// Whether the current node stands for an object, or else for events.

@@ -1,6 +1,8 @@
 #include "frame/window/panes/folder_panes.h"
 
+#include <QHeaderView>
 #include <QMdiSubWindow>
+#include <QScrollBar>
 #include <utility>
 
 #include "frame/window/panes/browser_area.h"
@@ -16,6 +18,17 @@ namespace {
 
 constexpr int kTreeWidth = 210;
 constexpr int kLeastPageWidth = 280;
+constexpr int kNameDepth = 3;    // of folders, with the arrows before them
+constexpr int kNameLetters = 5;  // Japanese ones
+
+// With which names of folders stay readable beside the numbers, in the last column.
+int LeastWidth(const ConsoleTree& tree) {
+  const QScrollBar& bar = *tree.verticalScrollBar();
+  return kNameDepth * tree.indentation() + tree.iconSize().width() +
+         kNameLetters * tree.fontMetrics().horizontalAdvance(u'あ') +
+         tree.header()->sectionSize(tree.columnCount() - 1) + 2 * tree.frameWidth() +
+         (bar.maximum() > 0 ? bar.sizeHint().width() : 0);
+}
 
 }  // namespace
 
@@ -32,6 +45,13 @@ FolderPanes::FolderPanes(Context& context)
   area_->setMinimumWidth(kLeastPageWidth);
   new KeyFrame(*tvConsole_);
   connect(area_, &BrowserArea::ActiveChanged, this, &FolderPanes::FollowActivePage);
+  // Not in the midst of it, for the tree may go.
+  connect(
+      tvConsole_->header(), &QHeaderView::sectionResized, this,
+      [this](int column) {
+        if (isVisible() && column == tvConsole_->columnCount() - 1) Divide();
+      },
+      Qt::QueuedConnection);
   connect(this, &QSplitter::splitterMoved, this, [this] { treeWidth_ = sizes().first(); });
 }
 
@@ -77,8 +97,9 @@ void FolderPanes::resizeEvent(QResizeEvent* event) {
 
 // In a window that is made small the tree gives way before the page, and comes back as it was.
 void FolderPanes::Divide() {
-  const int least = tvConsole_->minimumSizeHint().width() + handleWidth() + kLeastPageWidth;
-  const bool hasRoom = width() >= least;
+  const int least = LeastWidth(*tvConsole_);
+  tvConsole_->setMinimumWidth(least);
+  const bool hasRoom = width() >= least + handleWidth() + kLeastPageWidth;
   if (std::exchange(hasRoom_, hasRoom) != hasRoom) {
     isTreeInFront_ = false;
     ShowInFront();
