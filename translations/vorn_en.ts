@@ -4808,5 +4808,13 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <source>サーバーがこのアカウントのログインの方法に対応していません。</source>
         <translation>The server offers no way to log in that this account could use.</translation>
     </message>
+    <message>
+        <source>一覧</source>
+        <translation>List</translation>
+    </message>
+    <message>
+        <source>フォルダの一覧とページを切り替え F6</source>
+        <translation>Turn between the tree and the page F6</translation>
+    </message>
 </context>
 </TS>

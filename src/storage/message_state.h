@@ -22,6 +22,7 @@ struct StoredState {
     return {static_cast<MessageStatus>(stored < 0 ? -stored : stored), stored < 0};
   }
   int Stored() const { return isDust ? -status : status; }
+  bool operator==(const StoredState&) const = default;
 };
 
 /// The conditions on the column for what is outside the dust bin and in it.

@@ -2,7 +2,10 @@
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QToolBar>
+#include <QToolButton>
 #include <QTranslator>
+#include <QWebEngineView>
 
 #include "frame/window/panes/console_tree.h"
 #include "mail/window/message_window.h"
@@ -56,6 +59,48 @@ TEST_F(FolderTreeTest, TheTreeSelectsWhatIsShownOrWorkedOn) {
     ASSERT_TRUE(WaitFor([&loaded] { return !loaded.isEmpty(); }));
   }
   EXPECT_EQ(tree->currentItem(), tree->topLevelItem(0));
+}
+
+// A window that is made small shows whole what it shows.
+TEST_F(FolderTreeTest, WhereThereIsNoRoomForBothThePageComesBeforeTheTree) {
+  Begin(3, 100);
+  ParentWindow& window = *program_->Parent();
+  auto& tree = Child<QTreeWidget>(window, u"tvConsole");
+  auto& bar = Child<QToolBar>(window, u"tbMain");
+  const auto* turn = window.findChild<QAction*>(QStringLiteral("tb_tree"));
+  const auto button = [&](const char16_t* name) {
+    return qobject_cast<QToolButton*>(
+        bar.widgetForAction(window.findChild<QAction*>(QString::fromUtf16(name))));
+  };
+  const auto isWhole = [&] {
+    const auto* area = window.findChild<QMdiArea*>();
+    return Browser()->isVisible() && Browser()->width() <= area->viewport()->width() &&
+           Browser()->width() >= Browser()->minimumSizeHint().width();
+  };
+  window.resize(1600, 600);
+  ASSERT_TRUE(
+      WaitFor([&] { return button(u"tb_print")->toolButtonStyle() != Qt::ToolButtonIconOnly; }));
+  const int width = tree.width();
+  for (const int narrow : {700, 560}) {
+    window.resize(narrow, 600);
+    EXPECT_TRUE(WaitFor(isWhole)) << narrow;
+    EXPECT_TRUE(tree.isVisible() && !turn->isVisible()) << narrow;
+    const auto& behind = Child<QWidget>(bar, u"qt_toolbar_ext_button");
+    EXPECT_TRUE(WaitFor([&behind] { return !behind.isVisible(); })) << narrow;
+    EXPECT_EQ(button(u"tb_print")->toolButtonStyle(), Qt::ToolButtonIconOnly);
+  }
+  window.resize(400, 600);
+  EXPECT_TRUE(WaitFor([&] { return tree.isHidden() && isWhole(); }));
+  test::Press(*button(u"tb_tree"));
+  EXPECT_TRUE(tree.hasFocus() && !Browser()->isVisible());
+  test::ClickRow(tree, Node(kShelf));
+  EXPECT_TRUE(WaitFor([&] { return tree.isHidden() && isWhole(); }));
+  QTest::keyClick(&window, Qt::Key_F6);
+  EXPECT_TRUE(WaitFor([&] { return tree.hasFocus(); }));
+  QTest::keyClick(&tree, Qt::Key_F6);
+  EXPECT_TRUE(WaitFor([&] { return tree.isHidden() && View()->focusProxy()->hasFocus(); }));
+  window.resize(1600, 600);
+  EXPECT_TRUE(WaitFor([&] { return tree.width() == width && isWhole() && !turn->isVisible(); }));
 }
 
 TEST_F(FolderTreeTest, UnopenedMessagesAreCountedInTheTree) {

@@ -220,8 +220,8 @@ TEST_F(ReadingPaneTest, OpeningOneDoesNotOpenTheNext) {
   EXPECT_EQ(Chosen(), SerialIds()) << "a command would meet a message that is not in sight";
 }
 
-// Newly come mail that pushes it to another page, another program, another order: none of them is
-// the user's word for the row that comes into its place.
+// Newly come mail that pushes it to another page, its own mark, another program: none of them is
+// the user's word for the row that comes into its place. What only has other marks is read on.
 TEST_F(ReadingPaneTest, WhatLeavesThePageByItselfIsReadOnAndNoOtherTakesItsPlace) {
   BeginReading(5);
   Context& context = program_->GetContext();
@@ -229,11 +229,15 @@ TEST_F(ReadingPaneTest, WhatLeavesThePageByItselfIsReadOnAndNoOtherTakesItsPlace
     EXPECT_TRUE(done);
     program_->Parent()->Pages().Messages().MessageStored();
   };
-  Press(Qt::Key_Down);
+  const DiskPtr shelf = LoadObject(context, kShelf);
+  shelf->Let(QStringLiteral("SqlUse"), true);
+  shelf->Let(QStringLiteral("Sql"), QStringLiteral("SUBSTR(FIELD_FLAG, 3, 1) = '1'"));
+  MadeAnewBy([&] { Browser()->ShowFolder(shelf->Serial()); });
+  FocusPage();
+  Press(Qt::Key_Home);
   Press(Qt::Key_Down);
   ASSERT_TRUE(AwaitShown(2));
-  ASSERT_TRUE(AwaitMark(2, kFlagNew, "0"));
-  MadeAnewBy([&] { outside(SetDust(context, Ids({2}), true)); });
+  MadeAnewBy([&] { outside(SetMark(context, Ids({2}), kFlagNew, false)); });
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 4")));
   MadeAnewBy([this] { Come("mail_new", "Later", QStringLiteral("2020-01-02 00:00:00")); });
   ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 5")));
@@ -242,12 +246,46 @@ TEST_F(ReadingPaneTest, WhatLeavesThePageByItselfIsReadOnAndNoOtherTakesItsPlace
   Press(Qt::Key_Delete);
   Press(Qt::Key_Down);
   ASSERT_TRUE(AwaitShown(3)) << "the next step goes on from there";
-  EXPECT_EQ(Script(QStringLiteral("vorn.count()")).toInt(), 5) << "no row was meant";
 
-  MadeAnewBy([&] { outside(DeleteMessages(context, Ids({3}))); });
-  EXPECT_TRUE(WaitFor([this] { return Pane()->Shown().IsEmpty(); })) << "there is nothing to read";
+  // What is somewhere else now is not shown as if it were here.
+  const auto isNothing = [this] { return Pane()->Shown().IsEmpty(); };
+  MadeAnewBy([&] { outside(SetDust(context, Ids({3}), true)); });
+  EXPECT_TRUE(WaitFor(isNothing));
+  Press(Qt::Key_Down);
+  ASSERT_TRUE(AwaitShown(4));
+  MadeAnewBy([&] { outside(DeleteMessages(context, Ids({4}))); });
+  EXPECT_TRUE(WaitFor(isNothing));
   Press(Qt::Key_Up);
   EXPECT_TRUE(AwaitShown(1));
+}
+
+// The keys that lead out of what is read, in either form that it has.
+TEST_F(ReadingPaneTest, EscapeLeadsBackToTheListAndEnterOpens) {
+  BeginReading(2,
+               "Content-Type: multipart/alternative; boundary=b\r\n\r\n--b\r\n\r\ntext\r\n--b\r\n"
+               "Content-Type: text/html\r\n\r\n<p>page</p><a href=#a>here</a>\r\n--b--\r\n");
+  Press(Qt::Key_Home);
+  ASSERT_TRUE(AwaitShown(1));
+  auto& tabs = Child<QTabWidget>(*Pane(), u"tsBody");
+  auto& page = Child<QWebEngineView>(*Pane(), u"wbPaneHtml");
+  for (const int tab : {0, 1}) {
+    SCOPED_TRACE(tab);
+    tabs.setCurrentIndex(tab);
+    QWidget& read = tab == 0 ? Child<QWidget>(*Pane(), u"txMemo") : page;
+    const auto target = [&read] {
+      return read.focusProxy() != nullptr ? read.focusProxy() : &read;
+    };
+    read.setFocus();
+    ASSERT_TRUE(WaitFor([&] { return target()->hasFocus(); }));
+    QTest::keyClick(target(), Qt::Key_Escape);
+    EXPECT_TRUE(WaitFor([this] { return View()->focusProxy()->hasFocus(); }));
+    read.setFocus();
+    QTest::keyClick(target(), Qt::Key_Return);
+    ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+    TopLevel<MessageWindow>()->close();
+    ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
+    program_->Parent()->activateWindow();
+  }
 }
 
 TEST_F(ReadingPaneTest, WhatAMessageAsksAndBearsIsSaidThereToo) {

@@ -74,10 +74,12 @@ ParentWindow::ParentWindow(Context& context)
   setCentralWidget(panes_);
   setStatusBar(sbStatus_);
   BuildMenus();
-  auto* toolbar = new MainToolbar(panes_->Area(), opener_, pages_, this);
-  connect(toolbar, &MainToolbar::TrafficWanted, this,
+  tbMain_ = new MainToolbar(panes_->Area(), opener_, pages_, this);
+  connect(tbMain_, &MainToolbar::TrafficWanted, this,
           [this] { menuTools_Click(ToolsEntry::Receive); });
-  tbMain_ = toolbar;
+  connect(tbMain_, &MainToolbar::TreeWanted, panes_, &FolderPanes::TurnOver);
+  connect(panes_, &FolderPanes::RoomChanged, tbMain_,
+          [this](bool forBoth) { tbMain_->OfferTree(!forBoth); });
   addToolBar(tbMain_);
   new ConsoleCommands(context_, *this, *panes_, windows_, opener_, pages_.Actions());
   ConnectPieces();
@@ -226,8 +228,7 @@ void ParentWindow::ApplySettings() {
   traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
   sbStatus_->setVisible(settings.ShowsStatusBar());
   tray_.Show(settings.ShowsTaskTray());
-  tbMain_->setToolButtonStyle(settings.HasIconToolbar() ? Qt::ToolButtonIconOnly
-                                                        : Qt::ToolButtonTextBesideIcon);
+  tbMain_->ShowWords(!settings.HasIconToolbar());
   const FontChoice font = settings.Font(FontUse::List);
   windows_.Profiles().UseFont(font.family, font.points);
   for (BrowserWindow* browser : panes_->Area().Browsers()) browser->ControlToolbarUpdate();

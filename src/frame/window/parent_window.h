@@ -18,10 +18,9 @@
 #include "frame/window/panes/request_windows.h"
 #include "storage/base/serial_id.h"
 
-class QToolBar;
-
 namespace vorn {
 
+class MainToolbar;
 enum class ToolsEntry;
 
 /// The main window "parent". It arranges its pieces: the console tree and the area of the pages,
@@ -84,7 +83,7 @@ class ParentWindow : public QMainWindow, public DispatchHost {
   DamageWatch damage_;
   NewMessageNotice notice_;
   MainTray tray_;
-  QToolBar* tbMain_;
+  MainToolbar* tbMain_;
 };
 
 }  // namespace vorn

@@ -100,4 +100,12 @@ Result<SerialIds> MessageRows::FoldersOf(const SerialId& serialId) {
   return folders;
 }
 
+std::optional<MessagePlace> MessageRows::PlaceOf(const SerialId& serialId) {
+  const RecordsetPtr row =
+      Select(QStringLiteral("SELECT STATUS FROM mail WHERE SERIALID = ") + QuoteSql(serialId));
+  if (row == nullptr || row->Eof()) return {};
+  const StoredState state = MailRow(*row).State();
+  return MessagePlace{state, FoldersOf(serialId).ValueOr({})};
+}
+
 }  // namespace vorn

@@ -2,11 +2,20 @@
 
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 #include "storage/base/result.h"
+#include "storage/message_state.h"
 #include "storage/session/data_session.h"
 
 namespace vorn {
+
+/// Where a message belongs, whatever its marks: its state, and the folders that it is filed in.
+struct MessagePlace {
+  StoredState state;
+  SerialIds folders;
+  bool operator==(const MessagePlace&) const = default;
+};
 
 /// Reads the rows of `mail`, and which folders messages are in, from the file that the session has
 /// open. Row sets have all columns; they are null when the file cannot be asked (`ReasonOf` says
@@ -41,6 +50,8 @@ class MessageRows {
   /// Whether a message has a name that begins so.
   bool HasNamePrefix(const QString& prefix);
   Result<SerialIds> FoldersOf(const SerialId& serialId);
+  /// Nothing where there is no such message, or the file cannot be asked.
+  std::optional<MessagePlace> PlaceOf(const SerialId& serialId);
 
  private:
   RecordsetPtr Where(const QString& condition);

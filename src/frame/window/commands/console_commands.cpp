@@ -45,6 +45,7 @@ ConsoleCommands::ConsoleCommands(Context& context, QWidget& window, FolderPanes&
 void ConsoleCommands::OpenNode(const SerialId& key, const QString& tag, bool inTabOfItsOwn) {
   if (tag == u"log") opener_.OpenEvent(key);
   if (tag != object_type::kFolder) return;
+  panes_.ShowPage();
   // Who asks for the folder that he is searching wants all of it.
   BrowserArea& area = panes_.Area();
   BrowserWindow* active = area.Active();

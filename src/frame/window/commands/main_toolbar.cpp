@@ -1,6 +1,7 @@
 #include "frame/window/commands/main_toolbar.h"
 
 #include <QAction>
+#include <QToolButton>
 
 #include "frame/window/panes/browser_area.h"
 #include "frame/window/panes/opener.h"
@@ -22,6 +23,10 @@ MainToolbar::MainToolbar(BrowserArea& area, Opener& opener, BrowserHost& host, Q
   setMovable(false);
   connect(this, &QToolBar::actionTriggered, this, [] { new SecondClick; });
   setIconSize(QSize(20, 20));
+  tree_ = addAction(Icon(QStringLiteral("folder")), Ui::tr("一覧"), this, &MainToolbar::TreeWanted);
+  tree_->setObjectName(QStringLiteral("tb_tree"));
+  tree_->setToolTip(Ui::tr("フォルダの一覧とページを切り替え F6"));
+  tree_->setVisible(false);
   addAction(Icon(QStringLiteral("maildown")), Ui::tr("送受信"), this, &MainToolbar::TrafficWanted)
       ->setToolTip(Ui::tr("メッセージ送受信 Ctrl+M"));
   addAction(Icon(QStringLiteral("mail")), Ui::tr("新規"), this, [&opener] {
@@ -38,6 +43,40 @@ MainToolbar::MainToolbar(BrowserArea& area, Opener& opener, BrowserHost& host, Q
   addSeparator();
   AddPageCommand(Ui::tr("次の未開封"), PageCommand::NextUnopened, Qt::Key_N);
   AddPageCommand(Ui::tr("印刷"), PageCommand::Print, QKeySequence::Print);
+}
+
+void MainToolbar::ShowWords(bool shows) {
+  showsWords_ = shows;
+  Fit();
+}
+
+void MainToolbar::OfferTree(bool offers) {
+  tree_->setVisible(offers);
+  Fit();
+}
+
+void MainToolbar::resizeEvent(QResizeEvent* event) {
+  QToolBar::resizeEvent(event);
+  Fit();
+}
+
+// A button behind the edge would be found by nobody, and its picture has room for long.
+void MainToolbar::Fit() {
+  QList<QToolButton*> buttons;
+  for (QAction* action : actions()) {
+    auto* button = qobject_cast<QToolButton*>(widgetForAction(action));
+    if (button != nullptr && action->isVisible()) buttons.append(button);
+  }
+  for (QToolButton* button : buttons) button->setToolButtonStyle(Qt::ToolButtonIconOnly);
+  int room = showsWords_ ? width() - sizeHint().width() : -1;
+  for (QToolButton* button : buttons) {
+    const int bare = button->sizeHint().width();
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    room -= button->sizeHint().width() - bare;
+    if (room >= 0) continue;
+    button->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    break;
+  }
 }
 
 void MainToolbar::AddPageCommand(const QString& text, PageCommand command,

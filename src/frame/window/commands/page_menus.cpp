@@ -92,16 +92,11 @@ void WindowMenu::List(BrowserArea& area, const RequestWindows& windows) {
 }
 
 void WindowMenu::AddWays(FolderPanes& panes) {
-  ConsoleTree* tree = &panes.Tree();
-  BrowserArea* area = &panes.Area();
-  const auto goToPage = [area] {
-    if (BrowserWindow* browser = area->Active()) browser->setFocus();
-  };
   // Pressed in the tree, the key leads back.
-  addAction(Ui::tr("ツリーに移動(&F)"), tree, [tree, goToPage] {
-    tree->hasFocus() ? goToPage() : tree->setFocus();
+  addAction(Ui::tr("ツリーに移動(&F)"), &panes, [&panes] {
+    panes.Tree().hasFocus() ? panes.GoToPage() : panes.GoToTree();
   })->setShortcut(QKeySequence(Qt::Key_F6));
-  addAction(Ui::tr("ページに移動(&P)"), area, goToPage)
+  addAction(Ui::tr("ページに移動(&P)"), &panes, &FolderPanes::GoToPage)
       ->setShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F6));
 }
 

@@ -13,6 +13,9 @@
 namespace vorn {
 namespace {
 
+constexpr int kIndent = 14;
+constexpr int kTreeIconSize = 20;
+
 bool IsControlHeld() {
   return QApplication::keyboardModifiers().testFlag(Qt::ControlModifier);
 }
@@ -27,7 +30,8 @@ ConsoleTree::ConsoleTree(Context& context, QWidget* parent)
   setObjectName(QStringLiteral("tvConsole"));
   setAccessibleName(Ui::tr("コンソールツリー"));
   setHeaderHidden(true);
-  setIconSize(QSize(20, 20));
+  setIconSize(QSize(kTreeIconSize, kTreeIconSize));
+  setIndentation(kIndent);
   setRootIsDecorated(true);
   setTextElideMode(Qt::ElideMiddle);  // the time of an event stands at its end
   setColumnCount(kTreeColumns);

@@ -1,5 +1,10 @@
 #include "frame/window/panes/folder_panes.h"
 
+#include <QHeaderView>
+#include <QMdiSubWindow>
+#include <QScrollBar>
+#include <utility>
+
 #include "frame/window/panes/browser_area.h"
 #include "frame/window/panes/console_tree.h"
 #include "kit/window/key_frame.h"
@@ -12,24 +17,49 @@ namespace vorn {
 namespace {
 
 constexpr int kTreeWidth = 210;
-constexpr int kLeastTreeWidth = 140;
+constexpr int kLeastPageWidth = 280;
+constexpr int kNameDepth = 3;    // of folders, with the arrows before them
+constexpr int kNameLetters = 5;  // Japanese ones
+
+// With which names of folders stay readable beside the numbers, in the last column.
+int LeastWidth(const ConsoleTree& tree) {
+  const QScrollBar& bar = *tree.verticalScrollBar();
+  return kNameDepth * tree.indentation() + tree.iconSize().width() +
+         kNameLetters * tree.fontMetrics().horizontalAdvance(u'あ') +
+         tree.header()->sectionSize(tree.columnCount() - 1) + 2 * tree.frameWidth() +
+         (bar.maximum() > 0 ? bar.sizeHint().width() : 0);
+}
 
 }  // namespace
 
 FolderPanes::FolderPanes(Context& context)
-    : context_(context), tvConsole_(new ConsoleTree(context)), area_(new BrowserArea(context)) {
+    : context_(context),
+      tvConsole_(new ConsoleTree(context)),
+      area_(new BrowserArea(context)),
+      treeWidth_(kTreeWidth) {
   setObjectName(QStringLiteral("splitter"));
   addWidget(tvConsole_);
   addWidget(area_);
   setStretchFactor(1, 1);
   setChildrenCollapsible(false);
-  tvConsole_->setMinimumWidth(kLeastTreeWidth);  // names stay readable in a window made small
+  area_->setMinimumWidth(kLeastPageWidth);
   new KeyFrame(*tvConsole_);
   connect(area_, &BrowserArea::ActiveChanged, this, &FolderPanes::FollowActivePage);
+  // Not in the midst of it, for the tree may go.
+  connect(
+      tvConsole_->header(), &QHeaderView::sectionResized, this,
+      [this](int column) {
+        if (isVisible() && column == tvConsole_->columnCount() - 1) Divide();
+      },
+      Qt::QueuedConnection);
+  connect(this, &QSplitter::splitterMoved, this, [this] { treeWidth_ = sizes().first(); });
 }
 
 // It is what commands act on.
 void FolderPanes::FollowActivePage() {
+  QWidget* page = area_->currentSubWindow();
+  if (page != nullptr && page_ != page) ShowPage();
+  page_ = page;
   const BrowserWindow* browser = area_->Active();
   const SerialId folder = browser == nullptr ? SerialId() : browser->Tag();
   if (!folder.IsEmpty()) tvConsole_->SelectNode(folder);
@@ -52,12 +82,59 @@ bool FolderPanes::Refresh(const SerialId& serialId) {
 }
 
 void FolderPanes::LoadWidths(const QString& window, int width) {
-  const int treeWidth = Placement(*PlacementBag(context_, window)).TreeWidth(kTreeWidth);
-  setSizes({treeWidth, qMax(1, width - treeWidth)});
+  treeWidth_ = Placement(*PlacementBag(context_, window)).TreeWidth(kTreeWidth);
+  setSizes({treeWidth_, qMax(1, width - treeWidth_)});
 }
 
 void FolderPanes::KeepWidths(const QString& window) const {
-  Placement::SetTreeWidth(*PlacementBag(context_, window), sizes().value(0, kTreeWidth));
+  Placement::SetTreeWidth(*PlacementBag(context_, window), treeWidth_);
+}
+
+void FolderPanes::resizeEvent(QResizeEvent* event) {
+  QSplitter::resizeEvent(event);
+  Divide();
+}
+
+// In a window that is made small the tree gives way before the page, and comes back as it was.
+void FolderPanes::Divide() {
+  const int least = LeastWidth(*tvConsole_);
+  tvConsole_->setMinimumWidth(least);
+  const bool hasRoom = width() >= least + handleWidth() + kLeastPageWidth;
+  if (std::exchange(hasRoom_, hasRoom) != hasRoom) {
+    isTreeInFront_ = false;
+    ShowInFront();
+    Q_EMIT RoomChanged(hasRoom_);
+  }
+  if (hasRoom_) setSizes({treeWidth_, qMax(1, width() - handleWidth() - treeWidth_)});
+}
+
+void FolderPanes::ShowInFront() {
+  const bool hadKeys = tvConsole_->hasFocus();
+  area_->setVisible(hasRoom_ || !isTreeInFront_);
+  tvConsole_->setVisible(hasRoom_ || isTreeInFront_);
+  if (hadKeys && tvConsole_->isHidden()) GoToPage();
+}
+
+void FolderPanes::ShowPage() {
+  if (std::exchange(isTreeInFront_, false)) ShowInFront();
+}
+
+void FolderPanes::TurnOver() {
+  isTreeInFront_ ? GoToPage() : GoToTree();
+}
+
+void FolderPanes::GoToTree() {
+  if (!hasRoom_ && !std::exchange(isTreeInFront_, true)) ShowInFront();
+  tvConsole_->setFocus();
+}
+
+void FolderPanes::GoToPage() {
+  ShowPage();
+  if (BrowserWindow* browser = area_->Active()) browser->setFocus();
+}
+
+QSize FolderPanes::minimumSizeHint() const {
+  return {kLeastPageWidth, QSplitter::minimumSizeHint().height()};
 }
 
 }  // namespace vorn

@@ -3,12 +3,14 @@
 #include <QBuffer>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 #include <QTimer>
 #include <QUuid>
 #include <QVBoxLayout>
 #include <QWebEngineFindTextResult>
 #include <QWebEngineProfile>
+#include <QWebEngineScript>
 #include <QWebEngineSettings>
 #include <QWebEngineUrlRequestInterceptor>
 #include <QWebEngineUrlRequestJob>
@@ -28,6 +30,10 @@ namespace {
 constexpr const char* kScheme = "vorn-mail";
 constexpr int kFrameMs = 16;        // from what the page draws to what is seen
 constexpr int kFirstPaintMs = 300;  // from the end of the loading
+constexpr char kLinkWithKeys[] =
+    "(() => { const link = document.activeElement;"
+    "  return link instanceof HTMLAnchorElement && link.matches(':focus-visible') ? link.href : '';"
+    "})()";
 
 QString OfferWords() {
   return Ui::tr("送信者に知られないように、リモート画像は表示していません。");
@@ -251,6 +257,18 @@ void HtmlView::Find(const QString& text, bool backward, const std::function<void
   page_->findText(
       text, backward ? QWebEnginePage::FindBackward : QWebEnginePage::FindFlags(),
       [then](const QWebEngineFindTextResult& result) { then(result.numberOfMatches() > 0); });
+}
+
+// Questions are asked outside the engine's answer.
+void HtmlView::FollowLink(const std::function<void()>& none) {
+  page_->runJavaScript(QString::fromLatin1(kLinkWithKeys), QWebEngineScript::ApplicationWorld,
+                       [self = QPointer<HtmlView>(this), none](const QVariant& answer) {
+                         if (self == nullptr) return;
+                         const QUrl link(answer.toString());
+                         QTimer::singleShot(0, self, [self, none, link] {
+                           link.isEmpty() ? none() : self->AskToOpen(link);
+                         });
+                       });
 }
 
 void HtmlView::Zoom(double factor) {

@@ -37,6 +37,8 @@ class HtmlView : public QWidget {
   void Show(const QString& html);
   /// `then` is told whether the text was found.
   void Find(const QString& text, bool backward, const std::function<void(bool)>& then);
+  /// Follows the link on which the keyboard stands; calls `none` where there is no such link.
+  void FollowLink(const std::function<void()>& none);
   void Zoom(double factor);
   QWebEngineView* View() const { return view_; }
   /// Gives away the button that shows remote images, to stand where it takes no line of the page.

@@ -5,11 +5,13 @@
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTextBlock>
 #include <QVBoxLayout>
 #include <cmath>
+#include <initializer_list>
 
 #include "kit/window/open_outside.h"
 #include "kit/window/plain_text.h"
@@ -86,6 +88,25 @@ MessageBody::MessageBody(MemoBox::Taker taker, QString htmlName)
   layout->addWidget(tsBody_, 1);
   layout->addWidget(lbLine_);
   layout->addWidget(find_);
+}
+
+void MessageBody::GiveKeys() {
+  for (QWidget* part : std::initializer_list<QWidget*>{txMemo_, htmlPage_}) {
+    const auto give = [this, part](Qt::Key key, auto run) {
+      new QShortcut(key, part, this, run, Qt::WidgetWithChildrenShortcut);
+    };
+    give(Qt::Key_Return, &MessageBody::Enter);
+    give(Qt::Key_Enter, &MessageBody::Enter);
+    give(Qt::Key_Escape, &MessageBody::Left);
+  }
+}
+
+void MessageBody::Enter() {
+  if (wbHtml_ == nullptr || InFront() != htmlPage_) {
+    Q_EMIT Entered();
+  } else {
+    wbHtml_->FollowLink([this] { Q_EMIT Entered(); });
+  }
 }
 
 void MessageBody::Show(const LazyText& text, bool editable, const HtmlPart& html) {

@@ -28,6 +28,9 @@ class MessageBody : public QWidget {
   /// The HTML part's view goes by `htmlName`.
   explicit MessageBody(MemoBox::Taker taker, QString htmlName = QStringLiteral("wbHtml"));
 
+  /// Enter and Escape in the text and in the HTML part are no keys of theirs, but those of whoever
+  /// hears `Entered` and `Left`. Enter on a link of the HTML part follows that.
+  void GiveKeys();
   /// Shows a message.
   void Show(const LazyText& text, bool editable, const HtmlPart& html);
   /// Puts a widget beside the tabs, in their row, which is there while it or the HTML part is.
@@ -53,10 +56,14 @@ class MessageBody : public QWidget {
   void TextEdited();
   /// The HTML part or the text has come to the front.
   void FrontChanged(bool isHtml);
+  /// See `GiveKeys`.
+  void Entered();
+  void Left();
   /// A message to a "mailto:" address is wanted.
   void MessageWanted(const QString& mailto);
 
  private:
+  void Enter();
   void MakeHtmlView();
   void ShowLine();
   void ShowHtml();

@@ -45,6 +45,9 @@ ReadingPane::ReadingPane(Context& context, MessageHost& host)
   connect(&inSight_, &SightTimer::HasBeenSeen, this, &ReadingPane::Mark);
   connect(&clips_->Clips(), &AttachmentList::MessageOpened, this,
           [this](const QString& path) { host_.OpenMessageFile(path); });
+  body_->GiveKeys();
+  connect(body_, &MessageBody::Entered, this, [this] { Q_EMIT OpenWanted(OpenMode::Show); });
+  connect(body_, &MessageBody::Left, this, &ReadingPane::Left);
   connect(body_, &MessageBody::FrontChanged, &clips_->Clips(), &AttachmentList::FoldShown);
   connect(body_, &MessageBody::MessageWanted, this,
           [this](const QString& mailto) { host_.PostMail(MailRequest::New(mailto)); });

@@ -40,6 +40,8 @@ class ReadingPane : public QWidget {
  Q_SIGNALS:
   /// The shown message is to be opened in a window.
   void OpenWanted(OpenMode mode);
+  /// The user goes back to the list.
+  void Left();
   /// It has been marked as opened.
   void Marked();
 

@@ -44,8 +44,6 @@ class PageMessages : public QObject {
   int CountChosen() const { return chosen_; }
   /// There is no current message any more, and none is chosen.
   void Leave();
-  /// No message is chosen any more, since there is no page.
-  void Unchoose() { SetChosen(0); }
 
  Q_SIGNALS:
   /// More or fewer messages are chosen.

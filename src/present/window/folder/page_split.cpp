@@ -3,7 +3,6 @@
 #include <QWebEngineView>
 
 #include "kit/window/key_frame.h"
-#include "mail/store/message_rows.h"
 #include "mail/window/host/message_host.h"
 #include "mail/window/host/message_printing.h"
 #include "mail/window/reading/reading_pane.h"
@@ -77,6 +76,7 @@ void PageSplit::MakePane() {
   Q_EMIT PaneMade(pane_);
   connect(pane_, &ReadingPane::OpenWanted, this,
           [this](OpenMode mode) { Q_EMIT OpenWanted(mode, pane_->Shown()); });
+  connect(pane_, &ReadingPane::Left, this, [this] { widget(0)->setFocus(); });
   connect(pane_, &ReadingPane::Marked, this, [this] { host_.MessageStored(); });
 }
 
@@ -86,18 +86,27 @@ bool PageSplit::HasPane() const {
 
 void PageSplit::ShowRow(const SerialId& serialId) {
   row_ = serialId;
+  NotePlace();
   if (HasPane()) pane_->Show(row_, true);
+}
+
+void PageSplit::NotePlace() {
+  rowPlace_.reset();
+  if (row_.IsEmpty()) return;
+  const OpenedDatabase mail(context_, DatabaseKind::Mail);
+  if (mail) rowPlace_ = MessageRows(context_.Data).PlaceOf(row_);
 }
 
 void PageSplit::RowKept(const SerialId& serialId) {
   if (serialId != row_) return ShowRow(serialId);
+  NotePlace();
   if (HasPane()) pane_->FollowEdits();
 }
 
 void PageSplit::RowLeft() {
   if (row_.IsEmpty()) return;
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
-  if (mail && !MessageRows(context_.Data).Has(row_)) ShowNothing();
+  if (mail && MessageRows(context_.Data).PlaceOf(row_) != rowPlace_) ShowNothing();
 }
 
 void PageSplit::StopMarking() {

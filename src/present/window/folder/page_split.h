@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QSplitter>
+#include <optional>
 
 #include "mail/open_message.h"
+#include "mail/store/message_rows.h"
 #include "objects/settings.h"
 #include "storage/base/serial_id.h"
 
@@ -30,8 +32,9 @@ class PageSplit : public QSplitter {
   void ShowRow(const SerialId& serialId);
   /// The page was made anew, and this message, or none, is the current one of it.
   void RowKept(const SerialId& serialId);
-  /// The page was made anew without the current message, which the user did not take away: he goes
-  /// on reading it.
+  /// The page was made anew without the current message, which the user did not take away on it. He
+  /// goes on reading what only has other marks now; of one that was sent, deleted or filed
+  /// meanwhile nothing stays.
   void RowLeft();
   /// The message of the current row; empty for none.
   SerialId Row() const { return row_; }
@@ -53,6 +56,7 @@ class PageSplit : public QSplitter {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  void NotePlace();
   void Lay();
   bool HasRoom(Qt::Orientation orientation) const;
   void MakePane();
@@ -65,6 +69,7 @@ class PageSplit : public QSplitter {
   ReadingPane* pane_ = nullptr;
   PanePlace place_ = PanePlace::Nowhere;
   SerialId row_;  // the current message, whether the pane has room to show it or not
+  std::optional<MessagePlace> rowPlace_;  // where that was when the page had it last
   bool isCovered_ = false;
 };
 

@@ -67,7 +67,7 @@ void ShownFolder::ConnectMessages() {
       commands_.PopUp(view->mapToGlobal((place * view->zoomFactor()).toPoint()));
     });
   });
-  connect(&parts_.loader, &PageLoader::TextShown, &messages_, &PageMessages::Unchoose);
+  connect(&parts_.loader, &PageLoader::TextShown, &messages_, &PageMessages::Leave);
   connect(&messages_, &PageMessages::ChosenChanged, this, &ShownFolder::ChosenChanged);
   connect(&messages_, &PageMessages::Gone, this, &ShownFolder::MessagesGone);
   connect(&parts_.split, &PageSplit::PaneMade, this,
