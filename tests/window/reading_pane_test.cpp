@@ -195,7 +195,7 @@ TEST_F(ReadingPaneTest, OneClickReadsAndASecondOneOpens) {
   Child<QMenu>(*program_->Parent(), u"menuPane").actions().at(0)->trigger();
   ASSERT_TRUE(WaitFor([this] { return !Pane()->isVisible(); }));
   ClickTwice(
-      QStringLiteral("'a[href*=mail_2]').closest('tr').lastElementChild"
+      QStringLiteral("'a[href*=mail_2]').closest('tr').cells[4]"
                      ".getClientRects()[0]"));
   EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }, 60000));
 }
