@@ -4124,10 +4124,6 @@ and those that were deleted are not received again.</translation>
         <translation>Stored, but cannot be read: </translation>
     </message>
     <message>
-        <source>取り込み %1通、保存済み %2通</source>
-        <translation>imported: %1, already stored: %2</translation>
-    </message>
-    <message>
         <source>使い方: vornctl export フォルダ [--format mbox|maildir|eml] --out パス [--overwrite]</source>
         <translation>usage: vornctl export FOLDER [--format mbox|maildir|eml] --out PATH [--overwrite]</translation>
     </message>
@@ -4705,12 +4701,8 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <translation>Not sent, because the server refused it. Edit the message and send it again.</translation>
     </message>
     <message>
-        <source>編集する(&amp;T)..</source>
-        <translation>Edi&amp;t..</translation>
-    </message>
-    <message>
         <source>先に、送信するアカウントを「アカウントを作成」のボタンで作ってください。</source>
-        <translation>First create an account to send from, with the button &quot;Create an Account&quot;.</translation>
+        <translation>First create an account to send from, with the button “Create an Account”.</translation>
     </message>
     <message>
         <source>編集して再送</source>
@@ -4815,6 +4807,21 @@ Give the password or the recovery code of that time with --former-password-fd.</
     <message>
         <source>フォルダの一覧とページを切り替え F6</source>
         <translation>Turn between the tree and the page F6</translation>
+    </message>
+    <message>
+        <source>取り込み %1通、くずかごから %2通、保存済み %3通</source>
+        <translation>imported: %1, from the trash: %2, already stored: %3</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n通をくずかごから「%1」に戻しました。</source>
+        <translation>
+            <numerusform> %n message came back from the trash into “%1”.</numerusform>
+            <numerusform> %n messages came back from the trash into “%1”.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>編集する(&amp;T)</source>
+        <translation>Edi&amp;t</translation>
     </message>
 </context>
 </TS>

@@ -49,9 +49,13 @@ int Import(Context& context, const Arguments& arguments) {
     Complain(Ui::tr("保存済みですが読み込めません: ") + message.Name(), 0);
   }
   Report({{QStringLiteral("imported"), counts.imported},
+          {QStringLiteral("returned"), counts.returned},
           {QStringLiteral("known"), counts.known},
           {QStringLiteral("unreadable"), ToJson(counts.unreadable)}},
-         Ui::tr("取り込み %1通、保存済み %2通").arg(counts.imported).arg(counts.known),
+         Ui::tr("取り込み %1通、くずかごから %2通、保存済み %3通")
+             .arg(counts.imported)
+             .arg(counts.returned)
+             .arg(counts.known),
          arguments.Has(QStringLiteral("json")));
   if (!complete) return Complain(complete.Error().text, kExitFailure);
   if (!counts.notice.isEmpty()) Complain(counts.notice, 0);

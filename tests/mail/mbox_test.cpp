@@ -192,17 +192,65 @@ TEST(MailArchiveTest, AnImportIsTakenBackButForWhatWasUsed) {
   ASSERT_TRUE(outcome.complete);
   EXPECT_EQ(read, ArchiveBytes(folder.path())) << "how far it is at its end";
   const ImportCounts& counts = outcome.counts;
-  const auto flags = FlagsOf(context, counts.brought);
+  const SerialIds& brought = counts.back.intoDust;
+  const auto flags = FlagsOf(context, brought);
   ASSERT_EQ(flags->size(), 4);
   // One got a mark, one was thrown away and one is somewhere else as well.
-  EXPECT_TRUE(ToggleStar(context, {counts.brought[0]}));
-  EXPECT_TRUE(SetDust(context, {counts.brought[1]}, true));
-  EXPECT_TRUE(MoveMessages(context, {.into = {{u"other"_id, {counts.brought[2]}}}}));
+  EXPECT_TRUE(ToggleStar(context, {brought[0]}));
+  EXPECT_TRUE(SetDust(context, {brought[1]}, true));
+  EXPECT_TRUE(MoveMessages(context, {.into = {{u"other"_id, {brought[2]}}}}));
   EXPECT_EQ(UnchangedAmong(context, *flags, {}), SerialIds()) << "they are filed";
-  EXPECT_EQ(UnchangedAmong(context, *flags, shelf), SerialIds{counts.brought[3]});
+  EXPECT_EQ(UnchangedAmong(context, *flags, shelf), SerialIds{brought[3]});
   // What has its mark no more is as it was.
-  EXPECT_TRUE(ToggleStar(context, {counts.brought[0]}));
+  EXPECT_TRUE(ToggleStar(context, {brought[0]}));
   EXPECT_EQ(UnchangedAmong(context, *flags, shelf)->size(), 2);
+}
+
+TEST(MailArchiveTest, WhatLiesInTheDustBinIsReturnedAndGoesBackThere) {
+  test::TestProfile profile;
+  Context& context = profile.Get();
+  const QTemporaryDir folder;
+  const SerialId shelf = u"shelf"_id;
+  const SerialId other = u"other"_id;
+  const auto source = [](int number) {
+    return "From: a@x\r\nSubject: " + QByteArray::number(number) + "\r\n\r\ntext\r\n";
+  };
+  const auto path = [&folder](int number) { return folder.filePath(QString::number(number)); };
+  SerialIds message{{}};
+  for (const int number : {1, 2, 3}) {
+    test::WriteFile(path(number), source(number));
+    message += ImportMessages(context, path(number), other).counts.back.intoDust;
+  }
+  for (const int status : {kStatusSent, kStatusWaiting}) {
+    const auto number = static_cast<int>(message.size());
+    test::WriteFile(path(number), source(number));
+    message.append(profile.Store(source(number) + ".\r\n", -status));
+  }
+  ASSERT_TRUE(SetDust(context, {message[1], message[2]}, true));
+  profile.Store(source(2));  // another copy, outside
+
+  const auto cancel = [](int, qint64) { return false; };
+  ImportOutcome outcome = ImportMessages(context, path(1), shelf, cancel);
+  EXPECT_FALSE(outcome.complete);
+  ImportCounts counts = outcome.counts;
+  for (const int number : {1, 2, 3, 4, 5}) {
+    counts.Add(ImportMessages(context, path(number), shelf).counts);
+  }
+  EXPECT_EQ(counts.returned, 2);
+  EXPECT_EQ(counts.known, 4);
+  EXPECT_EQ(counts.imported, 0);
+  EXPECT_EQ(test::Filed(context, message, shelf), (SerialIds{message[1], message[4]}));
+  EXPECT_EQ(test::Filed(context, message, other), (SerialIds{message[2], message[3]}));
+
+  const SerialIds& returned = counts.back.Messages();
+  const auto unchanged = UnchangedAmong(context, *FlagsOf(context, returned), shelf);
+  ASSERT_EQ(unchanged->size(), 2);
+  ASSERT_TRUE(MoveMessages(context, counts.back.Only({message[1]})));
+  EXPECT_EQ(test::Filed(context, message, shelf), SerialIds{message[4]});
+  EXPECT_EQ(test::Filed(context, message, other), message.mid(1, 3));
+  const auto inDust =
+      profile.Select(QStringLiteral("SELECT SERIALID AS V FROM mail WHERE ") + kInDust);
+  EXPECT_EQ(inDust.size(), 3) << "those of 1 and 2, and what would be sent outside";
 }
 
 TEST(MailArchiveTest, WhatWasSentIsKnownWithoutItsEndMark) {

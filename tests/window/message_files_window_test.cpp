@@ -16,6 +16,7 @@
 #include <QStatusBar>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTreeView>
 #include <QWebEngineScript>
 
 #include "auxiliary/window/console_window.h"
@@ -151,6 +152,12 @@ TEST_F(MessageWindowTest, FilesAreAttachedByDialogAndTakenAway) {
       },
       [&first](QFileDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle(), QStringLiteral("添付ファイルの選択"));
+        auto& files = Child<QTreeView>(dialog, u"treeView");
+        const auto needed = [&files] {  // for the dates of what is there
+          return static_cast<QAbstractItemView&>(files).sizeHintForColumn(3);
+        };
+        EXPECT_TRUE(WaitFor([&] { return needed() > 0 && files.columnWidth(3) >= needed(); }, 9000))
+            << needed() << ' ' << files.columnWidth(3);
         Child<QWidget>(dialog, u"listView").setFocus();
         QTest::keyClicks(&Child<QLineEdit>(dialog, u"fileNameEdit"), first);
         QMetaObject::invokeMethod(&dialog, "accept");

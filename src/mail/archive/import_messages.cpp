@@ -4,6 +4,8 @@
 #include <QMultiHash>
 #include <QSet>
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 #include "mail/archive/mail_archive.h"
 #include "mail/codec/mime/message_date.h"
@@ -61,6 +63,7 @@ class Importer {
       const MailRow row(*rows);
       const UnreadableMessage stored{row.Serial(), row.Subject(), row.Timestamp()};
       ids_.insert(row.MessageId(), stored);
+      if (IsReturnable(row.State())) inDust_.insert(stored.serialId);
       stored_.insert(Key(stored.subject, row.AddressLines()), stored.serialId);
     }
     return ResultOf(context_.Data, !rows->Failed());
@@ -68,8 +71,8 @@ class Importer {
 
   Result<> Take(const QByteArray& source) {
     const QString id = ImportId(source);
-    if (IsKnown(id, source)) {
-      ++counts_.known;
+    if (const std::optional<SerialId> stored = Find(id, source)) {
+      Meet(*stored);
       return {};
     }
     Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
@@ -83,17 +86,28 @@ class Importer {
       return {};
     }
     brought_.insert(id);
-    counts_.brought.append(message.Serial());
+    counts_.back.intoDust.append(message.Serial());
     ++counts_.imported;
     if (!group_.IsFull()) return {};
     group_.Clear();
     return context_.Data.Group().Flush();
   }
 
+  // What was met in the dust bin is taken out of it.
+  Result<> Return() {
+    const Result<Moved> moved = TakeOutOfDust(context_, met_, folder_);
+    if (!moved) return moved.Error();
+    counts_.returned = static_cast<int>(moved->back.intoDust.size());
+    counts_.known += static_cast<int>(met_.size()) - counts_.returned;  // somebody else did
+    counts_.back.Add(moved->back);
+    return {};
+  }
+
   const ImportCounts& Counts() const { return counts_; }
   // After a failure the engine may have taken back more than the last message.
   void CountStored() {
     counts_.imported = 0;
+    counts_.returned = 0;
     const OpenedDatabase opened(context_, DatabaseKind::Mail);
     if (!opened) return;
     if (const RecordsetPtr rows = MessageRows(context_.Data).Names()) {
@@ -107,24 +121,46 @@ class Importer {
   static size_t Key(const QString& subject, const QString& addressLines) {
     return qHash(subject + QChar(u'\0') + addressLines);
   }
-  // Known is what was imported before, and what came another way and is the same.
-  bool IsKnown(const QString& id, const QByteArray& source) {
-    const auto imported = ids_.constFind(id);
-    if (imported != ids_.cend()) {
-      // What this import brought is not read again.
-      if (imported->serialId.IsEmpty()) return true;
-      const Result<QByteArray> stored = store_.LoadMessageSource(Disk(imported->serialId));
-      if (stored != source) counts_.unreadable.append(*imported);
-      return true;
-    }
+  // What is edited or waits to be sent is not: outside the dust bin it would be sent.
+  static bool IsReturnable(StoredState state) {
+    return state.isDust && (state.status == kStatusReceived || state.status == kStatusSent);
+  }
+
+  // Known is what was imported before, and what came another way and is the same; one that lies in
+  // the dust bin where no other is. Empty: this import has met or brought it already.
+  std::optional<SerialId> Find(const QString& id, const QByteArray& source) {
+    const bool isNamed = ids_.contains(id);
+    const UnreadableMessage named = ids_.value(id);
     ids_.insert(id, {});
+    if (!isNamed || inDust_.contains(named.serialId)) {
+      const std::optional<SerialId> alike = FindAlike(source);
+      if (alike || !isNamed) return alike;
+    }
+    const bool isAlreadyMet = named.serialId.IsEmpty();
+    if (!isAlreadyMet && store_.LoadMessageSource(Disk(named.serialId)) != source) {
+      counts_.unreadable.append(named);
+    }
+    return named.serialId;
+  }
+  std::optional<SerialId> FindAlike(const QByteArray& source) {
     const MessageIndex index = IndexMessage(source, FlagString(), options_);
-    const SerialIds alike = stored_.values(Key(index.subject, index.addressLines));
-    return std::any_of(alike.begin(), alike.end(), [&](const SerialId& serialId) {
+    SerialIds alike = stored_.values(Key(index.subject, index.addressLines));
+    std::stable_partition(alike.begin(), alike.end(),
+                          [this](const SerialId& serialId) { return !inDust_.contains(serialId); });
+    for (const SerialId& serialId : std::as_const(alike)) {
       const auto stored = store_.LoadMessageSource(Disk(serialId));
       // With the notes of another program, or without the end mark, as an export leaves it out.
-      return stored && (IsSameButForNotes(*stored, source) || *stored == source + kEndMark);
-    });
+      if (stored && (IsSameButForNotes(*stored, source) || *stored == source + kEndMark)) {
+        return serialId;
+      }
+    }
+    return std::nullopt;
+  }
+
+  void Meet(const SerialId& stored) {
+    const bool wasInDust = inDust_.remove(stored);
+    if (wasInDust) met_.append(stored);
+    ++(wasInDust ? counts_.returned : counts_.known);
   }
 
   Context& context_;
@@ -136,14 +172,17 @@ class Importer {
   QHash<QString, UnreadableMessage> ids_;  // by identifier
   QSet<QString> brought_;                  // identifiers, by this import
   QMultiHash<size_t, SerialId> stored_;
+  QSet<SerialId> inDust_;  // of what may be taken out of it
+  SerialIds met_;          // there
 };
 
 }  // namespace
 
 void ImportCounts::Add(const ImportCounts& further) {
   imported += further.imported;
-  brought += further.brought;
+  returned += further.returned;
   known += further.known;
+  back.Add(further.back);
   unreadable += further.unreadable;
   if (!further.notice.isEmpty()) notice = further.notice;
 }
@@ -164,12 +203,11 @@ ImportOutcome ImportMessages(Context& context, const QString& path, const Serial
   const Result<QString> read = ReadArchive(path, [&](const QByteArray& source) {
     stored = importer.Take(source);
     bytes += source.size();
-    ended = stored && progress &&
-            !progress(importer.Counts().imported + importer.Counts().known, bytes);
+    ended = stored && progress && !progress(importer.Counts().Read(), bytes);
     return stored && !ended;
   });
   const Result<> written = context.Data.Group().End();
-  if (stored) stored = written;
+  if (stored) stored = written ? importer.Return() : written;
   if (!stored) {
     importer.CountStored();
     return {stored.Error().Behind(Ui::tr("メッセージを保存できません。")), importer.Counts()};

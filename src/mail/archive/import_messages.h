@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "mail/archive/export_messages.h"
+#include "mail/store/message_filing.h"
 #include "storage/base/result.h"
 #include "storage/context.h"
 
@@ -12,12 +13,15 @@ namespace vorn {
 /// What an import brought.
 struct ImportCounts {
   int imported = 0;
-  SerialIds brought;  ///< the serial identifiers of those
-  int known = 0;      ///< in the store already, but for what mail programs note in a header
+  int returned = 0;  ///< known, and taken out of the dust bin
+  int known = 0;     ///< in the store already, but for what mail programs note in a header
+  Move back;         ///< what puts those imported and returned into the dust bin again
   /// In the store already, where they cannot be read any more.
   QList<UnreadableMessage> unreadable;
   QString notice;  ///< a sentence about files in a folder that were passed over
 
+  /// How many messages have been looked at.
+  int Read() const { return imported + returned + known; }
   /// Adds what a further import brought.
   void Add(const ImportCounts& further);
 };
@@ -33,7 +37,8 @@ using ImportProgress = std::function<bool(int messages, qint64 bytes)>;
 
 /// Imports the messages of a file or folder (`ReadArchive`) as received ones, under the time at
 /// which each arrived, and puts them into `folder`, a folder's serial identifier, unless that is
-/// empty. A message that is in the store already is left out.
+/// empty. A message that is in the store already is left out; one that lies in the dust bin,
+/// received or sent, is taken out of it into `folder`.
 ImportOutcome ImportMessages(Context& context, const QString& path, const SerialId& folder,
                              const ImportProgress& progress = {});
 

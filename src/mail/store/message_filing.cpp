@@ -187,6 +187,30 @@ SerialIds Move::Messages() const {
   return all;
 }
 
+Move Move::Only(const SerialIds& messages) const {
+  const QSet<SerialId> wanted(messages.begin(), messages.end());
+  Move only = *this;
+  const auto narrow = [&wanted](SerialIds& those) {
+    those.removeIf([&wanted](const SerialId& message) { return !wanted.contains(message); });
+  };
+  narrow(only.intoDust);
+  narrow(only.outOfDust);
+  for (SerialIds& filed : only.into) narrow(filed);
+  for (SerialIds& filed : only.outOf) narrow(filed);
+  return only;
+}
+
+void Move::Add(const Move& further) {
+  intoDust += further.intoDust;
+  outOfDust += further.outOfDust;
+  for (auto folder = further.into.begin(); folder != further.into.end(); ++folder) {
+    into[folder.key()] += *folder;
+  }
+  for (auto folder = further.outOf.begin(); folder != further.outOf.end(); ++folder) {
+    outOf[folder.key()] += *folder;
+  }
+}
+
 Result<Moved> MoveMessages(Context& context, const Move& move) {
   return Transact(context, [&](DataSession& session) -> Result<Moved> {
     Result<Move> changes = Narrow(session, move);
@@ -198,6 +222,27 @@ Result<Moved> MoveMessages(Context& context, const Move& move) {
     if (!Run(session, *changes)) return ReasonOf(session);
     return Moved{changes->Back(), *underWay};
   });
+}
+
+// They are taken out of all the other folders in which any message is.
+Result<Moved> TakeOutOfDust(Context& context, const SerialIds& messages, const SerialId& folder) {
+  Move move{.outOfDust = messages};
+  if (!folder.IsEmpty()) move.into = {{folder, messages}};
+  {
+    const OpenedDatabase opened(context, DatabaseKind::Mail);
+    if (!opened) return opened.Error();
+    if (!context.Data.OpenRecordset(QStringLiteral("SELECT DISTINCT FOLDERID FROM folder"),
+                                    CursorKind::ForwardOnly)) {
+      return ReasonOf(context.Data);
+    }
+    const RecordsetPtr rows = context.Data.Recordset();
+    for (; !rows->Eof(); rows->MoveNext()) {
+      move.outOf[SerialIdOf(rows->Fields(u"FOLDERID"))] = messages;
+    }
+    if (rows->Failed()) return rows->Error();
+  }
+  move.outOf.remove(folder);
+  return MoveMessages(context, move);
 }
 
 Result<Moved> SetDust(Context& context, const SerialIds& messages, bool dust) {
@@ -254,9 +299,9 @@ Result<SerialIds> UnchangedAmong(Context& context, const MessageFlags& flags,
           ? QString()
           : QStringLiteral(" AND SERIALID IN (SELECT SERIALID FROM folder WHERE FOLDERID = %1)")
                 .arg(QuoteSql(folder));
-  const QString isThere =
-      QStringLiteral("STATUS = %1 AND SERIALID NOT IN (%2%3)%4 AND")
-          .arg(QString::number(kStatusReceived), others, QuoteSql(folder), filed);
+  const QString isThere = QStringLiteral("STATUS IN (%1, %2) AND SERIALID NOT IN (%3%4)%5 AND")
+                              .arg(QString::number(kStatusReceived), QString::number(kStatusSent),
+                                   others, QuoteSql(folder), filed);
   const OpenedDatabase opened(context, DatabaseKind::Mail);
   if (!opened) return opened.Error();
   const Result<MessageFlags> now = ReadFlags(context.Data, isThere, flags.keys());

@@ -34,6 +34,10 @@ struct Move {
   Move Back() const { return {outOf, into, outOfDust, intoDust}; }
   /// All that are moved, each once.
   SerialIds Messages() const;
+  /// What it does with those messages.
+  Move Only(const SerialIds& messages) const;
+  /// Makes it do what `further` does as well.
+  void Add(const Move& further);
 };
 
 /// What came of a move.
@@ -45,6 +49,9 @@ struct Moved {
 };
 /// Moves messages, all at once.
 Result<Moved> MoveMessages(Context& context, const Move& move);
+/// Takes messages out of the dust bin into that hand-filled folder alone, or into none where it is
+/// empty.
+Result<Moved> TakeOutOfDust(Context& context, const SerialIds& messages, const SerialId& folder);
 /// Puts messages into the dust bin or takes them out of it.
 Result<Moved> SetDust(Context& context, const SerialIds& messages, bool dust);
 /// Those of the messages that were received.
@@ -59,8 +66,8 @@ Result<UnderWay> DeleteMessages(Context& context, const SerialIds& messages);
 /// The flag strings of messages, by their serial identifiers.
 using MessageFlags = QHash<SerialId, FlagString>;
 Result<MessageFlags> FlagsOf(Context& context, const SerialIds& messages);
-/// Those received messages that are as they were: with these flags, in that hand-filled folder
-/// alone, or in none where it is empty, and not in the dust bin.
+/// Those received or sent messages that are as they were: with these flags, in that hand-filled
+/// folder alone, or in none where it is empty, and not in the dust bin.
 Result<SerialIds> UnchangedAmong(Context& context, const MessageFlags& flags,
                                  const SerialId& folder);
 /// How many messages from that address wait to be sent; 0 as well when the file cannot

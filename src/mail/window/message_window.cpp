@@ -118,7 +118,7 @@ void MessageWindow::ConnectParts() {
   connect(controls_, &MessageControls::Opening, this, &MessageWindow::ShowState);
   connect(sending_, &MessageSending::AnewWanted, this, [this] { Open(); });
   connect(sending_, &MessageSending::StateChanged, this, &MessageWindow::ShowState);
-  connect(&bars_->Mend(), &QPushButton::clicked, sending_, &MessageSending::SendOrCancel);
+  connect(&bars_->Mend(), &QPushButton::clicked, sending_, &MessageSending::Edit);
   connect(&bars_->Reading(), &ReadingBar::Edited, this, edited);
   // Opening reads the stored state again.
   connect(&bars_->Reading(), &ReadingBar::AnewWanted, this,

@@ -225,7 +225,8 @@ Result<> ChangeProfilePassword(Context& context, const Disk& profile, const QStr
   const QString unchanged = Ui::tr("パスワードを変更できませんでした。前のパスワードのままです。");
   if (!RecoveryCode::Read(newPassword).isEmpty()) {
     return StorageError{StorageError::Kind::Other,
-                        unchanged + Ui::tr("回復コードと同じ形のものは、パスワードにできません。")};
+                        Ui::tr("回復コードと同じ形のものは、パスワードにできません。")}
+        .Behind(unchanged);
   }
   const Result<> held = HoldProfile(context, profile);
   if (!held) return held.Error().Behind(unchanged);

@@ -252,7 +252,7 @@ QString ProfilePage::WhyNotAdded(const QFileInfo& file, const QString& stored) {
   const QString sentence = Ui::tr("メッセージのデータベースとして開けません。");
   if (file.fileName() == u"profile.mbx" || file.size() == 0) return sentence;
   const Result<> opens = OpenOrAdopt(stored);
-  return opens ? QString() : sentence + opens.Error().text;
+  return opens ? QString() : opens.Error().Behind(sentence).text;
 }
 
 // One that was kept still has the password that the profile had then.

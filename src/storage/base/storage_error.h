@@ -25,8 +25,11 @@ struct StorageError {
   QString text;  ///< one sentence in Japanese
 
   explicit operator bool() const { return kind != Kind::None; }
-  /// The same, with its text behind a sentence that says what could not be done.
-  StorageError Behind(const QString& sentence) const { return {kind, sentence + text}; }
+  /// The same, with its text behind a sentence that says what could not be done; western sentences
+  /// have a space between them.
+  StorageError Behind(const QString& sentence) const {
+    return {kind, sentence + (sentence.endsWith(u'.') ? QStringLiteral(" ") : QString()) + text};
+  }
 };
 
 }  // namespace vorn

@@ -3,8 +3,10 @@
 #include <QAbstractItemView>
 #include <QDir>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLineEdit>
+#include <QTreeView>
 
 #include "storage/window/control_state.h"
 
@@ -50,9 +52,19 @@ void TakeWhatIsTyped(QFileDialog& dialog) {
   }
 }
 
+// The toolkit gives the date the room of a short one.
+void FitColumns(QFileDialog& dialog) {
+  const auto* list = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+  if (list == nullptr) return;  // the desktop's
+  list->header()->setStretchLastSection(false);
+  list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  list->header()->setSectionResizeMode(0, QHeaderView::Stretch);  // the name
+}
+
 // The paths that the user chose.
 QStringList Run(QFileDialog& dialog) {
   TakeWhatIsTyped(dialog);
+  FitColumns(dialog);
   return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles() : QStringList();
 }
 

@@ -25,7 +25,7 @@ void TransferLog::AddError(SessionRecord record, const QString& text) {
 }
 
 void TransferLog::StoreFailed(const QString& sentence, const StorageError& reason) {
-  AddError(PopError::Store, sentence + reason.text);
+  AddError(PopError::Store, reason.Behind(sentence).text);
 }
 
 void TransferLog::ListingFailed(const StorageError& reason) {

@@ -91,6 +91,19 @@ QList<FormatChoice> Formats() {
           {ArchiveFormat::Eml, Ui::tr("emlファイルのフォルダ (*)"), QString()}};
 }
 
+// Western sentences begin with a space, the first one too.
+QString ImportedWords(const ImportCounts& counts, const QString& folder) {
+  QString words;
+  if (counts.imported > 0 || counts.returned == 0) {
+    words = Ui::tr("%n通を「%1」に取り込みました。", nullptr, counts.imported).arg(folder);
+  }
+  if (counts.returned > 0) {
+    words += Ui::tr("%n通をくずかごから「%1」に戻しました。", nullptr, counts.returned).arg(folder);
+  }
+  if (counts.known > 0) words += Ui::tr("%n通は保存済みでした。", nullptr, counts.known);
+  return words.trimmed();
+}
+
 }  // namespace
 
 void ArchiveCommands::ImportFiles(const SerialId& current) {
@@ -143,7 +156,7 @@ void ArchiveCommands::Import(const QStringList& paths, const SerialId& current) 
     qint64 before = 0;  // in the files that are done
     for (const QString& path : paths) {
       if (!imported) break;
-      const int done = counts.imported + counts.known;
+      const int done = counts.Read();
       const ImportOutcome outcome =
           ImportMessages(context_, path, FiledIn(folder),
                          [&progress, done, before, total](int messages, qint64 bytes) {
@@ -160,9 +173,7 @@ void ArchiveCommands::Import(const QStringList& paths, const SerialId& current) 
 
 void ArchiveCommands::TellImported(const Result<>& imported, const ImportCounts& counts,
                                    const SerialId& folder) {
-  const QString text =
-      Ui::tr("%n通を「%1」に取り込みました。", nullptr, counts.imported).arg(NameOf(folder)) +
-      (counts.known > 0 ? Ui::tr("%n通は保存済みでした。", nullptr, counts.known) : QString());
+  const QString text = ImportedWords(counts, NameOf(folder));
   const QString amiss = imported ? counts.notice : imported.Error().text;
   if (!amiss.isEmpty()) {
     ShowBox(&window_, QMessageBox::Warning, amiss + u'\n' + text);
@@ -171,29 +182,30 @@ void ArchiveCommands::TellImported(const Result<>& imported, const ImportCounts&
            Ui::tr("保存済みのもののうち、次の%n通は壊れていて読み込めません。", nullptr,
                   static_cast<int>(counts.unreadable.size())),
            counts.unreadable);
-  } else if (counts.imported == 0) {
+  } else if (counts.back.Messages().isEmpty()) {
     ShowBox(&window_, QMessageBox::Information, text);
   }
-  if (counts.imported > 0) OfferUndo(text, counts.brought, folder);
+  if (!counts.back.Messages().isEmpty()) OfferUndo(text, counts.back, folder);
 }
 
 // With the marks that the messages have now: what has others by then has been used. It goes to the
 // dust bin and not for good, since a server may have been told meanwhile that it is stored, and
 // whoever takes back one step too many wants it back.
-void ArchiveCommands::OfferUndo(const QString& done, const SerialIds& messages,
-                                const SerialId& folder) {
-  const Result<MessageFlags> flags = FlagsOf(context_, messages);
+void ArchiveCommands::OfferUndo(const QString& done, const Move& back, const SerialId& folder) {
+  const Result<MessageFlags> flags = FlagsOf(context_, back.Messages());
   if (!flags) return;  // the next one who reads the file tells why
   // A box must not stand inside the engine's answer, which the undoing waits for.
-  const auto undo = [this, now = *flags, folder] {
-    QTimer::singleShot(0, &window_, [this, now, folder] { TakeBack(now, folder); });
+  const auto undo = [this, back, now = *flags, folder] {
+    QTimer::singleShot(0, &window_, [this, back, now, folder] { TakeBack(back, now, folder); });
   };
   actions_.Offer(done, undo, OfferLasts::Minutes);  // whoever imported looks at what came
 }
 
-void ArchiveCommands::TakeBack(const MessageFlags& flags, const SerialId& folder) {
+void ArchiveCommands::TakeBack(const Move& back, const MessageFlags& flags,
+                               const SerialId& folder) {
   const Result<SerialIds> unchanged = UnchangedAmong(context_, flags, FiledIn(folder));
-  const Result<Moved> moved = unchanged ? SetDust(context_, *unchanged, true) : unchanged.Error();
+  const Result<Moved> moved =
+      unchanged ? MoveMessages(context_, back.Only(*unchanged)) : unchanged.Error();
   host_.MessageStored();
   if (!moved) {
     ShowBox(&window_, QMessageBox::Critical,

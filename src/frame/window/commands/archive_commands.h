@@ -44,8 +44,8 @@ class ArchiveCommands {
   SerialId AskTarget(const SerialId& current);
   QString NameOf(const SerialId& folder) const;
   void TellImported(const Result<>& imported, const ImportCounts& counts, const SerialId& folder);
-  void OfferUndo(const QString& done, const SerialIds& messages, const SerialId& folder);
-  void TakeBack(const MessageFlags& flags, const SerialId& folder);
+  void OfferUndo(const QString& done, const Move& back, const SerialId& folder);
+  void TakeBack(const Move& back, const MessageFlags& flags, const SerialId& folder);
   void TellExported(const ExportOutcome& outcome);
 
   Context& context_;

@@ -33,7 +33,7 @@ void DamageQuestions::AskAbout(const KnownDamage& damage) {
   record_(what);
   QMessageBox box(
       QMessageBox::Warning, kApplicationTitle,
-      what +
+      what + QStringLiteral("\n") +
           Ui::tr("読み込めないメッセージがあるかもしれません。決めるまでは受信せず、サーバーの"
                  "メッセージも削除しません。") +
           QStringLiteral("\n\n") +

@@ -16,7 +16,7 @@ MessageBars::MessageBars(Context& context, MessageHost& host, MessageDocument& d
     : context_(context),
       document_(document),
       doubt_(new DoubtBar),
-      mend_(new QPushButton(Ui::tr("編集する(&T).."))),
+      mend_(new QPushButton(Ui::tr("編集する(&T)"))),
       refused_(new NoticeBar(QStringLiteral("frRefused"), mend_)),
       account_(BuildAccountNotice(host)),
       calendar_(new CalendarBar(context)),

@@ -129,7 +129,10 @@ void MessageSending::Cancel() {
       ShowBox(&window_, QMessageBox::Question,
               Ui::tr("メッセージの送信をキャンセルして、編集できるようにします。よろしいですか？"),
               QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
-  if (answer != QMessageBox::Ok) return;
+  if (answer == QMessageBox::Ok) Edit();
+}
+
+void MessageSending::Edit() {
   const Result<> cancelled = MailStore(context_).CancelWaiting(*document_.Bag());
   if (cancelled.Error().kind == StorageError::Kind::NotFound) {
     ShowBox(&window_, QMessageBox::Information,

@@ -28,6 +28,8 @@ class MessageSending : public QObject {
   void SendOrCancel();
   /// The same from the toolbar, which also takes a message out of the dust.
   void SendFromToolbar();
+  /// Makes what waits a message that is edited, without a question.
+  void Edit();
   /// The sentence that keeps the message from being sent; empty when nothing does.
   QString Missing() const;
   /// Shows whether it is doubtful that what waits was sent.

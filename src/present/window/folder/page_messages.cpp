@@ -91,8 +91,7 @@ void PageMessages::Told(RowNews news, const QString& said) {
     case RowNews::Left:
       return split_.RowLeft();
     case RowNews::Twice:
-      if (split_.HasPane()) OpenInWindow(MailRequest::Of(message));
-      return;
+      return OpenInWindow(MailRequest::Of(message));  // once, should the first click have done so
     case RowNews::Marks:
       return ToggleOpened(message);
     case RowNews::Chosen:
