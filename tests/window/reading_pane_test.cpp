@@ -291,8 +291,7 @@ TEST_F(ReadingPaneTest, MostOfThePaneIsTheMessagesOwn) {
   };
   auto& tabs = Child<QTabWidget>(*Pane(), u"tsBody");
   tabs.setCurrentIndex(1);
-  EXPECT_TRUE(WaitFor([&] { return height(u"wbPaneHtml") >= 200; }))
-      << height(u"wbPaneHtml");
+  EXPECT_TRUE(WaitFor([&] { return height(u"wbPaneHtml") >= 200; })) << height(u"wbPaneHtml");
   EXPECT_GT(height(u"cmRemoteImages"), 0);
   // Of the files there is one line, and the rest for the asking.
   const auto& clips = Child<QListWidget>(*Pane(), u"lvClip");
