@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs vornctl as scripts do, against the loopback server, and reads what it prints.
 
-usage: commands_test.py VORNCTL LOOPBACK-SERVER SAMPLES
+usage: commands_test.py VORNCTL LOOPBACK-SERVER STORE-WORKER SAMPLES
 """
 import json
 import os
@@ -13,7 +13,7 @@ import sys
 import tempfile
 import unittest
 
-VORNCTL, SERVER, SAMPLES = sys.argv[1:4]
+VORNCTL, SERVER, STORE_WORKER, SAMPLES = sys.argv[1:5]
 
 
 class Commands(unittest.TestCase):
@@ -68,6 +68,13 @@ class Commands(unittest.TestCase):
         self.assertEqual(page.count("preview:"), self.messages)
         self.assertIn("寿司&#127843;の日", page)
 
+    def test_an_account_that_is_switched_off_receives_when_it_is_named(self):
+        self.add_account()
+        subprocess.run([STORE_WORKER, self.data, "", "disable", "仕事"], check=True,
+                       env=self.environment)
+        self.assertEqual(self.receive()["stored"], 0)
+        self.assertEqual(self.receive("--account", "仕事")["stored"], self.messages)
+
     def test_clear_text_is_spoken_only_when_told(self):
         self.add_account(security=())
         result = self.receive(code=1)
@@ -90,6 +97,11 @@ class Commands(unittest.TestCase):
         self.assertIn("ログインできませんでした", self.errors)
         self.run_ctl("inspect", "/nonexistent", code=1)
         self.run_ctl("import", "/nonexistent", os.path.join(SAMPLES, sorted(os.listdir(SAMPLES))[0]), code=1)
+        out = os.path.join(self.folder.name, "out")
+        self.run_ctl("compose", "--body-file", __file__, "--attach", "/nonexistent", "--out", out,
+                     code=1)
+        self.assertIn("/nonexistent", self.errors)
+        self.assertFalse(os.path.exists(out))
         self.server.kill()
         self.server.wait()
         self.assertEqual(self.receive(code=1)["errors"], 1)

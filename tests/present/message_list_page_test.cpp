@@ -125,7 +125,10 @@ TEST_F(MessageListPageTest, AFolderHasItsOwnLayoutOrTheSharedOne) {
   Store("out", 3);
   EXPECT_TRUE(text(fixed_serial::kInbox).contains(QStringLiteral("<td class=\"from\">Sato</td>")));
   // Whom one's own messages went to, for all have one sender.
-  EXPECT_TRUE(text(fixed_serial::kOutbox).contains(QStringLiteral("<td class=\"from\">t@x</td>")));
+  Store("draft", kStatusEdit);
+  for (const SerialId& own : {fixed_serial::kOutbox, fixed_serial::kEditWait}) {
+    EXPECT_TRUE(text(own).contains(QStringLiteral("<td class=\"from\">t@x</td>")));
+  }
   Settings(context).Bag()->Let(QStringLiteral("RowHeight"), static_cast<int>(RowHeight::Dense));
   EXPECT_TRUE(text(fixed_serial::kInbox).contains(QStringLiteral("td { padding: 2px ")));
   // Whoever has made a layout keeps it until he says otherwise.

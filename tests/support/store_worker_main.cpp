@@ -2,6 +2,7 @@
 // times, and says on its standard output what has been done.
 //
 // usage: store-worker DATA-FOLDER PASSWORD [ROUNDS]
+//        store-worker DATA-FOLDER PASSWORD disable ACCOUNT
 // Lines: "stored SERIAL", "opened SERIAL", "changing PASSWORD", then "changed PASSWORD" or "refused
 // REASON"; "error REASON" at the end.
 
@@ -13,7 +14,11 @@
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "mail/store/mail_store.h"
+#include "objects/object_loader.h"
+#include "objects/object_types.h"
+#include "objects/profile/profile.h"
 #include "objects/profile/profile_password.h"
+#include "objects/save_object.h"
 
 namespace {
 
@@ -27,6 +32,16 @@ void Say(const char* what, const QString& value) {
   std::exit(1);
 }
 
+// Takes the mark "enabled" off an account, as its window does.
+int Disable(vorn::Context& context, const QString& name) {
+  const vorn::DiskPtr account = vorn::FindObjectByName(context, vorn::object_type::kAccount, name);
+  if (account == nullptr) Die(name);
+  account->Let(QStringLiteral("Enabled"), false);
+  const auto saved = vorn::SaveObject(context, vorn::DatabaseKind::Profile, *account);
+  if (!saved) Die(saved.Error().text);
+  return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -37,6 +52,7 @@ int main(int argc, char** argv) {
   Result<> entered = StartUp(context, arguments.value(1));
   if (entered) entered = LogIn(context, {}, arguments.value(2));
   if (!entered) Die(entered.Error().text);
+  if (arguments.value(3) == u"disable") return Disable(context, arguments.value(4));
   MailStore store(context);
   QString password = arguments.value(2);
   const int rounds = arguments.value(3, QString::number(INT_MAX)).toInt();

@@ -99,6 +99,9 @@ TEST_F(MessageWindowTest, EnterAndTabTakeWhatIsHighlightedAndEndTheRow) {
   // The only one that can be meant.
   EXPECT_EQ(row(Qt::Key_Return, false, QStringLiteral("suzun")),
             QStringLiteral("鈴野 <suzuno@example.jp>"));
+  // A whole address is meant as it is, though the only one in the book contains it.
+  EXPECT_EQ(row(Qt::Key_Return, false, QStringLiteral("uzuno@example.jp")),
+            QStringLiteral("uzuno@example.jp"));
   EXPECT_EQ(row(Qt::Key_Return, false), QStringLiteral("suz"));
   // Which is no address: shown as such, and not sent to.
   const QTableWidgetItem* wrong = list.item(list.rowCount() - 2, 1);
@@ -127,6 +130,10 @@ TEST_F(MessageWindowTest, WhoGoesOnAfterSeveralAddressesIsWhereHeClicked) {
   auto& list = Child<QTableWidget>(window, u"lvMailaddress");
   auto& subject = Child<QLineEdit>(window, u"txSubject");
   const int last = list.rowCount() - 1;
+  const auto kindOf = [&list](int row) {
+    return qobject_cast<QComboBox*>(list.cellWidget(row, 0));
+  };
+  kindOf(last)->setCurrentIndex(kindOf(last)->findData(QStringLiteral("BC")));
   test::ClickRow(list, list.item(last, 1));
   auto* box = qobject_cast<QLineEdit*>(list.indexWidget(list.model()->index(last, 1)));
   ASSERT_NE(box, nullptr);
@@ -139,6 +146,7 @@ TEST_F(MessageWindowTest, WhoGoesOnAfterSeveralAddressesIsWhereHeClicked) {
   EXPECT_EQ(subject.text(), QStringLiteral("x@y.jp"));
   EXPECT_EQ(list.item(last, 1)->text(), QStringLiteral("b@example.jp"));
   EXPECT_EQ(list.item(last + 1, 1)->text(), QStringLiteral("c@example.jp"));
+  EXPECT_EQ(kindOf(last + 1)->currentData(), QStringLiteral("BC")) << "as blind as the first";
   EXPECT_EQ(list.rowCount(), last + 3);
 }
 

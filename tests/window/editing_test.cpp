@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -80,9 +81,11 @@ TEST_F(EditingTest, TablesOfAddressesAndPlacesAreEditedInPlace) {
   list->item(0, 0)->setText(QStringLiteral("k1,k2@example.org"));
   PressOk();
   EXPECT_FALSE(Error().isEmpty());
-  list->item(0, 0)->setText(QStringLiteral("y@example.org"));
+  list->setCurrentCell(0, 0);
+  QTest::keyClick(list, Qt::Key_Down, Qt::ShiftModifier);
+  Press(Child<QPushButton>(*window_, u"cmRemove"));
   PressOk();
-  EXPECT_EQ(Stored(window_->Tag())->Text(u"Addressbook").section(QStringLiteral("\r\n"), 2),
+  EXPECT_EQ(Stored(window_->Tag())->Text(u"Addressbook"),
             QStringLiteral("TO: s@example.org Suzuki, Jiro\r\nTO: t@example.org Tanaka, Ken"));
 
   const DiskCollectionPtr bookmarks =
@@ -168,6 +171,24 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
       [](QMessageBox& question) { test::PressNamed(question, QStringLiteral("削除する")); }));
   EXPECT_EQ(history.rowCount(), 1);
   EXPECT_TRUE(QFile::exists(path));
+  // What is taken back from the list of those is not among them.
+  const QString kept = QFileInfo(path).path() + QStringLiteral("/kept.mbx");
+  ASSERT_TRUE(QFile::copy(
+      PlatformPath(context(), history.item(0, 0)->data(Qt::UserRole).toString()), kept));
+  const auto takeIn = [&] {
+    EXPECT_TRUE(InModal<QFileDialog>([&] { Press(Child<QPushButton>(window, u"cmFoundDatabase")); },
+                                     [&kept](QFileDialog& dialog) {
+                                       Child<QLineEdit>(dialog, u"fileNameEdit").setText(kept);
+                                       QMetaObject::invokeMethod(&dialog, "accept");
+                                     }));
+    EXPECT_EQ(history.rowCount(), 2);
+  };
+  for (const QString& answer : {QStringLiteral("削除する"), QStringLiteral("ファイルを残す")}) {
+    takeIn();
+    EXPECT_TRUE(InModal<QMessageBox>(
+        [&] { Press(Child<QPushButton>(window, u"cmDeleteDatabase")); },
+        [&answer](QMessageBox& question) { test::PressNamed(question, answer); }));
+  }
   EXPECT_TRUE(Child<QLabel>(window, u"lbProtection").text().contains(u"profile.key"));
   const QString code = CodeFileOf(context(), *context().Session).Code();
   EXPECT_FALSE(code.isEmpty());
@@ -185,6 +206,7 @@ TEST_F(EditingTest, AProfileGetsItsDatabasesAndChangesItsPassword) {
   EXPECT_FALSE(window.isVisible()) << Error().toStdString();
   EXPECT_EQ(context().Session->Text(u"password"), QStringLiteral("new"));
   EXPECT_FALSE(QFile::exists(path));
+  EXPECT_TRUE(QFile::exists(kept));
   profile_.Restart(QStringLiteral("new"));
   // From now on only who knows it changes it, or takes it away.
   ObjectsWindow& again = Open(object_type::kProfile, context().Session->Serial());

@@ -17,6 +17,7 @@
 #include "mail/store/message_filing.h"
 #include "mail/store/message_rows.h"
 #include "mail/window/message_window.h"
+#include "mail/window/reading/reading_pane.h"
 #include "objects/any_object.h"
 #include "objects/object_loader.h"
 #include "objects/save_object.h"
@@ -411,6 +412,19 @@ TEST_F(FolderCommandsTest, AClickOnTheMarksTurnsThemAndMovesNothing) {
   ClickPage(placeOf(3));
   EXPECT_TRUE(WaitFor([this] { return Mark(4) == QLatin1String("0"); }));
   EXPECT_EQ(Mark(1), QLatin1String("1"));
+  // What the pane would have opened after a while is left as it was clicked.
+  Child<QMenu>(*program_->Parent(), u"menuPane").actions().at(1)->trigger();
+  const auto pane = [this] { return Browser()->findChild<ReadingPane*>(); };
+  ASSERT_TRUE(WaitFor([&] { return pane() != nullptr && pane()->isVisible(); }));
+  FocusPage();
+  Press(Qt::Key_End);
+  ASSERT_TRUE(WaitFor([&] { return pane()->Shown() == Ids({4}).first(); }));
+  for (const char* mark : {"1", "0", "1"}) {
+    ClickPage(placeOf(3));
+    EXPECT_TRUE(WaitFor([&] { return Mark(4) == QLatin1String(mark); }));
+  }
+  test::RunFor(2500);
+  EXPECT_EQ(Mark(4), QStringLiteral("1"));
 }
 
 // As the menu of a click there, which stands below the row.
@@ -502,12 +516,15 @@ TEST_F(FolderCommandsTest, TheCurrentMessageIsPrintedFromThePage) {
   Press(Qt::Key_Down);
   Press(Qt::Key_Down);
   const QString path = folder_.filePath(QStringLiteral("page.pdf"));
-  EXPECT_TRUE(InModal<QPrintDialog>(
-      [this] { program_->Parent()->findChild<QAction*>(QStringLiteral("tb_print"))->trigger(); },
-      [&](QPrintDialog& dialog) {
-        Child<QLineEdit>(dialog, u"filename").setText(path);
-        QMetaObject::invokeMethod(&dialog, "accept");
-      }));
+  // The key prints wherever the keyboard is.
+  auto& search = Child<QLineEdit>(*Browser(), u"txSearch");
+  search.setFocus();
+  EXPECT_TRUE(
+      InModal<QPrintDialog>([&search] { QTest::keyClick(&search, Qt::Key_P, Qt::ControlModifier); },
+                            [&](QPrintDialog& dialog) {
+                              Child<QLineEdit>(dialog, u"filename").setText(path);
+                              QMetaObject::invokeMethod(&dialog, "accept");
+                            }));
   ASSERT_TRUE(WaitFor([&] { return QFileInfo(path).size() > 0; }));
   EXPECT_EQ(Mark(2), QStringLiteral("1")) << "it has not been opened";
 }

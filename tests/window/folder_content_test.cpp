@@ -216,6 +216,14 @@ TEST_F(FolderContentTest, ALayoutIsChosenWrittenAndSeenBeforeItIsKept) {
                         });
   ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("開く[No2.]")); }))
       << PageText().toStdString();
+  // Who is asked about it and cancels changes no other folder.
+  QAction* cards = nullptr;
+  for (QAction* entry : program_->Parent()->findChildren<QAction*>()) {
+    if (entry->data().toString() == u"cards") cards = entry;
+  }
+  ASSERT_NE(cards, nullptr);
+  EXPECT_TRUE(NextMessageBox([cards] { cards->trigger(); }, Qt::Key_Escape).contains(u"自分で"));
+  EXPECT_EQ(SharedLayout(program_->GetContext()), QString());
   // The ready-made ones, then the default one again, which leaves nothing stored.
   for (const int ready : {1, 2, 0}) {
     InModal<LayoutWindow>([edit] { edit->trigger(); },

@@ -180,6 +180,7 @@ TEST_F(EditingTest, ASqlConditionShowsTheEnginesErrorBeforeItIsSaved) {
   sql.setPlainText(QStringLiteral("mail.STATUS = 4"));
   PressOk();
   EXPECT_FALSE(window.isVisible());
+  EXPECT_EQ(Stored(window.Tag())->Text(u"Draw"), object_filter::kByConditions);
 }
 
 }  // namespace

@@ -324,6 +324,11 @@ TEST_F(FolderPageTest, ASearchOfTextsTakesNothingAwayWhenItEnds) {
   search(QStringLiteral("no"));
   EXPECT_TRUE(awaitCount(QStringLiteral("4通以上"))) << "with those of the subjects";
   TextWait::Most = most;
+  // It is not of the folder that is shown next.
+  search(QStringLiteral("nothing"));
+  ASSERT_FALSE(bar.isHidden());
+  MadeAnewBy([this] { Browser()->ShowFolder(kShelf); });
+  EXPECT_TRUE(bar.isHidden());
 }
 
 // Of many tabs those that were used last have a page. The others have none, and are as they were
@@ -548,6 +553,8 @@ TEST_F(FolderPageTest, PagesAreReachedByNumberAndTheNewestIsShownFirst) {
              .toString()
              .toStdString();
   test::Type(box, QStringLiteral("3"));
+  MadeAnewBy([this] { Come("mail_new", "meanwhile"); });
+  EXPECT_EQ(box.text(), QStringLiteral("3")) << "who types a number is not disturbed";
   QTest::keyClick(&box, Qt::Key_Return);
   ASSERT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("No21.")); }));
   action(u"oldest")->trigger();
@@ -568,6 +575,14 @@ TEST_F(FolderPageTest, PagesAreReachedByNumberAndTheNewestIsShownFirst) {
   Settings(program_->GetContext()).Bag()->Let(QStringLiteral("Messages"), 30);
   MadeAnewBy([this] { program_->Parent()->ApplySettings(); });
   EXPECT_TRUE(WaitFor([&pages] { return pages.text().contains(u'2'); }));
+  const auto letters = [this](int points) {
+    Settings(program_->GetContext()).Bag()->Let(QStringLiteral("ListFontSize"), points);
+    MadeAnewBy([this] { program_->Parent()->ApplySettings(); });
+    return Script(QStringLiteral("getComputedStyle(document.body).fontSize")).toString();
+  };
+  const QString usual = letters(0);
+  EXPECT_NE(letters(30), usual);
+  EXPECT_EQ(letters(0), usual);
 }
 
 TEST_F(FolderPageTest, AfterThePageThatIsEmptiedComesTheOneBeforeIt) {

@@ -113,6 +113,11 @@ TEST_F(FolderTreeTest, UnopenedMessagesAreCountedInTheTree) {
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   TopLevel<MessageWindow>()->close();
   ASSERT_TRUE(WaitFor([inbox] { return inbox->text(1) == u"2"; }));
+  // What was thrown away does not wait to be read.
+  MadeAnewBy([this] { Drop(u"mail_2"_id, fixed_serial::kDust); });
+  ASSERT_TRUE(WaitFor([inbox] { return inbox->text(1) == u"1"; }));
+  test::RunFor(500);
+  EXPECT_EQ(Node(fixed_serial::kDust)->text(1), QString());
 }
 
 // Also of a profile that was made in the other language; but for names that the user gave.

@@ -10,6 +10,8 @@
 
 #include "objects/manual_folder.h"
 #include "objects/object_types.h"
+#include "objects/setting_keys.h"
+#include "objects/settings.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -86,6 +88,12 @@ TEST_F(MessageActionsTest, WhatIsThrownAwayLeavesEveryFolderButTheDustBin) {
   EXPECT_EQ(actions_.Act(MessageAction::ToDust, one, fixed_serial::kInbox), one);
   EXPECT_EQ(actions_.Act(MessageAction::OutOfDust, one, fixed_serial::kDust), one);
   EXPECT_TRUE(actions_.Act(MessageAction::ToggleStar, messages_, fixed_serial::kInbox).isEmpty());
+  // Into the inbox as out of the dust bin, also where it shows what is filed.
+  Settings(profile_.Get()).Bag()->Let(setting::kShownOnce, false);
+  actions_.Act(MessageAction::ToDust, one, fixed_serial::kInbox);
+  EXPECT_EQ(actions_.Drop(one, fixed_serial::kInbox, fixed_serial::kDust), one);
+  EXPECT_EQ(
+      profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail WHERE STATUS < 0")).size(), 0);
 }
 
 }  // namespace

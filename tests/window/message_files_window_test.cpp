@@ -478,6 +478,16 @@ TEST_F(MessageWindowTest, ImagesThatAreNotShownAreCountedWithTheReason) {
   EXPECT_TRUE(WaitFor([&] { return words.text().contains(QStringLiteral("にある画像1個")); }));
   EXPECT_FALSE(neighbour.hasPendingConnections());
   EXPECT_FALSE(button.isVisible());
+  // One mail may have many; how many others had is not its matter.
+  QString many;
+  for (int i = 0; i < 600; ++i)
+    many += QStringLiteral("<img src='http://127.0.0.1/%1.png'>").arg(i);
+  for (int mails = 0; mails < 2; ++mails) {
+    view.Show(many);
+    Press(button);
+    EXPECT_TRUE(WaitFor([&] { return words.text().contains(QStringLiteral("にある画像600個")); }))
+        << qPrintable(words.text());
+  }
   const auto mayReach = std::exchange(RemoteImageLoader::MayReach, nullptr);
   view.Show(mail);
   EXPECT_FALSE(words.text().contains(QStringLiteral("にある画像"))) << "of the page before";
@@ -488,7 +498,14 @@ TEST_F(MessageWindowTest, ImagesThatAreNotShownAreCountedWithTheReason) {
       png.data());
   EXPECT_TRUE(WaitFor([&] { return words.text().contains(QStringLiteral("大きすぎる画像2個")); }))
       << qPrintable(words.text());
+  // Nobody's words stand under another one's name.
+  const auto isCovered = [&view] {
+    const QWidget* top = view.childAt(view.View()->geometry().center());
+    return top != view.View() && !view.View()->isAncestorOf(top);
+  };
+  EXPECT_TRUE(WaitFor([&] { return !isCovered(); }));
   view.Show(QStringLiteral("<p>b</p>"));
+  EXPECT_TRUE(isCovered());
   EXPECT_FALSE(words.isVisible());
   // Nor is a style sheet text, whatever it says of itself.
   view.Show(

@@ -186,7 +186,8 @@ QStringList Confirmed(const std::function<void()>& act) {
     auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
     if (box == nullptr) return;
     said.append(box->text());
-    box->button(QMessageBox::Ok)->click();
+    QAbstractButton* ok = box->button(QMessageBox::Ok);
+    ok == nullptr ? box->reject() : ok->click();
   });
   watch.start(20);
   act();
@@ -338,6 +339,13 @@ TEST_F(MessageWindowTest, PriorityCharsetAndHeadersGoIntoTheMessage) {
   EXPECT_TRUE(source.contains("X-Note: mine\r\n"));
   EXPECT_TRUE(source.contains("\x93\xFA\x96\x7B"));
   EXPECT_EQ(Column(serial, QStringLiteral("FIELD_FLAG")).toString().mid(1, 1), QStringLiteral("1"));
+  // It alone is an edit as well.
+  MessageWindow& again = Open(serial);
+  Menu(again, u"menuEditsPrioritys").actions()[2]->trigger();
+  again.close();
+  ASSERT_TRUE(Gone());
+  EXPECT_TRUE(
+      MailStore(Context()).LoadMessageSource(Disk(serial)).ValueOr({}).contains("X-Priority: 5"));
 }
 
 TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
@@ -415,7 +423,10 @@ TEST_F(MessageWindowTest, FilesAreDroppedAnywhereAndPicturesPasted) {
   QApplication::clipboard()->setImage(picture);
   QTest::keyClick(&memo, Qt::Key_V, Qt::ControlModifier);
   EXPECT_EQ(names().last(), QStringLiteral("画像.png"));
-  QApplication::clipboard()->setText(QStringLiteral("text"));
+  auto* cells = new QMimeData;  // of a table, with their picture
+  cells->setText(QStringLiteral("text"));
+  cells->setImageData(picture);
+  QApplication::clipboard()->setMimeData(cells);
   QTest::keyClick(&memo, Qt::Key_V, Qt::ControlModifier);
   EXPECT_EQ(memo.toPlainText(), QStringLiteral("text"));
   EXPECT_EQ(names().size(), 6);
@@ -517,6 +528,7 @@ TEST_F(MessageWindowTest, AMessageBeingWrittenKeepsTheProgramOpenWhenItCannotBeS
               }).contains(QStringLiteral("読み込めません")));
   EXPECT_TRUE(program_->Parent()->isVisible());
   EXPECT_TRUE(window.isVisible());
+  EXPECT_FALSE(program_->Parent()->Pages().Messages().IsClosing()) << "it goes on";
   auto& list = Child<AttachmentList>(window, u"lvClip");
   list.setCurrentRow(0);
   QTest::keyClick(&list, Qt::Key_Delete);
@@ -545,6 +557,19 @@ TEST_F(MessageWindowTest, AddressesInTheTextAreLinks) {
   };
   EXPECT_TRUE(clickBehind(3, 2));
   EXPECT_TRUE(clickBehind(22, 2));
+  // Who marks a part of it to copy it follows nothing.
+  const auto place = [&text](int position) {
+    QTextCursor cursor(text.document());
+    cursor.setPosition(position);
+    return text.cursorRect(cursor).center();
+  };
+  EXPECT_EQ(Confirmed([&] {
+              QTest::mousePress(text.viewport(), Qt::LeftButton, {}, place(3));
+              QTest::mouseMove(text.viewport(), place(9));
+              QTest::mouseRelease(text.viewport(), Qt::LeftButton, {}, place(9));
+            }),
+            QStringList());
+  EXPECT_EQ(text.textCursor().selectedText(), QStringLiteral("ps://r"));
   QTest::mouseClick(text.viewport(), Qt::LeftButton, {},
                     text.cursorRect(QTextCursor(text.document()->lastBlock())).center());
   EXPECT_EQ(QApplication::activeModalWidget(), nullptr);

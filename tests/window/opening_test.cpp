@@ -1,6 +1,7 @@
 // What the program is started with, what enters and leaves it by menu, and what it keeps of its
 // windows.
 
+#include <QComboBox>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLocale>
@@ -137,8 +138,11 @@ TEST_F(OpeningTest, MailIsImportedAndExportedByMenu) {
   const QString mbox = File("in.mbox",
                             "From a Mon Jan  1 00:00:00 2001\nFrom: a@x\nSubject: imported one\n\n"
                             "1\n\nFrom b Mon Jan  1 00:00:00 2001\nFrom: b@x\nSubject: two\n\n2\n");
-  const auto choose = [](const QString& path) {
-    return [path](QFileDialog& dialog) {
+  QString kind;
+  const auto choose = [&kind](const QString& path) {
+    return [path, &kind](QFileDialog& dialog) {
+      auto& kinds = Child<QComboBox>(dialog, u"fileTypeCombo");
+      if (!kind.isEmpty()) QTest::keyClicks(&kinds, kind);
       dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(path);
       QMetaObject::invokeMethod(&dialog, "accept");
     };
@@ -183,6 +187,11 @@ TEST_F(OpeningTest, MailIsImportedAndExportedByMenu) {
   EXPECT_EQ(told, QStringLiteral("2通を書き出しました。"));
   const QByteArray written = test::ReadFile(out + QStringLiteral(".mbox"));
   EXPECT_TRUE(written.contains("Subject: imported one\r\n\r\n1\r\n")) << written.toStdString();
+  // In the form that is chosen in the dialog.
+  kind = QStringLiteral("eml");
+  const QString files = folder_.path() + QStringLiteral("/files");
+  run(Entry(u"menuFiles", QStringLiteral("フォルダの書き出し")), files);
+  EXPECT_EQ(QDir(files).entryList({QStringLiteral("*.eml")}).size(), 2);
 }
 
 TEST_F(OpeningTest, TheWindowsArrangementIsKept) {

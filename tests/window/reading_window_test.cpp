@@ -158,6 +158,28 @@ TEST_F(MessageWindowTest, AMessageIsReadInACodeThatIsPickedFromAll) {
   EXPECT_EQ(text.toPlainText(), before);
 }
 
+// What the menu says of it is kept.
+TEST_F(MessageWindowTest, AGarbledMessageStaysReadable) {
+  const SerialId serial = Store(
+      "From: a@example.jp\r\nSubject: s\r\nContent-Type: text/plain\r\n\r\n"
+      "\xCA\xDD\xB6\xB8\r\n",
+      kStatusReceived);
+  const auto text = [](const MessageWindow& window) {
+    return Child<QPlainTextEdit>(window, u"txMemo").toPlainText().trimmed();
+  };
+  const QString right = QStringLiteral("ﾊﾝｶｸ");
+  for (const bool picks : {true, false}) {
+    MessageWindow& window = Open(serial);
+    if (picks) {
+      EXPECT_NE(text(window), right);
+      Menu(window, u"menuEditCharsets").actions()[2]->trigger();
+    }
+    EXPECT_EQ(text(window).toStdString(), right.toStdString());
+    window.close();
+    ASSERT_TRUE(Gone());
+  }
+}
+
 TEST_F(MessageWindowTest, ASignedMessageSaysSo) {
   MessageWindow& window = OpenStored(
       "From: a@example.jp\r\nContent-Type: multipart/signed; boundary=b\r\n\r\n--b\r\n\r\ntext\r\n"
@@ -195,6 +217,7 @@ TEST_F(MessageWindowTest, TypingAnswersNoQuestionForAReceipt) {
           QTest::keyClick(box.button(QMessageBox::No), key);
         }
         EXPECT_TRUE(box.isVisible());
+        EXPECT_EQ(box.defaultButton(), box.button(QMessageBox::No)) << "Enter tells nobody";
         QTest::keyClick(&box, Qt::Key_Escape);
       });
   EXPECT_TRUE(asked);
@@ -262,6 +285,12 @@ TEST_F(MessageWindowTest, TheNextMessageIsShownAndTextIsFound) {
   view.actions()[1]->trigger();
   EXPECT_EQ(window.Tag(), second);  // the last one
   view.actions()[0]->trigger();
+  EXPECT_EQ(window.Tag(), first);
+  // Before it stands the newer one where those are on top.
+  Settings(Context()).Bag()->Let(QStringLiteral("NewestFirst"), true);
+  view.actions()[0]->trigger();
+  EXPECT_EQ(window.Tag(), second);
+  view.actions()[1]->trigger();
   EXPECT_EQ(window.Tag(), first);
   QTest::keyClick(&window, Qt::Key_F, Qt::ControlModifier);
   auto& find = Child<QLineEdit>(window, u"txFind");

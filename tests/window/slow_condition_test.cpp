@@ -145,6 +145,10 @@ TEST_F(SlowConditionTest, WhatIsThrownAwayIsMetOnceWhileThePageIsMadeAnew) {
     thrown.append(rows->Serial());
   }
   EXPECT_EQ(thrown, Ids({1, 2, 3, 4, 5, 7, 9}));
+  // What has left once is listed again when it is back.
+  ASSERT_TRUE(AwaitGone("No5."));
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_TRUE(AwaitText("No5."));
 }
 
 TEST_F(SlowConditionTest, AnExportWaitsForTheMessagesAndCanBeStoppedMeanwhile) {

@@ -6,6 +6,7 @@
 
 #include <QLabel>
 #include <QMainWindow>
+#include <QTimer>
 #include <QToolButton>
 
 #include "support/test_profile.h"
@@ -24,6 +25,13 @@ TEST(MainStatusBarTest, AFailureStaysBesideWhatOthersBrought) {
   EXPECT_EQ(bar.currentMessage(), all);
   bar.Tell({}, false);
   EXPECT_EQ(bar.currentMessage(), all) << "who brought nothing takes nothing away";
+  const auto pass = [&bar] {  // the time after which a message goes
+    for (QTimer* timer : bar.findChildren<QTimer*>()) {
+      if (timer->isActive()) QMetaObject::invokeMethod(timer, "timeout");
+    }
+  };
+  pass();
+  EXPECT_EQ(bar.currentMessage(), all) << "until somebody sees the failure";
   bar.BeginCheck(false);
   bar.Tell({}, false);
   EXPECT_EQ(bar.currentMessage(), QString()) << "nobody asked";
@@ -33,6 +41,8 @@ TEST(MainStatusBarTest, AFailureStaysBesideWhatOthersBrought) {
   bar.ShowForAWhile(QStringLiteral("said by the way"));
   bar.Tell(QStringLiteral("four: 3"), false);
   EXPECT_EQ(bar.currentMessage(), QStringLiteral("four: 3")) << "of another check";
+  pass();
+  EXPECT_EQ(bar.currentMessage(), QString());
 }
 
 TEST(MainStatusBarTest, StepsAreTakenBackTheLastOneFirst) {

@@ -70,6 +70,7 @@ TEST_F(TransferWindowsTest, RulesAreEditedInPlaceAndStopMail) {
     auto& box = Child<QLineEdit>(window, u"txInput");
     auto& menu = Child<QMenu>(window, u"menuReceiveStop");
     EXPECT_EQ(Lines(list), QStringList{QStringLiteral("($追加)")});
+    EXPECT_EQ(window.focusWidget(), &list) << "Enter begins a rule";
     const auto add = [&](int entry, const QString& text, Qt::Key end) {
       list.setCurrentCell(list.rowCount() - 1, 0);
       test::ClickRow(list, list.currentItem(), Qt::RightButton);
@@ -84,23 +85,29 @@ TEST_F(TransferWindowsTest, RulesAreEditedInPlaceAndStopMail) {
     add(1, QStringLiteral(" 佐*"), Qt::Key_Return);
     add(0, QStringLiteral("Bulk*"), Qt::Key_Return);
     add(1, QString(), Qt::Key_Return);  // the beginning alone is no rule
+    add(0, QStringLiteral("More*"), Qt::Key_Return);
     add(0, QStringLiteral("dropped"), Qt::Key_Escape);
     EXPECT_EQ(Lines(list),
               (QStringList{QStringLiteral("from: 佐*"), QStringLiteral("x-mailer: Bulk*"),
-                           QStringLiteral("($追加)")}));
-    // An existing rule is edited by Enter and a second one removed by Delete.
+                           QStringLiteral("x-mailer: More*"), QStringLiteral("($追加)")}));
+    // An existing rule is edited by Enter, its beginning comes back, and others are removed by
+    // Delete.
     list.setFocus();
     list.setCurrentCell(0, 0);
     QTest::keyClick(&list, Qt::Key_Return);
+    QTest::keyClick(&box, Qt::Key_Home);
+    QTest::keyClick(&box, Qt::Key_Delete);
     EXPECT_EQ(box.text(), QStringLiteral("from: 佐*"));
+    QTest::keyClick(&box, Qt::Key_End);
     TypeText(box, QStringLiteral("!"));
     QTest::keyClick(&box, Qt::Key_Backspace);
     QTest::keyClick(&box, Qt::Key_Return);
     list.setCurrentCell(1, 0);
+    QTest::keyClick(&list, Qt::Key_Down, Qt::ShiftModifier);
     QTest::keyClick(&list, Qt::Key_Delete);
     list.setCurrentCell(1, 0);
     QTest::keyClick(&list, Qt::Key_Delete);  // the placeholder stays
-    EXPECT_EQ(Lines(list).size(), 2);
+    EXPECT_EQ(Lines(list), (QStringList{QStringLiteral("from: 佐*"), QStringLiteral("($追加)")}));
     test::Press(Child<QPushButton>(window, u"cmOk"));
   }));
   const DiskPtr rules = Context().Objects.Find(fixed_serial::kRules);
@@ -287,6 +294,7 @@ TEST_F(TransferWindowsTest, ARuleIsMadeFromAMessageAndStoredByOkAlone) {
       EXPECT_EQ(Lines(list),
                 (QStringList{QStringLiteral("from:a[#]b@x.example"), QStringLiteral("($追加)")}));
       EXPECT_EQ(list.currentRow(), 0);
+      EXPECT_EQ(window.focusWidget(), &Child<QPushButton>(window, u"cmOk")) << "Enter takes it";
       test::Press(Child<QPushButton>(window, end));
     }));
     EXPECT_EQ(rules().isEmpty(), QStringView(end) == u"cmCancel");
@@ -329,6 +337,10 @@ TEST_F(TransferWindowsTest, TheNotificationAreaFollowsTheSettingAndEndsTheProgra
   EXPECT_EQ(tray(), nullptr);
   Settings(Context()).Bag()->Let(QStringLiteral("Tasktray"), true);
   program_->Parent()->ApplySettings();
+  program_->Parent()->showMinimized();
+  auto& icon = const_cast<QSystemTrayIcon&>(tray()->Icon());
+  Q_EMIT icon.activated(QSystemTrayIcon::Trigger);
+  EXPECT_FALSE(program_->Parent()->isMinimized()) << "a click brings it back";
   const QMenu* menu = tray()->Icon().contextMenu();
   ASSERT_EQ(menu->actions().size(), 3);
   EXPECT_TRUE(NextMessageBox([menu] {
