@@ -72,7 +72,8 @@ class Commands(unittest.TestCase):
         self.add_account()
         subprocess.run([STORE_WORKER, self.data, "", "disable", "仕事"], check=True,
                        env=self.environment)
-        self.assertEqual(self.receive()["stored"], 0)
+        self.run_ctl("receive", code=1)
+        self.assertIn("受信するアカウントがありません", self.errors)
         self.assertEqual(self.receive("--account", "仕事")["stored"], self.messages)
 
     def test_clear_text_is_spoken_only_when_told(self):
