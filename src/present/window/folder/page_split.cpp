@@ -99,7 +99,6 @@ void PageSplit::NotePlace() {
 
 void PageSplit::RowKept(const SerialId& serialId) {
   if (serialId != row_) return ShowRow(serialId);
-  NotePlace();
   if (HasPane()) pane_->FollowEdits();
 }
 

@@ -69,7 +69,7 @@ class PageSplit : public QSplitter {
   ReadingPane* pane_ = nullptr;
   PanePlace place_ = PanePlace::Nowhere;
   SerialId row_;  // the current message, whether the pane has room to show it or not
-  std::optional<MessagePlace> rowPlace_;  // where that was when the page had it last
+  std::optional<MessagePlace> rowPlace_;  // where that was when it became the current one
   bool isCovered_ = false;
 };
 
