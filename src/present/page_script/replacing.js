@@ -91,6 +91,7 @@ function replace(page, place, staysAtEnd) {
   const clickedId = rows[clicked]?.id;
   takePage(bodies, other, now, next);
   setRows(others);
+  current = -1;  // a place among those of before, until it is restored
   clicked = placeOf(clickedId);
   attend();
   restore(kept, staysAtEnd);
