@@ -4823,5 +4823,13 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <source>編集する(&amp;T)</source>
         <translation>Edi&amp;t</translation>
     </message>
+    <message>
+        <source>「%1」の差出人はアカウント「%2」のものです。何も送信していません。</source>
+        <translation>The sender of “%1” belongs to the account “%2”. Nothing was sent.</translation>
+    </message>
+    <message>
+        <source>次の添付ファイルは、大きいか、読み込めないため、編集中のメッセージに残っていません。もう一度添付してください。</source>
+        <translation>These attachments are too large or cannot be read, and the message that was being written has lost them. Please attach them again.</translation>
+    </message>
 </context>
 </TS>

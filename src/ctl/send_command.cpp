@@ -8,6 +8,7 @@
 #include "mail/message_id.h"
 #include "mail/store/mail_store.h"
 #include "mail/store/outbox.h"
+#include "objects/any_object.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
@@ -16,9 +17,19 @@
 namespace vorn::ctl {
 namespace {
 
+// Whether an account that was named may send what another one bears the sender's address of.
+std::optional<QString> WhyNotBy(CheckPlan& plan, const SerialId& named, const QString& addressLines,
+                                const QString& name) {
+  const DiskPtr sender = plan.SenderFor(addressLines, named);
+  if (named.IsEmpty() || sender == nullptr || sender->Serial() == named) return {};
+  return Ui::tr("「%1」の差出人はアカウント「%2」のものです。何も送信していません。")
+      .arg(name, AnyObject(*sender).Name());
+}
+
 // Stores composed sources as messages that wait, all or none, so that the same command can be given
 // again after a failure. Gives why they could not be.
-std::optional<QString> StoreWaiting(Context& context, CheckPlan& plan, const QStringList& names) {
+std::optional<QString> StoreWaiting(Context& context, CheckPlan& plan, const SerialId& named,
+                                    const QStringList& names) {
   std::vector<std::pair<DiskPtr, QByteArray>> messages;
   for (const QString& name : names) {
     const auto source = ReadFile(name);
@@ -28,6 +39,7 @@ std::optional<QString> StoreWaiting(Context& context, CheckPlan& plan, const QSt
     }
     const auto request = std::make_shared<Disk>(NewMessageSerialID(context));
     const MessageIndex index = IndexMessage(*source, FlagString(), {});
+    if (const auto why = WhyNotBy(plan, named, index.addressLines, name)) return why;
     if (!plan.ChooseSender(request->Serial(), index.addressLines, index.subject)) {
       return Ui::tr(
                  "「%1」の差出人のアカウントがありません。--account で選んでください。"
@@ -58,7 +70,8 @@ int Send(Context& context, const Arguments& arguments) {
     console.account = account->Serial();
   }
   MailTraffic traffic(context, console, console);
-  const auto error = StoreWaiting(context, traffic.Plan(), arguments.Words().mid(1));
+  const auto error =
+      StoreWaiting(context, traffic.Plan(), console.account, arguments.Words().mid(1));
   if (error) return Complain(*error, kExitFailure);
   Outbox outbox(context, MailDatabasePath(context));
   outbox.SettleLeftOver();  // which is told once, at the end

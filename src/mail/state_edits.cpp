@@ -9,6 +9,7 @@ namespace vorn {
 
 void StateEdits::Begin(const DiskPtr& request) {
   request_ = request;
+  wasDust_ = MessageBag(*request_).IsDust();
   changed_ = {};
 }
 
@@ -37,8 +38,15 @@ void StateEdits::KeepCode(CharsetChoice charset) {
   changed_ |= kStateFlag;
 }
 
+std::optional<bool> StateEdits::Dust() const {
+  const bool isDust = MessageBag(*request_).IsDust();
+  return changed_.testFlag(kStateStatus) && isDust != wasDust_ ? std::optional(isDust)
+                                                               : std::nullopt;
+}
+
 Result<> StateEdits::Store() {
   const StateMask changed = std::exchange(changed_, {});
+  wasDust_ = MessageBag(*request_).IsDust();
   MailStore store(context_);
   // A message may have been sent since the window was opened: the dust bin changes the sign alone.
   Result<> stored;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "mail/codec/charset/charset.h"
 #include "mail/store/mail_store.h"
 #include "storage/base/result.h"
@@ -23,6 +25,8 @@ class StateEdits {
   /// Follows a star that has been stored.
   void FollowStar(bool star);
 
+  /// Whether it takes the message into the dust bin or out of it; nothing for neither.
+  std::optional<bool> Dust() const;
   bool HasAny() const { return static_cast<bool>(changed_); }
   /// Stores what was changed here, and nothing else: the folder's page may have changed the rest
   /// meanwhile.
@@ -33,6 +37,7 @@ class StateEdits {
 
   Context& context_;
   DiskPtr request_;
+  bool wasDust_ = false;
   StateMask changed_;
 };
 

@@ -179,10 +179,23 @@ class Commands(unittest.TestCase):
         mail = pathlib.Path(self.folder.name) / "mail.eml"
         mail.write_bytes(b"From: nobody@example.com\r\nTo: b@x\r\nSubject: s\r\n\r\n" +
                          "会議の資料をお送りします。".encode("shift_jis") + b"\r\n")
+        stranger = mail.read_bytes()
         self.run_ctl("send", str(mail), code=1)
         # Nothing waits, so that giving the command again sends one message.
         told = json.loads(self.run_ctl("send", str(mail), "--account", "仕事", "--json").splitlines()[-1])
         self.assertEqual((told["sent"], told["errors"]), (1, 0))
+        # Of two with one address the one that is named sends, and nobody sends for another's address.
+        self.add_account("--out-port", self.smtp, "--out-server", "127.0.0.1", name="別")
+        mail.write_bytes(b"From: y@example.org\r\nTo: b@x\r\nSubject: t\r\n\r\nx\r\n")
+        for name in ("別", "仕事"):
+            self.run_ctl("send", str(mail), "--account", name)
+            self.assertIn(name + ": ", self.errors)
+        self.run_ctl("account", "add", "--name", "他", "--address", "z@example.org", "--in-server", "127.0.0.1",
+                     "--in-port", self.pop3, "--in-user", "demo", "--in-password-fd", "0", "--in-security", "none",
+                     "--out-security", "none", "--out-port", self.smtp, "--out-server", "127.0.0.1")
+        self.run_ctl("send", str(mail), "--account", "他", code=1)
+        self.assertIn("差出人はアカウント", self.errors)
+        mail.write_bytes(stranger)
         opened = json.loads(self.run_ctl("open", "0", str(mail), "--json"))
         self.assertIn("会議の資料をお送りします。", opened["text"])
 

@@ -18,7 +18,7 @@ TEST(DraftsTest, ADraftOutlivesTheProgramAndKeepsTheMessagesFolders) {
   ASSERT_TRUE(Drafts::Keep(profile.Get(), u"mail_1"_id, typed));
   profile.Restart();
   ASSERT_EQ(Drafts::LeftBehind(profile.Get()), SerialIds{u"mail_1"_id});
-  ASSERT_TRUE(Drafts::Restore(profile.Get(), u"mail_1"_id));
+  ASSERT_TRUE(Drafts::Restore(profile.Get(), u"mail_1"_id, {}));
   EXPECT_EQ(MailStore(profile.Get()).LoadMessageSource(stored), typed);
   EXPECT_EQ(profile.Select(QStringLiteral("SELECT FOLDERID AS V FROM folder")),
             QList<QVariant>{QStringLiteral("one")});
@@ -32,6 +32,27 @@ TEST(DraftsTest, ADraftOutlivesTheProgramAndKeepsTheMessagesFolders) {
     EXPECT_TRUE(Drafts::LeftBehind(profile.Get()).isEmpty()) << status;
     EXPECT_EQ(profile.Get().Objects.Find(u"draft_mail_1"_id), nullptr);
   }
+}
+
+// What is stored may have the files that the draft has not.
+TEST(DraftsTest, OneThatLacksFilesTakesNothingsPlaceAndNamesThem) {
+  test::TestProfile profile;
+  const QByteArray whole = "Subject: whole\r\n\r\n";
+  Disk stored(QStringLiteral("mail_1"));
+  stored.Let(QStringLiteral("process"), 1);
+  ASSERT_TRUE(MailStore(profile.Get()).StoreMessage(stored, whole));
+  const QStringList files = {QStringLiteral("/a/大きい.zip"), QStringLiteral("b.txt")};
+  for (const char16_t* message : {u"mail_1", u"mail_new"}) {
+    const SerialId serialId(QString::fromUtf16(message));
+    ASSERT_TRUE(Drafts::Keep(profile.Get(), serialId, "Subject: new\r\n\r\n", files));
+    profile.Restart();
+    const Result<Drafts::Restored> restored =
+        Drafts::Restore(profile.Get(), serialId, u"mail_apart"_id);
+    ASSERT_TRUE(restored);
+    EXPECT_EQ(restored->message, serialId == u"mail_1"_id ? u"mail_apart"_id : serialId);
+    EXPECT_EQ(restored->leftOut, files);
+  }
+  EXPECT_EQ(MailStore(profile.Get()).LoadMessageSource(stored), whole);
 }
 
 }  // namespace

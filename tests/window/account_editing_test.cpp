@@ -330,5 +330,25 @@ TEST_F(EditingTest, APasswordThatIsNotToBeSavedIsKnownOnlyWhileRunning) {
   EXPECT_EQ(account->Text(u"InMailServerPassword"), QStringLiteral("secret"));
 }
 
+// Also what the page of the sending server has taken over from it.
+TEST_F(EditingTest, APasswordThatIsNotToBeSavedIsNotSavedForSendingEither) {
+  ObjectsWindow& window = Open(object_type::kAccount);
+  for (const auto& [box, text] : {std::pair{u"txObject", u"a"},
+                                  {u"txMailaddress", u"a@x.example"},
+                                  {u"txInMailServer", u"127.0.0.1"},
+                                  {u"txInMailServerUser", u"me"},
+                                  {u"txInMailServerPassword", u"sEcReT"},
+                                  {u"txOutMailServer", u"127.0.0.1"}}) {
+    Type(Child<QLineEdit>(window, box), QString::fromUtf16(text));
+  }
+  Child<QCheckBox>(window, u"ckOutMailServerAuth").click();
+  ASSERT_EQ(Child<QLineEdit>(window, u"txOutMailServerPassword").text(), QStringLiteral("sEcReT"));
+  Child<QCheckBox>(window, u"ckInMailServerPasswordSave").click();
+  PressOk();
+  ASSERT_FALSE(window.isVisible()) << Error().toStdString();
+  EXPECT_EQ(Stored(window.Tag())->Text(u"OutMailServerPassword"), QString());
+  EXPECT_EQ(Stored(window.Tag())->Text(u"OutMailServerUser"), QStringLiteral("me"));
+}
+
 }  // namespace
 }  // namespace vorn

@@ -81,7 +81,7 @@ TEST_F(FolderTreeTest, WhereThereIsNoRoomForBothThePageComesBeforeTheTree) {
   ASSERT_TRUE(
       WaitFor([&] { return button(u"tb_print")->toolButtonStyle() != Qt::ToolButtonIconOnly; }));
   const int width = tree.width();
-  for (const int narrow : {700, 560}) {
+  for (const int narrow : {760, 640}) {
     window.resize(narrow, 600);
     EXPECT_TRUE(WaitFor(isWhole)) << narrow;
     EXPECT_TRUE(tree.isVisible() && !turn->isVisible()) << narrow;

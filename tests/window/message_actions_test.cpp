@@ -24,6 +24,7 @@ class CountingHost : public MessageHost {
   void SendMessage(const SerialId&) override {}
   bool ChooseSender(const SerialId&, const QString&, const QString&) override { return false; }
   void MessageStored() override { ++stored; }
+  void DustChanged(const SerialId&, bool) override {}
   void PostMail(const MailRequest&) override {}
   void OpenMessageFile(const QString&) override {}
   void PrintPageFile(const QString&, const QString&) override {}

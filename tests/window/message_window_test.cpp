@@ -13,6 +13,7 @@
 
 #include "auxiliary/window/address_window.h"
 #include "auxiliary/window/console_window.h"
+#include "frame/window/notices/status_bar.h"
 #include "mail/store/drafts.h"
 #include "mail/window/fields/attachment_input.h"
 #include "mail/window/fields/attachment_list.h"
@@ -286,9 +287,12 @@ TEST_F(MessageWindowTest, DustFoldersAndDeletionAreStoredWhenTheWindowCloses) {
   ASSERT_TRUE(Gone());
   EXPECT_EQ(Column(serial, QStringLiteral("STATUS")).toInt(), -4);
   EXPECT_EQ(MailStore(Context()).LoadMessageSource(Disk(serial)), kPlain);
+  // The step that is taken back is this one, and not an earlier one of the list.
+  program_->Parent()->findChild<MainStatusBar*>()->TakeBack();
+  EXPECT_EQ(Column(serial, QStringLiteral("STATUS")).toInt(), 4);
 
   MessageWindow& again = Open(serial);
-  Menu(again, u"menuFiles").actions()[2]->trigger();  // out of the dust
+  Menu(again, u"menuFiles").actions()[2]->trigger();
   EXPECT_TRUE(InModal<QMessageBox>(
       [&] { Menu(again, u"menuFilesMessages").actions()[7]->trigger(); },
       [](QMessageBox& box) {
@@ -354,7 +358,9 @@ TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
   memo.setFocus();
   TypeText(memo, QStringLiteral("消えない🍣"));
   const QString vanishing = File("gone.txt", "contents\r\n");
-  Child<AttachmentList>(window, u"lvClip").Input().AddFiles({vanishing});
+  Child<AttachmentList>(window, u"lvClip")
+      .Input()
+      .AddFiles({vanishing, File("kept.txt", "contents\r\n")});
   QFile::remove(vanishing);  // the text counts
   QMetaObject::invokeMethod(window.findChild<QTimer*>(QStringLiteral("tmDraft")), "timeout");
   const SerialId serial = window.Tag();
@@ -374,12 +380,21 @@ TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
 
   // As after a crash: the draft is there, the window is not.
   Context().Objects.Add(draft);
-  EXPECT_TRUE(
-      InModal<QMessageBox>([this] { QMetaObject::invokeMethod(program_->Parent(), "AskAtStart"); },
-                           [](QMessageBox& box) {
-                             EXPECT_TRUE(box.text().contains(QStringLiteral("1通")));
-                             box.button(QMessageBox::Yes)->click();
-                           }));
+  QStringList told;
+  QTimer answers;
+  QObject::connect(&answers, &QTimer::timeout, &answers, [&told] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box == nullptr) return;
+    told.append(box->text());
+    QTest::keyClick(box, Qt::Key_Return);
+  });
+  answers.start(20);
+  QMetaObject::invokeMethod(program_->Parent(), "AskAtStart");
+  answers.stop();
+  ASSERT_EQ(told.size(), 2);
+  EXPECT_TRUE(told[0].contains(QStringLiteral("1通")));
+  EXPECT_TRUE(told[1].contains(vanishing));
+  EXPECT_FALSE(told[1].contains(QStringLiteral("kept.txt")));
   EXPECT_TRUE(Drafts::LeftBehind(Context()).isEmpty());
   EXPECT_EQ(Column(serial, QStringLiteral("STATUS")).toInt(), 1);
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
@@ -388,6 +403,7 @@ TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
             QStringLiteral("消えない🍣"));
   EXPECT_EQ(Child<QTableWidget>(restored, u"lvMailaddress").item(1, 1)->text(),
             QStringLiteral("b@example.jp"));
+  EXPECT_EQ(Child<AttachmentList>(restored, u"lvClip").count(), 1);
 }
 
 // Wherever they are let go, files are attached; their paths went into the text.

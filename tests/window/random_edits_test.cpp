@@ -279,7 +279,7 @@ class RandomEdits : public MessageWindowTest {
     CloseWindow();
     if (draft != nullptr) {  // something was changed
       Context().Objects.Add(draft);
-      ASSERT_TRUE(Drafts::Restore(Context(), serialId));
+      ASSERT_TRUE(Drafts::Restore(Context(), serialId, {}));
     }
     Reopen(serialId);
     EXPECT_EQ(Look(), shown) << qPrintable(journal_);

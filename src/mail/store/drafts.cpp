@@ -5,6 +5,7 @@
 #include "mail/store/message_rows.h"
 #include "objects/any_object.h"
 #include "objects/save_object.h"
+#include "storage/ui.h"
 
 namespace vorn::Drafts {
 namespace {
@@ -24,9 +25,14 @@ class DraftObject {
   static void SetSource(Disk& bag, const QByteArray& source) {
     bag.Let(kSource, QString::fromLatin1(source.toBase64()));
   }
+  QStringList LeftOut() const { return bag_.Text(kLeftOut).split(kLineBreak, Qt::SkipEmptyParts); }
+  static void SetLeftOut(Disk& bag, const QStringList& files) {
+    bag.Let(kLeftOut, files.join(kLineBreak));
+  }
 
  private:
   static inline const QString kSource = QStringLiteral("Source");
+  static inline const QString kLeftOut = QStringLiteral("LeftOut");
 
   const Disk& bag_;
 };
@@ -47,9 +53,15 @@ bool HasGoneOn(Context& context, const SerialId& message) {
   return hasGone;
 }
 
+bool IsStored(Context& context, const SerialId& message) {
+  const OpenedDatabase opened(context, DatabaseKind::Mail);
+  return !opened || MessageRows(context.Data).Has(message);
+}
+
 }  // namespace
 
-Result<> Keep(Context& context, const SerialId& message, const QByteArray& source) {
+Result<> Keep(Context& context, const SerialId& message, const QByteArray& source,
+              const QStringList& leftOut) {
   DiskPtr draft = context.Objects.Find(KeyOf(message));
   if (draft == nullptr) {
     draft = std::make_shared<Disk>(KeyOf(message));
@@ -57,6 +69,7 @@ Result<> Keep(Context& context, const SerialId& message, const QByteArray& sourc
   }
   AnyObject::SetType(*draft, QStringLiteral("draft"));
   DraftObject::SetSource(*draft, source);
+  DraftObject::SetLeftOut(*draft, leftOut);
   return SaveObject(context, DatabaseKind::Profile, *draft);
 }
 
@@ -85,10 +98,12 @@ SerialIds LeftBehind(Context& context) {
   return messages;
 }
 
-Result<> Restore(Context& context, const SerialId& message) {
+Result<Restored> Restore(Context& context, const SerialId& message, const SerialId& apart) {
   const DiskPtr draft = context.Objects.Find(KeyOf(message));
   if (draft == nullptr) return StorageError{StorageError::Kind::NotFound, {}};
-  Disk request(message);
+  const QStringList leftOut = DraftObject(*draft).LeftOut();
+  const bool isApart = !leftOut.isEmpty() && IsStored(context, message);
+  Disk request(isApart ? apart : message);
   MessageBag::SetStatus(request, kStatusEdit);
   MessageBag::SetFlags(request, kWrittenFlags);
   const Result<SerialIds> folders = ReadStoredFolders(context, message);
@@ -98,7 +113,7 @@ Result<> Restore(Context& context, const SerialId& message) {
       MailStore(context).StoreMessage(request, DraftObject(*draft).Source());
   if (!stored) return stored.Error();
   Forget(context, message);
-  return {};
+  return Restored{*stored, leftOut};
 }
 
 }  // namespace vorn::Drafts

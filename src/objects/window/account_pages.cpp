@@ -416,11 +416,12 @@ void SendPage::FollowReceiving() {
   auto box = CredentialBoxes().begin();
   for (const CredentialPart& part : kCredentialParts) {
     QLineEdit& follower = **box++;
-    // A password that is not to be stored for receiving is not stored here either.
-    const bool isOwn = part.isSecret && (!receiving->SavesPassword() || User()->text() != now.user);
+    const bool isOwn = part.isSecret && User()->text() != now.user;
     if (isOwn || follower.text() != given_.*part.text) continue;
-    given_.*part.text = now.*part.text;
-    follower.setText(now.*part.text);
+    // A password that is not to be stored for receiving is not stored here either.
+    const bool isLeftOut = part.isSecret && !receiving->SavesPassword();
+    given_.*part.text = isLeftOut ? QString() : now.*part.text;
+    follower.setText(given_.*part.text);
   }
 }
 

@@ -49,6 +49,12 @@ class CheckPlan {
   bool ChooseSender(const SerialId& serial, const QString& addressLines, const QString& subject) {
     return sends_.Senders().Choose(serial, addressLines, subject);
   }
+  /// The account that sends for a sender; null without one. Of several `preferred` sends from now
+  /// on.
+  DiskPtr SenderFor(const QString& addressLines, const SerialId& preferred) {
+    sends_.Senders().Prefer(preferred);
+    return sends_.Senders().AccountFor(addressLines);
+  }
   /// Adds a receive job over these accounts, without those that wait to be received already; none
   /// when no account is left.
   void AddReceiveJob(const DiskCollection& accounts) { receives_.Add(accounts); }

@@ -15,8 +15,8 @@
 
 namespace vorn {
 
-// The enabled account that bears a sender's address; of several the one that bears his name too,
-// then the default one.
+// The enabled account that bears a sender's address; of several the preferred one, then the one
+// that bears his name too, then the default one.
 DiskPtr SenderChoice::AccountFor(const QString& addressLines) const {
   const DiskCollectionPtr accounts =
       SelectObjects(context_.Objects, *context_.Session, object_type::kAccount, kSelectEnabled);
@@ -28,8 +28,9 @@ DiskPtr SenderChoice::AccountFor(const QString& addressLines) const {
     for (const DiskPtr& object : *accounts) {
       const Account account(object);
       if (account.Address() != entry.address) continue;
-      const int fits =
-          (account.Display() == entry.displayName ? 2 : 0) + (account.IsDefault() ? 1 : 0);
+      const int fits = (object->Serial() == preferred_ ? 4 : 0) +
+                       (account.Display() == entry.displayName ? 2 : 0) +
+                       (account.IsDefault() ? 1 : 0);
       if (fits <= best) continue;
       best = fits;
       taken = object;

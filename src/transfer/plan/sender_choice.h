@@ -22,6 +22,8 @@ class SenderChoice {
 
   /// The account that sends for one of the senders among the address lines; null without one.
   DiskPtr AccountFor(const QString& addressLines) const;
+  /// Of several accounts with a sender's address, this one sends from now on.
+  void Prefer(const SerialId& account) { preferred_ = account; }
   /// Whether there is one, or the user chooses an account for that message, which then counts until
   /// the program ends. False when he does not.
   bool Choose(const SerialId& serial, const QString& addressLines, const QString& subject);
@@ -39,6 +41,7 @@ class SenderChoice {
   const PlannedJobs& jobs_;
   QHash<SerialId, SerialId> chosen_;  // accounts, by the messages that they were chosen for
   QSet<SerialId> toldOfNoAccount_;    // messages
+  SerialId preferred_;
   bool asking_ = false;
 };
 

@@ -26,11 +26,7 @@ Words FiledWords(const QString& folder) {
 }
 
 Words DustWords(bool dust) {
-  return [dust](qsizetype count) {
-    const int n = static_cast<int>(count);
-    return dust ? Ui::tr("%n通をくずかごに入れました。", nullptr, n)
-                : Ui::tr("%n通をくずかごから出しました。", nullptr, n);
-  };
+  return [dust](qsizetype count) { return vorn::DustWords(dust, count); };
 }
 
 Words OpenedWords(bool isNew) {
@@ -205,6 +201,12 @@ SerialIds MessageActions::PutIntoInbox(const SerialIds& messages, const SerialId
       Carry({.outOf = AllFolders(*received), .outOfDust = taken}, taken,
             wasDust ? DustWords(false) : FiledWords(NameOf(fixed_serial::kInbox)));
   return wasDust || IsFilledByHand(from) ? changed : SerialIds();
+}
+
+QString DustWords(bool dust, qsizetype count) {
+  const int n = static_cast<int>(count);
+  return dust ? Ui::tr("%n通をくずかごに入れました。", nullptr, n)
+              : Ui::tr("%n通をくずかごから出しました。", nullptr, n);
 }
 
 SerialIds MessageActions::ChangeDust(const SerialIds& messages, bool dust) {

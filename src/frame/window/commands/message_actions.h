@@ -12,6 +12,9 @@ class QWidget;
 
 namespace vorn {
 
+/// That so many messages were put into the dust bin, or taken out of it.
+QString DustWords(bool dust, qsizetype count);
+
 /// What is done with messages of the folders' pages: filed, thrown away, taken back, deleted. The
 /// user is asked before what cannot be undone, and told of what did not work.
 class MessageActions {

@@ -1,16 +1,21 @@
 #include "frame/window/hosts/main_message_host.h"
 
+#include <QMessageBox>
+
 #include "frame/window/commands/from_message.h"
+#include "frame/window/commands/message_actions.h"
 #include "frame/window/notices/status_bar.h"
 #include "frame/window/panes/browser_area.h"
 #include "frame/window/panes/console_tree.h"
 #include "frame/window/panes/folder_panes.h"
 #include "frame/window/panes/request_windows.h"
+#include "kit/window/plain_text.h"
 #include "mail/search/neighbour_message.h"
 #include "objects/list_settings.h"
 #include "present/window/browser_window.h"
 #include "present/window/folder/shown_folder.h"
 #include "storage/engine/condition_limit.h"
+#include "storage/ui.h"
 
 namespace vorn {
 namespace {
@@ -23,6 +28,19 @@ constexpr int kNeighbourMs = 2000;  // the window stands still meanwhile
 void MainMessageHost::SendMessage(const SerialId& serialId) {
   parts_.status.BeginCheck(false);
   parts_.plan.CreateMessagePlan(kPlanSend, serialId);
+}
+
+void MainMessageHost::DustChanged(const SerialId& serialId, bool dust) {
+  const Move back = dust ? Move{.outOfDust = {serialId}} : Move{.intoDust = {serialId}};
+  parts_.status.OfferUndo(DustWords(dust, 1), [this, back] { CarryBack(back); });
+}
+
+void MainMessageHost::CarryBack(const Move& move) {
+  const Result<Moved> moved = MoveMessages(parts_.context, move);
+  parts_.changes.Note();
+  if (moved) return;
+  ShowBox(&parts_.window, QMessageBox::Critical,
+          Ui::tr("メッセージを変更できません。") + moved.Error().text);
 }
 
 SerialId MainMessageHost::NeighbourOf(const SerialId& serialId, int step) {

@@ -4,6 +4,7 @@
 #include "frame/window/panes/folder_changes.h"
 #include "frame/window/panes/opener.h"
 #include "mail/store/known_addresses.h"
+#include "mail/store/message_filing.h"
 #include "mail/window/host/message_host.h"
 #include "objects/object_types.h"
 #include "transfer/plan/check_plan.h"
@@ -51,9 +52,11 @@ class MainMessageHost : public MessageHost {
   void MakeAccount() override { parts_.opener.MakeObject(object_type::kAccount, {}); }
   bool IsClosing() const override { return parts_.closing.IsClosing(); }
   void MessageStored() override { parts_.changes.Note(); }
+  void DustChanged(const SerialId& serialId, bool dust) override;
 
  private:
   void MakeRule(const SerialId& serialId, bool stops);
+  void CarryBack(const Move& move);
 
   const Parts parts_;
   KnownAddresses known_;

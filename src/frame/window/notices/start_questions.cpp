@@ -3,6 +3,7 @@
 #include <QMessageBox>
 
 #include "kit/window/plain_text.h"
+#include "mail/message_id.h"
 #include "mail/store/drafts.h"
 #include "mail/store/outbox.h"
 #include "objects/profile/standard_objects.h"
@@ -33,14 +34,30 @@ SerialIds AskOfDoubtful(Context& context, QWidget& window) {
 }
 
 SerialIds AskOfDrafts(Context& context, QWidget& window) {
-  SerialIds drafts = Drafts::LeftBehind(context);
+  const SerialIds drafts = Drafts::LeftBehind(context);
   const bool opens =
       !drafts.isEmpty() &&
       IsWanted(window, Ui::tr("前回、編集中のまま終了したメッセージが%n通あります。開きますか？",
                               nullptr, static_cast<int>(drafts.size())));
   if (!opens) return {};
-  drafts.removeIf([&](const SerialId& serialId) { return !Drafts::Restore(context, serialId); });
-  return drafts;
+  SerialIds restored;
+  QStringList leftOut;
+  for (const SerialId& serialId : std::as_const(drafts)) {
+    const Result<Drafts::Restored> draft =
+        Drafts::Restore(context, serialId, NewMessageSerialID(context));
+    if (!draft) continue;
+    restored.append(draft->message);
+    leftOut += draft->leftOut;
+  }
+  if (!leftOut.isEmpty()) {
+    ShowBox(
+        &window, QMessageBox::Warning,
+        Ui::tr(
+            "次の添付ファイルは、大きいか、読み込めないため、編集中のメッセージに残っていません。"
+            "もう一度添付してください。") +
+            QStringLiteral("\n\n") + leftOut.join(u'\n'));
+  }
+  return restored;
 }
 
 bool AskOfLook(Context& context, QWidget& window) {

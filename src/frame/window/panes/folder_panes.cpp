@@ -18,8 +18,9 @@ namespace {
 
 constexpr int kTreeWidth = 210;
 constexpr int kLeastPageWidth = 280;
-constexpr int kNameDepth = 3;    // of folders, with the arrows before them
-constexpr int kNameLetters = 5;  // Japanese ones
+constexpr int kPageWidthBesideTree = 440;  // with the boxes above a page and their words
+constexpr int kNameDepth = 3;              // of folders, with the arrows before them
+constexpr int kNameLetters = 5;            // Japanese ones
 
 // With which names of folders stay readable beside the numbers, in the last column.
 int LeastWidth(const ConsoleTree& tree) {
@@ -99,7 +100,7 @@ void FolderPanes::resizeEvent(QResizeEvent* event) {
 void FolderPanes::Divide() {
   const int least = LeastWidth(*tvConsole_);
   tvConsole_->setMinimumWidth(least);
-  const bool hasRoom = width() >= least + handleWidth() + kLeastPageWidth;
+  const bool hasRoom = width() >= least + handleWidth() + kPageWidthBesideTree;
   if (std::exchange(hasRoom_, hasRoom) != hasRoom) {
     isTreeInFront_ = false;
     ShowInFront();

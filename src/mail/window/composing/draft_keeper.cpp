@@ -18,6 +18,28 @@ qint64 SizeOf(const ModelAttachment& attachment) {
                           : static_cast<qint64>(attachment.record.Size());
 }
 
+QString FileOf(const ModelAttachment& attachment) {
+  return attachment.isNew ? attachment.path : attachment.name;
+}
+
+bool HasVanished(const ModelAttachment& attachment) {
+  return attachment.isNew && !attachment.made && !QFileInfo(attachment.path).isReadable();
+}
+
+// Takes out of a draft the files that it cannot hold, and gives them.
+QStringList LeaveOut(MessageModel& model) {
+  QStringList leftOut;
+  qint64 bytes = 0;
+  std::erase_if(model.attachments, [&](const ModelAttachment& attachment) {
+    const qint64 size = SizeOf(attachment);
+    const bool fits = !HasVanished(attachment) && bytes + size <= kDraftAttachmentBytes;
+    if (fits) bytes += size;
+    if (!fits) leftOut.append(FileOf(attachment));
+    return !fits;
+  });
+  return leftOut;
+}
+
 }  // namespace
 
 DraftKeeper::DraftKeeper(Context& context, MessageDocument& document, MessageForm& form,
@@ -34,16 +56,15 @@ void DraftKeeper::Keep() {
   if (!isDue_ || !isWritten) return;
   isDue_ = false;
   MessageModel model = form_.Take(document_.Model());
-  qint64 bytes = 0;
-  for (const ModelAttachment& attachment : model.attachments) bytes += SizeOf(attachment);
-  if (bytes > kDraftAttachmentBytes) model.attachments.clear();
+  QStringList leftOut = LeaveOut(model);
   Result<QByteArray> source = document_.Compose(model);
-  if (!source) {  // the text counts, also when an attachment has vanished
+  if (!source) {  // the text counts, also when an attachment cannot be read
+    for (const ModelAttachment& attachment : model.attachments) leftOut += FileOf(attachment);
     model.attachments.clear();
     source = document_.Compose(model);
   }
   // A full disk may have room again at the next turn.
-  isDue_ = !source || !Drafts::Keep(context_, document_.Tag(), *source);
+  isDue_ = !source || !Drafts::Keep(context_, document_.Tag(), *source, leftOut);
 }
 
 }  // namespace vorn

@@ -159,7 +159,9 @@ void MessageClosing::NoteAnswer() {
 
 void MessageClosing::StoreState() {
   if (!document_.Edits().HasAny()) return;
+  const std::optional<bool> dust = document_.Edits().Dust();
   const Result<> stored = document_.Edits().Store();
+  if (stored && dust) host_.DustChanged(document_.Tag(), *dust);
   host_.MessageStored();
   if (stored) return;
   ShowBox(&window_, QMessageBox::Critical,

@@ -19,6 +19,8 @@ class MessageHost {
                             const QString& subject) = 0;
   /// A message was stored or changed; pages that show it are out of date.
   virtual void MessageStored() = 0;
+  /// A window has put a message into the dust bin or taken it out, which can be taken back.
+  virtual void DustChanged(const SerialId& serialId, bool dust) = 0;
   /// Asks for another message window.
   virtual void PostMail(const MailRequest& request) = 0;
   /// Opens a file that holds a message in a window of its own.

@@ -31,10 +31,7 @@ FolderToolbar::FolderToolbar(Context& context, QWidget* window)
   BuildPageBox();
   BuildAddress();
   search_ = new SearchBox(window, this);
-  // What is searched for says more than the folder's name does.
-  connect(search_, &SearchBox::textChanged, this, [this](const QString& text) {
-    txLocation_->setVisible(text.isEmpty() || !txLocation_->isReadOnly());
-  });
+  connect(search_, &SearchBox::textChanged, this, &FolderToolbar::ShowLocation);
   search_->setMinimumWidth(fontMetrics().horizontalAdvance(u'M') * kSearchEms);
   // The boxes shrink before the buttons do.
   tbLocation_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
@@ -87,6 +84,22 @@ void FolderToolbar::BuildAddress() {
   txLocation_->installEventFilter(this);
   connect(txLocation_, &QLineEdit::returnPressed, this,
           [this] { Q_EMIT AddressTyped(txLocation_->text()); });
+}
+
+// What is searched for says more than the folder's name does.
+void FolderToolbar::ShowLocation() {
+  const bool isRoomy = width() >= minimumSizeHint().width() + kSmallestBox + kGap;
+  txLocation_->setVisible(!txLocation_->isReadOnly() || (search_->text().isEmpty() && isRoomy));
+}
+
+QSize FolderToolbar::minimumSizeHint() const {
+  const QSize least = QWidget::minimumSizeHint();
+  return {least.width() - (txLocation_->isHidden() ? 0 : kSmallestBox + kGap), least.height()};
+}
+
+void FolderToolbar::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  ShowLocation();
 }
 
 // An address is there to be replaced.

@@ -48,6 +48,8 @@ class FolderToolbar : public QWidget {
   void ForgetTypedPage();
   /// Where the user types what the folder is searched for.
   SearchBox& Search() const { return *search_; }
+  /// Where there is too little room the folder's name is left out first.
+  QSize minimumSizeHint() const override;
 
  Q_SIGNALS:
   void BeforeWanted();
@@ -63,11 +65,13 @@ class FolderToolbar : public QWidget {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void BuildButtons();
   void BuildPageBox();
   void BuildAddress();
+  void ShowLocation();
   QAction* AddButton(const QString& name, const QKeySequence& key, void (FolderToolbar::*wanted)());
 
   Context& context_;
