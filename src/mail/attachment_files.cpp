@@ -88,11 +88,7 @@ qint64 AttachmentSize(const ModelAttachment& attachment, const QByteArray& sourc
                        encoding == TransferEncoding::Base64 &&
                        MimeCodec::Base64End(bytes) == bytes.size();
   if (!isPlain) return ReadAttachment(attachment, source).ValueOr({}).size();
-  const auto isDigit = [](char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' ||
-           c == '/';
-  };
-  return std::count_if(bytes.begin(), bytes.end(), isDigit) * 3 / 4;
+  return std::count_if(bytes.begin(), bytes.end(), MimeCodec::IsBase64Letter) * 3 / 4;
 }
 
 bool IsNamedArchive(const ModelAttachment& attachment) {

@@ -5,6 +5,7 @@
 #include <cctype>
 #include <cstring>
 
+#include "mail/codec/charset/character_kinds.h"
 #include "mail/codec/charset/charset_recognition.h"
 #include "mail/codec/header/envelope_address.h"
 #include "mail/codec/mime/mime_codec.h"
@@ -41,10 +42,6 @@ bool HasLongLine(const QByteArray& bytes) {
     at = end + 2;
   }
   return false;
-}
-
-bool IsEightBit(const QByteArray& bytes) {
-  return std::any_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
 }
 
 QByteArray EncodingName(TransferEncoding encoding) {
@@ -158,7 +155,7 @@ class Composer {
       bodyEncoding_ = AttachmentEncoding(encoding);
     } else if (encoding == MimeEncode::Uuencode && !model_.attachments.empty()) {
       bodyEncoding_ = TransferEncoding::None;  // there is no place to name one
-    } else if (HasLongLine(body_) || (charset_ == OutputCharset::Utf8 && IsEightBit(body_))) {
+    } else if (HasLongLine(body_) || (charset_ == OutputCharset::Utf8 && HasHighBytes(body_))) {
       // A broken line, or eight-bit text on a server of seven, would not arrive as it was written.
       bodyEncoding_ = TransferEncoding::Base64;
     }
@@ -175,8 +172,8 @@ class Composer {
   QByteArray BodyEncodingName() const {
     if (bodyEncoding_ != TransferEncoding::None) return EncodingName(bodyEncoding_);
     const bool isEightBit = charset_ == OutputCharset::ShiftJis || charset_ == OutputCharset::Euc;
-    return choice_ == CharsetChoice::ShiftJis || (isEightBit && IsEightBit(body_)) ? "8bit"
-                                                                                   : "7bit";
+    return choice_ == CharsetChoice::ShiftJis || (isEightBit && HasHighBytes(body_)) ? "8bit"
+                                                                                     : "7bit";
   }
 
   void WriteTextHeader() {
@@ -327,7 +324,7 @@ class Composer {
       WritePart(file, data, TransferEncoding::Base64, boundary);
       return;
     }
-    WritePartHeader(attachment, attachment.type.toLatin1(), IsEightBit(data) ? "8bit" : "7bit",
+    WritePartHeader(attachment, attachment.type.toLatin1(), HasHighBytes(data) ? "8bit" : "7bit",
                     boundary);
     out_ += data + "\r\n";
   }
@@ -364,7 +361,7 @@ class Composer {
   // The name once more in the form of RFC 2231, for the readers that know no encoded word there.
   static QByteArray ExtendedName(const QString& name) {
     const QByteArray utf8 = name.toUtf8();
-    if (!IsEightBit(utf8)) return {};
+    if (!HasHighBytes(utf8)) return {};
     const QByteArray encoded = utf8.toPercentEncoding("!#$&+^`{}|");
     if (encoded.size() <= kLongestName) {
       return ";" + QByteArray(kFold) + "filename*=UTF-8''" + encoded;

@@ -29,16 +29,6 @@ const QString kCertificates = QStringLiteral("Certificates");
 const QString kDelete = QStringLiteral("Delete");
 const QString kAuth = QStringLiteral("Auth");
 
-// What no program has written is no leave to go in clear.
-Security SecurityOf(const Disk& account, const QString& key) {
-  if (account.Text(key).isEmpty()) return Security::None;
-  const qint32 stored = account.Number(key, static_cast<qint32>(Security::Tls));
-  for (const Security security : {Security::None, Security::StartTls}) {
-    if (stored == static_cast<qint32>(security)) return security;
-  }
-  return Security::Tls;
-}
-
 QString KeyOf(const QString& server, const CredentialPart& part) {
   return server + part.key;
 }
@@ -62,7 +52,7 @@ Endpoint Server(const Disk& account, const QString& server) {
   return {
       .host = host,
       .port = account.Number(server + kPort),
-      .security = SecurityOf(account, server + kSecurity),
+      .security = Account::SecurityOf(account, server),
       .who = StoredCredentials(account, server),
       .trustedFingerprints = TrustedCertificates(account.Text(server + kCertificates)).For(host)};
 }
@@ -155,6 +145,16 @@ void Account::SetPassword(const QString& password) {
   for (const CredentialPart& part : kCredentialParts) {
     if (part.text == &Credentials::password) bag_->Let(KeyOf(kIn, part), password);
   }
+}
+
+Security Account::SecurityOf(const Disk& bag, const QString& server) {
+  const QString key = server + kSecurity;
+  if (bag.Text(key).isEmpty()) return Security::None;
+  const qint32 stored = bag.Number(key, static_cast<qint32>(Security::Tls));
+  for (const Security security : {Security::None, Security::StartTls}) {
+    if (stored == static_cast<qint32>(security)) return security;
+  }
+  return Security::Tls;
 }
 
 QString Account::UserKey() {

@@ -48,6 +48,9 @@ class Account {
   /// Whether what proves the incoming user is known.
   bool HasCredentials() const { return SavesPassword() || Incoming().who.IsKnown(); }
   void SetPassword(const QString& password);
+  /// How a server is spoken with, by the name that the bag has for it: an account that says nothing
+  /// of it is used without, and what no program has written is no leave to go in clear.
+  static Security SecurityOf(const Disk& bag, const QString& server);
   /// The names that the bag has for the incoming user, and for what proves him.
   static QString UserKey();
   static QStringList SecretKeys();

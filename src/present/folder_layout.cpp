@@ -10,8 +10,6 @@
 namespace vorn {
 namespace {
 
-const QString kHtml = QStringLiteral("_html");
-
 // Not stored as text, so that folders have the form that the present version gives it.
 QString ReadyTemplate(Context& context, const SerialId& folder, const QString& defaultTemplate) {
   const QString id = SharedLayout(context);
@@ -22,24 +20,14 @@ QString ReadyTemplate(Context& context, const SerialId& folder, const QString& d
   return defaultTemplate;
 }
 
-// The keys of the folders' own templates.
-QStringList OwnTemplates(const Disk& layouts) {
-  QStringList keys;
-  for (qint32 i = 1; i <= layouts.Size(); ++i) {
-    if (layouts.NameAt(i).endsWith(kHtml)) keys.append(layouts.NameAt(i));
-  }
-  return keys;
-}
-
 }  // namespace
 
 FolderLayout GetFolderLayout(Context& context, const SerialId& folder,
                              const QString& defaultTemplate) {
   FolderLayout layout{SharedTemplate(context, folder, defaultTemplate), context.TempFolder};
   if (const DiskPtr own = LoadObject(context, fixed_serial::kLayout)) {
-    layout.html = own->Text(folder.Text() + kHtml, layout.html);
-    layout.path =
-        PlatformPath(context, own->Text(folder.Text() + QStringLiteral("_path"), layout.path));
+    layout.html = LayoutsObject(*own).Html(folder, layout.html);
+    layout.path = PlatformPath(context, LayoutsObject(*own).Path(folder, layout.path));
   }
   if (!layout.path.endsWith(u'/') && !layout.path.endsWith(u'\\')) layout.path += u'/';
   return layout;
@@ -56,7 +44,7 @@ QString SharedLayout(Context& context) {
 
 qsizetype CountOwnLayouts(Context& context) {
   const DiskPtr layouts = LoadObject(context, fixed_serial::kLayout);
-  return layouts == nullptr ? 0 : OwnTemplates(*layouts).size();
+  return layouts == nullptr ? 0 : LayoutsObject(*layouts).CountHtml();
 }
 
 Result<> ShareLayout(Context& context, const QString& id, OwnLayouts own) {
@@ -64,9 +52,7 @@ Result<> ShareLayout(Context& context, const QString& id, OwnLayouts own) {
   const bool isNew = layouts == nullptr;
   if (isNew) layouts = std::make_shared<Disk>(fixed_serial::kLayout);
   LayoutsObject::SetShared(*layouts, id);
-  if (own == OwnLayouts::Removed) {
-    for (const QString& key : OwnTemplates(*layouts)) layouts->Remove(key);
-  }
+  if (own == OwnLayouts::Removed) LayoutsObject::RemoveAllHtml(*layouts);
   const Result<> saved = SaveObject(context, DatabaseKind::Profile, *layouts);
   if (saved && isNew) context.Objects.Add(layouts);
   return saved;

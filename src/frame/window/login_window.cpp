@@ -30,7 +30,7 @@ namespace vorn {
 namespace {
 
 constexpr int kWidth = 360;
-// Of a request: the one profile that may log in.
+// Of the request for this window, which nobody else reads: the one profile that may log in.
 const QString kOnlyProfile = QStringLiteral("login");
 
 // Making the key of a password takes up to a second or two, in which the window stands still.

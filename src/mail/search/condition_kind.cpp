@@ -16,6 +16,10 @@ QString NumberOrNothing(const QString& text) {
   return isNumber ? QString::number(number) : QString();
 }
 
+FolderQuery::Needs NeedsNothing(const QStringList&) {
+  return {};
+}
+
 QString Contains(const QString& column, const QStringList& values) {
   return column + QStringLiteral(" LIKE ") + QuoteSql(u'*' + values.value(0) + u'*');
 }
@@ -42,6 +46,12 @@ QString FolderClause(const ClauseSource& source, const QStringList& values) {
   return source.conditionOf(SerialId(values.value(0)));
 }
 
+// What is in the dust bin has a state below 0.
+FolderQuery::Needs StatusNeeds(const QStringList& values) {
+  return {.state = std::ranges::any_of(
+              values, [](const QString& value) { return value.trimmed().startsWith(u'-'); })};
+}
+
 QString StatusClause(const ClauseSource&, const QStringList& values) {
   QStringList numbers;
   for (const QString& value : values) {
@@ -50,6 +60,10 @@ QString StatusClause(const ClauseSource&, const QStringList& values) {
   }
   return numbers.isEmpty() ? QString()
                            : QStringLiteral("mail.STATUS IN (") + numbers.join(u',') + u')';
+}
+
+FolderQuery::Needs DaysNeeds(const QStringList&) {
+  return {.time = true};
 }
 
 QString DaysClause(const ClauseSource&, const QStringList& values) {
@@ -64,41 +78,21 @@ QString AttachmentClause(const ClauseSource&, const QStringList&) {
 
 constexpr char kWholeAddress[] = "wholeaddress";
 
-constexpr ConditionKind kKinds[] = {{"subject",
-                                     QT_TRANSLATE_NOOP("vorn::Ui", "件名に含む"),
-                                     ConditionValue::Text,
-                                     {},
-                                     SubjectClause},
-                                    {"mailaddress",
-                                     QT_TRANSLATE_NOOP("vorn::Ui", "アドレスに含む"),
-                                     ConditionValue::Text,
-                                     {},
-                                     AddressPartClause},
-                                    {"folder",
-                                     QT_TRANSLATE_NOOP("vorn::Ui", "フォルダにある"),
-                                     ConditionValue::Folder,
-                                     {},
-                                     FolderClause},
-                                    {"status",
-                                     QT_TRANSLATE_NOOP("vorn::Ui", "状態"),
-                                     ConditionValue::States,
-                                     {.state = true},
-                                     StatusClause},
-                                    {"timestamp",
-                                     QT_TRANSLATE_NOOP("vorn::Ui", "日付"),
-                                     ConditionValue::Days,
-                                     {.time = true},
-                                     DaysClause},
-                                    {kWholeAddress,
-                                     QT_TRANSLATE_NOOP("vorn::Ui", "アドレスが"),
-                                     ConditionValue::Text,
-                                     {},
-                                     AddressClause},
-                                    {"attachment",
-                                     QT_TRANSLATE_NOOP("vorn::Ui", "添付ファイルがある"),
-                                     ConditionValue::None,
-                                     {},
-                                     AttachmentClause}};
+constexpr ConditionKind kKinds[] = {
+    {"subject", QT_TRANSLATE_NOOP("vorn::Ui", "件名に含む"), ConditionValue::Text, NeedsNothing,
+     SubjectClause},
+    {"mailaddress", QT_TRANSLATE_NOOP("vorn::Ui", "アドレスに含む"), ConditionValue::Text,
+     NeedsNothing, AddressPartClause},
+    {"folder", QT_TRANSLATE_NOOP("vorn::Ui", "フォルダにある"), ConditionValue::Folder,
+     NeedsNothing, FolderClause},
+    {"status", QT_TRANSLATE_NOOP("vorn::Ui", "状態"), ConditionValue::States, StatusNeeds,
+     StatusClause},
+    {"timestamp", QT_TRANSLATE_NOOP("vorn::Ui", "日付"), ConditionValue::Days, DaysNeeds,
+     DaysClause},
+    {kWholeAddress, QT_TRANSLATE_NOOP("vorn::Ui", "アドレスが"), ConditionValue::Text, NeedsNothing,
+     AddressClause},
+    {"attachment", QT_TRANSLATE_NOOP("vorn::Ui", "添付ファイルがある"), ConditionValue::None,
+     NeedsNothing, AttachmentClause}};
 
 }  // namespace
 

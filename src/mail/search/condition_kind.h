@@ -27,7 +27,8 @@ struct ConditionKind {
   const char* word;   ///< as it is stored
   const char* label;  ///< as it is chosen, to translate
   ConditionValue value;
-  FolderQuery::Needs needs;  ///< what its clause goes by
+  /// What its clause goes by.
+  FolderQuery::Needs (*needs)(const QStringList& values);
   /// The condition on a row of `mail`, empty when the values are none.
   QString (*clause)(const ClauseSource& source, const QStringList& values);
 };

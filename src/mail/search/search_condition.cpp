@@ -1,7 +1,5 @@
 #include "mail/search/search_condition.h"
 
-#include <algorithm>
-
 #include "objects/folder_object.h"
 #include "objects/list_settings.h"
 #include "objects/object_loader.h"
@@ -178,13 +176,7 @@ QString FolderSqlBuilder::ConditionByLines(const QString& list) {
 }
 
 QString FolderSqlBuilder::Clause(const ConditionLine& line) {
-  FolderQuery::Needs needs = line.kind->needs;
-  // What is in the dust bin has a state below 0.
-  const auto isOfDust = [](const QString& value) { return value.trimmed().startsWith(u'-'); };
-  if (line.kind->value == ConditionValue::States) {
-    needs.state = std::any_of(line.values.begin(), line.values.end(), isOfDust);
-  }
-  needs_ |= needs;
+  needs_ |= line.kind->needs(line.values);
   return line.kind->clause(
       {context_, [this](const SerialId& folder) { return ConditionOnce(folder); }}, line.values);
 }

@@ -28,9 +28,7 @@ QString ListAddress(QByteArrayView source) {
 
 MessageLikeness LikenessOf(const QString& addressLines, QByteArrayView source) {
   MessageLikeness likeness;
-  for (const QString& line : addressLines.split(kLineBreak)) {
-    const AddressEntry entry = ParseAddressEntry(line);
-    if (entry.kind.compare(u"from", Qt::CaseInsensitive) != 0) continue;
+  for (const AddressEntry& entry : EntriesOfKind(addressLines, u"from")) {
     if (!IsMailAddress(entry.address)) continue;
     likeness.sender = entry.address;
     likeness.name = entry.displayName.isEmpty() ? entry.address : entry.displayName;

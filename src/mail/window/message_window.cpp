@@ -194,7 +194,7 @@ MessageState MessageWindow::State() const {
           .isUnreadable = document_.IsUnreadable(),
           .isEditable = document_.IsEditable(),
           .isDoubtful = sending_->IsDoubtful(),
-          .isRefused = bars_->SaysRefused(),
+          .isRefused = bars_->IsRefused(),
           .hasAttachments = !form_->Clips().Attachments().empty(),
           .hasArchive = form_->Clips().HasArchive(),
           .charset = document_.Code().charset,

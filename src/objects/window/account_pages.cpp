@@ -215,10 +215,9 @@ void ServerPage::FollowSecurity() {
 }
 
 void ServerPage::Loaded(const Disk& object) {
-  // An account that says nothing of it is used without.
-  const bool isKept = !object.Text(prefix_).isEmpty();
-  if (isKept && object.Text(prefix_ + QStringLiteral("Security")).isEmpty()) {
-    security_->setCurrentIndex(static_cast<int>(Security::None));
+  // As an account is used that says nothing of it, or what no program has written.
+  if (!server_->text().isEmpty()) {
+    security_->setCurrentIndex(static_cast<int>(Account::SecurityOf(object, prefix_)));
   }
   trust_->hide();
   result_->clear();
@@ -343,7 +342,8 @@ ReceivePage::ReceivePage()
 
 ConnectionTrial ReceivePage::Trial() const {
   ConnectionTrial trial = ServerPage::Trial();
-  trial.mode = protocol_->currentIndex() == 1 ? kPopReceiveApop : kPopReceive;
+  const auto protocol = static_cast<InProtocol>(protocol_->currentIndex());
+  trial.mode = protocol == InProtocol::Apop ? kPopReceiveApop : kPopReceive;
   return trial;
 }
 

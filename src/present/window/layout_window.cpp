@@ -21,6 +21,7 @@
 #include "kit/window/ok_cancel.h"
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
+#include "objects/layouts_object.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
@@ -41,13 +42,6 @@ namespace {
 constexpr QSize kLayoutSize(1000, 680);
 constexpr int kTypingPauseMs = 300;
 constexpr int kShownMs = 1000;  // the window stands still meanwhile
-
-QString HtmlKey(const SerialId& folder) {
-  return folder.Text() + QStringLiteral("_html");
-}
-QString PathKey(const SerialId& folder) {
-  return folder.Text() + QStringLiteral("_path");
-}
 
 // Enter inserts a tag here; passed on, it would press OK as well.
 class TagList : public QTableWidget {
@@ -177,7 +171,7 @@ void LayoutWindow::Fill() {
   cbLayout_->setCurrentIndex(index);
   txHtml_->setPlainText(stored_);
   if (const DiskPtr own = LoadObject(context_, fixed_serial::kLayout)) {
-    txPath_->setText(own->Text(PathKey(folder_)));
+    txPath_->setText(LayoutsObject(*own).Path(folder_));
   }
   txHtml_->document()->setModified(false);
   txHtml_->setFocus();
@@ -236,21 +230,14 @@ Result<> LayoutWindow::Save() {
   const QString html = txHtml_->toPlainText().replace(u'\n', QStringLiteral("\r\n"));
   DiskPtr layouts = LoadObject(context_, fixed_serial::kLayout);
   if (layouts == nullptr) layouts = std::make_shared<Disk>(fixed_serial::kLayout);
-  if (html.isEmpty() || html == SharedTemplate(context_, folder_, DefaultPageTemplate())) {
-    layouts->Remove(HtmlKey(folder_));
-  } else {
-    layouts->Let(HtmlKey(folder_), html);
-  }
+  const bool isShared = html == SharedTemplate(context_, folder_, DefaultPageTemplate());
+  LayoutsObject::SetHtml(*layouts, folder_, isShared ? QString() : html);
   const QString path = txPath_->text().trimmed();
   if (!path.isEmpty() && !QDir(path).exists()) {
     txPath_->setFocus();
     return StorageError{StorageError::Kind::Other, Ui::tr("ページのフォルダが見つかりません。")};
   }
-  if (path.isEmpty()) {
-    layouts->Remove(PathKey(folder_));
-  } else {
-    layouts->Let(PathKey(folder_), path);
-  }
+  LayoutsObject::SetPath(*layouts, folder_, path);
   const Result<> saved = SaveObject(context_, DatabaseKind::Profile, *layouts);
   if (!saved) return saved.Error().Behind(Ui::tr("保存できませんでした。"));
   if (context_.Objects.Find(fixed_serial::kLayout) == nullptr) context_.Objects.Add(layouts);

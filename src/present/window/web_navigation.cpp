@@ -39,7 +39,7 @@ WebNavigation::WebNavigation(PageRequest& request, EngineView& engine, PageLoade
 
 void WebNavigation::ConnectEngine() {
   connect(&engine_, &EngineView::PlaceChanged, this, &WebNavigation::ShowPlace);
-  connect(&engine_, &EngineView::DownloadRefused, this, [this] {
+  connect(&engine_.Links(), &PageLinks::DownloadRefused, this, [this] {
     host_.Tell(Ui::tr(
         "このウィンドウではファイルを保存できません。システムのブラウザーで開いてください。"));
   });
@@ -52,7 +52,7 @@ void WebNavigation::ConnectEngine() {
     engine_.Ask(QStringLiteral("window.name"),
                 [this, url](const QVariant& name) { TakeName(name.toString(), url); });
   });
-  engine_.OnNewWindow([this] { return host_.NewBrowserWindow()->Web().BecomeNewWindow(); });
+  engine_.Links().OnNewWindow([this] { return host_.NewBrowserWindow()->Web().BecomeNewWindow(); });
 }
 
 void WebNavigation::GoTo(const QString& address) {

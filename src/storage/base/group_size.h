@@ -5,7 +5,7 @@
 
 namespace vorn {
 
-/// How much has been gathered to be written together (see `DataSession::BeginGroup`). Nobody else
+/// How much has been gathered to be written together (see `TransactionGroup`). Nobody else
 /// can write meanwhile, so that a group ends when it has lasted a moment or has become large.
 class GroupSize {
  public:

@@ -17,7 +17,7 @@ struct WalkOutcome {
   WalkPlace place;
   qint64 bytes = 0;     ///< that were read
   bool atEnd = false;   ///< every source has a digest and was verified: a new round begins
-  QSet<QString> parts;  ///< what was found damaged (see `Connection::TakeDamage`)
+  QSet<QString> parts;  ///< what was found damaged (see `Connection::Damage`)
 };
 
 /// Goes on through the sources of a file for some milliseconds, at least one of them: first those

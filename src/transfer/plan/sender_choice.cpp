@@ -22,9 +22,7 @@ DiskPtr SenderChoice::AccountFor(const QString& addressLines) const {
       SelectObjects(context_.Objects, *context_.Session, object_type::kAccount, kSelectEnabled);
   DiskPtr taken;
   int best = -1;
-  for (const QString& line : addressLines.split(kLineBreak)) {
-    const AddressEntry entry = ParseAddressEntry(line);
-    if (entry.kind.compare(u"from", Qt::CaseInsensitive) != 0) continue;
+  for (const AddressEntry& entry : EntriesOfKind(addressLines, u"from")) {
     for (const DiskPtr& object : *accounts) {
       const Account account(object);
       if (account.Address() != entry.address) continue;

@@ -65,11 +65,11 @@ std::optional<PopFailure> Pop3Authorization::LogIn() {
   }
   if (auth_.Mechanism() != nullptr) {
     pipeline_.Send(auth_.Begin(false, redaction_), Pop3Command::Auth);
-  } else if (login_.apop) {
-    return LogInByApop();
   } else if (!SaslExchange::FitsPlainLogin(login_.server.who)) {
     return PopFailure{PopError::Login,
                       Ui::tr("サーバーがこのアカウントのログインの方法に対応していません。")};
+  } else if (login_.apop) {
+    return LogInByApop();
   } else {
     pipeline_.Send("USER " + login_.server.who.user.toUtf8(), Pop3Command::User);
   }

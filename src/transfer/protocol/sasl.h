@@ -35,7 +35,7 @@ class SaslExchange {
   /// none that does not.
   SaslExchange(const QByteArrayList& offered, bool encrypted, Credentials who);
 
-  /// Whether the plain login fits.
+  /// Whether the plain login fits, and with it APOP (RFC 1939 section 7).
   static bool FitsPlainLogin(const Credentials& who);
   /// The one in use; null when there is nothing to prove by.
   const SaslMechanism* Mechanism() const { return mechanisms_.value(0); }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "mail/codec/charset/character_kinds.h"
 #include "mail/codec/header/address.h"
 #include "mail/codec/header/envelope_address.h"
 #include "mail/codec/mime/mime_codec.h"
@@ -10,10 +11,6 @@
 
 namespace vorn {
 namespace {
-
-bool HasEightBit(const QByteArray& bytes) {
-  return std::any_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
-}
 
 // A receipt has no sender that a report on it could go to (RFC 8098 section 3).
 bool IsReceipt(const QByteArray& source) {
@@ -40,7 +37,7 @@ std::optional<QString> SmtpEnvelope::Plan(const QString& from, const QStringList
     }
     mail += " SIZE=" + QByteArray::number(wire.size());
   }
-  if (extensions.Has("8BITMIME") && HasEightBit(wire)) mail += " BODY=8BITMIME";
+  if (extensions.Has("8BITMIME") && HasHighBytes(wire)) mail += " BODY=8BITMIME";
   if (needsUtf8_) mail += " SMTPUTF8";
   commands_.push_back(mail);
   for (const QByteArray& path : paths_.mid(1)) commands_.push_back("RCPT TO:<" + path + '>');

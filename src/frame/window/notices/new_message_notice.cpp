@@ -33,12 +33,10 @@ struct Letter {
 };
 
 QString SenderIn(const QString& addressLines) {
-  for (const QString& line : addressLines.split(kLineBreak)) {
-    const AddressEntry entry = ParseAddressEntry(line);
-    if (entry.kind.compare(u"from", Qt::CaseInsensitive) != 0) continue;
-    return entry.displayName.isEmpty() ? PresentableAddress(entry) : entry.displayName;
-  }
-  return Ui::tr("(不明なメールアドレス)");
+  const QList<AddressEntry> senders = EntriesOfKind(addressLines, u"from");
+  if (senders.isEmpty()) return Ui::tr("(不明なメールアドレス)");
+  const AddressEntry& first = senders.first();
+  return first.displayName.isEmpty() ? PresentableAddress(first) : first.displayName;
 }
 
 // Of one that cannot be read nothing is said.

@@ -341,6 +341,15 @@ AddressEntry WithWholeAddress(const AddressEntry& entry) {
   return whole;
 }
 
+QList<AddressEntry> EntriesOfKind(const QString& addressLines, QStringView kind) {
+  QList<AddressEntry> entries;
+  for (const QString& line : addressLines.split(kLineBreak)) {
+    const AddressEntry entry = ParseAddressEntry(line);
+    if (entry.kind.compare(kind, Qt::CaseInsensitive) == 0) entries.append(entry);
+  }
+  return entries;
+}
+
 AddressEntry ParseAddressEntry(const QString& line, bool keepsCase) {
   AddressEntry entry;
   entry.kind = QStringLiteral("TO");

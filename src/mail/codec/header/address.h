@@ -43,6 +43,9 @@ QString ParseAddressList(const QString& header);
 /// and notification addresses become lower-case unless `keepsCase`.
 AddressEntry ParseAddressEntry(const QString& line, bool keepsCase = false);
 
+/// The entries of one kind, such as "from", among address lines.
+QList<AddressEntry> EntriesOfKind(const QString& addressLines, QStringView kind);
+
 /// What an entry without an "@" really says, whose line is taken apart at its first blank: the name
 /// before something in brackets ("Mail Delivery Subsystem <MAILER-DAEMON>"), a comment behind one
 /// word, else all of it.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "mail/codec/charset/character_kinds.h"
 #include "mail/codec/header/header_decoding.h"
 
 namespace vorn::MimeCodec {
@@ -11,9 +12,7 @@ constexpr int kMaxSections = 1000;
 
 // Whether a raw value is in Shift_JIS, where a backslash may be the second half of a character.
 bool MayBeShiftJis(QByteArrayView value) {
-  const bool hasHighBytes =
-      std::any_of(value.begin(), value.end(), [](char c) { return (c & 0x80) != 0; });
-  return hasHighBytes && !Decode({Charset::Family::Utf8, {}}, value).clean;
+  return HasHighBytes(value) && !Decode({Charset::Family::Utf8, {}}, value).clean;
 }
 
 bool IsShiftJisLead(char c) {

@@ -42,8 +42,7 @@ bool IsBlankOrBreak(char c) {
 }
 
 bool IsBase64Digit(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' ||
-         c == '/' || c == '=';
+  return IsBase64Letter(c) || c == '=';
 }
 
 // Of the first line that is not blank, and how long that is.

@@ -5,6 +5,12 @@
 
 namespace vorn::MimeCodec {
 
+/// A letter of base64 (RFC 4648 section 4), which stands for six bits; not what fills up its end.
+constexpr bool IsBase64Letter(char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' ||
+         c == '/';
+}
+
 /// How a body is wrapped (RFC 2045 section 6), by the numbers that the decoding is given.
 enum class TransferEncoding { None = -1, Base64 = 0, QuotedPrintable = 1, Uuencode = 3, Yenc = 4 };
 

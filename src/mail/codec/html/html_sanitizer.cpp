@@ -83,9 +83,7 @@ bool IsLink(const QString& address) {
   return address.startsWith(u'#') || scheme == u"http" || scheme == u"https" || scheme == u"mailto";
 }
 
-// What is shown at most of pictures within a mail, in pixels: one, and all together. They cost a
-// sender hardly a byte and their reader's machine minutes.
-constexpr qint64 kMostPixels = 40'000'000;
+// What is shown at most of all pictures within a mail together.
 constexpr qint64 kMostPixelsInAll = 200'000'000;
 
 // Not on paper, which is white.
@@ -301,7 +299,7 @@ class Sanitizer {
     const QByteArray data = DataOf(address);
     const std::optional<PictureHead> head = ReadPictureHead(data);
     if (!head) return false;
-    if (head->pixels > kMostPixels || head->pixels > pixelsLeft_) {
+    if (head->pixels > kMostPicturePixels || head->pixels > pixelsLeft_) {
       ++safe_.largeImages;
       return false;
     }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <set>
 
+#include "mail/codec/charset/character_kinds.h"
 #include "mail/codec/charset/charset_recognition.h"
 #include "mail/codec/header/header_parameters.h"
 #include "mail/codec/mime/content_index.h"
@@ -24,8 +25,7 @@ struct TextPart {
 };
 
 bool TellsCodesApart(QByteArrayView bytes) {
-  return HasJisEscape(bytes) ||
-         std::any_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
+  return HasJisEscape(bytes) || HasHighBytes(bytes);
 }
 
 std::vector<TextPart> TextParts(QByteArrayView source, const QString& contentIndex,

@@ -15,7 +15,6 @@ namespace vorn {
 namespace {
 
 constexpr qsizetype kMostCharacters = 48 << 20;
-constexpr qint64 kMostPixelsShown = 40'000'000;  // as where the page is made harmless
 
 // The image parts by their Content-ID, without its brackets.
 QHash<QString, MimeCodec::ContentRecord> ImagesById(QByteArrayView source,
@@ -151,7 +150,7 @@ QSet<qsizetype> ShownImages(QByteArrayView source, const QString& contentIndex,
     const auto image = images.find(name);
     if (image == images.end() || (room -= 2 * image->Size()) < 0) continue;
     const auto head = ReadPictureHead(PictureBytes(*image, source));
-    if (head && head->pixels <= kMostPixelsShown) shown.insert(image->first);
+    if (head && head->pixels <= kMostPicturePixels) shown.insert(image->first);
   }
   return shown;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "mail/codec/charset/character_kinds.h"
 #include "mail/codec/charset/charset_recognition.h"
 #include "mail/codec/header/header_fields.h"
 #include "mail/codec/header/transfer_encoding.h"
@@ -22,9 +23,7 @@ QByteArray Sample(QByteArrayView source, const ContentRecord& record) {
 
 int PartCode(const QByteArray& bytes, const Charset& declared) {
   const bool isDeclared = declared.family > Charset::Family::Ascii;
-  const bool isPlain = !HasJisEscape(bytes) && std::all_of(bytes.begin(), bytes.end(),
-                                                           [](char c) { return (c & 0x80) == 0; });
-  if (isPlain) return -1;
+  if (!HasJisEscape(bytes) && !HasHighBytes(bytes)) return -1;
   if (const Charset japanese = JapaneseUnderWesternLabel(declared, bytes);
       japanese.family != Charset::Family::Unknown) {
     return CodeNumber(japanese);

@@ -45,17 +45,20 @@ NoticeBar* MessageBars::BuildAccountNotice(MessageHost& host) {
 }
 
 bool MessageBars::ShowStanding() {
-  const bool wasMissing = !account_->isHidden();
   const bool isUnsent = (document_.IsWaiting() || document_.IsEditable()) && !document_.IsNew();
-  refused_->Say(isUnsent && !document_.IsSending()
-                    ? RefusalNotice(context_, document_.File(), document_.Tag())
-                    : QString());
+  const QString refusal = isUnsent && !document_.IsSending()
+                              ? RefusalNotice(context_, document_.File(), document_.Tag())
+                              : QString();
+  isRefused_ = !refusal.isEmpty();
+  refused_->Say(refusal);
   mend_->setVisible(document_.IsWaiting());
-  account_->Say(document_.IsEditable() && !HasAccount(context_)
+  const bool lackedAccount =
+      std::exchange(lacksAccount_, document_.IsEditable() && !HasAccount(context_));
+  account_->Say(lacksAccount_
                     ? Ui::tr("送信するアカウントがまだないので、このメッセージは送信できません。"
                              "書いておくことはできます。")
                     : QString());
-  return wasMissing && account_->isHidden();
+  return lackedAccount && !lacksAccount_;
 }
 
 void MessageBars::Show(const OpenedMessage& opened) {

@@ -23,8 +23,8 @@ class MessageBars : public QWidget {
   /// Says that a server refused what waits or is being mended, and why, or that no account can send
   /// what is written. Returns whether that was said until now, and there is one.
   bool ShowStanding();
-  /// Whether it was said that a server refused what waits.
-  bool SaysRefused() const { return !refused_->isHidden() && document_.IsWaiting(); }
+  /// Whether a server refused what waits, as it stood when that was shown last.
+  bool IsRefused() const { return isRefused_ && document_.IsWaiting(); }
   /// The button that has it edited.
   QPushButton& Mend() const { return *mend_; }
   /// Whether the user has asked for an account from here; forgotten by asking.
@@ -39,6 +39,8 @@ class MessageBars : public QWidget {
   Context& context_;
   const MessageDocument& document_;
   bool asksForAccount_ = false;
+  bool lacksAccount_ = false;  // none can send what is written
+  bool isRefused_ = false;     // what is unsent, by a server
   DoubtBar* doubt_;
   QPushButton* mend_;
   NoticeBar* refused_;

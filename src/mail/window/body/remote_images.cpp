@@ -11,7 +11,6 @@
 namespace vorn {
 namespace {
 
-constexpr qint64 kMostPixels = 40'000'000;
 constexpr int kMostImages = 1000;  // of a page
 
 }  // namespace
@@ -57,7 +56,7 @@ void RemoteImageLoader::Answer(int number, const QByteArray& image, FetchEnd end
   const QPointer<QWebEngineUrlRequestJob> job = waiting_.take(number);
   if (job == nullptr) return;
   const std::optional<PictureHead> head = ReadPictureHead(image);
-  const bool isTooLarge = end == FetchEnd::TooLarge || (head && head->pixels > kMostPixels);
+  const bool isTooLarge = end == FetchEnd::TooLarge || (head && head->pixels > kMostPicturePixels);
   if (isTooLarge) LeaveOut(&ImagesLeftOut::tooLarge);
   if (end == FetchEnd::Forbidden) LeaveOut(&ImagesLeftOut::nearby);
   if (!head || isTooLarge) {

@@ -100,7 +100,7 @@ void ReadingPane::Show(const SerialId& serialId, bool marks) {
     auto& either = static_cast<QStackedLayout&>(*layout());
     either.setCurrentWidget(serialId.IsEmpty() ? nothing_ : message_);
   }
-  inSight_.Begin(marks && !serialId_.IsEmpty() && receipt_->isHidden());
+  inSight_.Begin(marks && !serialId_.IsEmpty() && !MailRequestBag(*request_).AsksForReceipt());
 }
 
 DiskPtr ReadingPane::NewRequest() const {

@@ -38,7 +38,7 @@ EngineView::EngineView(Context& context, const BrowserProfiles& profiles, QWidge
   MakeView();
   connect(profiles.Web(), &QWebEngineProfile::downloadRequested, this,
           [this](const QWebEngineDownloadRequest* request) {
-            if (request->page() == page_) Q_EMIT DownloadRefused();
+            if (request->page() == page_) Q_EMIT links_.DownloadRefused();
           });
 }
 
@@ -98,13 +98,8 @@ void EngineView::Use(bool local) {
     scripts_->Attach(*page_);
   }
   view_->setPage(page_);
-  ConnectPage();
-}
-
-void EngineView::ConnectPage() {
   links_.Follow(*page_);
   connect(page_, &QWebEnginePage::renderProcessTerminated, this, &EngineView::Crashed);
-  page_->OnNewWindow(makeWindow_);
 }
 
 void EngineView::StandOn(bool offersDark) {

@@ -10,7 +10,6 @@
 class QPoint;
 class QUrl;
 class QVariant;
-class QWebEnginePage;
 class QWebEngineView;
 class QWidget;
 
@@ -39,12 +38,10 @@ class EngineView : public QObject {
   /// There is none after they were let go.
   QWebEngineView* View() const { return view_; }
   LinkPage* Page() const { return page_; }
-  /// What is followed in the page.
+  /// What is followed and wanted in the page.
   PageLinks& Links() { return links_; }
   /// The line above a web page whose scripts do not run.
   ScriptBar* Scripts() const { return scripts_; }
-  /// Makes the page of a new window that a web page asks for.
-  void OnNewWindow(std::function<QWebEnginePage*()> make) { makeWindow_ = std::move(make); }
 
   /// Loads a local page or one of the web; the page is one for that. `first` is a script of the
   /// program's that the new document runs before anything else; empty for none.
@@ -71,8 +68,6 @@ class EngineView : public QObject {
   /// The menu is wanted by a key.
   void KeyMenuWanted();
   void PrintEnded();
-  /// What a web page wants to have saved is not.
-  void DownloadRefused();
   /// The page's process has ended.
   void Crashed();
 
@@ -81,7 +76,6 @@ class EngineView : public QObject {
 
  private:
   void MakeView();
-  void ConnectPage();
 
   const BrowserProfiles& profiles_;
   QWidget& window_;
@@ -90,7 +84,6 @@ class EngineView : public QObject {
   LinkPage* page_ = nullptr;
   PageLinks links_;
   QString fontStyle_;  // of the page that was loaded last
-  std::function<QWebEnginePage*()> makeWindow_;
   bool isLocal_ = false;
   bool closed_ = false;
 };

@@ -4,7 +4,8 @@
 
 namespace vorn {
 
-void PageLinks::Follow(const LinkPage& page) {
+void PageLinks::Follow(LinkPage& page) {
+  page.OnNewWindow(makeWindow_);
   connect(&page, &LinkPage::CommandFollowed, this, &PageLinks::CommandFollowed);
   // Outside the engine's question whether the page goes on to it.
   connect(&page, &LinkPage::StepFollowed, this, &PageLinks::StepFollowed, Qt::QueuedConnection);
