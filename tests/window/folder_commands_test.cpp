@@ -412,6 +412,8 @@ TEST_F(FolderCommandsTest, AClickOnTheMarksTurnsThemAndMovesNothing) {
   ClickPage(placeOf(3));
   EXPECT_TRUE(WaitFor([this] { return Mark(4) == QLatin1String("0"); }));
   EXPECT_EQ(Mark(1), QLatin1String("1"));
+  ClickPage(placeOf(3));
+  EXPECT_TRUE(WaitFor([this] { return Mark(4) == QLatin1String("1"); }));
   // What the pane would have opened after a while is left as it was clicked.
   Child<QMenu>(*program_->Parent(), u"menuPane").actions().at(1)->trigger();
   const auto pane = [this] { return Browser()->findChild<ReadingPane*>(); };
@@ -419,7 +421,7 @@ TEST_F(FolderCommandsTest, AClickOnTheMarksTurnsThemAndMovesNothing) {
   FocusPage();
   Press(Qt::Key_End);
   ASSERT_TRUE(WaitFor([&] { return pane()->Shown() == Ids({4}).first(); }));
-  for (const char* mark : {"1", "0", "1"}) {
+  for (const char* mark : {"0", "1"}) {
     ClickPage(placeOf(3));
     EXPECT_TRUE(WaitFor([&] { return Mark(4) == QLatin1String(mark); }));
   }
