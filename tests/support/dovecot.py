@@ -82,7 +82,7 @@ service pop3-login {{
   }}
 }}
 """)
-        self.process = subprocess.Popen(["dovecot", "-F", "-c", str(config)])
+        self.process = subprocess.Popen(["/usr/sbin/dovecot", "-F", "-c", str(config)])
         await_port(self.port, self.process)
 
     def stop(self):

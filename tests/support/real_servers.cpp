@@ -149,8 +149,9 @@ int Dovecot::Remaining() const {
 bool Dovecot::Start() {
   WriteConfiguration();
   HandOverMail();
-  process_.start(QStringLiteral("dovecot"), {QStringLiteral("-F"), QStringLiteral("-c"),
-                                             folder_.filePath(QStringLiteral("dovecot.conf"))});
+  process_.start(QStringLiteral("/usr/sbin/dovecot"),
+                 {QStringLiteral("-F"), QStringLiteral("-c"),
+                  folder_.filePath(QStringLiteral("dovecot.conf"))});
   return process_.waitForStarted(-1) && WaitFor([this] {
            QTcpSocket socket;
            socket.connectToHost(QHostAddress::LocalHost, port_);
