@@ -27,9 +27,10 @@ QString Files() {
 }  // namespace
 
 QString PageScript() {
+  static const QString files = Files();  // wanted with each change of a page
   const QJsonObject words{{QStringLiteral("link"), LinkStart(link_word::kShow)},
                           {QStringLiteral("messages"), Ui::tr("%1通")}};
-  return QStringLiteral("(words => {\nif (window.vorn) return;\n") + Files() +
+  return QStringLiteral("(words => {\nif (window.vorn) return;\n") + files +
          QStringLiteral("begin();\n})(") +
          QString::fromUtf8(QJsonDocument(words).toJson(QJsonDocument::Compact)) + u')';
 }
