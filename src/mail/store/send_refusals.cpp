@@ -16,9 +16,10 @@ QHash<SerialId, SendRefusal> SendRefusals::All() {
   QHash<SerialId, SendRefusal> refusals;
   const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file_);
   if (!opened) return refusals;
+  // A cross join begins with the few refusals, and not with all messages outside the dust bin.
   const auto rows =
       AskOwn(context_.Data,
-             "SELECT send_refusal.SERIALID, ROUTE, TRIED, REPLY FROM send_refusal INNER JOIN mail "
+             "SELECT send_refusal.SERIALID, ROUTE, TRIED, REPLY FROM send_refusal CROSS JOIN mail "
              "ON mail.SERIALID = send_refusal.SERIALID WHERE " +
                  kOutsideDust.toLatin1(),
              {});
