@@ -32,6 +32,11 @@ class SlowConditionTest : public FolderPageTest {
     shelf->Let(QStringLiteral("Sql"), condition);
     Browser()->ShowFolder(shelf->Serial());
   }
+  void Store(const char* subject) {
+    StoreReceived(program_->GetContext(), SerialId(QString::fromUtf8(subject).replace(u' ', u'_')),
+                  QByteArray("Subject: ") + subject + "\r\n\r\n",
+                  QStringLiteral("2019-01-01 00:00:00"));
+  }
   QWidget& Bar() const { return Child<QWidget>(*Browser(), u"barCondition"); }
   bool AwaitText(const char* text) const {
     return WaitFor([&] { return PageText().contains(QString::fromUtf8(text)); });
@@ -50,9 +55,7 @@ TEST_F(SlowConditionTest, ItsMessagesComeWhenTheyAreFoundAndThePageStaysMeanwhil
   EXPECT_FALSE(Bar().isVisible()) << "what was found is known";
   // A change asks anew, and what changes meanwhile comes after it.
   const auto store = [this](const char* subject) {
-    StoreReceived(program_->GetContext(), SerialId(QString::fromUtf8(subject).replace(u' ', u'_')),
-                  QByteArray("Subject: ") + subject + "\r\n\r\n",
-                  QStringLiteral("2019-01-01 00:00:00"));
+    Store(subject);
     Browser()->Refresh();
   };
   store("first change");
@@ -61,6 +64,14 @@ TEST_F(SlowConditionTest, ItsMessagesComeWhenTheyAreFoundAndThePageStaysMeanwhil
   store("second change");
   EXPECT_TRUE(AwaitText("first change"));
   EXPECT_TRUE(AwaitText("second change"));
+  // So does what nobody had asked for yet when the answer came.
+  ASSERT_TRUE(WaitFor([this] { return !Bar().isVisible(); }));
+  store("third change");
+  ASSERT_TRUE(WaitFor([this] { return Bar().isVisible(); }));
+  Store("fourth change");
+  EXPECT_TRUE(AwaitText("third change"));
+  Browser()->Refresh();
+  EXPECT_TRUE(AwaitText("fourth change"));
 }
 
 TEST_F(SlowConditionTest, ItIsStoppedByItsButtonByAnotherFolderAndByTheEnd) {

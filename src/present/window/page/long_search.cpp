@@ -6,6 +6,9 @@
 #include "present/message_list_page.h"
 #include "present/page_request.h"
 #include "present/window/page/condition_wait.h"
+#include "storage/context.h"
+#include "storage/databases.h"
+#include "storage/session/change_mark.h"
 
 namespace vorn {
 namespace {
@@ -15,7 +18,8 @@ constexpr int kLookAgainMs = 2000;
 }  // namespace
 
 LongSearch::LongSearch(Context& context, MessageListPages& pages, const PageRequest& request)
-    : pages_(pages),
+    : context_(context),
+      pages_(pages),
       request_(request),
       wait_(new ConditionWait(context, [this] { Q_EMIT Stopped(); })) {}
 
@@ -31,7 +35,13 @@ bool LongSearch::IsUnderWay() {
   return wait_->IsAsking(Question());
 }
 
+QString LongSearch::StateOfMail() const {
+  const OpenedDatabase mail(context_, DatabaseKind::Mail);
+  return ChangeMark(context_.Data);
+}
+
 void LongSearch::Begin(const std::function<void()>& then) {
+  begunAt_ = StateOfMail();
   wait_->Ask(Question(), [this, then](const ConditionRun::Answer& answer) { Take(answer, then); });
   gone_.clear();
 }
@@ -50,7 +60,8 @@ void LongSearch::Take(const ConditionRun::Answer& answer, const std::function<vo
   serialIds.removeIf([gone = QSet<SerialId>(gone_.cbegin(), gone_.cend())](
                          const SerialId& message) { return gone.contains(message); });
   pages_.TakeAnswer(request_.Folder(), request_.Search(), serialIds);
-  if (wait_->TakeAgain()) LookAgain();
+  // What changed meanwhile may not have been asked for again yet.
+  if (wait_->TakeAgain() || StateOfMail() != begunAt_) LookAgain();
   then();
 }
 

@@ -42,13 +42,16 @@ class LongSearch : public QObject {
 
  private:
   QString Question() const;
+  QString StateOfMail() const;
   void Take(const ConditionRun::Answer& answer, const std::function<void()>& then);
   void LookAgain();
 
+  Context& context_;
   MessageListPages& pages_;
   const PageRequest& request_;
   ConditionWait* wait_;
-  SerialIds gone_;  // since it began
+  QString begunAt_;  // the state of the mail file
+  SerialIds gone_;   // since it began
 };
 
 }  // namespace vorn
