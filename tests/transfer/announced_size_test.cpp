@@ -462,23 +462,30 @@ TEST_F(AnnouncedSizeTest, AHeaderThatDiffersByAFieldIsTheSameAnswer) {
   EXPECT_EQ(Stored().size(), 2);
 }
 
-// A program that copies files about puts an older file in the place of the one that is written to.
+// A program that copies files about puts an older file in the place of the one that is written to,
+// between two messages or behind the last one that is stored.
 TEST_F(AnnouncedSizeTest, NothingIsDeletedWhenTheFileWasExchanged) {
   const QString file = MailDatabasePath(profile_.Get());
   const QByteArray older = test::ReadFile(file);
-  for (int i = 0; i < 3; ++i) {
-    const QByteArray name = "m" + QByteArray::number(i);
-    server_.Messages.append({name, Header(name) + "text\r\n"});
+  for (const bool isBehindTheLast : {false, true}) {
+    server_.Messages.clear();
+    for (int i = 0; i < 3; ++i) {
+      const QByteArray name = (isBehindTheLast ? "b" : "a") + QByteArray::number(i);
+      server_.Messages.append({name, Header(name) + "text\r\n"});
+    }
+    if (isBehindTheLast) {
+      server_.Faults.append({Fault::Kind::Reply, "RETR", 3, 0, "-ERR it cannot be read\r\n"});
+    }
+    server_.OnCommand = [&](const QByteArray& line) {
+      if (!line.startsWith("RETR 3")) return;
+      EXPECT_TRUE(test::WaitFor([this] { return Rows() == 2; }));  // in the file
+      const QString copy = file + QStringLiteral(".new");
+      test::WriteFile(copy, older);
+      EXPECT_EQ(::rename(copy.toLocal8Bit().constData(), file.toLocal8Bit().constData()), 0);
+    };
+    Receive();
+    EXPECT_EQ(server_.Messages.size(), 3) << isBehindTheLast;
   }
-  server_.OnCommand = [&](const QByteArray& line) {
-    if (!line.startsWith("RETR 3")) return;
-    EXPECT_TRUE(test::WaitFor([this] { return Rows() == 2; }));  // in the file
-    const QString copy = file + QStringLiteral(".new");
-    test::WriteFile(copy, older);
-    EXPECT_EQ(::rename(copy.toLocal8Bit().constData(), file.toLocal8Bit().constData()), 0);
-  };
-  Receive();
-  EXPECT_EQ(server_.Messages.size(), 3);
 }
 
 }  // namespace
