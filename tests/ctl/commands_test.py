@@ -14,6 +14,7 @@ import tempfile
 import unittest
 
 VORNCTL, SERVER, STORE_WORKER, SAMPLES = sys.argv[1:5]
+PASSWORD = "pässwört日本"
 
 
 class Commands(unittest.TestCase):
@@ -21,7 +22,7 @@ class Commands(unittest.TestCase):
         self.folder = tempfile.TemporaryDirectory()
         self.data = os.path.join(self.folder.name, "data")
         self.environment = dict(os.environ, XDG_CONFIG_HOME=self.folder.name)
-        self.server = subprocess.Popen([SERVER, "--mail", SAMPLES], stdout=subprocess.PIPE,
+        self.server = subprocess.Popen([SERVER, "--mail", SAMPLES, "--password", PASSWORD], stdout=subprocess.PIPE,
                                        text=True)
         words = self.server.stdout.readline().split()
         self.pop3, self.smtp, self.messages = words[1], words[3], int(words[5])
@@ -31,7 +32,7 @@ class Commands(unittest.TestCase):
         self.server.communicate()
         self.folder.cleanup()
 
-    def run_ctl(self, *arguments, code=0, stdin=b"demo\n"):
+    def run_ctl(self, *arguments, code=0, stdin=PASSWORD.encode() + b"\n"):
         done = subprocess.run([VORNCTL, "--data", self.data, *arguments], input=stdin,
                               capture_output=True, env=self.environment)
         self.assertEqual(done.returncode, code, (arguments, done.stdout, done.stderr.decode()))

@@ -213,6 +213,15 @@ TEST_F(InvitationWindowTest, WhoSendsTheAnswerIsTheOneWhoAnswers) {
   const QString written = source->findChild<QPlainTextEdit*>()->toPlainText();
   EXPECT_TRUE(CalendarIn(written.toUtf8().replace("\n", "\r\n"))
                   .contains("PARTSTAT=TENTATIVE:mailto:z@example.org"));
+  // Behind an answer that was sent the next message may be an invitation.
+  auto& bar = Child<CalendarBar>(window, u"frCalendar");
+  bar.ShowAnswer(CalendarIn(written.toUtf8().replace("\n", "\r\n")), false);
+  EXPECT_FALSE(Child<QPushButton>(window, u"cmAccept").isEnabled());
+  bar.Show(QStringLiteral(
+      "BEGIN:VCALENDAR\r\nMETHOD:REQUEST\r\nBEGIN:VEVENT\r\nUID:8\r\n"
+      "DTSTART:20260203T010000Z\r\nSUMMARY:次\r\nORGANIZER:mailto:boss@example.jp\r\n"
+      "ATTENDEE:mailto:y@example.org\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n"));
+  EXPECT_TRUE(Child<QPushButton>(window, u"cmAccept").isEnabled());
 }
 
 }  // namespace

@@ -24,6 +24,7 @@
 #include "mail/window/body/html_view.h"
 #include "mail/window/fields/attachment_input.h"
 #include "mail/window/fields/attachment_list.h"
+#include "storage/window/file_dialogs.h"
 #include "support/engine_answer.h"
 #include "window/message_window_fixture.h"
 
@@ -165,6 +166,7 @@ TEST_F(MessageWindowTest, FilesAreAttachedByDialogAndTakenAway) {
       }));
   ASSERT_EQ(list.count(), 1);
   EXPECT_TRUE(list.isVisible());
+  EXPECT_EQ(RememberedFolder(Context(), FileTask::Attach), QFileInfo(first).absolutePath());
   list.Input().AddFiles({File("二.txt", "22"), File("三.txt", "333")});
   ASSERT_EQ(list.count(), 3);
   list.item(0)->setSelected(true);

@@ -215,6 +215,14 @@ TEST_F(OpeningTest, TheWindowsArrangementIsKept) {
       WaitFor([area] { return area->subWindowList()[0]->width() != area->viewport()->width(); }));
   Entry(u"menuWindows", QStringLiteral("並べて表示"))->trigger();
   EXPECT_EQ(area->subWindowList()[0]->width(), area->viewport()->width());
+  // One that fills the screen has its own size still.
+  program_->Parent()->showMaximized();
+  ASSERT_TRUE(WaitFor([&] { return program_->Parent()->size() != size; }));
+  EndProgram();
+  StartWith({});
+  EXPECT_TRUE(program_->Parent()->isMaximized());
+  program_->Parent()->showNormal();
+  EXPECT_TRUE(WaitFor([&] { return program_->Parent()->size() == size; }));
 }
 
 // The screen that it was on may be gone or smaller by now.

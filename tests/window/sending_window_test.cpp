@@ -147,6 +147,24 @@ TEST_F(SendingWindowTest, WithoutAnAccountTheMessageStaysInItsWindow) {
   EXPECT_TRUE(smtp_.Messages()[0].source.contains("Sender: "));
 }
 
+TEST_F(SendingWindowTest, TheSignatureIsTheSendersAlsoWhenItsAddressIsTypedAnew) {
+  SelectObjects(Context().Objects, *Context().Session, object_type::kAccount)
+      ->First()
+      ->Let(QStringLiteral("Signature"), QStringLiteral("山田"));
+  MessageWindow& window = New();
+  auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
+  EXPECT_TRUE(memo.toPlainText().contains(QStringLiteral("-- \n山田")));
+  auto& rows = Child<QTableWidget>(window, u"lvMailaddress");
+  rows.setCurrentCell(0, 1);
+  rows.editItem(rows.item(0, 1));
+  auto& box = Child<QLineEdit>(window, u"txMailaddress");
+  Type(box, QStringLiteral("y@exam"));
+  EXPECT_TRUE(memo.toPlainText().contains(QStringLiteral("山田")));
+  Type(box, QStringLiteral("y@example.org"));
+  QTest::keyClick(&box, Qt::Key_Tab);
+  EXPECT_EQ(memo.toPlainText().count(QStringLiteral("山田")), 1);
+}
+
 TEST_F(SendingWindowTest, WhoHasNoAccountIsToldWhenHeBeginsToWrite) {
   const DiskPtr account =
       SelectObjects(Context().Objects, *Context().Session, object_type::kAccount)->First();
