@@ -199,6 +199,11 @@ class Commands(unittest.TestCase):
         mail.write_bytes(stranger)
         opened = json.loads(self.run_ctl("open", "0", str(mail), "--json"))
         self.assertIn("会議の資料をお送りします。", opened["text"])
+        for code in ("shift_jis", "euc_jp", "utf-8"):
+            text = "次の会議は来週の火曜日です。"
+            mail.write_bytes(b"From: a@x\r\nSubject: s\r\n\r\n" + text.encode(code) + b"\r\n")
+            opened = json.loads(self.run_ctl("open", "0", str(mail), "--json"))
+            self.assertIn(text, opened["text"], code)
 
     def test_a_stored_message_is_opened_as_its_window_opens_it(self):
         self.add_account("--default")

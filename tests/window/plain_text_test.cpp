@@ -65,6 +65,8 @@ TEST_F(MessageWindowTest, AMarkWithinAnAddressIsItsFault) {
   for (int row = 0; row < rows.rowCount(); ++row) all += rows.item(row, 1)->text() + u'\n';
   EXPECT_TRUE(all.contains(QChar(0x202E))) << qPrintable(all);
   EXPECT_TRUE(rows.FirstFault().contains(QChar(0x202E))) << qPrintable(rows.FirstFault());
+  rows.GoToFault();
+  EXPECT_EQ(rows.currentRow(), 0) << "the sender's";
 }
 
 }  // namespace
