@@ -219,6 +219,11 @@ class Desk {
     ShowLoaded();
     page_.current_ = message;
   }
+  // The page answers what it was asked first.
+  void AnswerOne(bool takesOver) {
+    page_.takesOver_ = takesOver;
+    page_.AnswerOne();
+  }
   QStringList Folder() const { return folder_; }
   QString Current() const { return page_.current_; }
 
@@ -349,6 +354,21 @@ TEST(PageChangeTest, WhoIsQuickerThanTheEndOfALoadingIsWhereHeWentWhenMailComes)
   desk.Receive();
   desk.Settle();
   EXPECT_EQ(desk.Current(), QStringLiteral("1020"));
+}
+
+TEST(PageChangeTest, AnotherFolderIsLoadedThoughThePageTookOverWhatWasSentBefore) {
+  Desk desk(1);
+  desk.Open(QStringLiteral("1010"));
+  desk.Refresh();
+  desk.AnswerOne(true);  // where the user is
+  desk.OpenAnother();
+  desk.AnswerOne(true);
+  desk.AnswerOne(false);
+  desk.Settle();
+  desk.StepDown();
+  desk.Delete();
+  desk.Settle();
+  EXPECT_EQ(desk.Folder(), QStringList());
 }
 
 TEST(PageChangeTest, KeysOfAFolderAreDoneInNoOther) {
