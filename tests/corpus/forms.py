@@ -381,7 +381,7 @@ def html():
     yield case("invisible", f'<div style="visibility:hidden">preview</div>{ONE}', ONE)
     yield case("no-height", f'<div style="max-height:0px; overflow:hidden">preview</div>{ONE}', ONE)
     yield case("no-size", f'<div style="font-size:0px">x<b style="font-size:9pt">{ONE}</b></div>', ONE)
-    yield case("small", f'<p style="font-size:0.9em">{ONE}</p>', ONE)
+    yield case("small", f'<p>{TWO}</p><p style="font-size:0.9em">{ONE}</p>', f"{TWO}\n\n{ONE}")
     yield case("paragraphs-in-cells", "<table><tr><td><p>品名</p></td><td><p>数</p></td></tr><tr><td>"
                "<p>鉛筆</p></td><td><p>3</p></td></tr></table>", "品名 数\n鉛筆 3")
     yield case("long-cells", f"<table><tr><td><p>{ONE}</p><p>{TWO}</p></td><td>x</td></tr><tr><td>y"

@@ -217,6 +217,19 @@ class Commands(unittest.TestCase):
                       [(entry["kind"], entry["address"]) for entry in reply["addresses"]])
         self.run_ctl("open", "0", "mail_nobody", code=1)
 
+    def test_the_check_is_of_every_file(self):
+        """Though the last one is sound, and the profile's own can be logged in to."""
+        self.add_account()
+        profile, = pathlib.Path(self.data).glob("_profile*/profile.mbx")
+        whole = profile.read_bytes()
+        codes = set()
+        for page in range(1, len(whole) // 4096):
+            profile.write_bytes(whole[:page * 4096] + bytes(4096) + whole[(page + 1) * 4096:])
+            done = subprocess.run([VORNCTL, "--data", self.data, "check"], capture_output=True,
+                                  env=self.environment)
+            codes.add(done.returncode)
+        self.assertEqual(codes, {1, 3})
+
     def test_a_command_that_failed_can_be_given_again(self):
         """Of several files to send, all wait or none, so that none is sent twice."""
         self.add_account()

@@ -278,10 +278,19 @@ TEST_F(EditingTest, TheConnectionIsReallyTried) {
   Type(Child<QLineEdit>(window, u"txOutMailServer"), QStringLiteral("127.0.0.1"));
   Type(Child<QLineEdit>(window, u"txOutMailServerPort"), QString::number(smtp.Port()));
   auto& sendButton = Child<QPushButton>(window, u"cmCheckOutMailServer");
-  Press(sendButton);
-  EXPECT_TRUE(WaitFor([&sendButton] { return sendButton.isEnabled(); }));
-  EXPECT_EQ(Child<QLabel>(window, u"lbCheckOutMailServer").text(),
-            QStringLiteral("接続できました。"));
+  const auto trySending = [&] {
+    Press(sendButton);
+    EXPECT_TRUE(WaitFor([&sendButton] { return sendButton.isEnabled(); }));
+    return Child<QLabel>(window, u"lbCheckOutMailServer").text();
+  };
+  EXPECT_EQ(trySending(), QStringLiteral("接続できました。"));
+  Child<QCheckBox>(window, u"ckOutMailServerAuth").setChecked(true);
+  Type(Child<QLineEdit>(window, u"txOutMailServerUser"), QStringLiteral("user"));
+  Type(Child<QLineEdit>(window, u"txOutMailServerPassword"), QStringLiteral("wrong"));
+  smtp.Replies = {{"EHLO", "250-localhost\r\n250 AUTH PLAIN\r\n"}, {"AUTH", "535 no\r\n"}};
+  EXPECT_TRUE(trySending().contains(QStringLiteral("パスワードを確認してください")));
+  smtp.Replies["AUTH"] = "235 yes\r\n";
+  EXPECT_EQ(trySending(), QStringLiteral("接続できました。"));
 }
 
 TEST_F(EditingTest, ACertificateIsTrustedAndTheTrustTakenBack) {
