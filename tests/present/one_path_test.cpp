@@ -279,6 +279,8 @@ TEST_F(OnePathTest, AChosenCodeIsForWhatDoesNotSayItsOwn) {
   // Half-width kana alone are recognised as another code, which a choice mends.
   const QByteArray kana("\xB1\xB2\xB3\xB4");
   EXPECT_EQ(read(kana, "", CharsetChoice::ShiftJis), QStringLiteral("ｱｲｳｴ"));
+  LetCode(profile_.Store("From: a@x\r\nSubject: kana\r\n\r\n" + kana + "\r\n"), 2);
+  EXPECT_TRUE(AllOnOnePage().contains("kana|" + kana));  // in the page's own code
   // Whoever picks a code sees what it gives.
   EXPECT_NE(DecodeWithChoice(text.toUtf8(), {}, {CharsetChoice::ShiftJis, true}), text);
   EXPECT_EQ(

@@ -2,6 +2,7 @@
 
 #include <QThread>
 #include <QTimer>
+#include <utility>
 
 #include "mail/store/mail_store.h"
 #include "mail/store/message_filing.h"
@@ -377,6 +378,15 @@ TEST_F(OnceTest, ARefusedPasswordThatIsNotSavedIsAskedForAgain) {
   receive();  // and the right one is kept
   EXPECT_EQ(host_.passwordQuestions, 2);
   EXPECT_EQ(pop3.Count("PASS"), 3);
+  // One that is saved outlives a refusal, which may be the server's own trouble.
+  account->Let(QStringLiteral("InMailServerPasswordSave"), true);
+  const QByteArray right = std::exchange(pop3.Password, "another for a moment");
+  receive();
+  pop3.Password = right;
+  receive();
+  EXPECT_EQ(pop3.Count("PASS"), 5);
+  EXPECT_EQ(host_.passwordQuestions, 2);
+  EXPECT_EQ(account->Text(u"InMailServerPassword"), QStringLiteral("secret"));
 }
 
 TEST_F(OnceTest, TwoProgramsReceiveEachMessageOnce) {

@@ -24,6 +24,7 @@
 #include "objects/settings.h"
 #include "objects/window/recovery_code_window.h"
 #include "objects/window/settings_window.h"
+#include "storage/base/time_text.h"
 #include "window/editing_fixture.h"
 
 namespace vorn {
@@ -108,7 +109,10 @@ TEST_F(EditingTest, TablesOfAddressesAndPlacesAreEditedInPlace) {
 TEST_F(EditingTest, WhatWasChangedIsNotDroppedByEscape) {
   ObjectsWindow* window = &Open(object_type::kAccount);
   Child<QTabWidget>(*window, u"tsPage").setCurrentIndex(1);
-  QTest::keyClick(window, Qt::Key_Escape);  // nothing was
+  // Nothing was, however long the window has been there.
+  const QString opened = GeneralTimeText(CurrentTimeText());
+  ASSERT_TRUE(test::WaitFor([&opened] { return GeneralTimeText(CurrentTimeText()) != opened; }));
+  QTest::keyClick(window, Qt::Key_Escape);
   EXPECT_FALSE(window->isVisible());
   window = &Open(object_type::kProfile, profile_.Get().Session->Serial());
   Type(Child<QLineEdit>(*window, u"txPassword"), QStringLiteral("secret"));  // in no bag

@@ -131,6 +131,7 @@ TEST_F(SlowConditionTest, WhatIsThrownAwayIsMetOnceWhileThePageIsMadeAnew) {
   press(1);
   Press(Qt::Key_Delete);
   EXPECT_TRUE(areMarked(6));
+  EXPECT_EQ(Chosen(), Ids({10})) << "none of those that have left";
   Press(Qt::Key_Up);
   EXPECT_EQ(Chosen(), Ids({8}));
   Press(Qt::Key_Home, Qt::ShiftModifier);

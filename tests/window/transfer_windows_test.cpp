@@ -262,11 +262,21 @@ TEST_F(TransferWindowsTest, TheDesktopTellsOfNewMailAndItsButtonsAct) {
             QStringLiteral("four"));
   TopLevel<MessageWindow>()->close();
 
+  // Nor what was read or thrown away in another way.
+  told("five", "From: f@x.example\r\nSubject: five");
+  {
+    const OpenedDatabase mail(Context(), DatabaseKind::Mail);
+    ASSERT_TRUE(Context().Data.Execute(
+        QStringLiteral("UPDATE mail SET FIELD_FLAG = '000' WHERE FIELD_SUBJECT = 'five'")));
+  }
+  const auto sixth = told("six", "From: g@x.example\r\nSubject: six");
+  EXPECT_EQ(sixth.body, QStringLiteral("six"));
+
   Settings(Context()).Bag()->Let(QStringLiteral("MessageNoticeDesktop"), false);
-  server_.AddMessage("five", "Subject: five\r\n\r\n\r\n");
+  server_.AddMessage("seven", "Subject: seven\r\n\r\n\r\n");
   Receive();
   test::RunFor(300);
-  EXPECT_EQ(desktop.Told.size(), 4);
+  EXPECT_EQ(desktop.Told.size(), 6);
 }
 
 TEST_F(TransferWindowsTest, ARuleIsMadeFromAMessageAndStoredByOkAlone) {
