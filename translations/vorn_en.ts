@@ -4831,5 +4831,13 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <source>次の添付ファイルは、大きいか、読み込めないため、編集中のメッセージに残っていません。もう一度添付してください。</source>
         <translation>These attachments are too large or cannot be read, and the message that was being written has lost them. Please attach them again.</translation>
     </message>
+    <message>
+        <source>ほかのプログラムがプロファイルを作成しています。しばらくしてからやり直してください。</source>
+        <translation>Another program is making the profile. Please try again in a while.</translation>
+    </message>
+    <message>
+        <source>データフォルダに書き込めません。</source>
+        <translation>The data folder cannot be written to.</translation>
+    </message>
 </context>
 </TS>

@@ -1,5 +1,4 @@
 #include <QStringList>
-#include <optional>
 
 #include "ctl/command.h"
 #include "objects/account.h"
@@ -8,13 +7,19 @@
 namespace vorn::ctl {
 namespace {
 
+StorageError Wrong(const QString& sentence) {
+  return {StorageError::Kind::Other, sentence};
+}
+
 // Clear text only where it is asked for: what listens on this machine need not be the user's.
-bool ReadSecurity(const Arguments& arguments, const QString& name, Security& security) {
+Result<Security> ReadSecurity(const Arguments& arguments, const QString& name) {
   const QStringList choices{QStringLiteral("none"), QStringLiteral("starttls"),
                             QStringLiteral("tls")};
   const auto chosen = choices.indexOf(arguments.Text(name, choices.last()).toLower());
-  security = static_cast<Security>(chosen);
-  return chosen >= 0;
+  if (chosen < 0) {
+    return Wrong(Ui::tr("--in-security と --out-security は none か starttls か tls です。"));
+  }
+  return static_cast<Security>(chosen);
 }
 
 const QString kIn = QStringLiteral("in-");
@@ -27,7 +32,8 @@ QString OptionOf(const QString& server, const CredentialPart& part) {
 }
 
 // Parts that are not given stay empty.
-Result<> ReadCredentials(const Arguments& arguments, const QString& server, Credentials& who) {
+Result<Credentials> ReadCredentials(const Arguments& arguments, const QString& server) {
+  Credentials who;
   for (const CredentialPart& part : kCredentialParts) {
     const QString option = OptionOf(server, part);
     if (!arguments.Has(option)) continue;
@@ -36,54 +42,65 @@ Result<> ReadCredentials(const Arguments& arguments, const QString& server, Cred
     if (!text) return text.Error();
     who.*part.text = *text;
   }
-  return {};
+  return who;
 }
 
 // Receiving needs something that proves the user.
-Result<> ReadIncomingCredentials(const Arguments& arguments, Credentials& who) {
+Result<Credentials> ReadIncomingCredentials(const Arguments& arguments) {
   QStringList due;
   for (const CredentialPart& part : kCredentialParts) {
     if (part.isSecret) due.append(OptionOf(kIn, part));
   }
   for (const QString& option : due) {
-    if (arguments.Has(option)) return ReadCredentials(arguments, kIn, who);
+    if (arguments.Has(option)) return ReadCredentials(arguments, kIn);
   }
-  return StorageError{StorageError::Kind::Other,
-                      Ui::tr("--%1 を読み込めません。").arg(due.join(QStringLiteral(", --")))};
+  return Wrong(Ui::tr("--%1 を読み込めません。").arg(due.join(QStringLiteral(", --"))));
 }
 
-// Why the command line cannot be read; nothing when it could be.
-std::optional<QString> ReadValues(const Arguments& arguments, AccountValues& values) {
+Result<InProtocol> ReadProtocol(const Arguments& arguments) {
   const QString protocol =
       arguments.Text(QStringLiteral("in-protocol"), QStringLiteral("pop3")).toLower();
-  if (protocol != u"pop3" && protocol != u"apop") {
-    return Ui::tr("--in-protocol は pop3 か apop です。");
-  }
-  values.name = arguments.Text(QStringLiteral("name"));
-  values.address = arguments.Text(QStringLiteral("address"));
-  values.display = arguments.Text(QStringLiteral("display"));
-  values.incoming.host = arguments.Text(QStringLiteral("in-server"));
-  values.outgoing.host = arguments.Text(QStringLiteral("out-server"));
-  if (!ReadSecurity(arguments, QStringLiteral("in-security"), values.incoming.security) ||
-      !ReadSecurity(arguments, QStringLiteral("out-security"), values.outgoing.security)) {
-    return Ui::tr("--in-security と --out-security は none か starttls か tls です。");
-  }
-  const auto inPort = arguments.Number(QStringLiteral("in-port"),
-                                       kPop3Ports[static_cast<size_t>(values.incoming.security)]);
-  if (!inPort) return Ui::tr("--in-port は数です。");
-  values.incoming.port = *inPort;
-  values.protocol = protocol == u"apop" ? InProtocol::Apop : InProtocol::Pop3;
-  values.deletesOnServer = arguments.Has(QStringLiteral("delete-on-server"));
-  values.isDefault = arguments.Has(QStringLiteral("default"));
-  const auto outPort = arguments.Number(QStringLiteral("out-port"),
-                                        kSmtpPorts[static_cast<size_t>(values.outgoing.security)]);
-  if (!outPort) return Ui::tr("--out-port は数です。");
-  values.outgoing.port = *outPort;
-  if (const Result<> out = ReadCredentials(arguments, kOut, values.outgoing.who); !out) {
-    return out.Error().text;
-  }
-  const Result<> in = ReadIncomingCredentials(arguments, values.incoming.who);
-  return in ? std::nullopt : std::optional(in.Error().text);
+  if (protocol == u"pop3") return InProtocol::Pop3;
+  if (protocol == u"apop") return InProtocol::Apop;
+  return Wrong(Ui::tr("--in-protocol は pop3 か apop です。"));
+}
+
+// Without who logs in there.
+Result<Endpoint> ReadEndpoint(const Arguments& arguments, const QString& server,
+                              const QString& portWords, const auto& ports) {
+  const Result<Security> security = ReadSecurity(arguments, server + QStringLiteral("security"));
+  if (!security) return security.Error();
+  const auto port =
+      arguments.Number(server + QStringLiteral("port"), ports[static_cast<size_t>(*security)]);
+  if (!port) return Wrong(portWords);
+  return Endpoint{.host = arguments.Text(server + QStringLiteral("server")),
+                  .port = *port,
+                  .security = *security};
+}
+
+Result<AccountValues> ReadValues(const Arguments& arguments) {
+  const Result<InProtocol> protocol = ReadProtocol(arguments);
+  if (!protocol) return protocol.Error();
+  Result<Endpoint> incoming =
+      ReadEndpoint(arguments, kIn, Ui::tr("--in-port は数です。"), kPop3Ports);
+  if (!incoming) return incoming.Error();
+  Result<Endpoint> outgoing =
+      ReadEndpoint(arguments, kOut, Ui::tr("--out-port は数です。"), kSmtpPorts);
+  if (!outgoing) return outgoing.Error();
+  const Result<Credentials> sender = ReadCredentials(arguments, kOut);
+  if (!sender) return sender.Error();
+  const Result<Credentials> receiver = ReadIncomingCredentials(arguments);
+  if (!receiver) return receiver.Error();
+  incoming->who = *receiver;
+  outgoing->who = *sender;
+  return AccountValues{.name = arguments.Text(QStringLiteral("name")),
+                       .address = arguments.Text(QStringLiteral("address")),
+                       .display = arguments.Text(QStringLiteral("display")),
+                       .incoming = *incoming,
+                       .protocol = *protocol,
+                       .deletesOnServer = arguments.Has(QStringLiteral("delete-on-server")),
+                       .outgoing = *outgoing,
+                       .isDefault = arguments.Has(QStringLiteral("default"))};
 }
 
 }  // namespace
@@ -97,11 +114,11 @@ QSet<QString> CredentialOptions() {
 }
 
 int AddAccount(Context& context, const Arguments& arguments) {
-  AccountValues values;
-  if (const auto unread = ReadValues(arguments, values)) return Complain(*unread, kExitUsage);
-  const Result<> valid = ValidateAccount(context, values);
+  const Result<AccountValues> values = ReadValues(arguments);
+  if (!values) return Complain(values.Error().text, kExitUsage);
+  const Result<> valid = ValidateAccount(context, *values);
   if (!valid) return Complain(valid.Error().text, kExitFailure);
-  const Result<DiskPtr> account = CreateAccount(context, values);
+  const Result<DiskPtr> account = CreateAccount(context, *values);
   if (!account) {
     return Complain(Ui::tr("アカウントを保存できません。") + account.Error().text, kExitFailure);
   }

@@ -1,5 +1,6 @@
 #include <QFile>
 #include <QFileInfo>
+#include <optional>
 
 #include "ctl/command.h"
 #include "mail/compose_message.h"
@@ -26,14 +27,11 @@ constexpr Choice<MimeEncode> kEncodings[] = {{u"base64", MimeEncode::Base64},
                                              {u"uu", MimeEncode::Uuencode}};
 
 template <typename Value, size_t N>
-bool Choose(const Choice<Value> (&choices)[N], const QString& word, Value& value) {
+std::optional<Value> Choose(const Choice<Value> (&choices)[N], const QString& word) {
   for (const Choice<Value>& choice : choices) {
-    if (word == QStringView(choice.word)) {
-      value = choice.value;
-      return true;
-    }
+    if (word == QStringView(choice.word)) return choice.value;
   }
-  return false;
+  return std::nullopt;
 }
 
 // False for a value that holds anything else than addresses, with names or without.
@@ -51,10 +49,11 @@ bool AddAddresses(MessageModel& model, const QString& kind, const QStringList& v
   return true;
 }
 
-QByteArray ReadAll(const QString& name, bool* ok) {
+// Nothing when it cannot be read.
+std::optional<QByteArray> ReadAll(const QString& name) {
   QFile file(name);
-  *ok = file.open(QIODevice::ReadOnly);
-  return *ok ? file.readAll() : QByteArray();
+  if (!file.open(QIODevice::ReadOnly)) return std::nullopt;
+  return file.readAll();
 }
 
 }  // namespace
@@ -63,18 +62,21 @@ int Compose(const Arguments& arguments) {
   MessageModel model;
   ComposeOptions options;
   options.settings = EditSettings::Defaults();
-  if (!Choose(kCharsets, arguments.Text(QStringLiteral("charset"), QStringLiteral("auto")),
-              options.charset) ||
-      !Choose(kEncodings, arguments.Text(QStringLiteral("mime"), QStringLiteral("base64")),
-              options.settings.mimeEncode)) {
+  const auto charset =
+      Choose(kCharsets, arguments.Text(QStringLiteral("charset"), QStringLiteral("auto")));
+  const auto encoding =
+      Choose(kEncodings, arguments.Text(QStringLiteral("mime"), QStringLiteral("base64")));
+  if (!charset || !encoding) {
     return Complain(Ui::tr("--charset は jis、euc、sjis、utf8、auto、--mime は base64、qp、"
                            "uu のどれかです。"),
                     kExitUsage);
   }
-  bool ok = true;
+  options.charset = *charset;
+  options.settings.mimeEncode = *encoding;
   model.subject = arguments.Text(QStringLiteral("subject"));
-  model.text = QString::fromUtf8(ReadAll(arguments.Text(QStringLiteral("body-file")), &ok));
-  if (!ok) return Complain(Ui::tr("--body-file を読み込めません。"), kExitFailure);
+  const auto body = ReadAll(arguments.Text(QStringLiteral("body-file")));
+  if (!body) return Complain(Ui::tr("--body-file を読み込めません。"), kExitFailure);
+  model.text = QString::fromUtf8(*body);
   for (const auto& [kind, option] : {std::pair{QStringLiteral("TO"), QStringLiteral("to")},
                                      {QStringLiteral("CC"), QStringLiteral("cc")},
                                      {QStringLiteral("BC"), QStringLiteral("bcc")},
@@ -82,8 +84,7 @@ int Compose(const Arguments& arguments) {
     if (!AddAddresses(model, kind, arguments.All(option))) return kExitUsage;
   }
   for (const QString& path : arguments.All(QStringLiteral("attach"))) {
-    ReadAll(path, &ok);
-    if (!ok) return Complain(Ui::tr("「%1」を読み込めません。").arg(path), kExitFailure);
+    if (!ReadAll(path)) return Complain(Ui::tr("「%1」を読み込めません。").arg(path), kExitFailure);
     const QString name = QFileInfo(path).fileName();
     model.attachments.push_back({name, ContentTypeOf(name), true, path, {}});
   }
@@ -91,8 +92,7 @@ int Compose(const Arguments& arguments) {
                       QStringLiteral("X-Priority: 3")};
   options.boundaryToken = SerialIdGenerator().Next(QString()).Text();
   options.read = [](const ModelAttachment& attachment) {
-    bool readable = false;
-    return ReadAll(attachment.path, &readable);
+    return ReadAll(attachment.path).value_or(QByteArray());
   };
   const QString out = arguments.Text(QStringLiteral("out"));
   if (WriteWhole(out, ComposeMessage(model, options))) return kExitOk;

@@ -99,9 +99,7 @@ int OpenStored(Context& context, const Arguments& arguments) {
   const std::optional<OpenMode> mode = ModeIn(arguments);
   if (!mode) return kExitUsage;
   Disk bag(arguments.Words().value(2));
-  MailRequestBag request(bag);
-  request.SetMode(*mode);
-  request.SetNew(IsNew(*mode));
+  MailRequestBag(bag).Become(*mode, IsNew(*mode));
   const OpenedMessage opened = OpenMessage(context, bag);
   if (opened.unreadable || !opened.found) {
     return Complain(Ui::tr("メッセージ「%1」を読み込めません。").arg(arguments.Words().value(2)),

@@ -3,7 +3,7 @@
 #include <QJsonObject>
 
 #include "ctl/command.h"
-#include "ctl/console_host.h"
+#include "ctl/command_host.h"
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "objects/profile/profile.h"
@@ -66,7 +66,7 @@ int Receive(Context& context, const Arguments& arguments) {
                                "vornctl check --accept-damage を実行してください。"),
                     kExitFailure);
   }
-  ConsoleHost console;
+  CommandHost console;
   MailTraffic traffic(context, console, console);
   traffic.Plan().AddReceiveJob(*accounts);
 

@@ -2,7 +2,7 @@
 #include <QJsonObject>
 
 #include "ctl/command.h"
-#include "ctl/console_host.h"
+#include "ctl/command_host.h"
 #include "mail/archive/mbox.h"
 #include "mail/codec/mime/message_index.h"
 #include "mail/message_id.h"
@@ -58,7 +58,7 @@ std::optional<QString> StoreWaiting(Context& context, CheckPlan& plan, const Ser
 }  // namespace
 
 int Send(Context& context, const Arguments& arguments) {
-  ConsoleHost console;
+  CommandHost console;
   if (arguments.Has(QStringLiteral("account"))) {
     const DiskPtr account =
         FindObjectByName(context, object_type::kAccount, arguments.Text(QStringLiteral("account")));

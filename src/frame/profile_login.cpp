@@ -41,13 +41,26 @@ StorageError Refusal(const QString& sentence) {
   return {StorageError::Kind::Other, sentence};
 }
 
+// Two programs at once make one first profile, and its objects once.
+Result<> TakeFirstStart(FileLock& lock) {
+  switch (lock.Take(FileLock::Kind::Exclusive, kFirstStartWaitMs)) {
+    case FileLock::Result::Taken:
+      return {};
+    case FileLock::Result::Held:
+      return StorageError{StorageError::Kind::Busy,
+                          Ui::tr("ほかのプログラムがプロファイルを作成しています。しばらくしてから"
+                                 "やり直してください。")};
+    case FileLock::Result::Failed:
+      break;
+  }
+  return Refusal(Ui::tr("データフォルダに書き込めません。"));
+}
+
 // A profile's very first login makes its objects; two of them at once make them once.
 Result<> MakeStandardObjects(Context& context) {
   if (context.Objects.Contains(fixed_serial::kSettings)) return CreateStandardObjects(context);
   FileLock lock(FirstStartLock(context));
-  if (lock.Take(FileLock::Kind::Exclusive, kFirstStartWaitMs) != FileLock::Result::Taken) {
-    return StorageError();
-  }
+  if (const Result<> taken = TakeFirstStart(lock); !taken) return taken;
   const Result<> loaded = LoadObjects(context, DatabaseKind::Profile, context.Objects);
   return loaded ? CreateStandardObjects(context) : loaded;
 }
@@ -259,7 +272,7 @@ Result<> ResolveLostFiles(Context& context, const DiskPtr& profile, const QStrin
           : AsPasswords(choice.former) + FormerPasswords(context, *profile, password);
   QStringList opened;
   for (const LostFile& lost : LostFiles(context, *profile, password)) {
-    Result<> resolved = StorageError();
+    Result<> resolved = StorageError::Wordless();
     for (const QString& file : choice.reconnect) {
       const Result<QString> opening = ReconnectFile(context, lost, file, password, former);
       resolved = opening ? Result<>() : opening.Error();
@@ -322,7 +335,7 @@ Result<> RunLoginStep(Context& context, LoginStep step, const QString& typed) {
       return {};
     }
   }
-  return StorageError();
+  return StorageError::Wordless();
 }
 
 Result<> LogIn(Context& context, const QString& name, const QString& password,
@@ -362,9 +375,7 @@ Result<> LogIn(Context& context, const QString& name, const QString& password,
 
 Result<DiskPtr> CreateFirstProfile(Context& context) {
   FileLock lock(FirstStartLock(context));
-  if (lock.Take(FileLock::Kind::Exclusive, kFirstStartWaitMs) != FileLock::Result::Taken) {
-    return StorageError();
-  }
+  if (const Result<> taken = TakeFirstStart(lock); !taken) return taken.Error();
   const Result<> loaded = LoadObjects(context, DatabaseKind::Navigator, context.Objects);
   if (!loaded) return loaded.Error();
   if (const DiskPtr made = DefaultProfile(context)) return made;

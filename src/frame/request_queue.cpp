@@ -2,7 +2,6 @@
 
 #include "mail/mail_request_bag.h"
 #include "mail/message_id.h"
-#include "mail/store/message_bag.h"
 #include "objects/object_request.h"
 #include "objects/object_types.h"
 #include "present/page_request.h"
@@ -44,19 +43,7 @@ bool RequestQueue::PostMailRequest(const MailRequest& request) {
   const SerialId serialId =
       request.serialId.IsEmpty() ? NewMessageSerialID(context_) : request.serialId;
   const auto bag = std::make_shared<Disk>(serialId);
-  WindowRequest::BeginWindow(*bag, WantedWindow::Message);
-  WindowRequest::SetShow(*bag, request.show);
-  WindowRequest::SetOpensAnother(*bag, request.mode != OpenMode::Show);
-  WindowRequest::SetUpdates(*bag, true);
-  MessageBag::SetDatabase(*bag, request.database);
-  MessageBag::SetFile(*bag, request.file);
-  MessageBag::SetPassword(*bag, request.password);
-  MailRequestBag message(*bag);
-  message.SetMode(request.mode);
-  message.SetNew(request.isNew);
-  message.SetSendsAtOnce(request.autoSend);
-  message.SetEvent(request.event);
-  message.SetMailto(request.mailto);
+  MailRequestBag::Begin(*bag, request);
   Post(bag);
   return true;
 }

@@ -4,6 +4,25 @@
 
 namespace vorn {
 
+void MailRequestBag::Begin(Disk& bag, const MailRequest& request) {
+  WindowRequest::BeginWindow(bag, WantedWindow::Message);
+  WindowRequest::SetShow(bag, request.show);
+  WindowRequest::SetOpensAnother(bag, request.mode != OpenMode::Show);
+  WindowRequest::SetUpdates(bag, true);
+  MessageBag::SetDatabase(bag, request.database);
+  MessageBag::SetFile(bag, request.file);
+  MessageBag::SetPassword(bag, request.password);
+  MailRequestBag(bag).Become(request.mode, request.isNew);
+  bag.Let(kAutoSend, request.autoSend);
+  bag.Let(kEvent, request.event.Text());
+  bag.Let(kMailto, request.mailto);
+}
+
+void MailRequestBag::Become(OpenMode mode, bool isNew) {
+  bag_.Let(kMode, QVariant::fromValue(mode));
+  bag_.Let(kNew, isNew);
+}
+
 void MailRequestBag::TakeRow(const MailRow& row) {
   // What the row lacks the bag lacks, too.
   const auto take = [this](const QString& key, const QString& text) {

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include "mail/mail_request.h"
 #include "mail/message_model.h"
 #include "mail/store/mail_row.h"
 #include "storage/session/data_session.h"
@@ -15,21 +16,21 @@ class MailRequestBag {
  public:
   explicit MailRequestBag(Disk& bag) : bag_(bag) {}
 
+  /// What is asked for, as the bag has it.
+  static void Begin(Disk& bag, const MailRequest& request);
+
   // As what it is: a request is never stored.
   OpenMode Mode() const { return bag_.Get(kMode).value<OpenMode>(); }
-  void SetMode(OpenMode mode) { bag_.Let(kMode, QVariant::fromValue(mode)); }
   /// A message that is not stored yet.
   bool IsNew() const { return bag_.Flag(kNew); }
-  void SetNew(bool isNew) { bag_.Let(kNew, isNew); }
+  /// From now on it is to be opened in that way.
+  void Become(OpenMode mode, bool isNew);
   /// The address that a new message begins with; empty for none.
   QString Mailto() const { return bag_.Text(kMailto); }
-  void SetMailto(const QString& mailto) { bag_.Let(kMailto, mailto); }
   /// Sent at once where nothing is missing.
   bool SendsAtOnce() const { return bag_.Flag(kAutoSend); }
-  void SetSendsAtOnce(bool sends) { bag_.Let(kAutoSend, sends); }
   /// The event about the message that is shown with it; empty for none.
   SerialId Event() const { return SerialId(bag_.Text(kEvent)); }
-  void SetEvent(const SerialId& serialId) { bag_.Let(kEvent, serialId.Text()); }
 
   /// Takes the columns of the message's row; the state and flags among them are the bag's.
   void TakeRow(const MailRow& row);

@@ -118,9 +118,8 @@ bool IsBlank(const GumboNode* node) {
 
 std::vector<const GumboNode*> Children(const GumboElement& element) {
   std::vector<const GumboNode*> children;
-  for (unsigned i = 0; i < element.children.length; ++i) {
-    const auto* node = static_cast<const GumboNode*>(element.children.data[i]);
-    if (!IsBlank(node)) children.push_back(node);
+  for (const GumboNode& node : ChildNodes(element)) {
+    if (!IsBlank(&node)) children.push_back(&node);
   }
   return children;
 }

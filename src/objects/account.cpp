@@ -33,6 +33,15 @@ QString KeyOf(const QString& server, const CredentialPart& part) {
   return server + part.key;
 }
 
+// Of the incoming server.
+QStringList KeysWhere(bool CredentialPart::*is) {
+  QStringList keys;
+  for (const CredentialPart& part : kCredentialParts) {
+    if (part.*is) keys.append(KeyOf(kIn, part));
+  }
+  return keys;
+}
+
 Credentials StoredCredentials(const Disk& account, const QString& server) {
   Credentials who;
   for (const CredentialPart& part : kCredentialParts) {
@@ -142,9 +151,7 @@ bool Account::SavesPassword() const {
 }
 
 void Account::SetPassword(const QString& password) {
-  for (const CredentialPart& part : kCredentialParts) {
-    if (part.text == &Credentials::password) bag_->Let(KeyOf(kIn, part), password);
-  }
+  for (const QString& key : AskedKeys()) bag_->Let(key, password);
 }
 
 Security Account::SecurityOf(const Disk& bag, const QString& server) {
@@ -162,11 +169,11 @@ QString Account::UserKey() {
 }
 
 QStringList Account::SecretKeys() {
-  QStringList keys;
-  for (const CredentialPart& part : kCredentialParts) {
-    if (part.isSecret) keys.append(KeyOf(kIn, part));
-  }
-  return keys;
+  return KeysWhere(&CredentialPart::isSecret);
+}
+
+QStringList Account::AskedKeys() {
+  return KeysWhere(&CredentialPart::isAsked);
 }
 
 QString PortWords() {

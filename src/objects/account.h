@@ -51,9 +51,11 @@ class Account {
   /// How a server is spoken with, by the name that the bag has for it: an account that says nothing
   /// of it is used without, and what no program has written is no leave to go in clear.
   static Security SecurityOf(const Disk& bag, const QString& server);
-  /// The names that the bag has for the incoming user, and for what proves him.
+  /// The names that the bag has for the incoming user, for what proves him, and for what of that
+  /// the user may not want to be stored.
   static QString UserKey();
   static QStringList SecretKeys();
+  static QStringList AskedKeys();
 
  private:
   DiskPtr bag_;

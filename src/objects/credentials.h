@@ -24,6 +24,7 @@ struct CredentialPart {
   QLatin1String key;
   const char* label;  ///< of its box, to translate
   bool isSecret;      ///< proves the user, and is shown to nobody
+  bool isAsked;       ///< typed by the user in each run where it is not to be stored; all else is
 };
 
 /// Every part: first who it is, then what proves it.
@@ -31,11 +32,13 @@ inline constexpr CredentialPart kCredentialParts[] = {
     {.text = &Credentials::user,
      .key = QLatin1String("User"),
      .label = QT_TRANSLATE_NOOP("vorn::Ui", "ユーザー名(&U)"),
-     .isSecret = false},
+     .isSecret = false,
+     .isAsked = false},
     {.text = &Credentials::password,
      .key = QLatin1String("Password"),
      .label = QT_TRANSLATE_NOOP("vorn::Ui", "パスワード(&W)"),
-     .isSecret = true},
+     .isSecret = true,
+     .isAsked = true},
 };
 
 inline bool Credentials::IsKnown() const {

@@ -1,5 +1,6 @@
 #include "present/message_list_page.h"
 
+#include <QDir>
 #include <QFile>
 
 #include "mail/codec/charset/code_page_932.h"
@@ -72,6 +73,11 @@ QString PlaceOf(Context& context, const SerialId& serialId, StoredState state) {
   }
 }
 
+StorageError CannotWrite(const QString& folder) {
+  return {StorageError::Kind::Other,
+          Ui::tr("フォルダ「%1」に書き込めません。").arg(QDir::toNativeSeparators(folder))};
+}
+
 bool HasRow(DataSession& session, FolderRows& rows) {
   return rows.Open(session, 0, 1) && !session.Recordset()->Eof();
 }
@@ -130,7 +136,7 @@ Result<MadePage<QByteArray>> MessageListPages::Fill(const QString& html, const P
   PageFiller filler(tags_, pageTemplate, shown, rest, lost);
   made.content = filler.Run();
   made.hasNext = filler.HasNext();
-  if (made.content.isEmpty()) return StorageError();
+  if (made.content.isEmpty()) return StorageError::Wordless();
   return made;
 }
 
@@ -212,13 +218,13 @@ Result<QString> MessageListPages::Write(const QByteArray& bytes, const QString& 
   QString folder = pageFolder;
   if (!MakePrivateFolder(folder)) {
     folder = context_.AppFolder;
-    if (!MakePrivateFolder(folder)) return StorageError();
+    if (!MakePrivateFolder(folder)) return CannotWrite(folder);
   }
   QFile file(folder + context_.Data.NewSerialID().Text() + QStringLiteral(".html"));
-  if (!OpenPrivate(file, QIODevice::WriteOnly)) return StorageError();
+  if (!OpenPrivate(file, QIODevice::WriteOnly)) return CannotWrite(folder);
   if (file.write(bytes) != bytes.size() || !file.flush()) {
     file.remove();  // half a page would read like a folder that lost messages
-    return StorageError();
+    return CannotWrite(folder);
   }
   return file.fileName();
 }

@@ -84,7 +84,7 @@ Result<> CreateTables(DataSession& data, DatabaseKind kind) {
 }
 
 Result<> CreateAt(Context& context, DatabaseKind kind, const Location& location) {
-  if (location.path.isEmpty()) return StorageError();
+  if (location.path.isEmpty()) return StorageError::Wordless();
   return CreateDatabaseFile(context.Data, location.path, location.password,
                             [&context, kind] { return CreateTables(context.Data, kind); });
 }

@@ -330,7 +330,7 @@ TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
   ASSERT_TRUE(SetMark(profile.Get(), {serialId}, kFlagAnswered, true));
   ASSERT_TRUE(ToggleStar(profile.Get(), {serialId}));
   Disk reply(serialId);
-  MailRequestBag(reply).SetMode(OpenMode::Reply);
+  MailRequestBag(reply).Become(OpenMode::Reply, false);
   EXPECT_EQ(OpenMessage(profile.Get(), reply).model.text.Get(), QStringLiteral("> body"));
   EXPECT_EQ(MessageBag(reply).Flags(), MessageBag(reply).Flags().OfMessage())
       << "nobody has answered or starred the answer";
@@ -339,7 +339,7 @@ TEST_F(OpenModes, AReplyBecomesANewMessageOfItsOwn) {
       .Bag()
       ->Let(QStringLiteral("ReplyLine"), QStringLiteral("On %d, %n wrote:"));
   Disk other(serialId);
-  MailRequestBag(other).SetMode(OpenMode::Reply);
+  MailRequestBag(other).Become(OpenMode::Reply, false);
   EXPECT_TRUE(OpenMessage(profile.Get(), other).model.text.Get().contains(u"さんは書きました："));
   EXPECT_EQ(reply.Text(u"original"), serialId.Text());
   EXPECT_NE(reply.Serial(), serialId);

@@ -173,7 +173,7 @@ class OnePathTest : public testing::Test {
   MessageModel Open(const SerialId& serial, OpenMode mode) {
     Disk request(serial);
     request.Let(QStringLiteral("db"), static_cast<int>(DatabaseKind::MailByPath));
-    MailRequestBag(request).SetMode(mode);
+    MailRequestBag(request).Become(mode, false);
     return OpenMessage(TheContext(), request).model;
   }
   void LetCode(const SerialId& serial, int code) {

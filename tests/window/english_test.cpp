@@ -1,16 +1,21 @@
 // The windows in English: what is Japanese in them is the user's.
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QComboBox>
 #include <QHeaderView>
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QRegularExpression>
+#include <QTabWidget>
+#include <algorithm>
 
 #include "frame/language_texts.h"
 #include "frame/ui_language.h"
 #include "mail/window/reading/reading_pane.h"
 #include "objects/object_types.h"
+#include "objects/window/form_page.h"
 #include "objects/window/settings_window.h"
 #include "transfer/window/rule_window.h"
 #include "window/editing_fixture.h"
@@ -84,6 +89,58 @@ std::string SharedLetters(const QWidget& window) {
     }
   }
   return shared.join(u'\n').toStdString();
+}
+
+// What a letter leads to on a page of an editing window.
+QString TextWithLetter(const QWidget& widget) {
+  if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
+    return label->buddy() == nullptr ? QString() : label->text();
+  }
+  const auto* button = qobject_cast<const QAbstractButton*>(&widget);
+  return button == nullptr ? QString() : button->text();
+}
+
+// The boxes and buttons of a page that a letter does not reach alone, since it is another's there,
+// a tab's or one of the buttons below.
+std::string SharedBoxLetters(const QWidget& window) {
+  const QList<FormPage*> pages = window.findChildren<FormPage*>();
+  EXPECT_FALSE(pages.isEmpty());
+  QStringList everywhere;
+  for (const auto* tabs : window.findChildren<QTabWidget*>()) {
+    for (int i = 0; i < tabs->count(); ++i) everywhere.append(tabs->tabText(i));
+  }
+  for (const auto* button : window.findChildren<QAbstractButton*>()) {
+    const bool isOfPage = std::any_of(pages.begin(), pages.end(), [&](const FormPage* page) {
+      return page->isAncestorOf(button);
+    });
+    if (!isOfPage) everywhere.append(button->text());
+  }
+  QStringList shared;
+  for (const FormPage* page : pages) {
+    QStringList texts = everywhere;
+    for (const auto* widget : page->findChildren<QWidget*>()) texts += TextWithLetter(*widget);
+    QHash<QString, QString> owners;
+    for (const QString& text : std::as_const(texts)) {
+      const QString letter = QKeySequence::mnemonic(text).toString();
+      if (letter.isEmpty()) continue;
+      if (owners.contains(letter)) {
+        shared.append(QStringList{page->Title(), owners.value(letter), text}.join(u' '));
+      }
+      owners.insert(letter, text);
+    }
+  }
+  return shared.join(u'\n').toStdString();
+}
+
+TEST_F(EditingTest, ALetterLeadsToOneBoxOfAPage) {
+  for (const char16_t* language : {u"ja", u"en"}) {
+    const LanguageTexts texts(QString::fromUtf16(language));
+    EXPECT_EQ(SharedBoxLetters(SettingsWindow(context())), "");
+    for (const QString& type : {object_type::kAccount, object_type::kFolder, object_type::kProfile,
+                                object_type::kBook, object_type::kBookmark}) {
+      EXPECT_EQ(SharedBoxLetters(Open(type)), "") << type.toStdString();
+    }
+  }
 }
 
 TEST_F(EditingTest, InEnglishNothingIsJapanese) {

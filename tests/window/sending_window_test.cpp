@@ -1,13 +1,13 @@
 // What the windows show of messages whose sending went wrong or goes on while they are open.
 
 #include <QLabel>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTreeWidget>
 
 #include "auxiliary/window/console_window.h"
 #include "events/event_record.h"
-#include "frame/window/commands/tools_menu.h"
 #include "mail/store/drafts.h"
 #include "mail/store/outbox.h"
 #include "objects/account.h"
@@ -45,7 +45,7 @@ class SendingWindowTest : public MessageWindowTest {
 TEST_F(SendingWindowTest, TheUserDecidesOnAMessageThatMayHaveArrived) {
   smtp_.Faults = {{Fault::Kind::Cut, ".", 1, 0, {}}, {Fault::Kind::Cut, ".", 2, 0, {}}};
   SerialIds serials{Store(kDraft, 2), Store(kDraft, 2)};
-  program_->Parent()->menuTools_Click(ToolsEntry::Receive);
+  program_->Parent()->Mail().SendAndReceive();
   ASSERT_TRUE(WaitFor([this] { return TheOutbox().Doubtful().size() == 2; }));
   RunPlan();
   EXPECT_EQ(smtp_.Messages().size(), 2);
@@ -94,7 +94,7 @@ TEST_F(SendingWindowTest, ADeathInTheMiddleOfSendingIsToldAtTheNextStart) {
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   EXPECT_TRUE(ShowsDoubt(*TopLevel<MessageWindow>()));
   CloseAndWait(*TopLevel<MessageWindow>());
-  program_->Parent()->menuTools_Click(ToolsEntry::Receive);
+  program_->Parent()->Mail().SendAndReceive();
   RunPlan();
   EXPECT_EQ(smtp_.Messages().size(), 0);
 }
@@ -273,7 +273,7 @@ TEST_F(SendingWindowTest, APasswordQuestionTakesNoKeysFromAMessage) {
 TEST_F(SendingWindowTest, ARefusedRecipientIsMarkedInTheMessage) {
   smtp_.Replies = {{"RCPT", "550 no such user\r\n"}};
   Store(kDraft, 2);
-  program_->Parent()->menuTools_Click(ToolsEntry::Receive);
+  program_->Parent()->Mail().SendAndReceive();
   auto* tree = program_->Parent()->findChild<QTreeWidget*>(QStringLiteral("tvConsole"));
   const auto event = [tree] {
     return tree->findItems(QStringLiteral("draft"), Qt::MatchStartsWith | Qt::MatchRecursive)
@@ -323,7 +323,7 @@ TEST_F(SendingWindowTest, QuittingInTheMiddleOfSendingAsks) {
   smtp_.Faults = {{Fault::Kind::Stall, ".", 1, 0, {}}};
   Store(kDraft, 2);
   ParentWindow& parent = *program_->Parent();
-  parent.menuTools_Click(ToolsEntry::Receive);
+  parent.Mail().SendAndReceive();
   ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
   for (const int key : {Qt::Key_Escape, Qt::Key_Return}) {
     const QString question = NextMessageBox([&parent] { parent.close(); }, key);
@@ -331,7 +331,9 @@ TEST_F(SendingWindowTest, QuittingInTheMiddleOfSendingAsks) {
     EXPECT_TRUE(parent.isVisible());
     EXPECT_TRUE(parent.Traffic().Control().Busy());
   }
-  parent.menuTools_Click(ToolsEntry::Cancel);
+  for (QAction* entry : parent.findChild<QMenu*>(QStringLiteral("menuTools"))->actions()) {
+    if (entry->text().startsWith(QStringLiteral("送受信の中止"))) entry->trigger();
+  };
   RunPlan();
   EXPECT_NE(program_->Parent(), nullptr) << "cancelled by the user, who sees what came of it";
 }

@@ -3,22 +3,20 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QTimer>
 #include <tuple>
 
 #include "frame/ui_language.h"
 #include "frame/window/commands/bookmark_menu.h"
-#include "frame/window/commands/console_commands.h"
 #include "frame/window/commands/display_menu.h"
 #include "frame/window/commands/file_menu.h"
 #include "frame/window/commands/main_toolbar.h"
 #include "frame/window/commands/page_menus.h"
 #include "frame/window/commands/tools_menu.h"
+#include "frame/window/commands/tree_commands.h"
 #include "frame/window/notices/start_questions.h"
 #include "frame/window/panes/browser_area.h"
 #include "kit/window/icons.h"
-#include "kit/window/plain_text.h"
 #include "mail/window/message_window.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
@@ -34,6 +32,21 @@
 #include "storage/window/control_state.h"
 
 namespace vorn {
+namespace {
+
+// As `KeepUiLanguage` takes it.
+QString WordOf(LanguageChoice language) {
+  switch (language) {
+    case LanguageChoice::Japanese:
+      return QStringLiteral("ja");
+    case LanguageChoice::English:
+      return QStringLiteral("en");
+    default:
+      return {};
+  }
+}
+
+}  // namespace
 
 ParentWindow::ParentWindow(Context& context)
     : context_(context),
@@ -75,13 +88,12 @@ ParentWindow::ParentWindow(Context& context)
   setStatusBar(sbStatus_);
   BuildMenus();
   tbMain_ = new MainToolbar(panes_->Area(), opener_, pages_, this);
-  connect(tbMain_, &MainToolbar::TrafficWanted, this,
-          [this] { menuTools_Click(ToolsEntry::Receive); });
+  connect(tbMain_, &MainToolbar::TrafficWanted, &traffic_, &TrafficHost::SendAndReceive);
   connect(tbMain_, &MainToolbar::TreeWanted, panes_, &FolderPanes::TurnOver);
   connect(panes_, &FolderPanes::RoomChanged, tbMain_,
           [this](bool forBoth) { tbMain_->OfferTree(!forBoth); });
   addToolBar(tbMain_);
-  new ConsoleCommands(context_, *this, *panes_, windows_, opener_, pages_.Actions());
+  new TreeCommands(context_, *this, *panes_, windows_, opener_, pages_.Actions());
   ConnectPieces();
 }
 
@@ -103,9 +115,13 @@ void ParentWindow::BuildMenus() {
                             bar);
   auto* display =
       new DisplayMenu(context_, *this, *panes_, windows_, traffic_.Events(), changes_, bar);
-  auto* tools = new ToolsMenu(traffic_.Plan(), bar);
+  auto* tools = new ToolsMenu({.window = *this,
+                               .opener = opener_,
+                               .traffic = traffic_,
+                               .closing = closing_,
+                               .version = context_.VersionText},
+                              bar);
   connect(display, &DisplayMenu::SettingsChanged, this, &ParentWindow::ApplySettings);
-  connect(tools, &ToolsMenu::Clicked, this, &ParentWindow::menuTools_Click);
   tray_.ShareEntries(tools->Version(), file->Exit());
   for (QMenu* menu : std::initializer_list<QMenu*>{
            file, display, new PageMessageMenu(panes_->Area(), bar), tools,
@@ -131,8 +147,7 @@ void ParentWindow::ConnectPieces() {
       action->trigger();
     }
   });
-  connect(sbStatus_, &MainStatusBar::CancelClicked, this,
-          [this] { menuTools_Click(ToolsEntry::Cancel); });
+  connect(sbStatus_, &MainStatusBar::CancelClicked, this, [this] { closing_.CancelTraffic(); });
   connect(&traffic_, &TrafficHost::Ticked, this, &ParentWindow::Tick);
   // The user would not learn of it.
   connect(&traffic_, &TrafficHost::ListsChanged, this, [this] { changes_.Note(); });
@@ -173,29 +188,6 @@ void ParentWindow::AskAtStart() {
   changes_.Note();
 }
 
-void ParentWindow::menuTools_Click(ToolsEntry entry) {
-  switch (entry) {
-    case ToolsEntry::Receive:
-      traffic_.SendAndReceive();
-      break;
-    case ToolsEntry::Rules:
-      opener_.OpenObject(fixed_serial::kRules, fixed_serial::kRules.Text(), kShowModal,
-                         AfterStep::None);
-      break;
-    case ToolsEntry::Settings:
-      opener_.OpenObject(fixed_serial::kSettings, fixed_serial::kSettings.Text(), kShowModal,
-                         AfterStep::ApplySettings);
-      break;
-    case ToolsEntry::Cancel:
-      closing_.Stay();
-      traffic_.Plan().Cancel();
-      break;
-    case ToolsEntry::Version:
-      ShowBox(this, QMessageBox::Information,
-              kApplicationTitle + QStringLiteral(" version. ") + context_.VersionText);
-  }
-}
-
 void ParentWindow::Tick() {
   windows_.UnloadDust();
   if (IsEnabled() && closing_.MayFollow()) {
@@ -222,9 +214,8 @@ void ParentWindow::NotifyNewMessages(const Disk& request) {
 }
 
 void ParentWindow::ApplySettings() {
-  static constexpr const char16_t* kLanguages[] = {u"", u"ja", u"en"};  // by `LanguageChoice`
   const Settings settings(context_);
-  KeepUiLanguage(QString::fromUtf16(kLanguages[static_cast<int>(settings.Language())]));
+  KeepUiLanguage(WordOf(settings.Language()));
   traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
   sbStatus_->setVisible(settings.ShowsStatusBar());
   tray_.Show(settings.ShowsTaskTray());

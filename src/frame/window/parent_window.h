@@ -3,10 +3,10 @@
 #include <QMainWindow>
 
 #include "frame/request_timer.h"
-#include "frame/window/hosts/main_closing.h"
 #include "frame/window/hosts/main_message_host.h"
 #include "frame/window/hosts/pages_host.h"
 #include "frame/window/notices/damage_watch.h"
+#include "frame/window/notices/main_closing.h"
 #include "frame/window/notices/main_tray.h"
 #include "frame/window/notices/new_message_notice.h"
 #include "frame/window/notices/status_bar.h"
@@ -21,7 +21,6 @@
 namespace vorn {
 
 class MainToolbar;
-enum class ToolsEntry;
 
 /// The main window "parent". It arranges its pieces: the console tree and the area of the pages,
 /// the menus, the tool bar and the status bar, the requests and the mail traffic.
@@ -34,7 +33,6 @@ class ParentWindow : public QMainWindow, public DispatchHost {
 
   /// Fills the window after a login and opens the inbox.
   void LoadDefaultProperty();
-  void menuTools_Click(ToolsEntry entry);
   /// Keeps what is being written and the state of the windows, and ends the traffic, without a
   /// question: the program is about to end.
   void KeepEverything();

@@ -278,7 +278,7 @@ Result<> ArchiveWriter::Write(const QByteArray& source, const ArchiveNote& note)
 }
 
 Result<> ArchiveWriter::Close() {
-  if (!isOpen_) return StorageError();
+  if (!isOpen_) return CannotWrite(path_);
   bool written = true;
   if (format_ == ArchiveFormat::Mbox) {
     written = mbox_.flush();

@@ -59,8 +59,7 @@ bool LoadsByItself(const QString& html) {
     const GumboElement& element = *waiting.back();
     waiting.pop_back();
     if (Loads(element)) return true;
-    for (unsigned i = 0; i < element.children.length; ++i) {
-      const auto& child = *static_cast<const GumboNode*>(element.children.data[i]);
+    for (const GumboNode& child : ChildNodes(element)) {
       if (child.type == GUMBO_NODE_ELEMENT || child.type == GUMBO_NODE_TEMPLATE) {
         waiting.push_back(&child.v.element);
       } else if (element.tag == GUMBO_TAG_STYLE && child.type == GUMBO_NODE_TEXT &&

@@ -39,7 +39,7 @@ OpenedDatabase MailStore::Open(const Disk& request) {
 }
 
 Result<SerialId> MailStore::StoreMessage(const Disk& request, const QByteArray& source) {
-  if (request.Serial().IsEmpty()) return StorageError();
+  if (request.Serial().IsEmpty()) return StorageError::Wordless();
   const Result<> stored = Store(request, source, QString());
   if (!stored) return stored.Error();
   return request.Serial();

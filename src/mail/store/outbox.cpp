@@ -43,7 +43,7 @@ Result<WaitingMessage> ReadRow(DataSession& data, const SerialId& serialId) {
   message.addressLines = stored.AddressLines();
   message.flags = stored.Flags();
   if (row->Failed()) return row->Error();
-  if (message.source.isEmpty()) return StorageError();
+  if (message.source.isEmpty()) return StorageError::Wordless();
   return message;
 }
 

@@ -209,8 +209,7 @@ void MessageWindow::ShowState() {
 void MessageWindow::TurnInto(OpenMode mode) {
   if (document_.IsUnreadable()) return;
   closing_.StoreState();
-  document_.Request().SetMode(mode);
-  document_.Request().SetNew(true);
+  document_.Request().Become(mode, true);
   // In the code in which it is read; a message that was erased meanwhile is answered as it is
   // shown.
   Open(false, document_.Source());

@@ -52,10 +52,8 @@ AccountPage::AccountPage()
 }
 
 void AccountPage::AddLookup() {
-  find_ = new QPushButton(Ui::tr("サーバーを探す(&F)"), this);
-  find_->setObjectName(QStringLiteral("cmFindServers"));
+  find_ = MakeButton(QStringLiteral("cmFindServers"), Ui::tr("サーバーを探す(&F)"));
   find_->setToolTip(Ui::tr("メールアドレスのドメインに、受信と送信のサーバーを問い合わせます。"));
-  find_->setAutoDefault(false);
   find_->setMinimumWidth(find_->sizeHint().width());  // also with the shorter text
   result_ = PlainLabel({}, this);
   result_->setObjectName(QStringLiteral("lbFindServers"));
@@ -224,16 +222,12 @@ void ServerPage::Loaded(const Disk& object) {
 }
 
 void ServerPage::AddCheckButton() {
-  try_ = new QPushButton(Ui::tr("接続を確認(&K)"), this);
-  try_->setObjectName(QStringLiteral("cmCheck") + prefix_);
-  try_->setAutoDefault(false);
+  try_ = MakeButton(QStringLiteral("cmCheck") + prefix_, Ui::tr("接続を確認(&K)"));
   result_ = PlainLabel({}, this);
   result_->setObjectName(QStringLiteral("lbCheck") + prefix_);
   result_->setWordWrap(true);
   result_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  trust_ = new QPushButton(Ui::tr("この証明書を信頼する"), this);
-  trust_->setObjectName(QStringLiteral("cmTrust") + prefix_);
-  trust_->setAutoDefault(false);
+  trust_ = MakeButton(QStringLiteral("cmTrust") + prefix_, Ui::tr("この証明書を信頼する"));
   trust_->hide();
   result_->setMinimumHeight(result_->fontMetrics().lineSpacing() * kResultLines);
   result_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
@@ -370,7 +364,7 @@ bool ReceivePage::SavesPassword() const {
 void ReceivePage::Finish(Disk& bag) {
   if (Server()->text().isEmpty() && IsUntouched()) bag.Let(Account::UserKey(), QString());
   if (SavesPassword()) return;
-  for (const QString& key : Account::SecretKeys()) bag.Let(key, QString());
+  for (const QString& key : Account::AskedKeys()) bag.Let(key, QString());
 }
 
 // --- send --------------------------------------------------------------------------------------
@@ -419,7 +413,7 @@ void SendPage::FollowReceiving() {
     const bool isOwn = part.isSecret && User()->text() != now.user;
     if (isOwn || follower.text() != given_.*part.text) continue;
     // A password that is not to be stored for receiving is not stored here either.
-    const bool isLeftOut = part.isSecret && !receiving->SavesPassword();
+    const bool isLeftOut = part.isAsked && !receiving->SavesPassword();
     given_.*part.text = isLeftOut ? QString() : now.*part.text;
     follower.setText(given_.*part.text);
   }

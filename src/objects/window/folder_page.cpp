@@ -60,9 +60,7 @@ FolderPage::FolderPage(Context& context, const SerialId& serialId)
   auto* row = new QHBoxLayout(buttons_);
   row->setContentsMargins(0, 0, 0, 0);
   const auto button = [&](const QString& name, const QString& text, auto clicked) {
-    auto* push = new QPushButton(text);
-    push->setObjectName(name);
-    push->setAutoDefault(false);
+    QPushButton* push = MakeButton(name, text);
     connect(push, &QPushButton::clicked, lvCondition_, clicked);
     row->addWidget(push);
   };
@@ -83,9 +81,7 @@ FolderPage::FolderPage(Context& context, const SerialId& serialId)
   matches_ = PlainLabel({}, this);
   matches_->setObjectName(QStringLiteral("lbMatches"));
   matches_->setWordWrap(true);
-  stop_ = new QPushButton(Ui::tr("中止(&C)"));
-  stop_->setObjectName(QStringLiteral("cmStopMatches"));
-  stop_->setAutoDefault(false);
+  stop_ = MakeButton(QStringLiteral("cmStopMatches"), Ui::tr("中止(&C)"));
   QSizePolicy place = stop_->sizePolicy();
   place.setRetainSizeWhenHidden(true);
   stop_->setSizePolicy(place);

@@ -6,6 +6,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QStyle>
 #include <QToolButton>
 
@@ -52,6 +53,13 @@ QCheckBox* FormPage::AddCheck(const QString& name, const QString& text) {
   box->setObjectName(name);
   layout_->addRow(QString(), box);
   return box;
+}
+
+QPushButton* FormPage::MakeButton(const QString& name, const QString& text) {
+  auto* button = new QPushButton(text, this);
+  button->setObjectName(name);
+  button->setAutoDefault(false);
+  return button;
 }
 
 QComboBox* FormPage::AddChoice(const QString& name, const QString& label,

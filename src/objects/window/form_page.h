@@ -9,6 +9,7 @@
 class QCheckBox;
 class QComboBox;
 class QLineEdit;
+class QPushButton;
 class QTableWidget;
 
 namespace vorn {
@@ -46,6 +47,8 @@ class FormPage : public QWidget {
   /// A password box with a button that shows it.
   QLineEdit* AddPassword(const QString& name, const QString& label);
   QCheckBox* AddCheck(const QString& name, const QString& text);
+  /// A button that Enter in another box does not press; where it stands is the page's.
+  QPushButton* MakeButton(const QString& name, const QString& text);
   /// A choice list; the entries' numbers are their positions.
   QComboBox* AddChoice(const QString& name, const QString& label, const QStringList& entries);
   QFormLayout& Layout() { return *layout_; }

@@ -85,9 +85,7 @@ ListPage::ListPage(const QString& page, const QString& title, const QString& lis
 
   auto* buttons = new QHBoxLayout;
   const auto button = [&](const QString& name, const QString& text, auto clicked) {
-    auto* push = new QPushButton(text, this);
-    push->setObjectName(name);
-    push->setAutoDefault(false);
+    QPushButton* push = MakeButton(name, text);
     connect(push, &QPushButton::clicked, this, [this, clicked] {
       static_cast<EntryTable*>(list_)->FinishEditing();
       clicked();

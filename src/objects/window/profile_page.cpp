@@ -72,9 +72,7 @@ ProfilePage::ProfilePage(Context& context, const SerialId& serialId)
   const bool mayChangeFiles = IsLoggedIn() || IsNew();
   auto* buttons = new QHBoxLayout;
   const auto button = [&](const QString& name, const QString& text, auto clicked) {
-    auto* push = new QPushButton(text, this);
-    push->setObjectName(name);
-    push->setAutoDefault(false);
+    QPushButton* push = MakeButton(name, text);
     push->setEnabled(mayChangeFiles);
     if (!mayChangeFiles) push->setToolTip(ChangedAfterLogin());
     connect(push, &QPushButton::clicked, this, clicked);
@@ -145,9 +143,8 @@ void ProfilePage::AddProtection() {
   Layout().addRow(QString(), protection);
   const QString code = FileKey::CodeIn(ProfileBag(*context_.Session).Password());
   if (code.isEmpty()) return;
-  auto* show = new QPushButton(Ui::tr("回復コードを表示(&K).."), this);
-  show->setObjectName(QStringLiteral("cmRecoveryCode"));
-  show->setAutoDefault(false);
+  QPushButton* show =
+      MakeButton(QStringLiteral("cmRecoveryCode"), Ui::tr("回復コードを表示(&K).."));
   connect(show, &QPushButton::clicked, this, [this, code] {
     RememberCode(context_);
     RecoveryCodeWindow(AnyObject(*context_.Session).Name(), code, this).exec();

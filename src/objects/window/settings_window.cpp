@@ -134,8 +134,7 @@ class CheckingPage : public FormPage {
     QCheckBox* alone =
         AddCheck(QStringLiteral("ckMessageNoticeSoundAlone"), Ui::tr("尋ねないときも鳴らす(&P)"));
     file_ = AddText(QStringLiteral("txMessageNoticeSoundFile"), Ui::tr("音のファイル(&F)"));
-    auto* browse = new QPushButton(Ui::tr("参照(&B).."), this);
-    browse->setAutoDefault(false);
+    QPushButton* browse = MakeButton(QStringLiteral("cmSoundFile"), Ui::tr("参照(&B).."));
     Layout().addRow(QString(), browse);
     UseWith({notice}, {dialog, desktop, sound});
     UseWith({notice, sound}, {alone, file_, browse});

@@ -48,6 +48,31 @@ void Discard(const DiskCash& item) {
   }
 }
 
+// Replaces the rows of the bag's serial identifier; of a failure some may have gone.
+bool WriteItems(DataSession& session, const Disk& bag) {
+  const QString& serialId = bag.SerialID();
+  if (!session.OpenRecordset(
+          QStringLiteral("SELECT * FROM object WHERE SERIALID = ") + QuoteSql(serialId),
+          CursorKind::Updatable)) {
+    return false;
+  }
+  const RecordsetPtr rows = session.Recordset();
+  for (; !rows->Eof(); rows->MoveNext()) {
+    if (rows->Fields(u"SERIALID").toString() == serialId && !rows->Delete()) return false;
+  }
+  for (qint32 position = 1; position <= bag.Size(); ++position) {
+    const QString& name = bag.NameAt(position);
+    const StoredValue stored = Encode(bag.Get(name));
+    if (stored.typeWord.isNull()) return false;
+    rows->AddNew();
+    rows->SetField(QStringLiteral("SERIALID"), serialId);
+    rows->SetField(QStringLiteral("NAME"), name + u'@' + stored.typeWord);
+    rows->SetField(QStringLiteral("PROPERTY"), stored.text);
+    if (!rows->Update()) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 Disk::~Disk() {
@@ -139,33 +164,11 @@ bool Disk::DatabaseToDisk(DataSession& session) {
   return !rows->Failed();
 }
 
-bool Disk::WriteItems(DataSession& session) const {
-  if (!session.OpenRecordset(
-          QStringLiteral("SELECT * FROM object WHERE SERIALID = ") + QuoteSql(serialId_),
-          CursorKind::Updatable)) {
-    return false;
-  }
-  const RecordsetPtr rows = session.Recordset();
-  for (; !rows->Eof(); rows->MoveNext()) {
-    if (rows->Fields(u"SERIALID").toString() == serialId_ && !rows->Delete()) return false;
-  }
-  for (const auto& item : items_) {
-    const StoredValue stored = Encode(item->Cash());
-    if (stored.typeWord.isNull()) return false;
-    rows->AddNew();
-    rows->SetField(QStringLiteral("SERIALID"), serialId_);
-    rows->SetField(QStringLiteral("NAME"), item->SerialID() + u'@' + stored.typeWord);
-    rows->SetField(QStringLiteral("PROPERTY"), stored.text);
-    if (!rows->Update()) return false;
-  }
-  return true;
-}
-
 bool Disk::DiskToDatabase(DataSession& session) {
   if (serialId_.isEmpty()) return false;
   // Transactions nest, so the rows are replaced all or none whoever the caller is.
   if (!session.Begin()) return false;
-  if (WriteItems(session)) return session.Commit();
+  if (WriteItems(session, *this)) return session.Commit();
   session.Rollback();
   return false;
 }

@@ -47,8 +47,7 @@ class DiskCash {
 /// `session` has open and report failure as false, without a message.
 class Disk {
  public:
-  Disk() = default;
-  explicit Disk(QString serialId) : serialId_(std::move(serialId)) {}
+  explicit Disk(QString serialId = {}) : serialId_(std::move(serialId)) {}
   explicit Disk(const SerialId& id) : serialId_(id.Text()) {}
   virtual ~Disk();
   Disk(const Disk&) = delete;
@@ -94,7 +93,6 @@ class Disk {
  private:
   DiskCash* Find(QStringView key) const;
   DiskCash& FindOrAppend(const QString& key);
-  bool WriteItems(DataSession& session) const;
 
   QString serialId_;
   std::vector<std::unique_ptr<DiskCash>> items_;

@@ -24,6 +24,9 @@ struct StorageError {
   Kind kind = Kind::None;
   QString text;  ///< one sentence in Japanese
 
+  /// A failure for which whoever asked finds the words.
+  static StorageError Wordless() { return {Kind::Other, {}}; }
+
   explicit operator bool() const { return kind != Kind::None; }
   /// The same, with its text behind a sentence that says what could not be done; western sentences
   /// have a space between them.

@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QDeadlineTimer>
 #include <QString>
+#include <string_view>
 
 #include "storage/base/storage_error.h"
 
@@ -14,6 +15,13 @@ namespace vorn {
 
 /// The engine's current error as a kind and a sentence for the user.
 StorageError EngineError(sqlite3* handle);
+
+/// The text of a function's argument, as long as the argument is there; empty for NULL.
+inline std::string_view TextOf(sqlite3_value* value) {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+  return text == nullptr ? std::string_view()
+                         : std::string_view(text, static_cast<size_t>(sqlite3_value_bytes(value)));
+}
 
 /// Adds the dialect's functions: LIKE, NOW, DATEDIFF and LONG_BINARY. Those that may take long give
 /// up at `deadline`, which the caller keeps and may change.

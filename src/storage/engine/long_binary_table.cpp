@@ -49,7 +49,7 @@ Result<LongBinaryTable::Entry> LongBinaryTable::ReadWithDigest(qint64 id) {
   row->Bind({id});
   const Statement::Step step = row->Next();
   if (step == Statement::Step::Failed) return connection_.LastError();
-  if (step == Statement::Step::Done) return StorageError();
+  if (step == Statement::Step::Done) return StorageError::Wordless();
   QByteArray digest = row->Value(0).toByteArray();
   const QVariant data = row->Value(1);
   if (digest.isEmpty()) {

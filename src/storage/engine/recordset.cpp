@@ -8,13 +8,6 @@
 
 namespace vorn {
 
-Recordset::Recordset(std::shared_ptr<Connection> connection, std::unique_ptr<Statement> statement)
-    : connection_(std::move(connection)), statement_(std::move(statement)) {
-  connection_->Attach(this);
-  ReadColumns();
-  StepForward();
-}
-
 Recordset::Recordset(std::shared_ptr<Connection> connection, std::unique_ptr<Statement> statement,
                      QString updatableTable)
     : connection_(std::move(connection)),
@@ -22,7 +15,9 @@ Recordset::Recordset(std::shared_ptr<Connection> connection, std::unique_ptr<Sta
       table_(std::move(updatableTable)) {
   connection_->Attach(this);
   ReadColumns();
-  for (StepForward(); hasRow_; StepForward()) {
+  StepForward();
+  if (table_.isEmpty()) return;
+  for (; hasRow_; StepForward()) {
     QVariantList row;
     for (int i = 0; i < statement_->ColumnCount(); ++i) row.append(statement_->Value(i));
     rows_.push_back(std::move(row));

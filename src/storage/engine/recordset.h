@@ -29,9 +29,9 @@ enum class CursorKind { Updatable = 2, ForwardOnly = 8 };
 /// once and writes through `AddNew` or `Edit`, `SetField` and `Update`, or `Delete`.
 class Recordset {
  public:
-  Recordset(std::shared_ptr<Connection> connection, std::unique_ptr<Statement> statement);
+  /// Forward-only without a table to write to.
   Recordset(std::shared_ptr<Connection> connection, std::unique_ptr<Statement> statement,
-            QString updatableTable);
+            QString updatableTable = {});
   ~Recordset();
   Recordset(const Recordset&) = delete;
   Recordset& operator=(const Recordset&) = delete;

@@ -5,10 +5,10 @@
 
 namespace vorn {
 
-Result<> ReplaceFile(const QString& from, const QString& to) {
+bool ReplaceFile(const QString& from, const QString& to) {
   std::error_code error;
   std::filesystem::rename(from.toStdU16String(), to.toStdU16String(), error);
-  return error ? Result<>(StorageError()) : Result<>();
+  return !error;
 }
 
 }  // namespace vorn

@@ -2,13 +2,11 @@
 
 #include <QString>
 
-#include "storage/base/result.h"
-
 namespace vorn {
 
 /// Puts the file `from` in the place of `to` in one step: whoever looks sees the old file or the
-/// new one. Fails, for a reason that callers find the words for, with both files as they were.
-Result<> ReplaceFile(const QString& from, const QString& to);
+/// new one. False, with both files as they were, when that cannot be done.
+bool ReplaceFile(const QString& from, const QString& to);
 
 enum class Placing { Done, Exists, Failed };
 

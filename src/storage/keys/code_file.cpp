@@ -45,6 +45,12 @@ Result<> MakeDurable(const QString& path) {
   return SyncFile(path) && SyncFolder(QFileInfo(path).path()) ? Result<>() : NotKept();
 }
 
+// Whoever makes or changes the file does so alone.
+bool TakeAlone(FileLock& lock, const QString& folder) {
+  return MakePrivateFolder(folder) &&
+         lock.Take(FileLock::Kind::Exclusive, kCodeWaitMs) == FileLock::Result::Taken;
+}
+
 }  // namespace
 
 CodeFile::CodeFile(const QString& folder, SecretStore* secrets)
@@ -67,10 +73,8 @@ QString CodeFile::Code() const {
 
 Result<QString> CodeFile::CodeOrNew() const {
   const QString folder = QFileInfo(path_).path();
-  if (!MakePrivateFolder(folder)) return NotKept();
   FileLock lock(QDir(folder).filePath(QStringLiteral("create.lock")));
-  if (lock.Take(FileLock::Kind::Exclusive, kCodeWaitMs) != FileLock::Result::Taken)
-    return NotKept();
+  if (!TakeAlone(lock, folder)) return NotKept();
   if (const QString kept = Code(); !kept.isEmpty()) {
     if (const Result<> durable = MakeDurable(path_); !durable) return durable.Error();
     return kept;
@@ -84,10 +88,8 @@ Result<QString> CodeFile::CodeOrNew() const {
 
 Result<> CodeFile::Keep(const QString& code) const {
   const QString folder = QFileInfo(path_).path();
-  if (!MakePrivateFolder(folder)) return NotKept();
   FileLock lock(QDir(folder).filePath(QStringLiteral("create.lock")));
-  if (lock.Take(FileLock::Kind::Exclusive, kCodeWaitMs) != FileLock::Result::Taken)
-    return NotKept();
+  if (!TakeAlone(lock, folder)) return NotKept();
   if (Code() == code) return MakeDurable(path_);
   const Result<> kept = WriteSecret(code);
   // What the desktop guards does not become a file because it cannot be asked at the moment.

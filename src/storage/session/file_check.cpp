@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <functional>
 
 #include "storage/base/time_text.h"
 #include "storage/engine/connection.h"
@@ -61,18 +62,22 @@ class FileCheck {
     return Number("SELECT COUNT(0) FROM sqlite_master WHERE type = 'table' AND name = '" + name +
                   "'") > 0;
   }
+  // What of the answer can be read.
+  void ForEachRow(const QByteArray& select, const std::function<void(Statement& row)>& take) {
+    const auto statement = connection_.Prepare(select);
+    Statement::Step step = statement == nullptr ? Statement::Step::Failed : statement->Next();
+    for (; step == Statement::Step::Row; step = statement->Next()) take(*statement);
+    if (step == Statement::Step::Failed) Unreadable();
+  }
   void Unreadable() { Problem(Ui::tr("データベースファイルに読み込めない部分があります。")); }
 
   // The engine's own words are English and say nothing to a user; their number does.
   void AskEngine() {
-    const auto statement =
-        connection_.Prepare("PRAGMA integrity_check(" + QByteArray::number(kEngineRows) + ")");
     int found = 0;
-    Statement::Step step = statement == nullptr ? Statement::Step::Failed : statement->Next();
-    for (; step == Statement::Step::Row; step = statement->Next()) {
-      if (statement->Value(0).toString() != u"ok") ++found;
-    }
-    if (step == Statement::Step::Failed) Unreadable();
+    ForEachRow("PRAGMA integrity_check(" + QByteArray::number(kEngineRows) + ")",
+               [&](Statement& row) {
+                 if (row.Value(0).toString() != u"ok") ++found;
+               });
     if (found == 0) return;
     Problem(Ui::tr("データベースの構造に%1件の異常があります。").arg(found));
     findings_.parts.insert(kDamagedFile);
@@ -86,14 +91,11 @@ class FileCheck {
     for (const char* from : {"mail ORDER BY rowid",
                              "mail INDEXED BY mail_FIELD_TIMESTAMP ORDER BY "
                              "FIELD_TIMESTAMP"}) {
-      const auto statement = connection_.Prepare(QByteArray("SELECT rowid FROM ") + from);
-      Statement::Step step = statement == nullptr ? Statement::Step::Failed : statement->Next();
-      for (; step == Statement::Step::Row; step = statement->Next()) {
-        const qint64 id = statement->Value(0).toLongLong();
+      ForEachRow(QByteArray("SELECT rowid FROM ") + from, [&](Statement& row) {
+        const qint64 id = row.Value(0).toLongLong();
         if (!known.contains(id)) ids.append(id);
         known.insert(id);
-      }
-      if (step == Statement::Step::Failed) Unreadable();
+      });
     }
     for (const qint64 id : ids) ReadRow(id);
   }
@@ -145,12 +147,9 @@ class FileCheck {
   // Sources that no message refers to any more.
   void ReadSources() {
     qint64 orphans = 0;
-    const auto statement = connection_.Prepare("SELECT ID FROM long_binary");
-    Statement::Step step = statement == nullptr ? Statement::Step::Failed : statement->Next();
-    for (; step == Statement::Step::Row; step = statement->Next()) {
-      if (!sources_.contains(statement->Value(0).toLongLong())) ++orphans;
-    }
-    if (step == Statement::Step::Failed) Unreadable();
+    ForEachRow("SELECT ID FROM long_binary", [&](Statement& row) {
+      if (!sources_.contains(row.Value(0).toLongLong())) ++orphans;
+    });
     if (orphans > 0) {
       Problem(Ui::tr("どのメッセージのものか分からない本文が%1件あります。").arg(orphans));
     }
@@ -160,13 +159,10 @@ class FileCheck {
   }
 
   void ReadObjects() {
-    const auto row = connection_.Prepare("SELECT SERIALID, NAME, PROPERTY FROM object");
-    Statement::Step step = row == nullptr ? Statement::Step::Failed : row->Next();
     qint64 cut = 0;
-    for (; step == Statement::Step::Row; step = row->Next()) {
-      if (row->EndsWithNul(2, kLeastSpread)) ++cut;
-    }
-    if (step == Statement::Step::Failed) Unreadable();
+    ForEachRow("SELECT SERIALID, NAME, PROPERTY FROM object", [&](Statement& row) {
+      if (row.EndsWithNul(2, kLeastSpread)) ++cut;
+    });
     if (cut > 0) Problem(Ui::tr("壊れた設定の値が%1件あります。").arg(cut));
   }
 

@@ -16,12 +16,6 @@ constexpr size_t kLongestMade = 16 * 1024 * 1024;  // bytes, or what the text ha
 constexpr int kMostTrimmed = 64;                   // bytes that say what is trimmed off
 constexpr size_t kShort = 512;                     // bytes that cost less than a look at the clock
 
-std::string_view Bytes(sqlite3_value* value) {
-  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-  return text == nullptr ? std::string_view()
-                         : std::string_view(text, static_cast<size_t>(sqlite3_value_bytes(value)));
-}
-
 bool AnyIsNull(int count, sqlite3_value** arguments) {
   return std::any_of(arguments, arguments + count,
                      [](sqlite3_value* value) { return sqlite3_value_type(value) == SQLITE_NULL; });
@@ -35,8 +29,8 @@ void Give(sqlite3_context* context, std::string_view text) {
 // none.
 void InStr(sqlite3_context* context, int count, sqlite3_value** arguments) {
   if (AnyIsNull(count, arguments)) return sqlite3_result_null(context);
-  const std::string_view text = Bytes(arguments[0]);
-  const std::string_view part = Bytes(arguments[1]);
+  const std::string_view text = TextOf(arguments[0]);
+  const std::string_view part = TextOf(arguments[1]);
   if (GaveUp(context, text.size())) return;
   const size_t before = FindBytes(text, part);
   if (before == std::string_view::npos) return sqlite3_result_int(context, 0);
@@ -49,9 +43,9 @@ void InStr(sqlite3_context* context, int count, sqlite3_value** arguments) {
 // REPLACE(text, part, other).
 void Replace(sqlite3_context* context, int count, sqlite3_value** arguments) {
   if (AnyIsNull(count, arguments)) return sqlite3_result_null(context);
-  const std::string_view text = Bytes(arguments[0]);
-  const std::string_view part = Bytes(arguments[1]);
-  const std::string_view other = Bytes(arguments[2]);
+  const std::string_view text = TextOf(arguments[0]);
+  const std::string_view part = TextOf(arguments[1]);
+  const std::string_view other = TextOf(arguments[2]);
   if (GaveUp(context, text.size())) return;
   if (part.empty()) return Give(context, text);
   std::string made;
@@ -92,8 +86,8 @@ size_t LastLength(std::string_view text) {
 template <bool kLeft, bool kRight>
 void Trim(sqlite3_context* context, int count, sqlite3_value** arguments) {
   if (AnyIsNull(count, arguments)) return sqlite3_result_null(context);
-  std::string_view text = Bytes(arguments[0]);
-  const std::string_view set = Bytes(arguments[1]);
+  std::string_view text = TextOf(arguments[0]);
+  const std::string_view set = TextOf(arguments[1]);
   if (GaveUp(context, text.size())) return;
   if (set.size() > kMostTrimmed) return sqlite3_result_error_toobig(context);
   while (kLeft && !text.empty() && HoldsCharacter(set, text.substr(0, FirstLength(text)))) {

@@ -14,12 +14,6 @@
 namespace vorn {
 namespace {
 
-std::string_view TextView(sqlite3_value* value) {
-  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-  return text == nullptr ? std::string_view()
-                         : std::string_view(text, static_cast<size_t>(sqlite3_value_bytes(value)));
-}
-
 // The compiled pattern stays with the statement while it runs, under its argument's place.
 void Compare(sqlite3_context* context, sqlite3_value** arguments, int patternAt, int textAt,
              Wildcards wildcards) {
@@ -31,12 +25,12 @@ void Compare(sqlite3_context* context, sqlite3_value** arguments, int patternAt,
   auto* pattern = static_cast<LikePattern*>(sqlite3_get_auxdata(context, patternAt));
   std::unique_ptr<LikePattern> own;
   if (pattern == nullptr) {
-    own = std::make_unique<LikePattern>(TextView(arguments[patternAt]), LetterCase::Ignored,
-                                        wildcards);
+    own =
+        std::make_unique<LikePattern>(TextOf(arguments[patternAt]), LetterCase::Ignored, wildcards);
     pattern = own.get();
   }
   const auto* deadline = static_cast<const QDeadlineTimer*>(sqlite3_user_data(context));
-  const std::string_view text = TextView(arguments[textAt]);
+  const std::string_view text = TextOf(arguments[textAt]);
   if (GaveUp(context, text.size())) return;
   const std::optional<bool> matches = pattern->MatchesBy(*deadline, text);
   if (own) {
@@ -69,7 +63,7 @@ void Contains(sqlite3_context* context, int, sqlite3_value** arguments) {
 // ADDRESSES(lines): address lines without the words they begin with, such as "FROM:".
 void Addresses(sqlite3_context* context, int, sqlite3_value** arguments) {
   std::string addresses;
-  std::string_view lines = TextView(arguments[0]);
+  std::string_view lines = TextOf(arguments[0]);
   while (!lines.empty()) {
     const size_t end = std::min(lines.find('\n'), lines.size() - 1) + 1;
     const std::string_view line = lines.substr(0, end);
@@ -87,14 +81,14 @@ void Now(sqlite3_context* context, int, sqlite3_value**) {
 }
 
 QDate DateOf(sqlite3_value* value) {
-  const std::string_view text = TextView(value).substr(0, 10);
+  const std::string_view text = TextOf(value).substr(0, 10);
   return QDate::fromString(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())),
                            Qt::ISODate);
 }
 
 // DATEDIFF("d", from, to): calendar days, negative when `to` lies before `from`.
 void DateDiff(sqlite3_context* context, int, sqlite3_value** arguments) {
-  if (TextView(arguments[0]) != "d") {
+  if (TextOf(arguments[0]) != "d") {
     sqlite3_result_error(context, "DATEDIFF: only \"d\" is supported", -1);
     return;
   }

@@ -10,8 +10,8 @@ namespace vorn {
 /// How far a job has come with the account or message that it serves.
 enum class JobStep {
   Waits = 0,
-  /// Of a receive job: its session has begun. Of a send job: its turn has come, and before its own
-  /// session there may be one that only logs in.
+  /// Of a receive job: its session has begun, or the account is left out. Of a send job: its turn
+  /// has come, and before its own session there may be one that only logs in.
   Begun = 1,
   Sent = 2,  ///< the session of its message has begun
 };

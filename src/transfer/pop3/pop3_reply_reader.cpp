@@ -21,12 +21,12 @@ void Pop3ReplyReader::Compact() {
   at_ = 0;
 }
 
-Pop3ReplyReader::Event Pop3ReplyReader::NextLine(QByteArray& line) {
+Pop3ReplyReader::Event Pop3ReplyReader::NextLine() {
   const qsizetype end = buffer_.indexOf('\n', at_);
   if (end < 0) return buffer_.size() - at_ > kMaxLine ? Event::TooLong : Event::NeedMore;
   const bool hasCr = end > at_ && buffer_[end - 1] == '\r';
   if (!bareLf_) bareLf_ = !hasCr;
-  line = buffer_.sliced(at_, end - at_ - (hasCr ? 1 : 0));
+  line_ = buffer_.sliced(at_, end - at_ - (hasCr ? 1 : 0));
   at_ = end + 1;
   return Event::Line;
 }

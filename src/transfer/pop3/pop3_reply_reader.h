@@ -19,8 +19,10 @@ class Pop3ReplyReader {
 
   void Feed(QByteArrayView bytes);
 
-  /// Reads the next status line. `line` is without its line break.
-  Event NextLine(QByteArray& line);
+  /// Reads the next status line, which is then in `Line()`.
+  Event NextLine();
+  /// Without its line break.
+  const QByteArray& Line() const { return line_; }
   /// Reads on in a multi-line body, dot-stuffing undone; `Body` when its final dot was read. What
   /// has come so far is in `Body()`.
   Event NextBody();
@@ -39,6 +41,7 @@ class Pop3ReplyReader {
 
   QByteArray buffer_;
   qsizetype at_ = 0;
+  QByteArray line_;
   QByteArray body_;
   qsizetype limit_ = kMaxBody;
   qsizetype lineLimit_ = kMaxBody;

@@ -103,10 +103,10 @@ bool Pop3Session::ReadBody() {
 }
 
 bool Pop3Session::ReadLine() {
-  QByteArray line;
-  const Pop3ReplyReader::Event event = reader_.NextLine(line);
+  const Pop3ReplyReader::Event event = reader_.NextLine();
   if (event == Pop3ReplyReader::Event::TooLong) FailStrangely();
   if (event != Pop3ReplyReader::Event::Line) return false;
+  const QByteArray line = reader_.Line();
   if (pipeline_.Awaits(Pop3Command::Auth) && (line == "+" || line.startsWith("+ "))) {
     GoOn(authorization_.TakeChallenge(line));
     return true;

@@ -1,27 +1,43 @@
 #include "frame/window/commands/tools_menu.h"
 
+#include <QMessageBox>
+
+#include "frame/window/notices/main_closing.h"
+#include "frame/window/notices/traffic_host.h"
+#include "frame/window/panes/opener.h"
+#include "kit/window/plain_text.h"
+#include "objects/object_types.h"
+#include "objects/window_request.h"
 #include "present/window/page/first_use.h"
 #include "storage/ui.h"
-#include "transfer/plan/check_plan.h"
 
 namespace vorn {
 
-ToolsMenu::ToolsMenu(CheckPlan& plan, QWidget* parent) : QMenu(Ui::tr("ツール(&T)"), parent) {
+ToolsMenu::ToolsMenu(const Parts& parts, QWidget* parent) : QMenu(Ui::tr("ツール(&T)"), parent) {
   setObjectName(QStringLiteral("menuTools"));
-  QAction* receive = Add(ToolsEntry::Receive, Ui::tr("メッセージ送受信(&M)"));
+  TrafficHost& traffic = parts.traffic;
+  QAction* receive =
+      addAction(Ui::tr("メッセージ送受信(&M)"), &traffic, &TrafficHost::SendAndReceive);
   receive->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_M));
   receive->setObjectName(first_step::kReceive);
-  QAction* cancel = Add(ToolsEntry::Cancel, Ui::tr("送受信の中止(&C)"));
-  Add(ToolsEntry::Rules, Ui::tr("メッセージ条件(&R).."));
+  QAction* cancel = addAction(Ui::tr("送受信の中止(&C)"), this,
+                              [&closing = parts.closing] { closing.CancelTraffic(); });
+  const auto open = [&opener = parts.opener](const SerialId& object, AfterStep after) {
+    opener.OpenObject(object, object.Text(), kShowModal, after);
+  };
+  addAction(Ui::tr("メッセージ条件(&R).."), this,
+            [open] { open(fixed_serial::kRules, AfterStep::None); });
   addSeparator();
-  Add(ToolsEntry::Settings, Ui::tr("設定(&O).."));
+  addAction(Ui::tr("設定(&O).."), this,
+            [open] { open(fixed_serial::kSettings, AfterStep::ApplySettings); });
   addSeparator();
-  version_ = Add(ToolsEntry::Version, Ui::tr("バージョン情報(&V).."));
-  connect(this, &QMenu::aboutToShow, this, [&plan, cancel] { cancel->setEnabled(plan.HasWork()); });
-}
-
-QAction* ToolsMenu::Add(ToolsEntry entry, const QString& text) {
-  return addAction(text, this, [this, entry] { Q_EMIT Clicked(entry); });
+  version_ = addAction(Ui::tr("バージョン情報(&V).."), this,
+                       [&window = parts.window, version = parts.version] {
+                         ShowBox(&window, QMessageBox::Information,
+                                 kApplicationTitle + QStringLiteral(" version. ") + version);
+                       });
+  connect(this, &QMenu::aboutToShow, this,
+          [&traffic, cancel] { cancel->setEnabled(traffic.Plan().HasWork()); });
 }
 
 }  // namespace vorn

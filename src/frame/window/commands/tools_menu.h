@@ -4,28 +4,29 @@
 
 namespace vorn {
 
-class CheckPlan;
+class MainClosing;
+class Opener;
+class TrafficHost;
 
-/// The entries of the Tools menu.
-enum class ToolsEntry { Receive, Cancel, Rules, Settings, Version };
-
-/// The menu "menuTools".
+/// The menu "menuTools": mail is sent and received, what the program goes by is edited.
 class ToolsMenu : public QMenu {
   Q_OBJECT
 
  public:
-  /// There is something to cancel while `plan` has work.
-  ToolsMenu(CheckPlan& plan, QWidget* parent);
+  /// The pieces of the main window that its commands act on.
+  struct Parts {
+    QWidget& window;
+    Opener& opener;
+    TrafficHost& traffic;
+    MainClosing& closing;
+    QString version;
+  };
+  ToolsMenu(const Parts& parts, QWidget* parent);
 
   QAction* Version() const { return version_; }
 
- Q_SIGNALS:
-  void Clicked(ToolsEntry entry);
-
  private:
-  QAction* Add(ToolsEntry entry, const QString& text);
-
-  QAction* version_ = nullptr;
+  QAction* version_;
 };
 
 }  // namespace vorn

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "frame/window/hosts/main_closing.h"
+#include "frame/window/notices/main_closing.h"
 #include "frame/window/panes/folder_changes.h"
 #include "frame/window/panes/opener.h"
 #include "mail/store/known_addresses.h"

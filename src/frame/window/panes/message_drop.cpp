@@ -1,12 +1,12 @@
 #include "frame/window/panes/message_drop.h"
 
-#include <QDropEvent>
 #include <QMimeData>
 #include <QRubberBand>
 #include <QTreeWidget>
 #include <QUrl>
 
 #include "frame/window/panes/tree_nodes.h"
+#include "kit/window/drop_event.h"
 #include "objects/folder_object.h"
 #include "objects/object_types.h"
 #include "present/link_command.h"
@@ -54,8 +54,8 @@ void MessageDrop::Light(const QRect& place) {
 bool MessageDrop::eventFilter(QObject*, QEvent* event) {
   const QEvent::Type type = event->type();
   if (type == QEvent::DragLeave) Light({});
-  if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop) return false;
-  auto* drag = static_cast<QDropEvent*>(event);
+  QDropEvent* drag = AsDrop(event);
+  if (drag == nullptr) return false;
   const SerialId message = DraggedMessage(*drag->mimeData());
   const QPoint at = drag->position().toPoint();
   const SerialId folder = TakingFolderAt(at);

@@ -161,8 +161,7 @@ class Sanitizer {
 
  private:
   void WriteChildren(const GumboElement& element) {
-    for (unsigned i = 0; i < element.children.length; ++i) {
-      const auto& child = *static_cast<const GumboNode*>(element.children.data[i]);
+    for (const GumboNode& child : ChildNodes(element)) {
       if (child.type == GUMBO_NODE_ELEMENT) {
         WriteElement(child.v.element);
       } else if (child.type == GUMBO_NODE_TEXT || child.type == GUMBO_NODE_CDATA ||
@@ -229,15 +228,13 @@ class Sanitizer {
     if (isImage && address != nullptr && IsRemote(QString::fromUtf8(address->value))) {
       ++safe_.otherImages;
     }
-    for (unsigned i = 0; i < element.children.length; ++i) {
-      const auto& child = *static_cast<const GumboNode*>(element.children.data[i]);
+    for (const GumboNode& child : ChildNodes(element)) {
       if (child.type == GUMBO_NODE_ELEMENT) CountDrawn(child.v.element);
     }
   }
 
   void TakeStyles(const GumboElement& element) {
-    for (unsigned i = 0; i < element.children.length; ++i) {
-      const auto& text = *static_cast<const GumboNode*>(element.children.data[i]);
+    for (const GumboNode& text : ChildNodes(element)) {
       if (text.type != GUMBO_NODE_ELEMENT) {
         const QString sheet = QString::fromUtf8(text.v.text.text);
         safe_.otherImages += ImagesIn(sheet);

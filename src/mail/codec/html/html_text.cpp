@@ -123,8 +123,7 @@ class Writer {
 
  private:
   void Children(const GumboElement& element) {
-    for (unsigned i = 0; i < element.children.length; ++i) {
-      const auto& child = *static_cast<const GumboNode*>(element.children.data[i]);
+    for (const GumboNode& child : ChildNodes(element)) {
       if (child.type == GUMBO_NODE_ELEMENT) {
         Element(child.v.element);
       } else if (child.type != GUMBO_NODE_COMMENT) {

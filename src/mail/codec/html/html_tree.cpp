@@ -106,9 +106,8 @@ bool IsDeeper(const GumboNode* root, int most) {
     waiting.pop_back();
     if (node->type != GUMBO_NODE_ELEMENT && node->type != GUMBO_NODE_TEMPLATE) continue;
     if (depth > most) return true;
-    const GumboVector& children = node->v.element.children;
-    for (unsigned i = 0; i < children.length; ++i) {
-      waiting.emplace_back(static_cast<const GumboNode*>(children.data[i]), depth + 1);
+    for (const GumboNode& child : ChildNodes(node->v.element)) {
+      waiting.emplace_back(&child, depth + 1);
     }
   }
   return false;

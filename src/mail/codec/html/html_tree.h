@@ -26,4 +26,25 @@ class HtmlTree {
   const GumboElement* root_ = nullptr;
 };
 
+/// The nodes in an element, in their order.
+class ChildNodes {
+ public:
+  explicit ChildNodes(const GumboElement& element) : nodes_(element.children) {}
+
+  struct Iterator {
+    void* const* at;
+    const GumboNode& operator*() const { return *static_cast<const GumboNode*>(*at); }
+    Iterator& operator++() {
+      ++at;
+      return *this;
+    }
+    bool operator==(const Iterator&) const = default;
+  };
+  Iterator begin() const { return {nodes_.data}; }
+  Iterator end() const { return {nodes_.data + nodes_.length}; }
+
+ private:
+  const GumboVector& nodes_;
+};
+
 }  // namespace vorn

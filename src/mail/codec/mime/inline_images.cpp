@@ -122,9 +122,8 @@ QSet<QString> NamedInSight(const GumboElement& root) {
       const QString name = QString::fromUtf8(address->value).trimmed();
       if (name.startsWith(u"cid:", Qt::CaseInsensitive)) names.insert(IdIn(name.sliced(4)));
     }
-    for (unsigned i = 0; i < element.children.length; ++i) {
-      const auto* node = static_cast<const GumboNode*>(element.children.data[i]);
-      if (node->type == GUMBO_NODE_ELEMENT) left.push_back(&node->v.element);
+    for (const GumboNode& child : ChildNodes(element)) {
+      if (child.type == GUMBO_NODE_ELEMENT) left.push_back(&child.v.element);
     }
   }
   return names;

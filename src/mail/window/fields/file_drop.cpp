@@ -1,8 +1,9 @@
 #include "mail/window/fields/file_drop.h"
 
-#include <QDropEvent>
 #include <QMimeData>
 #include <QWidget>
+
+#include "kit/window/drop_event.h"
 
 namespace vorn {
 
@@ -15,13 +16,12 @@ FileDrop::FileDrop(QWidget& window, std::function<bool(const QMimeData&)> takes,
 }
 
 bool FileDrop::eventFilter(QObject*, QEvent* event) {
-  const QEvent::Type type = event->type();
-  if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop) return false;
-  auto* drag = static_cast<QDropEvent*>(event);
+  QDropEvent* drag = AsDrop(event);
+  if (drag == nullptr) return false;
   if (!takes_(*drag->mimeData())) return false;
   drag->setDropAction(Qt::CopyAction);
   drag->accept();
-  if (type == QEvent::Drop) take_(*drag->mimeData());
+  if (event->type() == QEvent::Drop) take_(*drag->mimeData());
   return true;
 }
 

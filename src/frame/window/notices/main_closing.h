@@ -21,6 +21,8 @@ class MainClosing {
   bool MayFollow() const;
   /// The window stays, whatever the user wanted while messages were being sent.
   void Stay() { endsAfterSending_ = false; }
+  /// The user ends what is under way, and sees what came of it: the window stays.
+  void CancelTraffic();
   /// Closes the other windows; what is being written is stored. False when one of them stays.
   bool CloseOthers();
 

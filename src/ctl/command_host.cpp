@@ -1,4 +1,4 @@
-#include "ctl/console_host.h"
+#include "ctl/command_host.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -14,13 +14,13 @@ constexpr int kTickMs = 5;
 
 }  // namespace
 
-void ConsoleHost::AddEvent(EventLevel level, EventMode, const SerialId&, const QString& title,
+void CommandHost::AddEvent(EventLevel level, EventMode, const SerialId&, const QString& title,
                            const QString&, const QString& text) {
   if (level == kEventError) ++failures_;
   if (!text.isEmpty()) Complain(title + QStringLiteral(": ") + text, 0);
 }
 
-void ConsoleHost::WorkIsHeld(const QString& sentence) {
+void CommandHost::WorkIsHeld(const QString& sentence) {
   if (sentence.isEmpty()) return;
   Complain(sentence + Ui::tr("終わるのを待っています。"), 0);
 }

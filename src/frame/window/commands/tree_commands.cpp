@@ -1,4 +1,4 @@
-#include "frame/window/commands/console_commands.h"
+#include "frame/window/commands/tree_commands.h"
 
 #include <QWidget>
 
@@ -17,8 +17,8 @@
 
 namespace vorn {
 
-ConsoleCommands::ConsoleCommands(Context& context, QWidget& window, FolderPanes& panes,
-                                 RequestWindows& windows, Opener& opener, PageActions& actions)
+TreeCommands::TreeCommands(Context& context, QWidget& window, FolderPanes& panes,
+                           RequestWindows& windows, Opener& opener, PageActions& actions)
     : QObject(&window),
       context_(context),
       window_(window),
@@ -27,7 +27,7 @@ ConsoleCommands::ConsoleCommands(Context& context, QWidget& window, FolderPanes&
       opener_(opener) {
   ConsoleTree* tree = &panes.Tree();
   NodeCommands* commands = &tree->Commands();
-  connect(tree, &ConsoleTree::NodeOpened, this, &ConsoleCommands::OpenNode);
+  connect(tree, &ConsoleTree::NodeOpened, this, &TreeCommands::OpenNode);
   connect(tree, &ConsoleTree::NodeRenamed, this, [this](const SerialId& key, const QString& tag) {
     opener_.OpenObject(key, tag, kShowHidden, AfterStep::RenameObject);
   });
@@ -38,11 +38,11 @@ ConsoleCommands::ConsoleCommands(Context& context, QWidget& window, FolderPanes&
           [this](const SerialId& key, const QString& tag) {
             opener_.OpenObject(key, tag, kShowModal, AfterStep::None);
           });
-  connect(commands, &NodeCommands::DeletionWanted, this, &ConsoleCommands::DeleteObject);
+  connect(commands, &NodeCommands::DeletionWanted, this, &TreeCommands::DeleteObject);
   connect(&tree->Drop(), &MessageDrop::Dropped, &actions, &PageActions::Drop);
 }
 
-void ConsoleCommands::OpenNode(const SerialId& key, const QString& tag, bool inTabOfItsOwn) {
+void TreeCommands::OpenNode(const SerialId& key, const QString& tag, bool inTabOfItsOwn) {
   if (tag == u"log") opener_.OpenEvent(key);
   if (tag != object_type::kFolder) return;
   panes_.ShowPage();
@@ -57,7 +57,7 @@ void ConsoleCommands::OpenNode(const SerialId& key, const QString& tag, bool inT
   opener_.OpenFolder(key);
 }
 
-void ConsoleCommands::DeleteObject(const SerialId& key, const QString& tag) {
+void TreeCommands::DeleteObject(const SerialId& key, const QString& tag) {
   if (!ConfirmDeletion(context_, window_, key, panes_.Tree().Nodes().Text(key))) return;
   opener_.OpenObject(key, tag, kShowHidden, AfterStep::DeleteObject);
 }

@@ -1,4 +1,4 @@
-#include "frame/window/hosts/main_closing.h"
+#include "frame/window/notices/main_closing.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -30,6 +30,11 @@ bool MainClosing::MayEndSending() {
 
 bool MainClosing::MayFollow() const {
   return endsAfterSending_ && !traffic_.Plan().IsSending();
+}
+
+void MainClosing::CancelTraffic() {
+  Stay();
+  traffic_.Plan().Cancel();
 }
 
 // A window that cannot store what is being written keeps the program open.

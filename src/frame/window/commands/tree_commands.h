@@ -14,13 +14,13 @@ struct Context;
 
 /// Does what the user wants in the console tree: opens what nodes stand for, makes, renames and
 /// deletes objects, files what is dropped.
-class ConsoleCommands : public QObject {
+class TreeCommands : public QObject {
   Q_OBJECT
 
  public:
   /// Questions stand before `window`.
-  ConsoleCommands(Context& context, QWidget& window, FolderPanes& panes, RequestWindows& windows,
-                  Opener& opener, PageActions& actions);
+  TreeCommands(Context& context, QWidget& window, FolderPanes& panes, RequestWindows& windows,
+               Opener& opener, PageActions& actions);
 
  private:
   void OpenNode(const SerialId& key, const QString& tag, bool inTabOfItsOwn);

@@ -5,7 +5,7 @@
 namespace vorn::ctl {
 
 /// The program around the check plan, without windows: session logs go to the error stream.
-class ConsoleHost : public PlanHost, public StatusPanel {
+class CommandHost : public PlanHost, public StatusPanel {
  public:
   void PostRequest(const DiskPtr&) override {}
   void SendAndReceive() override {}
