@@ -160,10 +160,6 @@
         <translation>Messages (*.eml *.mbox *.mbx);;All files (*)</translation>
     </message>
     <message>
-        <source>取り込むフォルダ（Maildirまたはemlファイル）</source>
-        <translation>Folder to import (Maildir or .eml files)</translation>
-    </message>
-    <message>
         <source>送受信が終わってから取り込んでください。</source>
         <translation>Import when sending and receiving has ended.</translation>
     </message>
@@ -4838,6 +4834,41 @@ Give the password or the recovery code of that time with --former-password-fd.</
     <message>
         <source>データフォルダに書き込めません。</source>
         <translation>The data folder cannot be written to.</translation>
+    </message>
+    <message>
+        <source>保存済みのうち %1通は書きかけか送信待ちで、くずかごに入ったままです。</source>
+        <translation>Of those already stored, %1 are drafts or wait to be sent, and stay in the trash.</translation>
+    </message>
+    <message numerus="yes">
+        <source>うち%n通は書きかけか送信待ちで、くずかごに入ったままです。</source>
+        <translation>
+            <numerusform> %n of them is a draft or waits to be sent, and stays in the trash.</numerusform>
+            <numerusform> %n of them are drafts or wait to be sent, and stay in the trash.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>（フォルダ「%1」から）</source>
+        <translation> (From the folder “%1”.)</translation>
+    </message>
+    <message>
+        <source>取り込むフォルダ（mbox、Maildir、emlのファイル）</source>
+        <translation>Folder to import (mbox, Maildir or .eml files)</translation>
+    </message>
+    <message>
+        <source>このメッセージは削除されました。書いたものはこのウィンドウに残っていて、閉じるときに保存するかどうかを選べます。</source>
+        <translation>This message has been deleted. What you wrote is still in this window, and you are asked whether to save it when you close it.</translation>
+    </message>
+    <message>
+        <source>このメッセージは削除されました。このウィンドウを閉じるまでは、返信や転送、ファイルへの保存ができます。</source>
+        <translation>This message has been deleted. Until you close this window you can still reply to it, forward it or save it to a file.</translation>
+    </message>
+    <message>
+        <source>このメッセージは削除されました。新しいメッセージとして保存します。よろしいですか？</source>
+        <translation>This message has been deleted. Save it as a new message?</translation>
+    </message>
+    <message>
+        <source>ファイル「%1」%2は、途中で切れているか、壊れていて開けません。複製があればつなぎ直せます。新しい空のファイルを作ると、メッセージはそのまま残りますが、アカウントやフォルダは作り直しになります。壊れたファイルは別の名前で残ります。</source>
+        <translation>The file “%1”%2 is cut short or damaged and cannot be opened. If you have a copy of it, that can be connected again. With a new empty file your messages stay as they are, but accounts and folders have to be made anew. The damaged file is kept under another name.</translation>
     </message>
 </context>
 </TS>

@@ -48,15 +48,20 @@ int Import(Context& context, const Arguments& arguments) {
   for (const UnreadableMessage& message : std::as_const(counts.unreadable)) {
     Complain(Ui::tr("保存済みですが読み込めません: ") + message.Name(), 0);
   }
+  QString text = Ui::tr("取り込み %1通、くずかごから %2通、保存済み %3通")
+                     .arg(counts.imported)
+                     .arg(counts.returned)
+                     .arg(counts.known);
+  if (counts.kept > 0) {
+    text += u'\n' + Ui::tr("保存済みのうち %1通は書きかけか送信待ちで、くずかごに入ったままです。")
+                        .arg(counts.kept);
+  }
   Report({{QStringLiteral("imported"), counts.imported},
           {QStringLiteral("returned"), counts.returned},
           {QStringLiteral("known"), counts.known},
+          {QStringLiteral("kept"), counts.kept},
           {QStringLiteral("unreadable"), ToJson(counts.unreadable)}},
-         Ui::tr("取り込み %1通、くずかごから %2通、保存済み %3通")
-             .arg(counts.imported)
-             .arg(counts.returned)
-             .arg(counts.known),
-         arguments.Has(QStringLiteral("json")));
+         text, arguments.Has(QStringLiteral("json")));
   if (!complete) return Complain(complete.Error().text, kExitFailure);
   if (!counts.notice.isEmpty()) Complain(counts.notice, 0);
   return counts.unreadable.isEmpty() ? kExitOk : kExitPartly;

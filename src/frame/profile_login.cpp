@@ -137,6 +137,8 @@ Result<> PasswordFits(Context& context, const Disk& profile, const QString& pass
   }
   const Result<> opens = ResultOf(context.Data, context.Data.TestPassword(path, password));
   if (opens) return FitsTheOthers(context, profile, password, mail);
+  const bool isDamaged = opens.Error().kind == StorageError::Kind::Damaged;
+  if (isDamaged && OpensAny(context, mail, password)) return {};  // the user is asked about it
   if (opens.Error().kind != StorageError::Kind::WrongPassword ||
       !OpensAny(context, mail, password)) {
     return opens;

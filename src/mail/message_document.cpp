@@ -3,6 +3,7 @@
 #include "mail/attachment_files.h"
 #include "mail/codec/mime/inline_images.h"
 #include "mail/compose_message.h"
+#include "mail/store/message_rows.h"
 #include "objects/settings.h"
 
 namespace vorn {
@@ -75,6 +76,15 @@ void MessageDocument::EndSending(StoredState before) {
 
 bool MessageDocument::IsSending() const {
   return request_ != nullptr && Request().IsSent();
+}
+
+bool IsErased(Context& context, const MessageDocument& document) {
+  if (!document.HasRequest() || document.IsNew()) return false;
+  const MessageBag message(*document.Bag());
+  const OpenedDatabase mail(context, message.Database(), document.File());
+  if (!mail) return false;
+  const RecordsetPtr row = MessageRows(context.Data).Of(document.Tag());
+  return row != nullptr && row->Eof() && !row->Failed();
 }
 
 }  // namespace vorn

@@ -82,4 +82,8 @@ class MessageDocument {
   StateEdits edits_;
 };
 
+/// Whether the message was stored when it was opened and is so no more; false as well where its
+/// file cannot be asked.
+bool IsErased(Context& context, const MessageDocument& document);
+
 }  // namespace vorn

@@ -82,6 +82,7 @@ void PageChange::EndReplacing(int version, int rows) {
 
 void PageChange::BeginLoading(bool isPage) {
   isPage_ = isComing_ = isPage;
+  clicked_ = {};
   replaced_ = {};
   isTold_ = false;
   sent_ = place_.Number();
@@ -106,8 +107,15 @@ void PageChange::EndLoading() {
                     });
   }
   if (isPage_) place_.Delivered(sent_);
+  // On the document that went, which the one that came knows nothing of.
+  rows_.Follow(std::exchange(clicked_, {}));
   Count();
   Resume();
+}
+
+void PageChange::NoteRow(const SerialId& row, bool hasGone) {
+  place_.NoteRow(row, hasGone);
+  if (hasGone && isComing_) clicked_ = row;
 }
 
 void PageChange::Stay() {
@@ -156,7 +164,8 @@ void PageChange::Lose() {
 void PageChange::LeavePlace() {
   giveUpMaking_.stop();
   make_ = {};
-  place_.Forget();
+  clicked_ = {};
+  place_.Leave();
   queue_.Drop();
 }
 

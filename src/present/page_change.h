@@ -4,6 +4,8 @@
 #include <QTimer>
 #include <functional>
 
+#include "storage/base/serial_id.h"
+
 namespace vorn {
 
 class PagePlace;
@@ -38,6 +40,8 @@ class PageChange : public QObject {
   void Rest();
   /// The document has gone by itself, with its rows; the same holds of what is done.
   void Lose();
+  /// The page has told which row is current, or none; with `hasGone` the user has gone there.
+  void NoteRow(const SerialId& row, bool hasGone);
   /// What comes next is another folder, or another page of it, at a place to be ordered after this.
   void LeavePlace();
   /// Whether the document that was loaded has told its rows.
@@ -61,6 +65,7 @@ class PageChange : public QObject {
   int sent_ = 0;           // the number of the place that came with it
   bool isPage_ = false;    // that is loaded
   bool isComing_ = false;  // that page, and is not there yet
+  SerialId clicked_;       // the row that the user has gone to meanwhile
   bool isTold_ = false;
 };
 

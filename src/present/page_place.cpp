@@ -13,6 +13,13 @@ const QString kAtEnd = QStringLiteral(R"({"next":[],"chosen":[],"x":0,"y":1e9,"e
 const QString kAtLast =
     QStringLiteral(R"({"next":[""],"last":true,"chosen":[],"x":0,"y":1e9,"end":true})");
 
+QString StateAt(const SerialId& row, const SerialIds& chosen = {}) {
+  const QJsonObject state{{QStringLiteral("next"), QJsonArray{row.Text()}},
+                          {QStringLiteral("chosen"), QJsonArray::fromStringList(TextsOf(chosen))},
+                          {QStringLiteral("seen"), true}};
+  return QString::fromUtf8(QJsonDocument(state).toJson(QJsonDocument::Compact));
+}
+
 }  // namespace
 
 void PagePlace::Set(const QString& state, bool isOrdered) {
@@ -30,10 +37,18 @@ void PagePlace::BeginAtLast() {
 }
 
 void PagePlace::BeginAtMessage(const SerialId& serialId, const SerialIds& chosen) {
-  const QJsonObject state{{QStringLiteral("next"), QJsonArray{serialId.Text()}},
-                          {QStringLiteral("chosen"), QJsonArray::fromStringList(TextsOf(chosen))},
-                          {QStringLiteral("seen"), true}};
-  Set(QString::fromUtf8(QJsonDocument(state).toJson(QJsonDocument::Compact)), true);
+  Set(StateAt(serialId, chosen), true);
+}
+
+void PagePlace::NoteRow(const SerialId& row, bool hasGone) {
+  row_ = row;
+  if (hasGone && !isOrdered_ && !row.IsEmpty()) Forget();
+}
+
+void PagePlace::Leave() {
+  Forget();
+  known_.clear();
+  row_ = {};
 }
 
 void PagePlace::Keep(const QString& state) {
@@ -57,7 +72,9 @@ QString PagePlace::Arguments(const QString& state) const {
 }
 
 QString PagePlace::ForLoading() const {
-  return state_.isEmpty() ? QString() : Arguments(state_);
+  const QString known = row_.IsEmpty() ? known_ : StateAt(row_);
+  const QString& state = state_.isEmpty() ? known : state_;
+  return state.isEmpty() ? QString() : Arguments(state);
 }
 
 // Of itself the page knows better where it is.
@@ -66,7 +83,9 @@ QString PagePlace::ForReplacing() const {
 }
 
 void PagePlace::Restored(int number) {
-  if (number == number_) Forget();
+  if (number != number_) return;
+  if (!state_.isEmpty()) known_ = state_;
+  Forget();
 }
 
 void PagePlace::Delivered(int number) {

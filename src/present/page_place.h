@@ -24,16 +24,22 @@ class PagePlace {
 
   /// Whether it is ordered.
   bool IsOrdered() const { return isOrdered_; }
+  /// Another folder, or another page of it, comes.
+  void Leave();
   /// What was ordered is not wanted any more.
   void Forget() { Set({}, false); }
 
   /// The page has told its place, or has no rows that could: it is at its end.
   void Keep(const QString& state);
   void KeepEmpty();
+  /// The page in sight has told its current row; empty for none. With `hasGone` the user has gone
+  /// there just now, and not where he was when it told its place.
+  void NoteRow(const SerialId& row, bool hasGone);
   /// Whether the page whose place was kept is at its end, and no row of it is current.
   bool WasAtEnd() const;
 
-  /// The arguments of the page's `restore`; empty where it stays where it begins.
+  /// The arguments of the page's `restore`; empty where it stays where it begins. Of a page that
+  /// could not be asked it is the place that was known last.
   QString ForLoading() const;
   /// The last arguments of its `replace`.
   QString ForReplacing() const;
@@ -50,6 +56,8 @@ class PagePlace {
   QString Arguments(const QString& state) const;
 
   QString state_;
+  QString known_;  // that the page in sight began at
+  SerialId row_;   // where the user is there
   bool isOrdered_ = false;
   bool staysAtEnd_ = false;
   int number_ = 0;

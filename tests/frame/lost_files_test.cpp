@@ -140,6 +140,32 @@ TEST_F(LostFilesTest, ALostProfileDatabaseTakesNoOtherPassword) {
   EXPECT_EQ(Messages(), 3);
 }
 
+// It cannot be worked without, as a mail file can: a backup comes in its place, or a new file.
+TEST_F(LostFilesTest, ACutProfileDatabaseIsReplacedOnTheUsersWord) {
+  const QString backup = profile_.Folder() + QStringLiteral("backup");
+  const QByteArray whole = ReadFile(database_);
+  for (const bool hasBackup : {true, false}) {
+    SCOPED_TRACE(hasBackup);
+    test::WriteFile(database_, whole.left(5000));
+    EXPECT_FALSE(Start(QStringLiteral("wrong"), {true, {}}));
+    EXPECT_FALSE(Start(kPassword));
+    EXPECT_TRUE(Says(QStringLiteral("途中で切れている"))) << error_.toStdString();
+    EXPECT_EQ(QFileInfo(database_).size(), 5000);
+    test::WriteFile(backup, whole);
+    const LostFileChoice choice =
+        hasBackup ? LostFileChoice{false, {backup}} : LostFileChoice{true, {}};
+    ASSERT_TRUE(Start(kPassword, choice)) << error_.toStdString();
+    EXPECT_EQ(Messages(), 3);
+    EXPECT_EQ(
+        ReadFile(database_ + (hasBackup ? QStringLiteral(".other1") : QStringLiteral(".other2"))),
+        whole.left(5000));
+    next_->Data.CloseAll();
+    for (const char16_t* part : {u"-wal", u"-shm"}) {
+      QFile::remove(database_ + QString::fromUtf16(part));
+    }
+  }
+}
+
 TEST_F(LostFilesTest, WithEverythingLostTheDocumentedNewFilesTakeTheTypedPassword) {
   Move(mail_, profile_.Folder() + QStringLiteral("away1"));
   Move(database_, profile_.Folder() + QStringLiteral("away2"));

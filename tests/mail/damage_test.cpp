@@ -7,8 +7,10 @@
 
 #include "frame/source_watch.h"
 #include "mail/archive/export_messages.h"
+#include "mail/archive/import_messages.h"
 #include "mail/search/folder_listing.h"
 #include "mail/store/mail_store.h"
+#include "mail/store/message_filing.h"
 #include "mail/store/stored_copy.h"
 #include "objects/object_types.h"
 #include "storage/databases.h"
@@ -115,6 +117,36 @@ TEST_F(DamageTest, AnExportLeavesOutAndNamesWhatCannotBeRead) {
   EXPECT_EQ(outcome.unreadable[0].subject, QStringLiteral("m5"));
   EXPECT_TRUE(outcome.unreadable[0].Name().startsWith(QStringLiteral("「m5」（20")));
   EXPECT_FALSE(ReadFile(out).contains("Subject: m5"));
+}
+
+// What lies in the dust bin broken does not stand in the way of a whole copy.
+TEST_F(DamageTest, AnImportStoresAnewWhatTheDustBinHasLost) {
+  const QString archive = profile_.Folder() + QStringLiteral("archive.eml");
+  WriteFile(archive, Source(20, 60000));
+  const SerialIds first = ImportMessages(Context(), archive, {}).counts.back.intoDust;
+  ASSERT_EQ(first.size(), 1);
+  ASSERT_TRUE(SetDust(Context(), first, true));
+  profile_.Store(Source(21, 60000));  // what is stored next stands beside this
+  Context().Data.CloseAll();
+  sound_ = ReadFile(file_);
+  MailStore store(Context());
+  // A page that holds nothing but a part of that source.
+  for (qsizetype page = sound_.size() / kPageBytes - 1; page > 0; --page) {
+    Zero(page);
+    const bool isLost = !store.LoadMessageSource(Disk(first[0]));
+    if (isLost && store.LoadMessageSource(Disk(serials_[5]))) break;
+  }
+  ASSERT_FALSE(store.LoadMessageSource(Disk(first[0])));
+  for (const int imported : {1, 0}) {
+    const ImportOutcome outcome = ImportMessages(Context(), archive, {});
+    EXPECT_TRUE(outcome.complete) << qPrintable(outcome.complete.Error().text);
+    EXPECT_EQ(outcome.counts.imported, imported);
+    EXPECT_EQ(outcome.counts.returned, 0);
+    EXPECT_EQ(outcome.counts.known, 1 - imported);
+    for (const SerialId& brought : outcome.counts.back.intoDust) {
+      EXPECT_EQ(store.LoadMessageSource(Disk(brought)), ReadFile(archive));
+    }
+  }
 }
 
 TEST_F(DamageTest, ADamagedStoreWaitsForTheUsersDecision) {

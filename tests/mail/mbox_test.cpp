@@ -238,6 +238,7 @@ TEST(MailArchiveTest, WhatLiesInTheDustBinIsReturnedAndGoesBackThere) {
   }
   EXPECT_EQ(counts.returned, 2);
   EXPECT_EQ(counts.known, 4);
+  EXPECT_EQ(counts.kept, 1) << "of those, what would be sent outside";
   EXPECT_EQ(counts.imported, 0);
   EXPECT_EQ(test::Filed(context, message, shelf), (SerialIds{message[1], message[4]}));
   EXPECT_EQ(test::Filed(context, message, other), (SerialIds{message[2], message[3]}));

@@ -34,6 +34,8 @@ class FakePage {
   void AnswerOne() {
     if (HasOpen()) open_.takeFirst()();
   }
+  // It has too much to do.
+  void AnswerNothing() { open_.clear(); }
   // Another document: what is open is answered by the one that goes, as the engine does before.
   void Load(const QByteArray& page, const QString& place) {
     while (HasOpen()) AnswerOne();
@@ -56,6 +58,7 @@ class FakePage {
     if (call.startsWith(u"step(1,")) return Step();
     if (call.startsWith(u"remove(")) return Remove(call);
     if (call.startsWith(u"goToMessage(")) return GoTo(call.section(u'\'', 1, 1));
+    if (call.startsWith(u"follow(")) return Follow(call.section(u'\'', 1, 1));
     if (call.startsWith(u"replace(")) return Replace(call);
     return true;
   }
@@ -111,6 +114,10 @@ class FakePage {
   QVariant GoTo(const QString& message) {
     current_ = There().contains(message) ? message : QString();
     return !current_.isEmpty();
+  }
+  QVariant Follow(const QString& message) {
+    if (There().contains(message)) current_ = message;
+    return true;
   }
   QVariant Step() {
     current_ = There().value(qMin(There().indexOf(current_) + 1, There().size() - 1));
@@ -217,13 +224,24 @@ class Desk {
   void ClickEarly(const QString& message) {
     LoadPage();
     ShowLoaded();
-    page_.current_ = message;
+    Click(message);
   }
   // The page answers what it was asked first.
   void AnswerOne(bool takesOver) {
     page_.takesOver_ = takesOver;
     page_.AnswerOne();
   }
+  // He clicks a row of the page in whose place another one is already being loaded.
+  void ClickLate(const QString& message) {
+    LoadPage();
+    Click(message);
+  }
+  void Click(const QString& message) {
+    page_.current_ = message;
+    change_.NoteRow(SerialId(message), true);
+  }
+  void BeBusy() { page_.AnswerNothing(); }
+  bool IsLoading() const { return isLoading_; }
   QStringList Folder() const { return folder_; }
   QString Current() const { return page_.current_; }
 
@@ -244,7 +262,9 @@ class Desk {
     loadedAt_ = place_.ForLoading();
   }
   void ShowLoaded() {
-    if (!std::exchange(isSeen_, true)) page_.Load(loaded_, loadedAt_);
+    if (std::exchange(isSeen_, true)) return;
+    page_.Load(loaded_, loadedAt_);
+    if (!loadedAt_.isEmpty()) change_.NoteRow(SerialId(page_.current_), false);
   }
   void EndLoading() {
     ShowLoaded();
@@ -369,6 +389,35 @@ TEST(PageChangeTest, AnotherFolderIsLoadedThoughThePageTookOverWhatWasSentBefore
   desk.Delete();
   desk.Settle();
   EXPECT_EQ(desk.Folder(), QStringList());
+}
+
+TEST(PageChangeTest, WhoClicksThePageThatGoesIsThereOnTheOneThatComes) {
+  Desk desk(1);
+  desk.Open(QStringLiteral("1010"));
+  desk.ClickLate(QStringLiteral("1020"));
+  desk.Settle();
+  EXPECT_EQ(desk.Current(), QStringLiteral("1020"));
+  desk.Click(desk.Current());  // as the page tells
+  desk.ClickLate(QStringLiteral("no such row"));
+  desk.Settle();
+  EXPECT_EQ(desk.Current(), QStringLiteral("1020"));
+}
+
+// It is loaded then, at the place that is known.
+TEST(PageChangeTest, APageThatDoesNotAnswerLosesNoPlace) {
+  Desk still(1);
+  still.Open(QStringLiteral("1010"));
+  Desk clicked(1);
+  clicked.Open(QStringLiteral("1010"));
+  clicked.Click(QStringLiteral("1020"));
+  for (Desk* desk : {&still, &clicked}) desk->Receive();
+  EXPECT_TRUE(test::WaitFor([&] {
+    for (Desk* desk : {&still, &clicked}) desk->BeBusy();
+    return still.IsLoading() && clicked.IsLoading();
+  }));
+  for (Desk* desk : {&still, &clicked}) desk->Settle();
+  EXPECT_EQ(still.Current(), QStringLiteral("1010"));
+  EXPECT_EQ(clicked.Current(), QStringLiteral("1020"));
 }
 
 TEST(PageChangeTest, KeysOfAFolderAreDoneInNoOther) {

@@ -32,6 +32,8 @@ class CountingHost : public MessageHost {
   void GatherAlike(const SerialId&) override {}
   void StopAlike(const SerialId&) override {}
   QStringList OfferedAddresses() override { return {}; }
+  bool PrefersHtml() const override { return false; }
+  void PreferHtml(bool) override {}
   void AddToBook(const SerialIds&) override {}
   void MakeAccount() override {}
   bool IsClosing() const override { return false; }

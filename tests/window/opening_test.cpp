@@ -182,6 +182,9 @@ TEST_F(OpeningTest, MailIsImportedAndExportedByMenu) {
   EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("imported one")); }));
   run(Entry(u"menuFiles", QStringLiteral("ファイルから取り込む")), mbox);
   EXPECT_EQ(told, QStringLiteral("0通を「受信」に取り込みました。2通は保存済みでした。"));
+  run(Entry(u"menuFiles", QStringLiteral("フォルダから取り込む")), folder_.path());
+  EXPECT_TRUE(told.endsWith(QStringLiteral("（フォルダ「%1」から）").arg(folder_.path())))
+      << qPrintable(told);
   const QString out = folder_.path() + QStringLiteral("/out");
   run(Entry(u"menuFiles", QStringLiteral("フォルダの書き出し")), out);
   EXPECT_EQ(told, QStringLiteral("2通を書き出しました。"));

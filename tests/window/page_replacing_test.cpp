@@ -120,6 +120,56 @@ TEST_F(PageReplacingTest, APageWhoseProcessDiedComesBackWithItsKeys) {
   EXPECT_EQ(Order(), Ids({1, 3, 4}));
 }
 
+// The document that is clicked may be the one that is just going.
+TEST_F(PageReplacingTest, AClickWhileAnotherDocumentIsLoadedIsNotLost) {
+  BeginWith("table", 4);
+  Press(Qt::Key_Down);
+  const QVariantList at =
+      Script(QStringLiteral("(() => { const r = document.querySelector('a[href*=mail_3]')"
+                            ".closest('tr').getBoundingClientRect();"
+                            "  return [r.x + r.width / 2, r.y + r.height / 2]; })()"))
+          .toList();
+  ASSERT_EQ(at.size(), 2);
+  Script(QStringLiteral("vorn.replace = () => null"));
+  QObject::connect(View(), &QWebEngineView::loadStarted, View(), [&] {
+    QTest::mouseClick(View()->focusProxy(), Qt::LeftButton, Qt::NoModifier,
+                      QPoint(at[0].toInt(), at[1].toInt()));
+  });
+  MadeAnewBy([this] { Browser()->Refresh(); });
+  EXPECT_EQ(loads_->count(), 1);
+  EXPECT_TRUE(WaitFor([this] { return Chosen() == Ids({3}); }));
+}
+
+// Rows have another height in a narrow window.
+TEST_F(PageReplacingTest, AListThatIsMadeNarrowerStaysWhereItIs) {
+  BeginWith("table", 80);
+  program_->Parent()->resize(1100, 500);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("innerWidth > 700")));
+  Script(QStringLiteral("scrollTo(0, 800)"));
+  ASSERT_TRUE(AwaitScript(QStringLiteral("scrollY === 800")));
+  const auto topOfFirst = QStringLiteral(
+      "[...document.querySelectorAll('tr[draggable]')].map(r => r.getBoundingClientRect().top)"
+      ".findIndex(top => top >= -1)");
+  test::RunFor(200);  // the page hears of it
+  const int first = Script(topOfFirst).toInt();
+  EXPECT_GT(first, 10);
+  const double width = Script(QStringLiteral("innerWidth")).toDouble();
+  const double height = Script(QStringLiteral("document.body.scrollHeight")).toDouble();
+  for (const int narrow : {420, 1100}) {
+    program_->Parent()->resize(narrow, 500);
+    ASSERT_TRUE(
+        AwaitScript(QStringLiteral("(innerWidth < 500) === %1")
+                        .arg(narrow < 500 ? QStringLiteral("true") : QStringLiteral("false"))));
+    test::RunFor(300);
+    EXPECT_NEAR(Script(topOfFirst).toInt(), first, 1) << narrow;
+    if (narrow < 500) {
+      EXPECT_NE(Script(QStringLiteral("document.body.scrollHeight")).toDouble(), height);
+    } else {
+      EXPECT_EQ(Script(QStringLiteral("innerWidth")).toDouble(), width);
+    }
+  }
+}
+
 // A page that cannot take another one over is loaded, and what is done meanwhile is not lost.
 TEST_F(PageReplacingTest, WhereThatDoesNotGoThePageIsLoaded) {
   BeginWith("table", 4);

@@ -361,6 +361,19 @@ TEST_F(ReadingPaneTest, MostOfThePaneIsTheMessagesOwn) {
   EXPECT_EQ(height(u"cmRemoteImages"), 0);
 }
 
+TEST_F(ReadingPaneTest, HtmlAndTextAreShownAsTheUserChoseLast) {
+  BeginReading(3,
+               "Content-Type: multipart/alternative; boundary=b\r\n\r\n--b\r\n\r\ntext\r\n--b\r\n"
+               "Content-Type: text/html\r\n\r\n<p>html\r\n--b--\r\n");
+  for (const auto& [number, shown, chosen] : {std::tuple{1, 0, 1}, {2, 1, 0}, {3, 0, 0}}) {
+    Press(Qt::Key_Down);
+    ASSERT_TRUE(AwaitShown(number));
+    auto& tabs = Child<QTabWidget>(*Pane(), u"tsBody");
+    EXPECT_EQ(tabs.currentIndex(), shown) << number;
+    tabs.setCurrentIndex(chosen);
+  }
+}
+
 TEST_F(ReadingPaneTest, AttachedPicturesAreSeenBesideTheText) {
   const QByteArray text = "Content-Type: multipart/mixed; boundary=b\r\n\r\n--b\r\n\r\ntext\r\n";
   BeginReading(1, text + Part("image/png", "a.png", Picture()) +

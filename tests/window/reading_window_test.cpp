@@ -11,6 +11,7 @@
 
 #include "kit/window/cascade.h"
 #include "mail/codec/charset/text_encoding.h"
+#include "mail/store/message_filing.h"
 #include "mail/window/fields/attachment_list.h"
 #include "objects/settings.h"
 #include "window/message_window_fixture.h"
@@ -356,18 +357,66 @@ TEST_F(MessageWindowTest, AMessageWithinAMessageHasAWindowOfItsOwn) {
 }
 
 // Another window, or another program, may have erased what is still on the screen.
-TEST_F(MessageWindowTest, AMessageThatWasErasedIsAnsweredAsItIsShown) {
+TEST_F(MessageWindowTest, AMessageThatWasErasedSaysSoAndIsAnsweredAsItIsShown) {
   const SerialId serial = Store(kPlain, kStatusReceived);
   MessageWindow& window = Open(serial);
-  Disk request(serial);
-  request.Let(QStringLiteral("erase"), true);
-  EXPECT_TRUE(MailStore(Context()).DeleteMessage(request));
+  const auto& said = Child<QFrame>(window, u"frErased");
+  Menu(window, u"menuFiles").actions()[2]->trigger();  // an edit that nothing is left of
+  EXPECT_TRUE(MailStore(Context()).DeleteMessage(Disk(serial)));
+  EXPECT_FALSE(said.isVisible());
+  // Before it is known a command finds it out, and after that none can be given.
+  QAction* star = window.findChild<QAction*>(QStringLiteral("star"));
+  star->trigger();
+  EXPECT_TRUE(said.isVisible());
+  EXPECT_FALSE(star->isChecked());
+  QList<QAction*> useless = {Menu(window, u"menuFiles").actions()[2],
+                             Menu(window, u"menuFilesMessages").actions()[7],
+                             Menu(window, u"menuFilesMessages").actions()[9]};
+  for (const char16_t* name : {u"star", u"dust", u"before", u"next"}) {
+    useless.append(window.findChild<QAction*>(QString::fromUtf16(name)));
+  }
+  for (const QAction* action : std::as_const(useless)) {
+    EXPECT_FALSE(action->isEnabled()) << qPrintable(action->text());
+  }
+  // It is read in another code, and answered.
+  window.SetActiveCharset(CharsetChoice::Utf8);
+  EXPECT_TRUE(Child<QPlainTextEdit>(window, u"txMemo").toPlainText().contains(u"second line"));
   window.findChild<QAction*>(QStringLiteral("replay"))->trigger();
+  EXPECT_FALSE(said.isVisible());
   EXPECT_TRUE(WaitFor([&window] {
     return Child<QPlainTextEdit>(window, u"txMemo").toPlainText().contains(u"second line");
   }));
   EXPECT_EQ(Child<QTableWidget>(window, u"lvMailaddress").item(0, 1)->text(),
             QStringLiteral("Sato <sato@example.jp>"));
+}
+
+// Of what is written nothing is lost, and nothing comes back unasked.
+TEST_F(MessageWindowTest, ADraftThatWasErasedIsStoredAnewOnlyOnYes) {
+  for (const auto& [answer, status] :
+       {std::pair{QMessageBox::Cancel, 0}, {QMessageBox::No, 0}, {QMessageBox::Yes, 1}}) {
+    SCOPED_TRACE(answer);
+    const SerialId serial = Store(kDraft, -kStatusEdit);
+    MessageWindow& window = Open(serial);
+    Type(Child<QLineEdit>(window, u"txSubject"), QStringLiteral("改訂"));
+    EXPECT_TRUE(EmptyDust(Context()));
+    window.MessagesChanged();
+    EXPECT_TRUE(Child<QFrame>(window, u"frErased").isVisible());
+    EXPECT_TRUE(InModal<QMessageBox>([&window] { window.close(); },
+                                     [answer = answer](QMessageBox& box) {
+                                       EXPECT_TRUE(box.text().contains(u"削除されました"));
+                                       box.button(answer)->click();
+                                     }));
+    EXPECT_EQ(Column(serial, QStringLiteral("STATUS")).toInt(), status);
+    if (answer != QMessageBox::Cancel) {
+      EXPECT_TRUE(Gone());
+      continue;
+    }
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(window.GetMessageSubject(), QStringLiteral("改訂"));
+    InModal<QMessageBox>([&window] { window.close(); },
+                         [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+    ASSERT_TRUE(Gone());
+  }
 }
 
 }  // namespace

@@ -176,6 +176,12 @@ TEST_F(SendingWindowTest, WhoHasNoAccountIsToldWhenHeBeginsToWrite) {
   MessageWindow& window = OpenStored("To: a@example.jp\r\nSubject: s\r\n\r\ntext\r\n.\r\n", 1);
   const auto& notice = *window.findChild<QFrame*>(QStringLiteral("frNoAccount"));
   EXPECT_TRUE(notice.isVisible());
+  // Also on a small screen with large letters the text has room.
+  window.resize(640, 330);
+  test::RunFor(100);
+  const auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
+  EXPECT_EQ(window.height(), 330);
+  EXPECT_GE(memo.viewport()->height(), 5 * memo.fontMetrics().lineSpacing());
   // Who sends all the same is led to it, and back.
   const QString told = NextMessageBox(
       [&window] { window.findChild<QAction*>(QStringLiteral("mailup"))->trigger(); });
@@ -306,6 +312,8 @@ TEST_F(SendingWindowTest, ARefusedRecipientIsMarkedInTheMessage) {
   EXPECT_FALSE(Child<QPlainTextEdit>(window, u"txMemo").isReadOnly());
   EXPECT_TRUE(reason->isVisible());
   EXPECT_FALSE(Button(window, u"cmMend").isVisible()) << "it is edited already";
+  EXPECT_TRUE(list->isAncestorOf(window.focusWidget()));
+  EXPECT_EQ(list->currentItem()->text(), QStringLiteral("a@example.jp")) << "who was refused";
   smtp_.Replies.clear();
   window.findChild<QAction*>(QStringLiteral("mailup"))->trigger();
   EXPECT_TRUE(Gone());

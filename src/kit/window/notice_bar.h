@@ -17,6 +17,10 @@ class NoticeBar : public QFrame {
     setFrameShape(QFrame::StyledPanel);
     label_->setWordWrap(true);
     auto* layout = new QHBoxLayout(this);
+    QMargins margins = layout->contentsMargins();
+    margins.setTop(kMargin);
+    margins.setBottom(kMargin);
+    layout->setContentsMargins(margins);
     layout->addWidget(label_, 1);
     if (button != nullptr) layout->addWidget(button);
     hide();
@@ -29,6 +33,8 @@ class NoticeBar : public QFrame {
   }
 
  private:
+  static constexpr int kMargin = 2;  // the room is the message's
+
   QLabel* label_;
 };
 

@@ -63,19 +63,20 @@ class Importer {
       const MailRow row(*rows);
       const UnreadableMessage stored{row.Serial(), row.Subject(), row.Timestamp()};
       ids_.insert(row.MessageId(), stored);
-      if (IsReturnable(row.State())) inDust_.insert(stored.serialId);
+      if (row.State().isDust) inDust_.insert(stored.serialId, IsReturnable(row.State()));
       stored_.insert(Key(stored.subject, row.AddressLines()), stored.serialId);
     }
     return ResultOf(context_.Data, !rows->Failed());
   }
 
   Result<> Take(const QByteArray& source) {
-    const QString id = ImportId(source);
+    QString id = ImportId(source);
     if (const std::optional<SerialId> stored = Find(id, source)) {
       Meet(*stored);
       return {};
     }
     Disk message(context_.Data.NewSerialID(QStringLiteral("mail_")));
+    if (takenIds_.contains(id)) id += u'/' + message.SerialID();
     FillMessage(message, source, id, {kStatusReceived});
     MessageBag::SetFolders(message, {folder_});
     group_.Add(source.size());
@@ -123,23 +124,30 @@ class Importer {
   }
   // What is edited or waits to be sent is not: outside the dust bin it would be sent.
   static bool IsReturnable(StoredState state) {
-    return state.isDust && (state.status == kStatusReceived || state.status == kStatusSent);
+    return state.status == kStatusReceived || state.status == kStatusSent;
   }
 
   // Known is what was imported before, and what came another way and is the same; one that lies in
-  // the dust bin where no other is. Empty: this import has met or brought it already.
+  // the dust bin where no other is and it can be read. Empty: this import has met or brought it
+  // already.
   std::optional<SerialId> Find(const QString& id, const QByteArray& source) {
     const bool isNamed = ids_.contains(id);
     const UnreadableMessage named = ids_.value(id);
     ids_.insert(id, {});
-    if (!isNamed || inDust_.contains(named.serialId)) {
+    const bool isInDust = inDust_.contains(named.serialId);
+    if (!isNamed || isInDust) {
       const std::optional<SerialId> alike = FindAlike(source);
       if (alike || !isNamed) return alike;
     }
     const bool isAlreadyMet = named.serialId.IsEmpty();
-    if (!isAlreadyMet && store_.LoadMessageSource(Disk(named.serialId)) != source) {
-      counts_.unreadable.append(named);
+    if (isAlreadyMet || store_.LoadMessageSource(Disk(named.serialId)) == source) {
+      return named.serialId;
     }
+    if (isInDust) {
+      takenIds_.insert(id);
+      return std::nullopt;
+    }
+    counts_.unreadable.append(named);
     return named.serialId;
   }
   std::optional<SerialId> FindAlike(const QByteArray& source) {
@@ -158,9 +166,11 @@ class Importer {
   }
 
   void Meet(const SerialId& stored) {
-    const bool wasInDust = inDust_.remove(stored);
-    if (wasInDust) met_.append(stored);
-    ++(wasInDust ? counts_.returned : counts_.known);
+    const bool isInDust = inDust_.contains(stored);
+    const bool returns = inDust_.take(stored);
+    if (returns) met_.append(stored);
+    ++(returns ? counts_.returned : counts_.known);
+    if (isInDust && !returns) ++counts_.kept;
   }
 
   Context& context_;
@@ -172,8 +182,9 @@ class Importer {
   QHash<QString, UnreadableMessage> ids_;  // by identifier
   QSet<QString> brought_;                  // identifiers, by this import
   QMultiHash<size_t, SerialId> stored_;
-  QSet<SerialId> inDust_;  // of what may be taken out of it
-  SerialIds met_;          // there
+  QSet<QString> takenIds_;        // under which something lies that cannot be read
+  QHash<SerialId, bool> inDust_;  // whether it may be taken out of it
+  SerialIds met_;                 // there
 };
 
 }  // namespace
@@ -182,6 +193,7 @@ void ImportCounts::Add(const ImportCounts& further) {
   imported += further.imported;
   returned += further.returned;
   known += further.known;
+  kept += further.kept;
   back.Add(further.back);
   unreadable += further.unreadable;
   if (!further.notice.isEmpty()) notice = further.notice;

@@ -15,6 +15,7 @@ struct ImportCounts {
   int imported = 0;
   int returned = 0;  ///< known, and taken out of the dust bin
   int known = 0;     ///< in the store already, but for what mail programs note in a header
+  int kept = 0;      ///< of those, what lies in the dust bin and stays there
   Move back;         ///< what puts those imported and returned into the dust bin again
   /// In the store already, where they cannot be read any more.
   QList<UnreadableMessage> unreadable;
@@ -38,7 +39,8 @@ using ImportProgress = std::function<bool(int messages, qint64 bytes)>;
 /// Imports the messages of a file or folder (`ReadArchive`) as received ones, under the time at
 /// which each arrived, and puts them into `folder`, a folder's serial identifier, unless that is
 /// empty. A message that is in the store already is left out; one that lies in the dust bin,
-/// received or sent, is taken out of it into `folder`.
+/// received or sent, is taken out of it into `folder`, or stored anew where it cannot be read any
+/// more. What is edited or waits to be sent stays there.
 ImportOutcome ImportMessages(Context& context, const QString& path, const SerialId& folder,
                              const ImportProgress& progress = {});
 

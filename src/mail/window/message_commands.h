@@ -26,6 +26,7 @@ struct MessageState {
   MessageStatus status = kStatusEdit;  ///< in the dust or not
   bool isInDust = false;
   bool isStored = false;
+  bool isErased = false;  ///< it was stored when it was opened
   bool isUnreadable = false;
   bool isEditable = false;
   bool isDoubtful = false;  ///< it waits, and may have been sent
@@ -78,6 +79,7 @@ struct CommandTraits {
   bool begins = false;         ///< a group: a line stands before it
   bool oneOf = false;          ///< of the commands in its place one bears the check mark
   bool needsText = false;      ///< refused, with the reason, while the message is unreadable
+  bool needsRow = false;       ///< disabled once the message is erased
   CommandPlace opens = CommandPlace::Nowhere;  ///< the menu behind it
   bool (*isEnabled)(const MessageState& state) = nullptr;
   bool (*isShown)(const MessageState& state) = nullptr;

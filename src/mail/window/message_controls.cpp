@@ -11,6 +11,7 @@
 #include "kit/window/access_names.h"
 #include "kit/window/plain_text.h"
 #include "mail/message_document.h"
+#include "mail/window/bars/message_bars.h"
 #include "mail/window/body/message_body.h"
 #include "mail/window/composing/message_form.h"
 #include "mail/window/message_window.h"
@@ -101,6 +102,11 @@ void MessageControls::Run(const MessageCommand& command) {
     ShowBox(&parts_.window, QMessageBox::Critical, parts_.form.Body().Text()->toPlainText());
     return;
   }
+  if (command.traits.needsRow) {
+    parts_.bars.ShowErased();  // another program may have done it just now
+    parts_.window.ShowState();
+    if (parts_.bars.IsErased()) return;
+  }
   command.run(parts_);
 }
 
@@ -108,7 +114,8 @@ void MessageControls::Show(const MessageState& state) {
   for (qsizetype i = 0; i < commands_.size(); ++i) {
     const CommandTraits& traits = commands_[i].traits;
     QAction* action = actions_[i];
-    if (traits.isEnabled != nullptr) action->setEnabled(traits.isEnabled(state));
+    const bool isEnabled = traits.isEnabled == nullptr || traits.isEnabled(state);
+    action->setEnabled(isEnabled && !(traits.needsRow && state.isErased));
     if (traits.isShown != nullptr) action->setVisible(traits.isShown(state));
     if (traits.isChecked != nullptr) action->setChecked(traits.isChecked(state));
     if (traits.text != nullptr) action->setText(traits.text(state));

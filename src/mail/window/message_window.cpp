@@ -121,11 +121,10 @@ void MessageWindow::ConnectParts() {
   connect(&bars_->Mend(), &QPushButton::clicked, sending_, &MessageSending::Edit);
   connect(&bars_->Reading(), &ReadingBar::Edited, this, edited);
   // Opening reads the stored state again.
-  connect(&bars_->Reading(), &ReadingBar::AnewWanted, this,
-          [this](bool applyStoredCharset, const QByteArray& shown) {
-            closing_.StoreState();
-            Open(applyStoredCharset, shown);
-          });
+  connect(&bars_->Reading(), &ReadingBar::AnewWanted, this, [this](bool applyStoredCharset) {
+    closing_.StoreState();
+    Open(applyStoredCharset, document_.Source());
+  });
   connect(reply_, &InvitationComposer::Edited, this, edited);
   connect(&bars_->Calendar(), &CalendarBar::Answered, this,
           [this](const Invitation& invitation, InvitationAnswer answer) {
@@ -191,6 +190,7 @@ MessageState MessageWindow::State() const {
   return {.status = document_.Status(),
           .isInDust = document_.IsInDust(),
           .isStored = !document_.IsNew(),
+          .isErased = bars_->IsErased(),
           .isUnreadable = document_.IsUnreadable(),
           .isEditable = document_.IsEditable(),
           .isDoubtful = sending_->IsDoubtful(),

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QStorageInfo>
 #include <algorithm>
+#include <optional>
 
 #include "objects/any_object.h"
 #include "objects/profile/file_age.h"
@@ -143,6 +144,23 @@ QStringList FilesWithMark(const QDir& folder, const QString& mark) {
   return found;
 }
 
+// The profile's own database, where it cannot be opened for its damage.
+std::optional<LostFile> DamagedOwn(Context& context, const Disk& profile, const QString& password) {
+  const QString stored = ProfileBag(profile).File();
+  const QString path = PlatformPath(context, stored);
+  if (!HasContent(path) || context.Data.TestPassword(path, password) ||
+      ReasonOf(context.Data).kind != StorageError::Kind::Damaged) {
+    return std::nullopt;
+  }
+  FileNote note{stored, {}, -1, 0, 0};
+  for (const FileNote& known : FileNotes(profile)) {
+    if (known.path == stored) note = known;
+  }
+  QStringList found = FilesWithMark(QFileInfo(path).dir(), note.mark);
+  found.removeAll(path);
+  return LostFile{path, note, found, true};
+}
+
 // The first of the passwords that opens a file of that kind; else why the first one of them does
 // not.
 Result<QString> OpeningPassword(Context& context, const QString& file, const QStringList& passwords,
@@ -248,6 +266,11 @@ QList<LostFile> LostFiles(Context& context, const Disk& profile, const QString& 
     const QString path = PlatformPath(context, note.path);
     lost.append({path, note, {path}});
   }
+  const auto own = DamagedOwn(context, profile, password);
+  if (own && std::none_of(lost.begin(), lost.end(),
+                          [&own](const LostFile& file) { return file.path == own->path; })) {
+    lost.append(*own);
+  }
   return lost;
 }
 
@@ -261,6 +284,12 @@ QString LostFilesText(const QList<LostFile>& lost) {
       sentence = Ui::tr(
           "ファイル「%1」%2の場所にあるのは、パスワードが変わる前の古い複製です。つなぎ直すと、今の"
           "パスワードに合わせた複製に替わり、このファイルは別の名前で残ります。");
+    } else if (file.isDamaged) {
+      sentence = Ui::tr(
+          "ファイル「%1」%2は、途中で切れているか、壊れていて開けません。"
+          "複製があればつなぎ直せます。新しい空のファイルを作ると、メッセージはそのまま"
+          "残りますが、アカウントやフォルダは作り直しになります。"
+          "壊れたファイルは別の名前で残ります。");
     } else if (HasContent(file.path)) {
       sentence = Ui::tr(
           "ファイル「%1」%2の場所にあるのは、別のデータベースか、先頭の壊れたファイルです。");

@@ -14,7 +14,8 @@ namespace vorn {
 struct LostFile {
   QString path;  ///< platform path
   FileNote note;
-  QStringList found;  ///< files in the profile's folder that carry its mark
+  QStringList found;       ///< files in the profile's folder that carry its mark
+  bool isDamaged = false;  ///< it is there, and too damaged to be opened
 };
 
 /// Brings the logged-in profile's notes of its files up to date and keeps its object, without the
@@ -25,8 +26,9 @@ Result<> NoteFiles(Context& context);
 
 /// What of a profile is lost. A profile that never had a file does not miss it.
 QList<LostFile> LostFiles(const Context& context, const Disk& profile);
-/// The same, and the files of which older copies stand there, from before the password changed:
-/// `password` opens others of the profile, but not them.
+/// The same; the files of which older copies stand there, from before the password changed:
+/// `password` opens others of the profile, but not them; and the profile's own database where it is
+/// too damaged to be opened, without which there is no login.
 QList<LostFile> LostFiles(Context& context, const Disk& profile, const QString& password);
 
 /// Whether a file, given by its path, has had another key when the profile last noted it: it is an

@@ -21,6 +21,8 @@ window.vorn = {
   // For who comes with the keyboard: one row is current.
   enter: () => { if (current < 0) step(1, false); },
   goToMessage,
+  // Where the user has gone on the document before this one.
+  follow: id => { if (id !== idAt(current) && !gone.has(id) && placeOf(id) >= 0) goToMessage(id); },
   toggle: () => toggle(current),
   all: chooseAll,
   unchoose,

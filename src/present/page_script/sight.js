@@ -3,7 +3,9 @@
 
 let height = innerHeight;
 let reveals = '';  // how the current row comes into sight when somebody sees the page
-let isSeen = false;  // the current row: as the window was before it changed its size
+// As the window was before it changed its size:
+let isSeen = false;  // the current row
+let first = null;  // the first row in sight, and where it stood
 
 function isAtEnd() {
   return height + scrollY >= document.documentElement.scrollHeight - 2;
@@ -26,7 +28,10 @@ function reveal(block) {
 }
 
 function look() {
-  if (innerHeight > 0) isSeen = current >= 0 && isInSight(rows[current]);
+  if (innerHeight === 0) return;
+  isSeen = current >= 0 && isInSight(rows[current]);
+  const row = scrollY > 0 && rows.find(row => topOf(row) >= -1);
+  first = row ? {id: row.id, top: topOf(row)} : null;
 }
 
 // Where the rows in sight stand, the current one first; where rows go, the next takes their place.
@@ -45,13 +50,14 @@ function holdInSight(state) {
 }
 
 // Another size of the window, in which rows may have another height, does not take the current row
-// out of sight.
+// out of sight, or without one what is looked at.
 function resized() {
   if (innerHeight === 0) return;
   const block = reveals || (isSeen ? 'nearest' : '');
   reveals = '';
   height = innerHeight;
   if (current >= 0 && block) reveal(block);
+  else if (first && seen.has(first.id)) scrollBy(0, topOf(rows[placeOf(first.id)]) - first.top);
   look();
 }
 

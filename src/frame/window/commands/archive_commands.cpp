@@ -1,6 +1,7 @@
 #include "frame/window/commands/archive_commands.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QSignalBlocker>
@@ -101,7 +102,17 @@ QString ImportedWords(const ImportCounts& counts, const QString& folder) {
     words += Ui::tr("%n通をくずかごから「%1」に戻しました。", nullptr, counts.returned).arg(folder);
   }
   if (counts.known > 0) words += Ui::tr("%n通は保存済みでした。", nullptr, counts.known);
+  if (counts.kept > 0) {
+    words +=
+        Ui::tr("うち%n通は書きかけか送信待ちで、くずかごに入ったままです。", nullptr, counts.kept);
+  }
   return words.trimmed();
+}
+
+// A window for folders may hand over another one than the user believes.
+QString FolderReadWords(const QStringList& paths) {
+  if (!QFileInfo(paths.first()).isDir()) return {};
+  return Ui::tr("（フォルダ「%1」から）").arg(QDir::toNativeSeparators(paths.first()));
 }
 
 }  // namespace
@@ -114,7 +125,7 @@ void ArchiveCommands::ImportFiles(const SerialId& current) {
 
 void ArchiveCommands::ImportFolder(const SerialId& current) {
   const QString folder = AskFolder(context_, &window_, FileTask::Import,
-                                   Ui::tr("取り込むフォルダ（Maildirまたはemlファイル）"));
+                                   Ui::tr("取り込むフォルダ（mbox、Maildir、emlのファイル）"));
   if (!folder.isEmpty()) Import({folder}, current);
 }
 
@@ -168,12 +179,12 @@ void ArchiveCommands::Import(const QStringList& paths, const SerialId& current) 
     }
   }
   host_.MessageStored();
-  TellImported(imported, counts, folder);
+  TellImported(imported, counts, folder, FolderReadWords(paths));
 }
 
 void ArchiveCommands::TellImported(const Result<>& imported, const ImportCounts& counts,
-                                   const SerialId& folder) {
-  const QString text = ImportedWords(counts, NameOf(folder));
+                                   const SerialId& folder, const QString& read) {
+  const QString text = ImportedWords(counts, NameOf(folder)) + read;
   const QString amiss = imported ? counts.notice : imported.Error().text;
   if (!amiss.isEmpty()) {
     ShowBox(&window_, QMessageBox::Warning, amiss + u'\n' + text);

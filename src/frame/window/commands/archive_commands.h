@@ -43,7 +43,8 @@ class ArchiveCommands {
   void Import(const QStringList& paths, const SerialId& current);
   SerialId AskTarget(const SerialId& current);
   QString NameOf(const SerialId& folder) const;
-  void TellImported(const Result<>& imported, const ImportCounts& counts, const SerialId& folder);
+  void TellImported(const Result<>& imported, const ImportCounts& counts, const SerialId& folder,
+                    const QString& read);
   void OfferUndo(const QString& done, const Move& back, const SerialId& folder);
   void TakeBack(const Move& back, const MessageFlags& flags, const SerialId& folder);
   void TellExported(const ExportOutcome& outcome);

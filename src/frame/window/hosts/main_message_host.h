@@ -48,6 +48,8 @@ class MainMessageHost : public MessageHost {
   void GatherAlike(const SerialId& serialId) override { MakeRule(serialId, false); }
   void StopAlike(const SerialId& serialId) override { MakeRule(serialId, true); }
   QStringList OfferedAddresses() override { return known_.Offers(); }
+  bool PrefersHtml() const override { return prefersHtml_; }
+  void PreferHtml(bool html) override { prefersHtml_ = html; }
   void AddToBook(const SerialIds& serialIds) override;
   void MakeAccount() override { parts_.opener.MakeObject(object_type::kAccount, {}); }
   bool IsClosing() const override { return parts_.closing.IsClosing(); }
@@ -60,6 +62,7 @@ class MainMessageHost : public MessageHost {
 
   const Parts parts_;
   KnownAddresses known_;
+  bool prefersHtml_ = false;
 };
 
 }  // namespace vorn

@@ -15,6 +15,7 @@ namespace vorn {
 MessageBars::MessageBars(Context& context, MessageHost& host, MessageDocument& document)
     : context_(context),
       document_(document),
+      erased_(new NoticeBar(QStringLiteral("frErased"))),
       doubt_(new DoubtBar),
       mend_(new QPushButton(Ui::tr("編集する(&T)"))),
       refused_(new NoticeBar(QStringLiteral("frRefused"), mend_)),
@@ -26,6 +27,7 @@ MessageBars::MessageBars(Context& context, MessageHost& host, MessageDocument& d
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
+  layout->addWidget(erased_);
   layout->addWidget(doubt_);
   layout->addWidget(refused_);
   layout->addWidget(account_);
@@ -44,7 +46,24 @@ NoticeBar* MessageBars::BuildAccountNotice(MessageHost& host) {
   return new NoticeBar(QStringLiteral("frNoAccount"), make);
 }
 
+void MessageBars::ShowErased() {
+  isErased_ = vorn::IsErased(context_, document_);
+  if (isErased_) document_.Edits().Begin(document_.Bag());
+  if (!isErased_ || document_.IsUnreadable()) {
+    erased_->Say({});
+  } else if (document_.IsEditable()) {
+    erased_->Say(
+        Ui::tr("このメッセージは削除されました。書いたものはこのウィンドウに残っていて、"
+               "閉じるときに保存するかどうかを選べます。"));
+  } else {
+    erased_->Say(
+        Ui::tr("このメッセージは削除されました。このウィンドウを閉じるまでは、返信や転送、"
+               "ファイルへの保存ができます。"));
+  }
+}
+
 bool MessageBars::ShowStanding() {
+  ShowErased();
   const bool isUnsent = (document_.IsWaiting() || document_.IsEditable()) && !document_.IsNew();
   const QString refusal = isUnsent && !document_.IsSending()
                               ? RefusalNotice(context_, document_.File(), document_.Tag())

@@ -21,10 +21,15 @@ class MessageBars : public QWidget {
   /// Shows what the document says as it was opened; not how it stands with its sending.
   void Show(const OpenedMessage& opened);
   /// Says that a server refused what waits or is being mended, and why, or that no account can send
-  /// what is written. Returns whether that was said until now, and there is one.
+  /// what is written; and `ShowErased`. Returns whether no account could until now, and there is
+  /// one.
   bool ShowStanding();
   /// Whether a server refused what waits, as it stood when that was shown last.
   bool IsRefused() const { return isRefused_ && document_.IsWaiting(); }
+  /// Looks whether the message has been erased since it was opened, and says so; nothing of its
+  /// state is to be stored then.
+  void ShowErased();
+  bool IsErased() const { return isErased_; }
   /// The button that has it edited.
   QPushButton& Mend() const { return *mend_; }
   /// Whether the user has asked for an account from here; forgotten by asking.
@@ -37,10 +42,12 @@ class MessageBars : public QWidget {
   NoticeBar* BuildAccountNotice(MessageHost& host);
 
   Context& context_;
-  const MessageDocument& document_;
+  MessageDocument& document_;
   bool asksForAccount_ = false;
   bool lacksAccount_ = false;  // none can send what is written
   bool isRefused_ = false;     // what is unsent, by a server
+  bool isErased_ = false;
+  NoticeBar* erased_;
   DoubtBar* doubt_;
   QPushButton* mend_;
   NoticeBar* refused_;

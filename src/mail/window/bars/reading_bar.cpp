@@ -12,7 +12,7 @@ ReadingBar::ReadingBar(Context& context, MessageDocument& document)
 ReadingBar::ReadingBar(Context& context, MessageDocument& document, QPushButton* asDeclared)
     : NoticeBar(QStringLiteral("frReading"), asDeclared), context_(context), document_(document) {
   asDeclared->setObjectName(QStringLiteral("cmAsDeclared"));
-  connect(asDeclared, &QPushButton::clicked, this, [this] { Q_EMIT AnewWanted(true, {}); });
+  connect(asDeclared, &QPushButton::clicked, this, [this] { Q_EMIT AnewWanted(true); });
 }
 
 void ReadingBar::Show() {
@@ -30,7 +30,7 @@ void ReadingBar::Pick(CharsetChoice charset) {
     return;
   }
   document_.Edits().KeepCode(charset);
-  Q_EMIT AnewWanted(false, {});
+  Q_EMIT AnewWanted(false);
 }
 
 void ReadingBar::Choose() {
@@ -41,7 +41,7 @@ void ReadingBar::Choose() {
       ChooseCode(window(), OfferCodes(source, index, types), WrongLabels(source, index, types));
   if (!chosen) return;
   document_.Code().readAs = chosen;
-  Q_EMIT AnewWanted(false, source);
+  Q_EMIT AnewWanted(false);
 }
 
 }  // namespace vorn

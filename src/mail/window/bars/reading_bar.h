@@ -21,8 +21,9 @@ class ReadingBar : public NoticeBar {
 
  Q_SIGNALS:
   void Edited();
-  /// The message is to be opened anew; the arguments are those of `MessageDocument::Open`.
-  void AnewWanted(bool applyStoredCharset, const QByteArray& shown);
+  /// The message is to be opened anew, as it is shown where it has been erased; the argument is
+  /// that of `MessageDocument::Open`.
+  void AnewWanted(bool applyStoredCharset);
 
  private:
   ReadingBar(Context& context, MessageDocument& document, QPushButton* asDeclared);

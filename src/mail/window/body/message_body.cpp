@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QShortcut>
 #include <QTabBar>
 #include <QTabWidget>
@@ -80,11 +81,13 @@ MessageBody::MessageBody(MemoBox::Taker taker, QString htmlName)
     index == kHtmlTab ? ShowHtml() : ShowText();
     if (index != kHtmlTab && wbHtml_ != nullptr) wbHtml_->PutAside();
     Q_EMIT FrontChanged(index == kHtmlTab);
+    if (!isFilling_) Q_EMIT FrontChosen(index == kHtmlTab);
   });
   connect(find_, &FindBar::FindWanted, this, &MessageBody::Find);
   connect(find_, &FindBar::Closed, this, [this] { InFront()->setFocus(); });
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
   layout->addWidget(tsBody_, 1);
   layout->addWidget(lbLine_);
   layout->addWidget(find_);
@@ -110,6 +113,7 @@ void MessageBody::Enter() {
 }
 
 void MessageBody::Show(const LazyText& text, bool editable, const HtmlPart& html) {
+  const QScopedValueRollback<bool> filling(isFilling_, true);
   html_ = html.make;
   txMemo_->setReadOnly(!editable);
   txMemo_->setTextInteractionFlags(editable

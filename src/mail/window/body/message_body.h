@@ -56,6 +56,8 @@ class MessageBody : public QWidget {
   void TextEdited();
   /// The HTML part or the text has come to the front.
   void FrontChanged(bool isHtml);
+  /// The user has brought it there.
+  void FrontChosen(bool isHtml);
   /// See `GiveKeys`.
   void Entered();
   void Left();
@@ -81,6 +83,7 @@ class MessageBody : public QWidget {
   QWidget* htmlPage_;
   HtmlView* wbHtml_ = nullptr;  // made for the first message that has a part for it
   FindBar* find_;
+  bool isFilling_ = false;
   QFont font_;
   int zoom_ = 0;
 };

@@ -38,14 +38,13 @@ MessageClosing::MessageClosing(Context& context, MessageHost& host, MessageDocum
       receipt_(receipt),
       window_(window) {}
 
-QMessageBox::StandardButton MessageClosing::AskToSave() {
+QMessageBox::StandardButton MessageClosing::AskToSave(const QString& question) {
   // Who ends the program by mistake may want to stay.
   const bool mayStay =
       !host_.IsClosing() || (Settings(context_).Care().mayStay && !qApp->isSavingSession());
   QMessageBox::StandardButtons buttons = QMessageBox::Yes | QMessageBox::No;
   if (mayStay) buttons |= QMessageBox::Cancel;
-  return ShowBox(&window_, QMessageBox::Question,
-                 Ui::tr("このメッセージを保存します。よろしいですか？"), buttons, QMessageBox::Yes,
+  return ShowBox(&window_, QMessageBox::Question, question, buttons, QMessageBox::Yes,
                  // Without "Cancel" Escape keeps what was written, rather than the contrary.
                  mayStay ? QMessageBox::NoButton : QMessageBox::Yes);
 }
@@ -98,15 +97,20 @@ bool MessageClosing::Leave() {
   const bool isAnswer = document_.Request().Mode() != OpenMode::Show;
   if (isNew && isAnswer && !isEdited_) return true;  // it can be made again
   if (isNew && IsBlank() && Settings(context_).Care().dropsBlank) return true;
-  if (isNew) {
-    const auto answer = AskToSave();
+  const bool isErased = document_.IsEditable() && IsErased(context_, document_);
+  if (isNew || isErased) {
+    const auto answer =
+        AskToSave(isErased ? Ui::tr("このメッセージは削除されました。新しいメッセージとして"
+                                    "保存します。よろしいですか？")
+                           : Ui::tr("このメッセージを保存します。よろしいですか？"));
     if (answer == QMessageBox::Cancel) return false;
     if (answer != QMessageBox::Yes) {
       Drafts::Forget(context_, document_.Tag());
       return true;
     }
   }
-  if (!document_.IsEditable() || (!isNew && !isEdited_)) {
+  if (isErased) MessageBag::SetStatus(*document_.Bag(), kStatusEdit);  // it was in the dust bin
+  if (!document_.IsEditable() || (!isNew && !isErased && !isEdited_)) {
     StoreState();
     return true;
   }
@@ -158,7 +162,7 @@ void MessageClosing::NoteAnswer() {
 }
 
 void MessageClosing::StoreState() {
-  if (!document_.Edits().HasAny()) return;
+  if (!document_.Edits().HasAny() || IsErased(context_, document_)) return;
   const std::optional<bool> dust = document_.Edits().Dust();
   const Result<> stored = document_.Edits().Store();
   if (stored && dust) host_.DustChanged(document_.Tag(), *dust);

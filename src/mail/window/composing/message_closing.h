@@ -44,7 +44,7 @@ class MessageClosing {
   void FinishEditing();
   bool HasSender();
   bool IsBlank() const;
-  QMessageBox::StandardButton AskToSave();
+  QMessageBox::StandardButton AskToSave(const QString& question);
   bool StoreEdited();
   void NoteAnswer();
 

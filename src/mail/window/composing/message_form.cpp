@@ -57,7 +57,9 @@ LazyText TextOf(const OpenedMessage& opened, bool isNew) {
     return Ui::tr("メッセージ%1を読み込めません。").arg(opened.unreadable->Name()) +
            opened.reason.text;
   }
-  return opened.found || isNew ? opened.model.text : LazyText(Ui::tr("メッセージがありません。"));
+  // One that was erased may still be known.
+  const bool isKnown = opened.found || isNew || !opened.source.isEmpty();
+  return isKnown ? opened.model.text : LazyText(Ui::tr("メッセージがありません。"));
 }
 
 // Who sends the answer to an invitation is the one who answers.
@@ -108,7 +110,11 @@ void MessageForm::BuildMail() {
   AddRow(grid, 3, lbClip_, lvClip_);
   body_->Text()->setMinimumHeight(2 * line);
   grid->addWidget(body_, 4, 0, 1, 2);
-  grid->setRowStretch(4, 1);
+  // In a low window the addresses give way first, down to their least height.
+  lvMailaddress_->setSizePolicy(lvMailaddress_->sizePolicy().horizontalPolicy(),
+                                QSizePolicy::Ignored);
+  grid->setRowStretch(1, 1);
+  grid->setRowStretch(4, 2);
   addTab(page, Ui::tr("メール"));
 }
 

@@ -11,6 +11,7 @@
 #include "mail/message_document.h"
 #include "mail/store/mail_store.h"
 #include "mail/store/outbox.h"
+#include "mail/store/send_refusals.h"
 #include "mail/window/bars/doubt_bar.h"
 #include "mail/window/composing/message_closing.h"
 #include "mail/window/composing/message_form.h"
@@ -112,7 +113,7 @@ void MessageSending::TellMissing(const QString& missing) {
     return;
   }
   ShowBox(&window_, QMessageBox::Information, missing);
-  form_.Addresses().setFocus();
+  if (form_.Addresses().FirstFault().isEmpty()) form_.Addresses().setFocus();
   form_.Addresses().GoToFault();
 }
 
@@ -144,6 +145,10 @@ void MessageSending::Edit() {
   }
   host_.MessageStored();
   Q_EMIT AnewWanted();
+  // Whom the server refused is what has to be mended.
+  if (!document_.IsEditable()) return;
+  const auto refusals = SendRefusals(context_, document_.File()).All();
+  form_.Addresses().GoToNamed(refusals.value(document_.Tag()).reply);
 }
 
 void MessageSending::ShowDoubt() {

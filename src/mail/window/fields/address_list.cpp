@@ -74,22 +74,33 @@ AddressList::AddressList(std::function<QStringList()> offers, QWidget* parent)
 
 void AddressList::MarkNamed(const QString& text) {
   const QScopedValueRollback<bool> quiet(filling_, true);
-  const QStringList lines = text.split(u'\n');
   for (int row = 0; row < rowCount(); ++row) {
+    const QString line = LineNaming(row, text);
+    if (line.isEmpty()) continue;
     QTableWidgetItem* cell = item(row, kAddress);
-    if (cell == nullptr || cell->text().isEmpty()) continue;
-    const QList<AddressEntry> entries = ReadTypedAddresses(cell->text());
-    for (const QString& line : lines) {
-      const bool names =
-          std::any_of(entries.begin(), entries.end(), [&](const AddressEntry& entry) {
-            return line.startsWith(entry.address + QStringLiteral(": "));
-          });
-      if (!names) continue;
-      cell->setIcon(style()->standardIcon(QStyle::SP_MessageBoxWarning));
-      cell->setToolTip(ShownToolTip(line.trimmed()));
-      cell->setData(Qt::AccessibleDescriptionRole, line.trimmed());
-    }
+    cell->setIcon(style()->standardIcon(QStyle::SP_MessageBoxWarning));
+    cell->setToolTip(ShownToolTip(line));
+    cell->setData(Qt::AccessibleDescriptionRole, line);
   }
+}
+
+void AddressList::GoToNamed(const QString& text) {
+  for (int row = 0; row < rowCount(); ++row) {
+    if (!LineNaming(row, text).isEmpty()) return GoTo(row);
+  }
+}
+
+// The last line of `text` that begins with an address of the row; empty when there is none.
+QString AddressList::LineNaming(int row, const QString& text) const {
+  QString naming;
+  const QList<AddressEntry> entries = ReadTypedAddresses(RowText(row));
+  for (const QString& line : text.split(u'\n')) {
+    const bool names = std::any_of(entries.begin(), entries.end(), [&](const AddressEntry& entry) {
+      return line.startsWith(entry.address + QStringLiteral(": "));
+    });
+    if (names) naming = line.trimmed();
+  }
+  return naming;
 }
 
 void AddressList::Show(const QList<AddressEntry>& addresses, bool editable) {
@@ -193,10 +204,14 @@ QString AddressList::FirstFault() const {
 }
 
 void AddressList::GoToFault() {
-  const int row = FaultRow();
-  if (row < 0) return;
+  if (const int row = FaultRow(); row >= 0) GoTo(row);
+}
+
+// First the row: a list without a current one would go to its last.
+void AddressList::GoTo(int row) {
   setCurrentCell(row, kAddress);
-  editItem(item(row, kAddress));  // what is typed next corrects it
+  setFocus();
+  if (!IsEditing()) editItem(item(row, kAddress));  // what is typed next corrects it
 }
 
 void AddressList::Append(const AddressEntry& entry) {

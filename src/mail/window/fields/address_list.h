@@ -31,6 +31,8 @@ class AddressList : public RowList {
   void GoToFault();
   /// Marks the rows whose addresses begin a line of `text`, as the refused ones do in an event.
   void MarkNamed(const QString& text);
+  /// Puts the cursor into the first of these rows.
+  void GoToNamed(const QString& text);
   /// Adds an address to a list that can be edited.
   void Add(const AddressEntry& entry);
 
@@ -50,6 +52,8 @@ class AddressList : public RowList {
   QString KindOf(int row) const;
   void MarkFault(int row);
   int FaultRow() const;
+  void GoTo(int row);
+  QString LineNaming(int row, const QString& text) const;
 
   QList<AddressEntry> shown_;  // what a list that cannot be edited shows
   bool editable_ = false;

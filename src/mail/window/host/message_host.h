@@ -21,6 +21,10 @@ class MessageHost {
   virtual void MessageStored() = 0;
   /// A window has put a message into the dust bin or taken it out, which can be taken back.
   virtual void DustChanged(const SerialId& serialId, bool dust) = 0;
+  /// Whether the user has last chosen the HTML, where a message in a reading pane has both HTML and
+  /// a text of its own.
+  virtual bool PrefersHtml() const = 0;
+  virtual void PreferHtml(bool html) = 0;
   /// Asks for another message window.
   virtual void PostMail(const MailRequest& request) = 0;
   /// Opens a file that holds a message in a window of its own.

@@ -25,6 +25,11 @@ namespace {
 
 constexpr int kLeastLines = 6;
 
+// Of HTML alone the settings say how it is read.
+bool HasHtmlAndText(const OpenedMessage& opened) {
+  return !opened.html.isEmpty() && !opened.model.isTextOfHtml;
+}
+
 }  // namespace
 
 ReadingPane::ReadingPane(Context& context, MessageHost& host)
@@ -49,6 +54,9 @@ ReadingPane::ReadingPane(Context& context, MessageHost& host)
   connect(body_, &MessageBody::Entered, this, [this] { Q_EMIT OpenWanted(OpenMode::Show); });
   connect(body_, &MessageBody::Left, this, &ReadingPane::Left);
   connect(body_, &MessageBody::FrontChanged, &clips_->Clips(), &AttachmentList::FoldShown);
+  connect(body_, &MessageBody::FrontChosen, this, [this](bool isHtml) {
+    if (HasHtmlAndText(opened_)) host_.PreferHtml(isHtml);
+  });
   connect(body_, &MessageBody::MessageWanted, this,
           [this](const QString& mailto) { host_.PostMail(MailRequest::New(mailto)); });
 }
@@ -150,10 +158,11 @@ void ReadingPane::Fill() {
     text = Ui::tr("メッセージがありません。");
   }
   body_->UseFont(TextFont(context_, FontUse::Read));
-  body_->Show(text, false, PartToRead(context_, opened_, [this] {
-                return WithInlineImages(opened_.html, opened_.source,
-                                        MailRequestBag(*request_).ContentIndex());
-              }));
+  HtmlPart html = PartToRead(context_, opened_, [this] {
+    return WithInlineImages(opened_.html, opened_.source, MailRequestBag(*request_).ContentIndex());
+  });
+  if (HasHtmlAndText(opened_)) html.isFirst = host_.PrefersHtml();
+  body_->Show(text, false, html);
 }
 
 void ReadingPane::Print() {

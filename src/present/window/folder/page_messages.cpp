@@ -85,10 +85,13 @@ void PageMessages::Told(RowNews news, const QString& said) {
   const SerialId message(said);
   switch (news) {
     case RowNews::Current:
+      page_.change.NoteRow(message, true);
       return split_.ShowRow(message);
     case RowNews::Kept:
+      page_.change.NoteRow(message, false);
       return split_.RowKept(message);
     case RowNews::Left:
+      page_.change.NoteRow({}, false);
       return split_.RowLeft();
     case RowNews::Twice:
       return OpenInWindow(MailRequest::Of(message));  // once, should the first click have done so
