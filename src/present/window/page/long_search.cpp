@@ -31,6 +31,10 @@ bool LongSearch::IsUnderWay() {
   return wait_->IsAsking(Question());
 }
 
+bool LongSearch::IsLooking() const {
+  return wait_->IsAsking();
+}
+
 void LongSearch::Begin(const std::function<void()>& then) {
   wait_->Ask(Question(), [this, then](const ConditionRun::Answer& answer) { Take(answer, then); });
   gone_.clear();
