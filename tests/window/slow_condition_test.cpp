@@ -2,10 +2,12 @@
 
 #include <QElapsedTimer>
 #include <QFileDialog>
+#include <QMdiArea>
 #include <QMenu>
 #include <QMessageBox>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QTabBar>
 
 #include "objects/object_loader.h"
 #include "window/folder_page_fixture.h"
@@ -94,6 +96,64 @@ TEST_F(SlowConditionTest, ItIsStoppedByItsButtonByAnotherFolderAndByTheEnd) {
   clock.start();
   EndProgram();
   EXPECT_LT(clock.elapsed(), kAtOnceMs);
+}
+
+// Of many tabs two have a page, also when they were left before it came.
+TEST_F(SlowConditionTest, ATabThatIsLeftWhileItWaitsHasNoPageUntilSomebodyComesBack) {
+  Begin(70, 30, true);
+  ParentWindow* parent = program_->Parent();
+  const DiskPtr folder = LoadObject(program_->GetContext(), kShelf);
+  folder->Let(QStringLiteral("SqlUse"), true);
+  folder->Let(QStringLiteral("Sql"), kEndless);
+  auto& tree = Child<QTreeWidget>(*parent, u"tvConsole");
+  BrowserWindow* shelf = nullptr;
+  for (const SerialId& next : {kShelf, fixed_serial::kOutbox, fixed_serial::kDust}) {
+    const size_t before = Browsers().size();
+    test::ClickRow(tree, Node(next), Qt::LeftButton, Qt::ControlModifier);
+    ASSERT_TRUE(WaitFor([&] { return Browsers().size() == before + 1; }));
+    if (shelf == nullptr) shelf = Browsers().back();
+  }
+  const auto countPages = [this] {
+    const auto all = Browsers();
+    return std::count_if(all.begin(), all.end(), [](const BrowserWindow* browser) {
+      return browser->findChild<QWebEngineView*>(QStringLiteral("wbUrl")) != nullptr;
+    });
+  };
+  const auto text = [&] {
+    auto* view = shelf->findChild<QWebEngineView*>(QStringLiteral("wbUrl"));
+    return view == nullptr ? QString()
+                           : ScriptIn(*view, QStringLiteral("document.body.innerText")).toString();
+  };
+  const auto& bar = Child<QWidget>(*shelf, u"barCondition");
+  EXPECT_TRUE(WaitFor([&] { return countPages() == 2; }));
+  EXPECT_TRUE(text().isNull());
+  EXPECT_FALSE(bar.isHidden());
+  // Back while its messages are looked for, and away again.
+  auto* tabs = parent->findChild<QMdiArea*>()->findChild<QTabBar*>();
+  const auto leave = [&] {
+    for (const int other : {2, 3}) tabs->setCurrentIndex(other);
+  };
+  tabs->setCurrentIndex(1);
+  EXPECT_TRUE(WaitFor([&] { return text().contains(QStringLiteral("読み込み中")); }));
+  EXPECT_FALSE(bar.isHidden());
+  folder->Let(QStringLiteral("Sql"), kLong);
+  shelf->ShowFolder(kShelf);
+  leave();
+  EXPECT_TRUE(WaitFor([&] { return bar.isHidden(); }));
+  EXPECT_TRUE(WaitFor([&] { return countPages() == 2; }));
+  EXPECT_TRUE(text().isNull());
+  const auto hasRows = [&] { return text().contains(QStringLiteral("No69.")); };
+  tabs->setCurrentIndex(1);
+  EXPECT_TRUE(WaitFor([&] {
+    const auto* view = shelf->findChild<QWebEngineView*>(QStringLiteral("wbUrl"));
+    return view != nullptr && (view->page()->isLoading() || hasRows());
+  }));
+  EXPECT_TRUE(bar.isHidden()) << "what was found is known";
+  leave();
+  EXPECT_TRUE(WaitFor([&] { return countPages() == 2; }));
+  EXPECT_TRUE(text().isNull());
+  tabs->setCurrentIndex(1);
+  EXPECT_TRUE(WaitFor(hasRows));
 }
 
 // Keys that come at once, a range, and rows that the mouse chose; a second Delete means the next.

@@ -111,6 +111,8 @@ QString AskFolder(Context& context, QWidget* parent, FileTask task, const QStrin
   QFileDialog dialog(parent, title, RememberedFolder(context, task));
   dialog.setFileMode(QFileDialog::Directory);
   dialog.setOption(QFileDialog::ShowDirsOnly);
+  // GTK's window takes the first folder inside the one whose path was typed.
+  dialog.setOption(QFileDialog::DontUseNativeDialog);
   const QString folder = Run(dialog).value(0);
   if (!folder.isEmpty()) RememberFolder(context, task, folder);
   return folder;

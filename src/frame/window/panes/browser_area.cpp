@@ -58,6 +58,8 @@ void BrowserArea::Add(BrowserWindow* window) {
     const QString now = window->Tag().Text() + u' ' + window->Folder().Search().text;
     if (std::exchange(shown, now) != now) Q_EMIT ActiveChanged();
   });
+  // Its tab may have been left before its page came.
+  connect(window, &BrowserWindow::Loaded, this, &BrowserArea::RestHidden);
   connect(&window->Folder(), &ShownFolder::ChosenChanged, this, &BrowserArea::ChosenChanged);
   connect(window, &BrowserWindow::StepWanted, this, &BrowserArea::StepWanted);
   QMdiSubWindow* frame = addSubWindow(window);

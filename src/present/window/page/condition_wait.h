@@ -18,6 +18,8 @@ class ConditionWait : public NoticeBar {
   ConditionWait(Context& context, std::function<void()> stopped);
 
   void Ask(const QString& question, const ConditionRun::Then& then);
+  /// Whether anything is being asked.
+  bool IsAsking() const { return !question_.isEmpty(); }
   /// Whether that is being asked; notes that the answer was wanted anew.
   bool IsAsking(const QString& question);
   /// Whether it was wanted anew meanwhile; once.

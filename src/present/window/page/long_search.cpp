@@ -40,6 +40,10 @@ QString LongSearch::StateOfMail() const {
   return ChangeMark(context_.Data);
 }
 
+bool LongSearch::IsLooking() const {
+  return wait_->IsAsking();
+}
+
 void LongSearch::Begin(const std::function<void()>& then) {
   begunAt_ = StateOfMail();
   wait_->Ask(Question(), [this, then](const ConditionRun::Answer& answer) { Take(answer, then); });

@@ -25,6 +25,8 @@ class LongSearch : public QObject {
 
   /// Whether what the request asks for is being looked for. Where that is so, it will be outdated.
   bool IsUnderWay();
+  /// Whether anything is being looked for.
+  bool IsLooking() const;
   /// Gives up what is being looked for, and calls `then` when the pages have the messages.
   void Begin(const std::function<void()>& then);
   void Stop();

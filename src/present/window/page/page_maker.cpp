@@ -39,7 +39,7 @@ bool PageMaker::Make() {
   if (folder == nullptr) return request_.HasUrl();
   Q_EMIT Named(ShownObject(*folder).Name());
   if (search_.IsUnderWay()) {
-    if (request_.HasUrl()) Q_EMIT PageStays();
+    TellWait();
     return false;
   }
   search_.Stop();
@@ -173,12 +173,16 @@ void PageMaker::LastPage(const std::function<void(int)>& then) {
 }
 
 // A page of the folder that is in sight stays.
-void PageMaker::AskElsewhere(const std::function<void()>& then) {
+void PageMaker::TellWait() {
   if (request_.HasUrl()) {
     Q_EMIT PageStays();
   } else if (!request_.IsForPrinting()) {
     Q_EMIT TextWanted(Ui::tr("<p>読み込み中です。</p>"));
   }
+}
+
+void PageMaker::AskElsewhere(const std::function<void()>& then) {
+  TellWait();
   search_.Begin(then);
 }
 

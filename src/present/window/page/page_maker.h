@@ -64,6 +64,7 @@ class PageMaker : public QObject {
   void ChooseFirstPage();
   bool IsAtNewest() const;
   bool IsNewestFirst() const;
+  void TellWait();
   void AskElsewhere(const std::function<void()>& then);
   void TellStopped();
   void TellFailure(const QString& reason);

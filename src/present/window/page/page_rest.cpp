@@ -8,6 +8,7 @@
 
 #include "present/shown_page.h"
 #include "present/window/engine/engine_view.h"
+#include "present/window/page/long_search.h"
 #include "present/window/page/page_printing.h"
 #include "present/window/page/page_reading.h"
 
@@ -19,19 +20,22 @@ constexpr int kAgainMs = 10000;
 }  // namespace
 
 PageRest::PageRest(ShownPage& page, EngineView& engine, PageReading& reading,
-                   const PagePrinting& printing, QWidget& window, QWidget& around)
+                   const LongSearch& search, const PagePrinting& printing, QWidget& window,
+                   QWidget& around)
     : page_(page),
       engine_(engine),
       reading_(reading),
+      search_(search),
       printing_(printing),
       window_(window),
       around_(around) {}
 
-// What is under way stays, and so do pages of the program's own.
+// What is under way stays, and so do pages of the program's own, but for the words that stand in a
+// page's place until its messages are found.
 bool PageRest::MayGo() const {
   const PageRequest& request = page_.request;
-  const bool isRead = request.IsLocal() && request.HasUrl() && !reading_.IsKept();
-  return isRead && !request.State().IsLoading() && !request.IsForPrinting() &&
+  const bool isRead = request.HasUrl() ? !reading_.IsKept() : search_.IsLooking();
+  return request.IsLocal() && isRead && !request.State().IsLoading() && !request.IsForPrinting() &&
          !printing_.IsUnderWay();
 }
 

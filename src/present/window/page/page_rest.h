@@ -8,6 +8,7 @@ class QWidget;
 namespace vorn {
 
 class EngineView;
+class LongSearch;
 class PagePrinting;
 class PageReading;
 struct ShownPage;
@@ -20,8 +21,8 @@ class PageRest : public QObject {
 
  public:
   /// `around` is the widget within `window` in which the page stands.
-  PageRest(ShownPage& page, EngineView& engine, PageReading& reading, const PagePrinting& printing,
-           QWidget& window, QWidget& around);
+  PageRest(ShownPage& page, EngineView& engine, PageReading& reading, const LongSearch& search,
+           const PagePrinting& printing, QWidget& window, QWidget& around);
 
   /// Nobody sees the page for now. Once it has told its place, it goes.
   void Begin();
@@ -50,6 +51,7 @@ class PageRest : public QObject {
   ShownPage& page_;
   EngineView& engine_;
   PageReading& reading_;
+  const LongSearch& search_;
   const PagePrinting& printing_;
   QWidget& window_;
   QWidget& around_;
