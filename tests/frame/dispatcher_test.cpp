@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QRegularExpression>
 #include <QSet>
 
 #include "events/event_log.h"
@@ -211,8 +212,10 @@ TEST(EventLogTest, RecordsAreKeptAndShown) {
                  QStringLiteral("会社"), QStringLiteral("account"),
                  i % 50 == 0 ? QStringLiteral("came %1").arg(i) : QString());
   }
-  EXPECT_EQ(view.last.left(3), QStringLiteral("会社 "));
-  EXPECT_EQ(view.last.indexOf(u':'), 5);
+  // Since when; before ten o'clock the hour has one digit.
+  EXPECT_TRUE(
+      QRegularExpression(QStringLiteral("^会社 \\d{1,2}:\\d\\d")).match(view.last).hasMatch())
+      << qPrintable(view.last);
   EXPECT_EQ(QSet<SerialId>(view.shown.begin(), view.shown.end()).size(), 2);
   const QString said = log.Find(view.shown[0])->Text(u"message");
   EXPECT_LT(said.indexOf(u"came 150"), said.indexOf(u"came 0"));
