@@ -12,6 +12,7 @@
 #include "present/window/page/browser_host.h"
 #include "present/window/page/page_loader.h"
 #include "present/window/toolbar/folder_toolbar.h"
+#include "present/window/toolbar/location_box.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -31,7 +32,7 @@ WebNavigation::WebNavigation(PageRequest& request, EngineView& engine, PageLoade
       window_(window) {
   connect(&toolbar_, &FolderToolbar::BeforeWanted, this, [this] { Turn(-1); });
   connect(&toolbar_, &FolderToolbar::NextWanted, this, [this] { Turn(1); });
-  connect(&toolbar_, &FolderToolbar::AddressTyped, this,
+  connect(&toolbar_.Location(), &LocationBox::Typed, this,
           [this](const QString& address) { GoTo(QUrl::fromUserInput(address).toString()); });
   connect(&loader_, &PageLoader::Loaded, this, &WebNavigation::ShowPlace);
   ConnectEngine();
@@ -102,7 +103,7 @@ void WebNavigation::TakeName(const QString& name, const QUrl& url) {
 void WebNavigation::ShowPlace() {
   if (request_.IsLocal()) return;
   const QWebEngineView* view = engine_.View();
-  toolbar_.FollowAddress(view->url().toString());
+  toolbar_.Location().Follow(view->url().toString());
   window_.setWindowTitle(ShownText(view->title(), kMostInTitle));
   request_.State().SetNeighbours(view->history()->canGoBack(), view->history()->canGoForward());
   window_.ControlToolbarUpdate();

@@ -9,15 +9,7 @@ namespace vorn {
 namespace {
 
 constexpr int kClosing = 421;
-constexpr int kRefused = 535;  // who logs in (RFC 4954 section 6)
-constexpr int kNotInClear = 538;
 constexpr int kMoreWanted = 530;  // a login (RFC 4954 section 6), or STARTTLS (RFC 3207 section 4)
-
-// Not who logs in is refused but by which mechanism (RFC 4954 sections 4 and 6): it is not
-// understood or not known, too weak, or needs encryption.
-bool RefusesMechanism(int code) {
-  return code == 501 || code == 504 || code == 534 || code == kNotInClear;
-}
 
 QString NotUnderstood() {
   return Ui::tr("サーバーの応答を理解できません。サーバー名とポート番号を確認してください。");
@@ -32,7 +24,7 @@ SmtpSession::SmtpSession(SmtpJob job, PopEvents& events, std::function<void(QByt
       events_(events),
       send_(std::move(send)),
       startTls_(std::move(startTls)),
-      tls_(job_.server.security, TlsStep::Direction::Sending) {}
+      opening_(job_.server, job_.authenticate, redaction_, send_) {}
 
 void SmtpSession::Fail(PopError code, const QString& text) {
   // Whatever cannot be understood after the end of the message may have been a yes.
@@ -97,37 +89,8 @@ bool SmtpSession::ReadReply() {
 
 void SmtpSession::TakeReply(int code) {
   switch (stage_) {
-    case Stage::Greeting:
-      if (code != 220) {
-        LeaveAfter(PopError::Refused, Ui::tr("サーバーに接続を断られました。しばらくしてから"
-                                             "もう一度送信してください。"));
-        return;
-      }
-      stage_ = Stage::Ehlo;
-      Send("EHLO [127.0.0.1]");
-      return;
-    case Stage::Ehlo:
-      if (code != 250) {
-        stage_ = Stage::Helo;
-        Send("HELO localhost");
-        return;
-      }
-      extensions_.Take(reader_.Text());
-      Greeted();
-      return;
-    case Stage::Helo:
-      if (code != 250) {
-        LeaveAfter(PopError::Refused, Ui::tr("サーバーに接続を断られました。"));
-      } else {
-        extensions_.Clear();
-        Greeted();
-      }
-      return;
-    case Stage::StartTls:
-      TakeTlsAnswer(code);
-      return;
-    case Stage::Auth:
-      GoOnWithAuth(code);
+    case Stage::Opening:
+      TakeOpeningReply(code);
       return;
     case Stage::Envelope:
       TakeEnvelopeReply(code);
@@ -151,76 +114,32 @@ void SmtpSession::TakeReply(int code) {
   }
 }
 
-void SmtpSession::TakeTlsAnswer(int code) {
-  const bool ok = code == 220;
-  const auto failure = TlsStep::TakeAnswer(ok, reader_.Text(), reader_.HasUnread(), redaction_);
-  if (!failure) {
+void SmtpSession::TakeOpeningReply(int code) {
+  const auto failure = opening_.TakeReply(code, reader_.Text(), reader_.HasUnread());
+  if (failure && failure->inOrder) {
+    events_.Error(failure->told.code, failure->told.text);
+    Leave();
+  } else if (failure) {
+    Fail(failure->told.code, failure->told.text);
+  } else if (opening_.GetState() == SmtpOpening::State::Handshake) {
     stage_ = Stage::Handshake;
     startTls_();
-  } else if (ok) {
-    Fail(failure->code, failure->text);
-  } else {
-    events_.Error(failure->code, failure->text);
-    Leave();
-  }
-}
-
-void SmtpSession::Greeted() {
-  if (tls_.IsDue()) {
-    if (!extensions_.Has("STARTTLS")) {
-      const PopFailure failure = tls_.NotOffered();
-      return Fail(failure.code, failure.text);
-    }
-    stage_ = Stage::StartTls;
-    Send("STARTTLS");
-  } else if (job_.authenticate) {
-    BeginAuth();
-  } else {
+  } else if (opening_.GetState() == SmtpOpening::State::Over) {
     BeginEnvelope();
   }
 }
 
 void SmtpSession::TlsEstablished() {
   if (stage_ != Stage::Handshake) return;
-  tls_.Establish();
-  extensions_.Clear();  // what was learnt in clear may have been anyone's word
-  stage_ = Stage::Ehlo;
-  Send("EHLO [127.0.0.1]");
-}
-
-void SmtpSession::BeginAuth() {
-  auth_ = SaslExchange(extensions_.AuthMechanisms(), tls_.IsEncrypted(), job_.server.who);
-  if (auth_.Mechanism() == nullptr) {
-    Fail(PopError::Login, Ui::tr("サーバーが送信時の認証に対応していません。アカウントの送信の"
-                                 "設定を確認してください。"));
-    return;
-  }
-  stage_ = Stage::Auth;
-  Send(auth_.Begin(true, redaction_));
-}
-
-// A refused password is not offered again: servers lock accounts after a few wrong ones. One that
-// was not offered yet is not what is refused.
-void SmtpSession::GoOnWithAuth(int code) {
-  if (code == 235 && auth_.TrustsServer()) return BeginEnvelope();
-  if (code == 334) {
-    if (const auto answer = auth_.Answer(reader_.Text().mid(4), redaction_)) return Send(*answer);
-  }
-  if (code == 235 || code == 334) {
-    const PopFailure failure = auth_.Broken(reader_.Text(), redaction_);
-    return Fail(failure.code, failure.text);
-  }
-  const bool isMissing = RefusesMechanism(code) || (code == kRefused && auth_.MayBeMissing());
-  if (isMissing && auth_.TryNext(code == kNotInClear)) return Send(auth_.Begin(true, redaction_));
-  const PopFailure failure = auth_.Refused(reader_.Text(), redaction_);
-  events_.Error(failure.code, failure.text);
-  Leave();
+  stage_ = Stage::Opening;
+  opening_.GoOnEncrypted();
 }
 
 void SmtpSession::BeginEnvelope() {
   if (job_.loginOnly) return Leave();
   body_.Take(WireMessage(job_.source));
-  const auto refusal = envelope_.Plan(job_.from, job_.recipients, body_.Wire(), extensions_);
+  const auto refusal =
+      envelope_.Plan(job_.from, job_.recipients, body_.Wire(), opening_.Extensions());
   if (refusal) return Fail(PopError::Refused, *refusal);
   stage_ = Stage::Envelope;
   send_(envelope_.NextCommands());

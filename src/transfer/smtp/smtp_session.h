@@ -8,11 +8,9 @@
 #include "transfer/protocol/mail_session.h"
 #include "transfer/protocol/pop_events.h"
 #include "transfer/protocol/redaction.h"
-#include "transfer/protocol/sasl.h"
-#include "transfer/protocol/tls_step.h"
 #include "transfer/smtp/outgoing_body.h"
 #include "transfer/smtp/smtp_envelope.h"
-#include "transfer/smtp/smtp_extensions.h"
+#include "transfer/smtp/smtp_opening.h"
 #include "transfer/smtp/smtp_reply_reader.h"
 
 namespace vorn {
@@ -27,10 +25,9 @@ struct SmtpJob {
   bool loginOnly = false;  ///< end after the login, to try it
 };
 
-/// One SMTP conversation (RFC 5321, with STARTTLS of RFC 3207, AUTH of RFC 4954, SIZE, PIPELINING
-/// and 8BITMIME) that hands over one message to all its recipients or to none: a refused recipient
-/// ends it before the message is sent. Once the handing over has begun its outcome is told, however
-/// the conversation ends.
+/// One SMTP conversation (RFC 5321, with SIZE, PIPELINING and 8BITMIME) that hands over one message
+/// to all its recipients or to none: a refused recipient ends it before the message is sent. Once
+/// the handing over has begun its outcome is told, however the conversation ends.
 class SmtpSession : public MailSession {
  public:
   SmtpSession(SmtpJob job, PopEvents& events, std::function<void(QByteArray)> send,
@@ -46,26 +43,11 @@ class SmtpSession : public MailSession {
   qsizetype Replies() const override { return reader_.Count(); }
 
  private:
-  enum class Stage {
-    Greeting,
-    Ehlo,
-    Helo,
-    StartTls,
-    Handshake,
-    Auth,
-    Envelope,
-    Data,
-    Body,
-    Quit,
-    Finished
-  };
+  enum class Stage { Opening, Handshake, Envelope, Data, Body, Quit, Finished };
 
   bool ReadReply();
   void TakeReply(int code);
-  void TakeTlsAnswer(int code);
-  void Greeted();
-  void BeginAuth();
-  void GoOnWithAuth(int code);
+  void TakeOpeningReply(int code);
   void BeginEnvelope();
   void TakeEnvelopeReply(int code);
   void EnvelopeDone();
@@ -82,12 +64,10 @@ class SmtpSession : public MailSession {
   PopEvents& events_;
   std::function<void(QByteArray)> send_;
   std::function<void()> startTls_;
-  Stage stage_ = Stage::Greeting;
+  Stage stage_ = Stage::Opening;
   SmtpReplyReader reader_;
   qsizetype received_ = 0;  // bytes before the login is over
-  SmtpExtensions extensions_;
-  TlsStep tls_;
-  SaslExchange auth_;
+  SmtpOpening opening_;
   SmtpEnvelope envelope_;
   QStringList refusals_;  // "address: reply" of recipients
   OutgoingBody body_;

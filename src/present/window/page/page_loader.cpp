@@ -10,6 +10,7 @@
 #include "present/window/page/page_reading.h"
 #include "present/window/page/page_rest.h"
 #include "present/window/toolbar/folder_toolbar.h"
+#include "present/window/toolbar/location_box.h"
 
 namespace vorn {
 namespace {
@@ -78,8 +79,8 @@ void PageLoader::Refresh() {
 
 void PageLoader::Load() {
   const PageRequest& request = page_.request;
-  toolbar_.ShowAddress(request.IsLocal() ? window_.windowTitle() : request.Url(),
-                       !request.IsLocal());
+  toolbar_.Location().Show(request.IsLocal() ? window_.windowTitle() : request.Url(),
+                           !request.IsLocal());
   const bool isThere = request.IsLocal() && engine_.ShowsFolder() && !request.State().IsLoading();
   if (!isThere || reading_.Page().size() >= kMostReplaced || !Replace()) LoadAnew();
 }
@@ -120,7 +121,7 @@ void PageLoader::ShowText(const QString& html) {
   page_.request.SetUrl({});
   Q_EMIT TextShown();
   page_.change.BeginLoading(false);
-  toolbar_.ShowAddress(window_.windowTitle(), false);
+  toolbar_.Location().Show(window_.windowTitle(), false);
   engine_.ShowHtml(html);
 }
 

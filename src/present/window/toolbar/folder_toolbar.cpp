@@ -1,16 +1,14 @@
 #include "present/window/toolbar/folder_toolbar.h"
 
 #include <QAction>
-#include <QEvent>
 #include <QHBoxLayout>
-#include <QLineEdit>
-#include <QTimer>
 #include <QToolBar>
 
 #include "kit/window/access_names.h"
 #include "objects/list_settings.h"
 #include "objects/settings.h"
 #include "present/window/toolbar/link_button.h"
+#include "present/window/toolbar/location_box.h"
 #include "present/window/toolbar/page_box.h"
 #include "present/window/toolbar/search_box.h"
 #include "present/window/toolbar/toolbar_action.h"
@@ -29,7 +27,8 @@ FolderToolbar::FolderToolbar(Context& context, QWidget* window)
     : QWidget(window), context_(context), tbLocation_(new QToolBar(this)) {
   BuildButtons();
   BuildPageBox();
-  BuildAddress();
+  location_ = new LocationBox(this);
+  location_->setMinimumWidth(kSmallestBox);
   search_ = new SearchBox(window, this);
   connect(search_, &SearchBox::textChanged, this, &FolderToolbar::ShowLocation);
   search_->setMinimumWidth(fontMetrics().horizontalAdvance(u'M') * kSearchEms);
@@ -40,7 +39,7 @@ FolderToolbar::FolderToolbar(Context& context, QWidget* window)
   bar->setSpacing(kGap);
   bar->addWidget(tbLocation_);
   bar->addWidget(pages_);
-  bar->addWidget(txLocation_, 1);
+  bar->addWidget(location_, 1);
   bar->addWidget(search_, 2);
   bar->addWidget(search_->Everywhere());
   bar->addWidget(search_->Texts());
@@ -76,39 +75,20 @@ void FolderToolbar::BuildPageBox() {
   connect(pages_, &PageBox::TypedWanted, this, &FolderToolbar::TypedPageWanted);
 }
 
-void FolderToolbar::BuildAddress() {
-  txLocation_ = new QLineEdit(this);
-  txLocation_->setObjectName(QStringLiteral("txLocation"));
-  txLocation_->setAccessibleName(Ui::tr("アドレス"));
-  txLocation_->setMinimumWidth(kSmallestBox);
-  txLocation_->installEventFilter(this);
-  connect(txLocation_, &QLineEdit::returnPressed, this,
-          [this] { Q_EMIT AddressTyped(txLocation_->text()); });
-}
-
 // What is searched for says more than the folder's name does.
 void FolderToolbar::ShowLocation() {
   const bool isRoomy = width() >= minimumSizeHint().width() + kSmallestBox + kGap;
-  txLocation_->setVisible(!txLocation_->isReadOnly() || (search_->text().isEmpty() && isRoomy));
+  location_->setVisible(!location_->isReadOnly() || (search_->text().isEmpty() && isRoomy));
 }
 
 QSize FolderToolbar::minimumSizeHint() const {
   const QSize least = QWidget::minimumSizeHint();
-  return {least.width() - (txLocation_->isHidden() ? 0 : kSmallestBox + kGap), least.height()};
+  return {least.width() - (location_->isHidden() ? 0 : kSmallestBox + kGap), least.height()};
 }
 
 void FolderToolbar::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   ShowLocation();
-}
-
-// An address is there to be replaced.
-bool FolderToolbar::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == txLocation_ && event->type() == QEvent::FocusOut) txLocation_->deselect();
-  if (watched == txLocation_ && event->type() == QEvent::FocusIn) {
-    QTimer::singleShot(0, txLocation_, &QLineEdit::selectAll);
-  }
-  return QWidget::eventFilter(watched, event);
 }
 
 void FolderToolbar::Show(const State& state) {
@@ -129,15 +109,6 @@ void FolderToolbar::Show(const State& state) {
 
 void FolderToolbar::ShowPageCount(int pages) {
   pages_->ShowCount(pages);
-}
-
-void FolderToolbar::ShowAddress(const QString& text, bool isEditable) {
-  txLocation_->setReadOnly(!isEditable);
-  txLocation_->setText(text);
-}
-
-void FolderToolbar::FollowAddress(const QString& address) {
-  if (!txLocation_->hasFocus()) txLocation_->setText(address);
 }
 
 void FolderToolbar::ListLinks(const QList<PageRows::Link>& links) {

@@ -6,12 +6,12 @@
 #include "storage/context.h"
 
 class QAction;
-class QLineEdit;
 class QToolBar;
 
 namespace vorn {
 
 class LinkButton;
+class LocationBox;
 class PageBox;
 class SearchBox;
 
@@ -36,16 +36,13 @@ class FolderToolbar : public QWidget {
   void Show(const State& state);
   /// How many pages the folder has; 0 when that is not known.
   void ShowPageCount(int pages);
-  /// Shows an address that the user may replace, or a title.
-  void ShowAddress(const QString& text, bool isEditable);
-  /// The page has gone to another address by itself: shows that unless the user is typing one.
-  void FollowAddress(const QString& address);
   /// Lists the links of the page.
   void ListLinks(const QList<PageRows::Link>& links);
   /// The number of the page that the user has typed; 0 when it is no number.
   int TypedPage() const;
   /// The user goes elsewhere: the page's number is shown again.
   void ForgetTypedPage();
+  LocationBox& Location() const { return *location_; }
   /// Where the user types what the folder is searched for.
   SearchBox& Search() const { return *search_; }
   /// Where there is too little room the folder's name is left out first.
@@ -61,22 +58,19 @@ class FolderToolbar : public QWidget {
   void SeekWanted();
   void LinksWanted();
   void LinkFollowed(const QString& address);
-  void AddressTyped(const QString& address);
 
  protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
   void BuildButtons();
   void BuildPageBox();
-  void BuildAddress();
   void ShowLocation();
   QAction* AddButton(const QString& name, const QKeySequence& key, void (FolderToolbar::*wanted)());
 
   Context& context_;
   QToolBar* tbLocation_;
-  QLineEdit* txLocation_ = nullptr;
+  LocationBox* location_ = nullptr;
   SearchBox* search_ = nullptr;
   LinkButton* links_ = nullptr;
   PageBox* pages_ = nullptr;
