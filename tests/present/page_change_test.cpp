@@ -403,6 +403,16 @@ TEST(PageChangeTest, WhoClicksThePageThatGoesIsThereOnTheOneThatComes) {
   EXPECT_EQ(desk.Current(), QStringLiteral("1020"));
 }
 
+TEST(PageChangeTest, WhoHasLeftHisRowIsNotLedBackToIt) {
+  PagePlace place;
+  place.BeginAtMessage(SerialId(QStringLiteral("1010")));
+  place.Restored(place.Number());
+  place.NoteRow(SerialId(), false);
+  EXPECT_TRUE(place.ForLoading().contains(u"1010"));
+  place.NoteRow(SerialId(), true);
+  EXPECT_TRUE(place.ForLoading().isEmpty());
+}
+
 // It is loaded then, at the place that is known.
 TEST(PageChangeTest, APageThatDoesNotAnswerLosesNoPlace) {
   Desk still(1);
