@@ -130,7 +130,7 @@ class CheckingPage : public FormPage {
         AddCheck(QStringLiteral("ckMessageNoticeDialog"), Ui::tr("開くかどうかを尋ねる(&D)"));
     QCheckBox* desktop =
         AddCheck(QStringLiteral("ckMessageNoticeDesktop"), Ui::tr("デスクトップの通知に出す(&G)"));
-    QCheckBox* sound = AddCheck(QStringLiteral("ckMessageNoticeSound"), Ui::tr("音を鳴らす(&M)"));
+    QCheckBox* sound = AddCheck(QStringLiteral("ckMessageNoticeSound"), Ui::tr("音を鳴らす(&S)"));
     QCheckBox* alone =
         AddCheck(QStringLiteral("ckMessageNoticeSoundAlone"), Ui::tr("尋ねないときも鳴らす(&P)"));
     file_ = AddText(QStringLiteral("txMessageNoticeSoundFile"), Ui::tr("音のファイル(&F)"));
