@@ -42,7 +42,9 @@ void PagePlace::BeginAtMessage(const SerialId& serialId, const SerialIds& chosen
 
 void PagePlace::NoteRow(const SerialId& row, bool hasGone) {
   row_ = row;
-  if (hasGone && !isOrdered_ && !row.IsEmpty()) Forget();
+  if (!hasGone) return;
+  known_.clear();
+  if (!isOrdered_ && !row.IsEmpty()) Forget();
 }
 
 void PagePlace::Leave() {
