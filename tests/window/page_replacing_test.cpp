@@ -168,6 +168,15 @@ TEST_F(PageReplacingTest, AListThatIsMadeNarrowerStaysWhereItIs) {
       EXPECT_EQ(Script(QStringLiteral("innerWidth")).toDouble(), width);
     }
   }
+  // Who looks at what came last goes on with that.
+  const QString isAtEnd =
+      QStringLiteral("innerHeight + scrollY >= document.documentElement.scrollHeight - 2");
+  Script(QStringLiteral("scrollTo(0, 1e6)"));
+  ASSERT_TRUE(AwaitScript(isAtEnd));
+  test::RunFor(200);
+  program_->Parent()->resize(420, 500);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("innerWidth < 500")));
+  EXPECT_TRUE(AwaitScript(isAtEnd));
 }
 
 // A page that cannot take another one over is loaded, and what is done meanwhile is not lost.

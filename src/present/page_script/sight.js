@@ -6,6 +6,7 @@ let reveals = '';  // how the current row comes into sight when somebody sees th
 // As the window was before it changed its size:
 let isSeen = false;  // the current row
 let first = null;  // the first row in sight, and where it stood
+let wasAtEnd = false;
 
 function isAtEnd() {
   return height + scrollY >= document.documentElement.scrollHeight - 2;
@@ -32,6 +33,7 @@ function look() {
   isSeen = current >= 0 && isInSight(rows[current]);
   const row = scrollY > 0 && rows.find(row => topOf(row) >= -1);
   first = row ? {id: row.id, top: topOf(row)} : null;
+  wasAtEnd = scrollY > 0 && isAtEnd();
 }
 
 // Where the rows in sight stand, the current one first; where rows go, the next takes their place.
@@ -57,6 +59,7 @@ function resized() {
   reveals = '';
   height = innerHeight;
   if (current >= 0 && block) reveal(block);
+  else if (wasAtEnd) scrollTo(scrollX, document.documentElement.scrollHeight);
   else if (first && seen.has(first.id)) scrollBy(0, topOf(rows[placeOf(first.id)]) - first.top);
   look();
 }
