@@ -1,5 +1,6 @@
 #include "present/page_change.h"
 
+#include <QUrl>
 #include <utility>
 
 #include "present/page_place.h"
@@ -107,10 +108,17 @@ void PageChange::EndLoading() {
                     });
   }
   if (isPage_) place_.Delivered(sent_);
-  // On the document that went, which the one that came knows nothing of.
-  rows_.Follow(std::exchange(clicked_, {}));
+  FollowClick();
   Count();
   Resume();
+}
+
+// On the document that went, which the one that came knows nothing of.
+void PageChange::FollowClick() {
+  const SerialId row = std::exchange(clicked_, {});
+  if (row.IsEmpty()) return;
+  queue_.RunFirst(OnPage(QStringLiteral("follow(decodeURIComponent('%1'))")
+                             .arg(QString::fromLatin1(QUrl::toPercentEncoding(row.Text())))));
 }
 
 void PageChange::NoteRow(const SerialId& row, bool hasGone) {

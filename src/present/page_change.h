@@ -53,6 +53,7 @@ class PageChange : public QObject {
   void Count();
   void Resume();
   void EndReplacing(int number, int rows);
+  void FollowClick();
 
   PageQueue& queue_;
   PageRows& rows_;

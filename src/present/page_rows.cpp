@@ -45,12 +45,6 @@ void PageRows::GoToMessage(const SerialId& serialId, const std::function<void()>
               });
 }
 
-void PageRows::Follow(const SerialId& row) {
-  if (row.IsEmpty()) return;
-  queue_.RunFirst(OnPage(QStringLiteral("follow(decodeURIComponent('%1'))")
-                             .arg(QString::fromLatin1(QUrl::toPercentEncoding(row.Text())))));
-}
-
 void PageRows::Unchoose(const std::function<void(bool)>& then) {
   queue_.Run(OnPage(QStringLiteral("unchoose()")),
              [then](const QVariant& answer) { then(answer.toBool()); });

@@ -33,8 +33,6 @@ class PageRows {
   /// Goes to a message's row; where the page has none, no row is current, and `notHere` is called.
   /// For what is asked alone: see `PageQueue::GoOn`.
   void GoToMessage(const SerialId& serialId, const std::function<void()>& notHere);
-  /// Goes to the row where the user was on the document before this one, at once, if it is here.
-  void Follow(const SerialId& row);
   void Toggle() { Call(QStringLiteral("toggle()")); }
   /// No row is chosen any more; gives whether any was.
   void Unchoose(const std::function<void(bool)>& then);

@@ -25,8 +25,8 @@ Words FiledWords(const QString& folder) {
   };
 }
 
-Words DustWords(bool dust) {
-  return [dust](qsizetype count) { return vorn::DustWords(dust, count); };
+Words BinWords(bool dust) {
+  return [dust](qsizetype count) { return DustWords(dust, count); };
 }
 
 Words OpenedWords(bool isNew) {
@@ -199,7 +199,7 @@ SerialIds MessageActions::PutIntoInbox(const SerialIds& messages, const SerialId
   }
   const SerialIds changed =
       Carry({.outOf = AllFolders(*received), .outOfDust = taken}, taken,
-            wasDust ? DustWords(false) : FiledWords(NameOf(fixed_serial::kInbox)));
+            wasDust ? BinWords(false) : FiledWords(NameOf(fixed_serial::kInbox)));
   return wasDust || IsFilledByHand(from) ? changed : SerialIds();
 }
 
@@ -211,7 +211,7 @@ QString DustWords(bool dust, qsizetype count) {
 
 SerialIds MessageActions::ChangeDust(const SerialIds& messages, bool dust) {
   return Carry(dust ? Move{.intoDust = messages} : Move{.outOfDust = messages}, messages,
-               DustWords(dust));
+               BinWords(dust));
 }
 
 // Moves messages, and tells how many it moved. Returns those that are now where they should be.

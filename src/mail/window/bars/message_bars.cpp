@@ -47,7 +47,7 @@ NoticeBar* MessageBars::BuildAccountNotice(MessageHost& host) {
 }
 
 void MessageBars::ShowErased() {
-  isErased_ = vorn::IsErased(context_, document_);
+  isErased_ = IsErased(context_, document_);
   if (isErased_) document_.Edits().Begin(document_.Bag());
   if (!isErased_ || document_.IsUnreadable()) {
     erased_->Say({});

@@ -2,6 +2,7 @@
 
 #include <QSet>
 #include <QTimer>
+#include <utility>
 
 #include "present/message_list_page.h"
 #include "present/page_request.h"
@@ -37,7 +38,7 @@ bool LongSearch::IsUnderWay() {
 
 QString LongSearch::StateOfMail() const {
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
-  return ChangeMark(context_.Data);
+  return mail ? ChangeMark(context_.Data) : QString();
 }
 
 bool LongSearch::IsLooking() const {
@@ -64,8 +65,10 @@ void LongSearch::Take(const ConditionRun::Answer& answer, const std::function<vo
   serialIds.removeIf([gone = QSet<SerialId>(gone_.cbegin(), gone_.cend())](
                          const SerialId& message) { return gone.contains(message); });
   pages_.TakeAnswer(request_.Folder(), request_.Search(), serialIds);
-  // What changed meanwhile may not have been asked for again yet.
-  if (wait_->TakeAgain() || StateOfMail() != begunAt_) LookAgain();
+  // What changed meanwhile may not have been asked for again yet. Once: what the program notes in
+  // the file by itself would have it sought for ever.
+  const bool isRepeated = std::exchange(isRepeated_, false);
+  if (wait_->TakeAgain() || (!isRepeated && StateOfMail() != begunAt_)) LookAgain();
   then();
 }
 
@@ -77,6 +80,7 @@ void LongSearch::LookAgain() {
     if (!request_.IsLocal() || request_.Folder() != folder || !(request_.Search() == search))
       return;
     pages_.Forget(folder, search);
+    isRepeated_ = true;
     Q_EMIT Outdated();
   });
 }

@@ -52,8 +52,9 @@ class LongSearch : public QObject {
   MessageListPages& pages_;
   const PageRequest& request_;
   ConditionWait* wait_;
-  QString begunAt_;  // the state of the mail file
-  SerialIds gone_;   // since it began
+  QString begunAt_;          // the state of the mail file
+  bool isRepeated_ = false;  // it is looked for once more by itself
+  SerialIds gone_;           // since it began
 };
 
 }  // namespace vorn
