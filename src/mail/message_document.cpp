@@ -79,7 +79,8 @@ bool MessageDocument::IsSending() const {
 }
 
 bool IsErased(Context& context, const MessageDocument& document) {
-  if (!document.HasRequest() || document.IsNew()) return false;
+  const bool wasStored = document.HasRequest() && !document.IsNew() && !document.Source().isEmpty();
+  if (!wasStored) return false;
   const MessageBag message(*document.Bag());
   const OpenedDatabase mail(context, message.Database(), document.File());
   if (!mail) return false;

@@ -489,6 +489,24 @@ TEST_F(FolderPageTest, TheNewestPageIsFollowedUntilAMessageIsRead) {
   EXPECT_TRUE(shows(33)) << "the page that is read goes away";
 }
 
+TEST_F(FolderPageTest, WhatComesAboveLeavesTheCurrentRowWhereItIs) {
+  Begin(59, 20, true);
+  FocusPage();
+  Press(Qt::Key_Home);
+  for (int i = 0; i < 8; ++i) Press(Qt::Key_Down);
+  ASSERT_TRUE(WaitFor([this] { return Chosen() == Ids({49}); }));
+  MadeAnewBy([this] {
+    for (int i = 0; i < 8; ++i) {
+      StoreReceived(program_->GetContext(), SerialId(QStringLiteral("mail_old%1").arg(i)),
+                    "From: a@example.jp\r\nSubject: old\r\n\r\nbody\r\n",
+                    QStringLiteral("2019-01-01 00:00:0%1").arg(i));
+    }
+    Browser()->Refresh();
+  });
+  EXPECT_TRUE(WaitFor([this] { return Chosen() == Ids({49}); }));
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_49'")));
+}
+
 TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
   Begin(60, 100);
   for (int i = 0; i < 3; ++i) Press(Qt::Key_Down);

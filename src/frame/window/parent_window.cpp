@@ -88,7 +88,7 @@ ParentWindow::ParentWindow(Context& context)
   setStatusBar(sbStatus_);
   BuildMenus();
   tbMain_ = new MainToolbar(panes_->Area(), opener_, pages_, this);
-  connect(tbMain_, &MainToolbar::TrafficWanted, &traffic_, &TrafficHost::SendAndReceive);
+  connect(tbMain_, &MainToolbar::TrafficWanted, this, [this] { menuTools_Click(0); });
   connect(tbMain_, &MainToolbar::TreeWanted, panes_, &FolderPanes::TurnOver);
   connect(panes_, &FolderPanes::RoomChanged, tbMain_,
           [this](bool forBoth) { tbMain_->OfferTree(!forBoth); });
@@ -152,6 +152,10 @@ void ParentWindow::ConnectPieces() {
   // The user would not learn of it.
   connect(&traffic_, &TrafficHost::ListsChanged, this, [this] { changes_.Note(); });
   connect(&traffic_, &TrafficHost::Failed, this, [this] { closing_.Stay(); });
+}
+
+void ParentWindow::menuTools_Click(int entry) {
+  menuBar()->findChild<ToolsMenu*>()->Click(entry);
 }
 
 void ParentWindow::LoadDefaultProperty() {

@@ -33,6 +33,8 @@ class ParentWindow : public QMainWindow, public DispatchHost {
 
   /// Fills the window after a login and opens the inbox.
   void LoadDefaultProperty();
+  /// Does what an entry of the Tools menu does, by its number from 0.
+  void menuTools_Click(int entry);
   /// Keeps what is being written and the state of the windows, and ends the traffic, without a
   /// question: the program is about to end.
   void KeepEverything();

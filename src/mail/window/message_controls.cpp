@@ -105,7 +105,7 @@ void MessageControls::Run(const MessageCommand& command) {
   if (command.traits.needsRow) {
     parts_.bars.ShowErased();  // another program may have done it just now
     parts_.window.ShowState();
-    if (parts_.bars.SayErased()) return;
+    if (parts_.bars.SaysErased()) return;
   }
   command.run(parts_);
 }

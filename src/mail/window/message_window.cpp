@@ -190,7 +190,7 @@ MessageState MessageWindow::State() const {
   return {.status = document_.Status(),
           .isInDust = document_.IsInDust(),
           .isStored = !document_.IsNew(),
-          .isErased = bars_->SayErased(),
+          .isErased = bars_->SaysErased(),
           .isUnreadable = document_.IsUnreadable(),
           .isEditable = document_.IsEditable(),
           .isDoubtful = sending_->IsDoubtful(),

@@ -40,4 +40,10 @@ ToolsMenu::ToolsMenu(const Parts& parts, QWidget* parent) : QMenu(Ui::tr("ツー
           [&traffic, cancel] { cancel->setEnabled(traffic.Plan().HasWork()); });
 }
 
+void ToolsMenu::Click(int entry) {
+  QList<QAction*> entries = actions();
+  entries.removeIf([](const QAction* action) { return action->isSeparator(); });
+  if (QAction* action = entries.value(entry)) action->trigger();
+}
+
 }  // namespace vorn

@@ -24,6 +24,8 @@ class ToolsMenu : public QMenu {
   ToolsMenu(const Parts& parts, QWidget* parent);
 
   QAction* Version() const { return version_; }
+  /// Does what an entry does, by its number from 0; separators do not count.
+  void Click(int entry);
 
  private:
   QAction* version_;

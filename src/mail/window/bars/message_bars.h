@@ -29,7 +29,7 @@ class MessageBars : public QWidget {
   /// Looks whether the message has been erased since it was opened, and says so; nothing of its
   /// state is to be stored then.
   void ShowErased();
-  bool SayErased() const { return isErased_; }
+  bool SaysErased() const { return isErased_; }
   /// The button that has it edited.
   QPushButton& Mend() const { return *mend_; }
   /// Whether the user has asked for an account from here; forgotten by asking.
