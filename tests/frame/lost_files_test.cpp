@@ -5,6 +5,7 @@
 #include "frame/start_up.h"
 #include "mail/store/mail_store.h"
 #include "storage/databases.h"
+#include "storage/known_damage.h"
 #include "storage/session/file_check.h"
 #include "support/test_profile.h"
 
@@ -156,6 +157,7 @@ TEST_F(LostFilesTest, ACutProfileDatabaseIsReplacedOnTheUsersWord) {
         hasBackup ? LostFileChoice{false, {backup}} : LostFileChoice{true, {}};
     ASSERT_TRUE(Start(kPassword, choice)) << error_.toStdString();
     EXPECT_EQ(Messages(), 3);
+    EXPECT_FALSE(IsKnownDamaged(*next_, database_)) << "it was the one before";
     EXPECT_EQ(
         ReadFile(database_ + (hasBackup ? QStringLiteral(".other1") : QStringLiteral(".other2"))),
         whole.left(5000));

@@ -7,6 +7,7 @@
 #include <QStorageInfo>
 #include <algorithm>
 #include <optional>
+#include <tuple>
 
 #include "objects/any_object.h"
 #include "objects/profile/file_age.h"
@@ -15,6 +16,7 @@
 #include "storage/bags/profile_bag.h"
 #include "storage/databases.h"
 #include "storage/engine/sole_use.h"
+#include "storage/files/damage_note.h"
 #include "storage/files/file_replace.h"
 #include "storage/files/private_files.h"
 #include "storage/keys/code_file.h"
@@ -130,6 +132,12 @@ bool MakeRoom(const QString& path) {
   QFile::remove(path + QStringLiteral("-shm"));
   return (!QFileInfo::exists(path + kLog) || QFile::rename(path + kLog, aside + kLog)) &&
          QFile::rename(path, aside);
+}
+
+// What was found out about the file whose place another one takes says nothing of that one.
+void ForgetFormer(Context& context, const QString& path) {
+  std::ignore = context.Data.Damage().TakeOf(path);
+  ForgetDamage(path);
 }
 
 QStringList FilesWithMark(const QDir& folder, const QString& mark) {
@@ -344,7 +352,10 @@ Result<QString> ReconnectFile(Context& context, const LostFile& lost, const QStr
   context.Data.CloseFile(lost.path);
   const bool isPlaced =
       isReady && MakeRoom(lost.path) && PlaceNewFile(ready, lost.path) == Placing::Done;
-  if (isPlaced) return opening;
+  if (isPlaced) {
+    ForgetFormer(context, lost.path);
+    return opening;
+  }
   RemoveDatabase(ready);
   return reason;
 }
@@ -360,6 +371,7 @@ Result<> ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,
   const Result<> made = MakeDatabase(context, isOwn ? DatabaseKind::Profile : DatabaseKind::Mail,
                                      lost.path, password);
   if (!made) return made;
+  ForgetFormer(context, lost.path);
   QList<FileNote> notes = FileNotes(profile);
   notes.removeIf([&](const FileNote& note) { return note.path == lost.note.path; });
   notes.append({lost.note.path, FileMark(lost.path), isOwn ? -1 : 0});
