@@ -54,11 +54,11 @@ void MessageNavigation::GoToRow(const SerialId& message) {
   });
 }
 
-int MessageNavigation::PageOf(const SerialId& message) const {
+int MessageNavigation::PageOf(const SerialId& message, bool tells) const {
   if (message.IsEmpty()) return 0;
   const ConditionLimit brief(kSearchMs);
   const auto before = RowsBefore(context_, page_.request.Folder(), page_.request.Search(), message);
-  if (!before && brief.IsReached()) tell_(before.Error().text);
+  if (!before && brief.IsReached() && tells) tell_(before.Error().text);
   return before ? pages_.PageOf(*before) : 0;
 }
 
@@ -68,9 +68,15 @@ bool MessageNavigation::GoToShown(const SerialId& message) {
   return page > 0;
 }
 
+void MessageNavigation::Follow(const SerialId& message) {
+  const int page = PageOf(message, false);
+  if (page > 0 && page != page_.request.Page()) show_(page, message, {});
+}
+
 // What is pressed before it is there is meant for it, and is done to no other.
 void MessageNavigation::GoToReturned(const SerialIds& messages) {
-  if (const int page = PageOf(messages.first())) {
+  // Where it cannot be found in time it is back all the same, which is what is said.
+  if (const int page = PageOf(messages.first(), false)) {
     show_(page, messages.first(), messages.size() > 1 ? messages : SerialIds());
   } else if (page_.queue.IsAlone()) {
     page_.queue.DropOthers();

@@ -29,12 +29,16 @@ class MessageNavigation {
   /// Goes to a message at once, whatever the page that is there has been asked; false where the
   /// folder does not show it.
   bool GoToShown(const SerialId& message);
+  /// Goes on with a message that this page does not show any more, on the page that does: what has
+  /// come before it may have moved it there.
+  void Follow(const SerialId& message);
   /// Goes to the first of messages that the page may not show yet, by making another one; several
   /// are chosen there.
   void GoToReturned(const SerialIds& messages);
 
-  /// The number of the page on which a message stands; 0 where the folder does not show it.
-  int PageOf(const SerialId& message) const;
+  /// The number of the page on which a message stands; 0 where the folder does not show it, or does
+  /// not find it in time, which the user is told with `tells`.
+  int PageOf(const SerialId& message, bool tells = true) const;
 
  private:
   void GoToUnopenedAfter(const SerialId& message);

@@ -508,6 +508,9 @@ TEST_F(SearchConditionTest, NothingButTheAsteriskIsAWildcard) {
   EXPECT_EQ(found(QStringLiteral("CONTAINS(ADDRESSES(FIELD_MAILADDRESS), 'A@X') AND "
                                  "CONTAINS(FIELD_SUBJECT, '21')")),
             QStringLiteral("No 21"));
+  profile_.Store("From: \"Sales: Tokyo\" <sales@y>\r\nSubject: colon\r\n\r\n");
+  EXPECT_EQ(found(QStringLiteral("CONTAINS(ADDRESSES(FIELD_MAILADDRESS), 'sales@y')")),
+            QStringLiteral("colon"));
 }
 
 TEST_F(SearchConditionTest, FoldersThatReferToThemselvesAreExpandedOnce) {

@@ -73,6 +73,7 @@ TEST(LikePattern, WildcardsMatchWithoutRegardToCase) {
   EXPECT_TRUE(Like("*[*", "a[b"));
   EXPECT_TRUE(Like("**", ""));
   EXPECT_TRUE(Like("*é*", "CAFÉ"));
+  EXPECT_TRUE(Like("*ａｂｃ*", "ＸＡＢＣ"));
   // What begins like the pattern may begin it again one letter on, and a word with A in it is
   // found.
   EXPECT_TRUE(Like("*aab*", "AaAB"));

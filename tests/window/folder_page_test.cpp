@@ -504,7 +504,16 @@ TEST_F(FolderPageTest, WhatComesAboveLeavesTheCurrentRowWhereItIs) {
     Browser()->Refresh();
   });
   EXPECT_TRUE(WaitFor([this] { return Chosen() == Ids({49}); }));
-  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_49'")));
+  // So much that it is on the next page now.
+  for (int i = 0; i < 9; ++i) {
+    StoreReceived(program_->GetContext(), SerialId(QStringLiteral("mail_older%1").arg(i)),
+                  "From: a@example.jp\r\nSubject: older\r\n\r\nbody\r\n",
+                  QStringLiteral("2018-01-01 00:00:0%1").arg(i));
+  }
+  Browser()->Refresh();
+  EXPECT_TRUE(WaitFor(
+      [this] { return Child<QLineEdit>(*Browser(), u"txPage").text() == QStringLiteral("4"); }));
+  EXPECT_TRUE(WaitFor([this] { return Chosen() == Ids({49}); }));
 }
 
 TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {

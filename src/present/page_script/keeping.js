@@ -48,6 +48,7 @@ function restoreSight(state, stays) {
     if (current >= 0) reveal(isInSight(rows[current]) ? 'nearest' : 'center');
     return;
   }
+  if (rows.length === 0) return scrollTo(0, 0);  // words, which are read from their beginning
   scrollTo(state.x, stays ? 1e9 : state.y);
   if (!stays) holdInSight(state);
   else if (current >= 0) reveal('nearest');

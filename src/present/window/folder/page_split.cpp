@@ -105,7 +105,9 @@ void PageSplit::RowKept(const SerialId& serialId) {
 void PageSplit::RowLeft() {
   if (row_.IsEmpty()) return;
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
-  if (mail && MessageRows(context_.Data).PlaceOf(row_) != rowPlace_) ShowNothing();
+  if (!mail) return;
+  if (MessageRows(context_.Data).PlaceOf(row_) != rowPlace_) return ShowNothing();
+  Q_EMIT RowElsewhere(row_);
 }
 
 void PageSplit::StopMarking() {

@@ -49,6 +49,8 @@ class PageSplit : public QSplitter {
 
  Q_SIGNALS:
   void OpenWanted(vorn::OpenMode mode, const SerialId& serialId);
+  /// The current message is no longer on the page, and where it was in the store.
+  void RowElsewhere(const SerialId& serialId);
   /// There is a pane for the first time.
   void PaneMade(QWidget* pane);
 

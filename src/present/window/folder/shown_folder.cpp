@@ -70,6 +70,8 @@ void ShownFolder::ConnectMessages() {
   connect(&parts_.loader, &PageLoader::TextShown, &messages_, &PageMessages::Leave);
   connect(&messages_, &PageMessages::ChosenChanged, this, &ShownFolder::ChosenChanged);
   connect(&messages_, &PageMessages::Gone, this, &ShownFolder::MessagesGone);
+  connect(&parts_.split, &PageSplit::RowElsewhere, this,
+          [this](const SerialId& message) { navigation_.Follow(message); });
   connect(&parts_.split, &PageSplit::PaneMade, this,
           [this](QWidget* pane) { commands_.AddToPane(*pane); });
 }
