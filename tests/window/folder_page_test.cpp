@@ -489,33 +489,6 @@ TEST_F(FolderPageTest, TheNewestPageIsFollowedUntilAMessageIsRead) {
   EXPECT_TRUE(shows(33)) << "the page that is read goes away";
 }
 
-TEST_F(FolderPageTest, WhatComesAboveLeavesTheCurrentRowWhereItIs) {
-  Begin(59, 20, true);
-  FocusPage();
-  Press(Qt::Key_Home);
-  for (int i = 0; i < 8; ++i) Press(Qt::Key_Down);
-  ASSERT_TRUE(WaitFor([this] { return Chosen() == Ids({49}); }));
-  MadeAnewBy([this] {
-    for (int i = 0; i < 8; ++i) {
-      StoreReceived(program_->GetContext(), SerialId(QStringLiteral("mail_old%1").arg(i)),
-                    "From: a@example.jp\r\nSubject: old\r\n\r\nbody\r\n",
-                    QStringLiteral("2019-01-01 00:00:0%1").arg(i));
-    }
-    Browser()->Refresh();
-  });
-  EXPECT_TRUE(WaitFor([this] { return Chosen() == Ids({49}); }));
-  // So much that it is on the next page now.
-  for (int i = 0; i < 9; ++i) {
-    StoreReceived(program_->GetContext(), SerialId(QStringLiteral("mail_older%1").arg(i)),
-                  "From: a@example.jp\r\nSubject: older\r\n\r\nbody\r\n",
-                  QStringLiteral("2018-01-01 00:00:0%1").arg(i));
-  }
-  Browser()->Refresh();
-  EXPECT_TRUE(WaitFor(
-      [this] { return Child<QLineEdit>(*Browser(), u"txPage").text() == QStringLiteral("4"); }));
-  EXPECT_TRUE(WaitFor([this] { return Chosen() == Ids({49}); }));
-}
-
 TEST_F(FolderPageTest, APageKeepsItsPlaceWhenItIsMadeAnew) {
   Begin(60, 100);
   for (int i = 0; i < 3; ++i) Press(Qt::Key_Down);
