@@ -145,13 +145,13 @@ void MeasurePane(const QString& figure, ParentWindow& parent, const QString& pai
   std::vector<double> fromKey;
   std::vector<double> fromSelection;
   for (int round = 0; round < kRounds; ++round) {
-    const SerialId before = pane->Shown();
+    const SerialId before = pane->ShownMessage();
     PaintWatch selection(QStringLiteral("wbUrl"));
     PaintWatch paint(painter);
     selection.Start();
     paint.Start();
     QTest::keyClick(view->focusProxy(), Qt::Key_Up);
-    Require(WaitFor([&] { return pane->Shown() != before; }), QStringLiteral("no message"));
+    Require(WaitFor([&] { return pane->ShownMessage() != before; }), QStringLiteral("no message"));
     Require(WaitFor([&] { return paint.Last() > 0; }), QStringLiteral("nothing is painted"));
     Rest(kRestMs);
     Require(selection.First() > 0, QStringLiteral("no row is painted as the current one"));

@@ -102,7 +102,7 @@ void Measure(const char* figure, ParentWindow& parent, const SerialId& serialId,
     sinceTurn.start();
     turns.start(1);
     clock.start();
-    parent.Requests().OpenMessage(MailRequest::Of(serialId));
+    parent.Requests().ShowMessage(MailRequest::Of(serialId));
     Require(WaitFor([&paint] { return paint.painted; }), QStringLiteral("no window"));
     opened.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
     blocks.push_back(static_cast<double>(longest) / 1e6);

@@ -10,7 +10,7 @@
 
 namespace vorn {
 
-SerialIds OtherObjects::TakeOver() {
+SerialIds OtherObjects::TakeNew() {
   SerialIds taken;
   if (!rest_.hasExpired()) return taken;
   rest_.setRemainingTime(restMs_);

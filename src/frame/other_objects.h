@@ -17,7 +17,7 @@ class OtherObjects {
 
   /// The serial identifiers of the objects that have come or changed since this was last asked, and
   /// are loaded as they are now. The file is asked every few seconds.
-  SerialIds TakeOver();
+  SerialIds TakeNew();
 
  private:
   static constexpr int kRestMs = 3000;

@@ -212,7 +212,7 @@ StorageError WithAdvice(Context& context, const Disk& profile, const QString& ty
 // After the list of profiles was made anew the true names stand in the profiles' own databases.
 DiskPtr FindRebuiltProfile(Context& context, const QString& name, const QString& password) {
   for (const DiskPtr& profile : context.Objects) {
-    if (IsRebuilt(*profile) && CheckLogin(context, profile, password) &&
+    if (ProfileBag(*profile).IsRebuilt() && CheckLogin(context, profile, password) &&
         AnyObject(*profile).Name() == name) {
       return profile;
     }

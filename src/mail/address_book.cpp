@@ -62,7 +62,7 @@ QList<AddressEntry> Correspondents(Context& context, const QString& addressLines
                        QStringLiteral("BC")});
 }
 
-Result<int> AddToBook(Context& context, const DiskPtr& book, const QList<AddressEntry>& people) {
+Result<int> StoreInBook(Context& context, const DiskPtr& book, const QList<AddressEntry>& people) {
   const QString before = BookObject(*book).Lines();
   QSet<QString> known;
   for (const AddressEntry& entry : Entries(before)) known.insert(entry.address.toLower());

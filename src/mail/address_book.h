@@ -20,6 +20,6 @@ QList<AddressEntry> Correspondents(Context& context, const QString& addressLines
 
 /// Stores those of the people in a book who are not in it yet, whatever names they have there, and
 /// gives how many they were.
-Result<int> AddToBook(Context& context, const DiskPtr& book, const QList<AddressEntry>& people);
+Result<int> StoreInBook(Context& context, const DiskPtr& book, const QList<AddressEntry>& people);
 
 }  // namespace vorn

@@ -403,7 +403,7 @@ void TakeForm(const StoredMessage& message, OpenMode mode, const QString& subjec
   } else if (IsForward(mode) && settings.editMode && settings.usualReplies) {
     line = ForwardHead(subject, written, date);
   }
-  model.signature = sender.SignatureOf(FirstFrom(model.addresses).address);
+  model.signature = sender.SignatureFor(FirstFrom(model.addresses).address);
   model.text = FormText(line, model.text.Get(), model.signature, settings.signaturePlace);
 }
 

@@ -89,7 +89,7 @@ struct Sender {
   QStringList own;
   QHash<QString, QString> signatures;  ///< by the account's address, in small letters
 
-  QString SignatureOf(const QString& from) const { return signatures.value(from.toLower()); }
+  QString SignatureFor(const QString& from) const { return signatures.value(from.toLower()); }
   bool IsOwn(const QString& other) const { return own.contains(other, Qt::CaseInsensitive); }
 };
 

@@ -99,7 +99,7 @@ OpenedMessage FindStored(Context& context, Disk& bag, bool marks) {
 MessageModel BegunNew(MessageModel opened, const QString& mailto, const Sender& sender,
                       const EditSettings& settings) {
   MessageModel model = WithMailto(std::move(opened), mailto);
-  model.signature = sender.SignatureOf(sender.address);
+  model.signature = sender.SignatureFor(sender.address);
   const QString begun = model.text.Get();
   model.text = FormText({}, {}, model.signature, settings.signaturePlace).prepend(begun);
   return model;
@@ -137,7 +137,7 @@ OpenedMessage Open(Context& context, Disk& bag, bool marks, bool applyStoredChar
     ReadingCode names = message.charset;
     names.body = MimeCodec::TextCharset(
         message.source, MimeCodec::ParseContentIndex(message.contentIndex, message.source));
-    message.addressLines = AddressLines(message.source, names, settings.standards.readsReplyTo);
+    message.addressLines = ReadAddressLines(message.source, names, settings.standards.readsReplyTo);
   }
   const QString program = QStringLiteral(".VORN <") + context.VersionText + u'>';
   const Sender sender = DefaultSender(context);
@@ -182,7 +182,7 @@ bool MarkOpened(Context& context, Disk& request) {
          static_cast<bool>(MailStore(context).UpdateMessageState(kStateFlag, request, false));
 }
 
-bool IsHtmlFirst(Context& context, const MessageModel& model) {
+bool OpensAsHtml(Context& context, const MessageModel& model) {
   return model.isTextOfHtml && Settings(context).IsHtmlFirst();
 }
 
@@ -198,7 +198,7 @@ QString SenderLine(Context& context) {
 }
 
 QString SignatureOf(Context& context, const QString& address) {
-  return DefaultSender(context).SignatureOf(address);
+  return DefaultSender(context).SignatureFor(address);
 }
 
 QString OwnAddress(Context& context, const QStringList& addresses) {

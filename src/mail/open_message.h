@@ -51,7 +51,7 @@ bool MarkOpened(Context& context, Disk& request);
 
 /// Whether a message's HTML part comes to the front when it is read: where there is no other text,
 /// and the setting "HtmlFirst" says so.
-bool IsHtmlFirst(Context& context, const MessageModel& model);
+bool OpensAsHtml(Context& context, const MessageModel& model);
 
 /// Whether any account sends messages; and the address line ("FROM: address name") of the one that
 /// sends those that name none, empty without one.

@@ -51,7 +51,7 @@ Result<> StateEdits::Store() {
   // A message may have been sent since the window was opened: the dust bin changes the sign alone.
   Result<> stored;
   if (changed.testFlag(kStateStatus)) {
-    stored = store.SetDust(*request_, MessageBag(*request_).IsDust());
+    stored = store.UpdateDust(*request_, MessageBag(*request_).IsDust());
   }
   if (const StateMask rest = changed & ~StateMask(kStateStatus)) {
     const Result<> rewritten = store.UpdateMessageState(rest, *request_, true);

@@ -109,7 +109,7 @@ TEST_F(LostFilesTest, TheLogOfAnotherDatabaseIsSetAside) {
   const SerialId serialId = other.Store("Subject: other\r\n\r\n");
   const QString foreign = MailDatabasePath(other.Get());
   other.Restart(kPassword);
-  ASSERT_TRUE(MailStore(other.Get()).SetDust(Disk(serialId), true));
+  ASSERT_TRUE(MailStore(other.Get()).UpdateDust(Disk(serialId), true));
   const QByteArray log = ReadFile(foreign + QStringLiteral("-wal"));
   ASSERT_GT(log.size(), 4096);
   test::WriteFile(mail_ + QStringLiteral("-wal"), log);

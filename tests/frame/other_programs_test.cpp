@@ -43,7 +43,7 @@ TEST(OtherObjectsTest, WhatTheySaveIsLoadedAndAPasswordThatIsNotStoredStaysKnown
   TestProfile profile;
   Context& context = profile.Get();
   OtherObjects others(context, 0);
-  others.TakeOver();
+  others.TakeNew();
   const auto save = [&context](const SerialId& serialId, const QString& name, const QString& time) {
     const auto file =
         Connection::Open(PlatformPath(context, context.Session->Text(u"Profile")),
@@ -63,13 +63,13 @@ TEST(OtherObjectsTest, WhatTheySaveIsLoadedAndAPasswordThatIsNotStoredStaysKnown
   };
   const SerialId account = u"theirs"_id;
   save(account, QStringLiteral("first"), QStringLiteral("2026/01/01 1:00:00"));
-  EXPECT_EQ(others.TakeOver(), SerialIds{account});
-  EXPECT_TRUE(others.TakeOver().isEmpty());
+  EXPECT_EQ(others.TakeNew(), SerialIds{account});
+  EXPECT_TRUE(others.TakeNew().isEmpty());
   const DiskPtr loaded = context.Objects.Find(account);
   ASSERT_NE(loaded, nullptr);
   loaded->Let(QStringLiteral("InMailServerPassword"), QStringLiteral("typed"));
   save(account, QStringLiteral("second"), QStringLiteral("2026/01/01 2:00:00"));
-  EXPECT_EQ(others.TakeOver(), SerialIds{account});
+  EXPECT_EQ(others.TakeNew(), SerialIds{account});
   EXPECT_EQ(loaded->Text(u"Object"), QStringLiteral("second"));
   EXPECT_EQ(loaded->Text(u"InMailServerPassword"), QStringLiteral("typed"));
 }

@@ -288,7 +288,7 @@ TEST(TypedAddresses, ANameComesThroughAllItsForms) {
     MessageModel model;
     model.addresses = {entry};
     const QByteArray source = ComposeMessage(model, Options(CharsetChoice::Automatic));
-    EXPECT_EQ(AddressLines(source, {}, true), CanonicalLine(entry)) << source.toStdString();
+    EXPECT_EQ(ReadAddressLines(source, {}, true), CanonicalLine(entry)) << source.toStdString();
     EXPECT_EQ(PresentableAddress(entry), entry.displayName + QStringLiteral(" <t@x>"));
     EXPECT_TRUE(ForwardHead({}, {entry}, {}).contains(PresentableAddress(entry)));
   }

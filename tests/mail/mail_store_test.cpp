@@ -191,7 +191,7 @@ TEST_F(MailStoreTest, AMoveIsTakenBackToWhereEachWas) {
   const Result<Moved> out = SetDust(context, many, true);
   EXPECT_TRUE(out && stands({filed}, {dusted, filed}));
   EXPECT_TRUE(MoveMessages(context, out->back) && stands({filed}, {dusted}));
-  EXPECT_EQ(Received(context, many).ValueOr({}), (SerialIds{dusted, filed}));
+  EXPECT_EQ(ReceivedAmong(context, many).ValueOr({}), (SerialIds{dusted, filed}));
   EXPECT_TRUE(SetMark(context, many, kFlagNew, true) && ToggleStar(context, many));
   EXPECT_EQ(Column(QStringLiteral("MIN(SUBSTR(FIELD_FLAG, 3, 1) & SUBSTR(FIELD_FLAG, 7, 1))")),
             QStringLiteral("11"));

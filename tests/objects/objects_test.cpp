@@ -396,7 +396,7 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
 TEST_F(SearchConditionTest, WhatGoesByTheTimeIsKnown) {
   const auto goesByTime = [this](const QString& line) {
     Statement({line});
-    return FolderSqlBuilder(profile_.Get()).Query(u"f"_id).DependsOnTime();
+    return FolderSqlBuilder(profile_.Get()).Query(u"f"_id).ChangesWithTime();
   };
   EXPECT_TRUE(goesByTime(Line(u"timestamp", {QStringLiteral("-7")})));
   EXPECT_FALSE(goesByTime(Line(u"subject", {QStringLiteral("snow")})));

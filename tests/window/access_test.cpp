@@ -66,7 +66,7 @@ TEST_F(FolderPageTest, TheMainWindowAndItsPageAreThereForAScreenReader) {
   Press(Qt::Key_Down);
   ASSERT_TRUE(WaitFor([this] {
     const auto* pane = Browser()->findChild<ReadingPane*>();
-    return pane != nullptr && !pane->Shown().IsEmpty();
+    return pane != nullptr && !pane->ShownMessage().IsEmpty();
   }));
   EXPECT_EQ(Nameless(*program_->Parent()).toStdString(), "");
   QAccessibleInterface* page = QAccessible::queryAccessibleInterface(View());

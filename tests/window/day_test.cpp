@@ -78,7 +78,7 @@ class DayTest : public ProgramTest {
     return serial;
   }
   MessageWindow& Open(const QString& subject, int status = 4) const {
-    program_->Parent()->Requests().OpenMessage(MailRequest::Of(Serial(subject, status)));
+    program_->Parent()->Requests().ShowMessage(MailRequest::Of(Serial(subject, status)));
     EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
     return *TopLevel<MessageWindow>();
   }
@@ -160,7 +160,7 @@ void DayTest::ReadAndAnswer() {
   // A click reads at the side, and a key opens.
   ClickLink(QStringLiteral("a[href^=\"preview:\"]"));
   const auto* pane = Browser()->findChild<ReadingPane*>();
-  ASSERT_TRUE(WaitFor([pane] { return pane != nullptr && !pane->Shown().IsEmpty(); }));
+  ASSERT_TRUE(WaitFor([pane] { return pane != nullptr && !pane->ShownMessage().IsEmpty(); }));
   QTest::keyClick(View()->focusProxy(), Qt::Key_Return);
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   MessageWindow& answer = *TopLevel<MessageWindow>();
@@ -212,7 +212,7 @@ void DayTest::SendReceipt() {
   const SerialId serial = Serial(QStringLiteral("receipt"), 4);
   EXPECT_TRUE(Sent([&] {
                 EXPECT_TRUE(InModal<QMessageBox>(
-                    [&] { program_->Parent()->Requests().OpenMessage(MailRequest::Of(serial)); },
+                    [&] { program_->Parent()->Requests().ShowMessage(MailRequest::Of(serial)); },
                     [](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); }));
               }).contains("sato@example.jp"));
   TopLevel<MessageWindow>()->close();

@@ -420,7 +420,7 @@ TEST_F(FolderCommandsTest, AClickOnTheMarksTurnsThemAndMovesNothing) {
   ASSERT_TRUE(WaitFor([&] { return pane() != nullptr && pane()->isVisible(); }));
   FocusPage();
   Press(Qt::Key_End);
-  ASSERT_TRUE(WaitFor([&] { return pane()->Shown() == Ids({4}).first(); }));
+  ASSERT_TRUE(WaitFor([&] { return pane()->ShownMessage() == Ids({4}).first(); }));
   for (const char* mark : {"0", "1"}) {
     ClickPage(placeOf(3));
     EXPECT_TRUE(WaitFor([&] { return Mark(4) == QLatin1String(mark); }));
@@ -484,7 +484,7 @@ TEST_F(FolderCommandsTest, CorrespondentsComeIntoAnAddressBook) {
   const QList<AddressEntry> people = Correspondents(
       context, QStringLiteral("FROM: b@example.jp\r\nTO: C@example.jp 長\r\nTO: c@example.jp"));
   ASSERT_EQ(people.size(), 1) << "who is no user of the profile is the sender";
-  EXPECT_EQ(AddToBook(context, second, people), 1);
+  EXPECT_EQ(StoreInBook(context, second, people), 1);
   EXPECT_TRUE(InModal<QInputDialog>(
       [&] { program_->Parent()->Pages().Messages().AddToBook({u"mail_1"_id}); },
       [](QInputDialog& dialog) {

@@ -40,7 +40,7 @@ class MessageWindowTest : public ProgramTest {
     return *MailStore(Context()).StoreMessage(request, source);
   }
   MessageWindow& Open(const SerialId& serialId) const {
-    program_->Parent()->Requests().OpenMessage(MailRequest::Of(serialId));
+    program_->Parent()->Requests().ShowMessage(MailRequest::Of(serialId));
     MessageWindow* window = nullptr;
     EXPECT_TRUE(WaitFor([&window] {
       window = TopLevel<MessageWindow>();

@@ -43,7 +43,7 @@ class ReadingPaneTest : public FolderPageTest {
   }
   ReadingPane* Pane() const { return Browser()->findChild<ReadingPane*>(); }
   bool AwaitShown(int number) const {
-    return WaitFor([&] { return Pane()->Shown() == Ids({number}).first(); });
+    return WaitFor([&] { return Pane()->ShownMessage() == Ids({number}).first(); });
   }
   // What a message's row says at a place of its flags.
   QString Mark(int number, FlagPosition place) const {
@@ -68,7 +68,7 @@ class ReadingPaneTest : public FolderPageTest {
 
 TEST_F(ReadingPaneTest, TheCurrentMessageIsReadThereAndOpenedAfterAWhile) {
   BeginReading(4);
-  EXPECT_EQ(Pane()->Shown(), SerialId());
+  EXPECT_EQ(Pane()->ShownMessage(), SerialId());
   Press(Qt::Key_Down);
   ASSERT_TRUE(AwaitShown(1));
   EXPECT_EQ(Child<QPlainTextEdit>(*Pane(), u"txMemo").toPlainText().trimmed(),
@@ -93,7 +93,7 @@ TEST_F(ReadingPaneTest, TheCurrentMessageIsReadThereAndOpenedAfterAWhile) {
   // Another page shows another choice.
   Child<QAction>(*Browser(), u"seek").trigger();
   Browser()->ShowFolder(kShelf);
-  EXPECT_EQ(Pane()->Shown(), SerialId());
+  EXPECT_EQ(Pane()->ShownMessage(), SerialId());
 }
 
 TEST_F(ReadingPaneTest, WhatIsBehindAnotherTabIsNotMarkedBeforeItIsSeenAgain) {
@@ -106,7 +106,7 @@ TEST_F(ReadingPaneTest, WhatIsBehindAnotherTabIsNotMarkedBeforeItIsSeenAgain) {
   tabs->setCurrentIndex(0);
   auto* pane = inbox->findChild<ReadingPane*>();
   inbox->Folder().GoToMessage(Ids({1}).first());
-  ASSERT_TRUE(WaitFor([&] { return pane->Shown() == Ids({1}).first(); }));
+  ASSERT_TRUE(WaitFor([&] { return pane->ShownMessage() == Ids({1}).first(); }));
   tabs->setCurrentIndex(1);
   test::RunFor(500);
   inbox->Refresh();  // as when mail comes
@@ -136,11 +136,12 @@ TEST_F(ReadingPaneTest, ThePaneShowsTheCurrentRowAlsoBehindAnotherTab) {
   const auto current = [view] {
     return SerialIdOf(ScriptIn(*view, QStringLiteral("vorn.current()")));
   };
-  EXPECT_TRUE(WaitFor([&] { return current().IsEmpty() || current() == pane->Shown(); }));
+  EXPECT_TRUE(WaitFor([&] { return current().IsEmpty() || current() == pane->ShownMessage(); }));
   view->setFocus();
   QTest::keyClick(view->focusProxy(), Qt::Key_Down);
   EXPECT_TRUE(WaitFor([&] {
-    return !current().IsEmpty() && current() == pane->Shown() && current() != Ids({2}).first();
+    return !current().IsEmpty() && current() == pane->ShownMessage() &&
+           current() != Ids({2}).first();
   }));
 }
 
@@ -228,7 +229,7 @@ TEST_F(ReadingPaneTest, OpeningOneDoesNotOpenTheNext) {
   ASSERT_TRUE(AwaitShown(1));
   ASSERT_TRUE(AwaitGone("No1."));
   test::RunFor(2500);
-  EXPECT_EQ(Pane()->Shown(), u"mail_1"_id);
+  EXPECT_EQ(Pane()->ShownMessage(), u"mail_1"_id);
   EXPECT_EQ(Mark(2, kFlagNew), QStringLiteral("1"));
   EXPECT_EQ(Chosen(), SerialIds()) << "a command would meet a message that is not in sight";
 }
@@ -242,7 +243,7 @@ TEST_F(ReadingPaneTest, WhatLeavesThePageByItselfIsGoneAndNoOtherTakesItsPlace) 
     EXPECT_TRUE(done);
     program_->Parent()->Pages().Messages().MessageStored();
   };
-  const auto isNothing = [this] { return Pane()->Shown().IsEmpty(); };
+  const auto isNothing = [this] { return Pane()->ShownMessage().IsEmpty(); };
   Press(Qt::Key_Down);
   Press(Qt::Key_Down);
   ASSERT_TRUE(AwaitShown(2));

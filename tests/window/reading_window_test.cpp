@@ -198,7 +198,7 @@ TEST_F(MessageWindowTest, TypingAnswersNoQuestionForAReceipt) {
   Settings(Context()).Bag()->Let(QStringLiteral("ReceiveNotice"), true);
   const SerialId serial =
       Store("Disposition-Notification-To: boss@example.jp\r\n" + kPlain, kStatusReceived);
-  program_->Parent()->Requests().OpenMessage(MailRequest::Of(serial, OpenMode::Reply));
+  program_->Parent()->Requests().ShowMessage(MailRequest::Of(serial, OpenMode::Reply));
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   auto& memo = Child<QPlainTextEdit>(*TopLevel<MessageWindow>(), u"txMemo");
   memo.setFocus();
@@ -242,7 +242,7 @@ TEST_F(MessageWindowTest, AReceiptIsSentAlsoWhenAReplyIsOpenedAtOnceAndShownWhen
         Store("Disposition-Notification-To: " + asks + "\r\n" + kPlain, kStatusReceived);
     EXPECT_TRUE(InModal<QMessageBox>(
         [&] {
-          program_->Parent()->Requests().OpenMessage(MailRequest::Of(serial, OpenMode::Reply));
+          program_->Parent()->Requests().ShowMessage(MailRequest::Of(serial, OpenMode::Reply));
         },
         [](QMessageBox& box) {
           EXPECT_TRUE(box.text().contains(QStringLiteral("開封通知")));

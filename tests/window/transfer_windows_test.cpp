@@ -341,17 +341,17 @@ TEST_F(TransferWindowsTest, TheNotificationAreaFollowsTheSettingAndEndsTheProgra
     return program_->Parent()->findChild<TaskTray*>(QStringLiteral("tasktray"));
   };
   ASSERT_NE(tray(), nullptr);
-  EXPECT_TRUE(tray()->Icon().isVisible());
+  EXPECT_TRUE(tray()->TrayIcon().isVisible());
   Settings(Context()).Bag()->Let(QStringLiteral("Tasktray"), false);
   program_->Parent()->ApplySettings();
   EXPECT_EQ(tray(), nullptr);
   Settings(Context()).Bag()->Let(QStringLiteral("Tasktray"), true);
   program_->Parent()->ApplySettings();
   program_->Parent()->showMinimized();
-  auto& icon = const_cast<QSystemTrayIcon&>(tray()->Icon());
+  auto& icon = const_cast<QSystemTrayIcon&>(tray()->TrayIcon());
   Q_EMIT icon.activated(QSystemTrayIcon::Trigger);
   EXPECT_FALSE(program_->Parent()->isMinimized()) << "a click brings it back";
-  const QMenu* menu = tray()->Icon().contextMenu();
+  const QMenu* menu = tray()->TrayIcon().contextMenu();
   ASSERT_EQ(menu->actions().size(), 3);
   EXPECT_TRUE(NextMessageBox([menu] {
                 menu->actions()[0]->trigger();

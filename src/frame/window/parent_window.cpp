@@ -77,7 +77,7 @@ ParentWindow::ParentWindow(Context& context)
           }),
       notice_(
           context, *this,
-          [this](const SerialId& serialId) { opener_.OpenMessage(MailRequest::Of(serialId)); },
+          [this](const SerialId& serialId) { opener_.ShowMessage(MailRequest::Of(serialId)); },
           [this](MessageAction action, const SerialIds& messages) {
             pages_.Actions().Act(action, messages, {});
           }),
@@ -179,9 +179,9 @@ void ParentWindow::LoadDefaultProperty() {
 
 void ParentWindow::AskAtStart() {
   for (const SerialId& serialId : AskOfDoubtful(context_, *this))
-    opener_.OpenMessage(MailRequest::Of(serialId));
+    opener_.ShowMessage(MailRequest::Of(serialId));
   const SerialIds drafts = AskOfDrafts(context_, *this);
-  for (const SerialId& serialId : drafts) opener_.OpenMessage(MailRequest::Of(serialId));
+  for (const SerialId& serialId : drafts) opener_.ShowMessage(MailRequest::Of(serialId));
   if (!drafts.isEmpty()) changes_.Note();
   damage_.Ask();
   if (!AskOfLook(context_, *this)) return;

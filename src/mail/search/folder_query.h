@@ -38,7 +38,7 @@ class FolderQuery {
   /// Whether there is no such folder: every statement is empty then.
   bool IsEmpty() const { return !isOfFolder_; }
   /// Whether it finds others as time passes, although no message changes.
-  bool DependsOnTime() const { return needs_.time; }
+  bool ChangesWithTime() const { return needs_.time; }
   /// The same, narrowed to the messages that a search finds, or what it finds everywhere; all when
   /// it is empty.
   FolderQuery Searched(const FolderSearch& search) const;

@@ -122,7 +122,7 @@ bool FolderRows::Explore(DataSession& session) {
   if (found_) return false;
   // Where no index finds the rows, every step would read all messages. What depends on the time of
   // day does not stay where it was.
-  if (IsFew(session) || !indexed_ || query_.DependsOnTime()) return false;
+  if (IsFew(session) || !indexed_ || query_.ChangesWithTime()) return false;
   if (order_ == RowOrder::NewestFirst) {
     Count(session);
     return false;

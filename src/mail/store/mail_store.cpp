@@ -216,7 +216,7 @@ bool MailStore::WriteFolders(const Disk& request) {
   return true;
 }
 
-Result<> MailStore::SetDust(const Disk& request, bool dust) {
+Result<> MailStore::UpdateDust(const Disk& request, bool dust) {
   const OpenedDatabase opened = Open(request);
   if (!opened) return opened.Error();
   return ResultOf(context_.Data, context_.Data.Execute(PutIntoDust(dust) + Where(request)));

@@ -59,7 +59,7 @@ class MailStore {
   Result<> UpdateMessageState(StateMask mask, const Disk& request, bool openDatabase);
 
   /// Puts the message into the dust bin or takes it out, whatever its state is by now.
-  Result<> SetDust(const Disk& request, bool dust);
+  Result<> UpdateDust(const Disk& request, bool dust);
 
   /// Makes a message that still waits to be sent one that is edited. Fails, as `NotFound`, when
   /// it does not wait any more.

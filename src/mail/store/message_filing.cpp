@@ -249,7 +249,7 @@ Result<Moved> SetDust(Context& context, const SerialIds& messages, bool dust) {
   return MoveMessages(context, dust ? Move{.intoDust = messages} : Move{.outOfDust = messages});
 }
 
-Result<SerialIds> Received(Context& context, const SerialIds& messages) {
+Result<SerialIds> ReceivedAmong(Context& context, const SerialIds& messages) {
   return FindAmong(
       context,
       QStringLiteral("SELECT SERIALID FROM mail WHERE ABS(STATUS) = %1 AND").arg(kStatusReceived),

@@ -55,7 +55,7 @@ Result<Moved> TakeOutOfDust(Context& context, const SerialIds& messages, const S
 /// Puts messages into the dust bin or takes them out of it.
 Result<Moved> SetDust(Context& context, const SerialIds& messages, bool dust);
 /// Those of the messages that were received.
-Result<SerialIds> Received(Context& context, const SerialIds& messages);
+Result<SerialIds> ReceivedAmong(Context& context, const SerialIds& messages);
 /// Sets or takes away a mark that is only there or not: unopened, answered, forwarded, starred.
 /// What was not received is never unopened.
 Result<> SetMark(Context& context, const SerialIds& messages, FlagPosition mark, bool isSet);

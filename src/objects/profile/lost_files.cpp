@@ -379,12 +379,8 @@ Result<> ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,
   return {};
 }
 
-bool IsRebuilt(const Disk& profile) {
-  return ProfileBag(profile).IsRebuilt();
-}
-
 void RestoreProfile(Context& context, Disk& profile, const QString& password) {
-  if (!IsRebuilt(profile)) return;
+  if (!ProfileBag(profile).IsRebuilt()) return;
   Disk copy(profile.Serial());
   const QString path = PlatformPath(context, ProfileBag(profile).File());
   {

@@ -50,9 +50,6 @@ Result<QString> ReconnectFile(Context& context, const LostFile& lost, const QStr
 Result<> ReplaceLostFile(Context& context, Disk& profile, const LostFile& lost,
                          const QString& password);
 
-/// Whether that is a profile of the list that was made anew, by what could be seen.
-bool IsRebuilt(const Disk& profile);
-
 /// After the list of profiles was made anew: takes a profile's own object from its database, which
 /// the password opens. One without such an object stays as it was guessed.
 void RestoreProfile(Context& context, Disk& profile, const QString& password);

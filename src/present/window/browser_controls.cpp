@@ -48,7 +48,7 @@ void BrowserControls::Seek() {
 
 void BrowserControls::FollowLink(const QString& address) {
   if (const auto request = ReadLinkCommand(address)) {
-    parts_.host.OpenMessage(*request);
+    parts_.host.ShowMessage(*request);
   } else {
     parts_.web.GoTo(address);
   }

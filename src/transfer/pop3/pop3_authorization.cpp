@@ -20,7 +20,7 @@ std::optional<PopFailure> Pop3Authorization::TakeCapabilities(const QByteArray& 
   lacksTop_ = !capabilities.isEmpty() && !IsCapability(capabilities, "TOP");
   if (!tls_.IsDue()) {
     ChooseLogin(capabilities);
-    return LogIn();
+    return StartLogin();
   }
   if (!IsCapability(capabilities, "STLS")) return tls_.NotOffered();
   pipeline_.Send("STLS", Pop3Command::Stls);
@@ -57,7 +57,7 @@ void Pop3Authorization::ChooseLogin(const QByteArray& capabilities) {
 }
 
 // Every step of AUTH waits for the server's "+", so that no line is longer than old servers take.
-std::optional<PopFailure> Pop3Authorization::LogIn() {
+std::optional<PopFailure> Pop3Authorization::StartLogin() {
   for (const CredentialPart& part : kCredentialParts) {
     if (IsSafeArgument(login_.server.who.*part.text)) continue;
     return PopFailure{PopError::Login,
@@ -119,10 +119,10 @@ std::optional<PopFailure> Pop3Authorization::TakeReply(Pop3Command command, bool
 std::optional<PopFailure> Pop3Authorization::TryAnotherWay(const QByteArray& line) {
   const bool isMissing = auth_.MayBeMissing();
   const bool isDoubtful = auth_.Mechanism()->needsStoredPassword;
-  if (isMissing && auth_.TryNext()) return LogIn();
+  if (isMissing && auth_.TryNext()) return StartLogin();
   if (canSayUser_ && maySayPassword_ && (isMissing || isDoubtful)) {
     auth_ = {};
-    return LogIn();
+    return StartLogin();
   }
   return auth_.Refused(line, redaction_);
 }

@@ -54,7 +54,7 @@ class Pop3Authorization {
  private:
   std::optional<PopFailure> BeginTls(bool ok, const QByteArray& line, bool hasMore);
   void ChooseLogin(const QByteArray& capabilities);
-  std::optional<PopFailure> LogIn();
+  std::optional<PopFailure> StartLogin();
   std::optional<PopFailure> LogInByApop();
   std::optional<PopFailure> TryAnotherWay(const QByteArray& line);
 

@@ -38,7 +38,7 @@ Result<KnownFiles::Holders> KnownFiles::Ask(const QString& messageId) {
     } else if (*has) {
       holders.files.append(file);
     } else {
-      holders.isErased = holders.isErased || IsErased(file, messageId);
+      holders.isErased = holders.isErased || WasErased(file, messageId);
     }
   }
   if (!asked) return asked.Error();
@@ -65,7 +65,7 @@ bool KnownFiles::HasUnnamed(const QString& scope) {
 }
 
 // In the open file. Who has thrown a message away for good does not want it once more.
-bool KnownFiles::IsErased(const QString& file, const QString& messageId) {
+bool KnownFiles::WasErased(const QString& file, const QString& messageId) {
   ErasedMessages erased(context_.Data);
   if (!hasErased_.contains(file)) {
     hasErased_[file] = Settings(context_).Care().knowsErased && !erased.IsEmpty();

@@ -32,7 +32,7 @@ class KnownFiles {
   bool HasUnnamed(const QString& scope);
 
  private:
-  bool IsErased(const QString& file, const QString& messageId);
+  bool WasErased(const QString& file, const QString& messageId);
 
   Context& context_;
   QStringList paths_;

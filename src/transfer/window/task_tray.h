@@ -14,7 +14,7 @@ class TaskTray : public QObject {
   /// `version` and `exit` are the main window's own menu entries.
   TaskTray(const QIcon& icon, QAction* version, QAction* exit, QObject* parent);
   ~TaskTray() override;
-  const QSystemTrayIcon& Icon() const { return icon_; }
+  const QSystemTrayIcon& TrayIcon() const { return icon_; }
   void Hide();
 
  Q_SIGNALS:

@@ -115,7 +115,7 @@ std::optional<BookAddition> AddCorrespondents(
             Ui::tr("このアドレスブックは編集中です。そのウィンドウを閉じてから登録してください。"));
     return std::nullopt;
   }
-  const Result<int> added = AddToBook(context, book, people);
+  const Result<int> added = StoreInBook(context, book, people);
   if (added) return BookAddition{book->Serial(), Sentence(*book, people, *added)};
   ShowBox(&window, QMessageBox::Critical, Ui::tr("保存できませんでした。") + added.Error().text);
   return std::nullopt;

@@ -111,7 +111,7 @@ SerialIds MessageActions::Drop(const SerialIds& messages, const SerialId& folder
   return File(messages, folder, from);
 }
 
-SerialId MessageActions::AskFolder() {
+SerialId MessageActions::ChooseFolder() {
   const auto folders = SelectObjects(context_.Objects, *context_.Session, object_filter::kByHand);
   const QString ask = Ui::tr("新しいフォルダの名前を入力してください。");
   if (folders->IsEmpty()) return MakeFolder(NoFolderWords() + kLineBreak + kLineBreak + ask);
@@ -152,7 +152,7 @@ SerialId MessageActions::MakeFolder(const QString& caption, QString name) {
 }
 
 SerialIds MessageActions::ChooseFolder(const SerialIds& messages, const SerialId& folder) {
-  const SerialId into = AskFolder();
+  const SerialId into = ChooseFolder();
   if (into == fixed_serial::kInbox) return PutIntoInbox(messages, folder);
   if (into.IsEmpty() || !IsFilledByHand(into)) return {};
   return File(messages, into, folder);
@@ -188,7 +188,7 @@ SerialIds MessageActions::File(const SerialIds& messages, const SerialId& into,
 // What is filed is not shown there, so it is taken out of its folders.
 SerialIds MessageActions::PutIntoInbox(const SerialIds& messages, const SerialId& from) {
   const bool wasDust = from == fixed_serial::kDust;
-  const auto received = Received(context_, messages);
+  const auto received = ReceivedAmong(context_, messages);
   if (!received) return End(received.Error(), messages);
   const SerialIds& taken = wasDust ? messages : *received;
   if (taken.isEmpty()) {

@@ -46,7 +46,7 @@ class MessageActions {
 
  private:
   SerialIds ChooseFolder(const SerialIds& messages, const SerialId& folder);
-  SerialId AskFolder();
+  SerialId ChooseFolder();
   SerialId MakeFolder(const QString& caption, QString name = {});
   SerialIds File(const SerialIds& messages, const SerialId& into, const SerialId& shownIn);
   SerialIds PutIntoInbox(const SerialIds& messages, const SerialId& from);

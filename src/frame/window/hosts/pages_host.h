@@ -24,7 +24,7 @@ class PagesHost : public BrowserHost {
 
   PageActions& Actions() { return actions_; }
 
-  void OpenMessage(const MailRequest& request) override { opener_.OpenMessage(request); }
+  void ShowMessage(const MailRequest& request) override { opener_.ShowMessage(request); }
   void WriteTo(const QString& mailto) override { opener_.WriteMessage(mailto); }
   SerialIds ActOnMessages(MessageAction action, const SerialIds& messages,
                           const SerialId& folder) override {

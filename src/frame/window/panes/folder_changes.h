@@ -26,7 +26,7 @@ class FolderChanges {
   /// ended.
   void Tick();
   /// The objects that another program has saved since this was last asked, loaded by now.
-  SerialIds NewObjects() { return objects_.TakeOver(); }
+  SerialIds NewObjects() { return objects_.TakeNew(); }
   /// Counts the unopened messages of all folders anew.
   void CountSoon() { unread_.CountSoon(); }
   /// Counts no more.

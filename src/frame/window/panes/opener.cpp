@@ -19,7 +19,7 @@
 
 namespace vorn {
 
-void Opener::OpenMessage(MailRequest request) {
+void Opener::ShowMessage(MailRequest request) {
   request.file = ProfileBag(*context_.Session).MailFiles();
   request.password = ProfileBag(*context_.Session).Password();
   queue_.PostMailRequest(request);
@@ -35,7 +35,7 @@ void Opener::OpenArgument(const QString& argument) {
     ShowBox(&window_, QMessageBox::Critical, serialId.Error().text);
     return;
   }
-  OpenMessage(MailRequest::Of(*serialId));
+  ShowMessage(MailRequest::Of(*serialId));
   changes_.Note();
 }
 

@@ -30,7 +30,7 @@ class Opener {
 
   RequestQueue& Queue() { return queue_; }
   /// Of the profile's mail.
-  void OpenMessage(MailRequest request);
+  void ShowMessage(MailRequest request);
   /// A new message, which a "mailto:" address may begin.
   void WriteMessage(const QString& mailto = {}) {
     queue_.PostMailRequest(MailRequest::New(mailto));

@@ -143,7 +143,7 @@ QByteArray ReplyCalendar(const Invitation& invitation, const QString& address,
   return bytes;
 }
 
-std::optional<InvitationReply> ReadReply(const QByteArray& calendar) {
+std::optional<InvitationReply> ReadInvitationReply(const QByteArray& calendar) {
   const ParsedCalendar parsed(QString::fromUtf8(calendar));
   icalcomponent* event = parsed.Event();
   if (event == nullptr || MethodOf(event) != ICAL_METHOD_REPLY) {

@@ -36,7 +36,7 @@ struct InvitationReply {
 };
 
 /// What a calendar that `ReplyCalendar` made says; nothing for any other.
-std::optional<InvitationReply> ReadReply(const QByteArray& calendar);
+std::optional<InvitationReply> ReadInvitationReply(const QByteArray& calendar);
 
 /// Such a calendar with another answer, or of somebody else. One that cannot be read stays.
 QByteArray ChangeReply(const QByteArray& calendar, const QString& address, InvitationAnswer answer);

@@ -161,7 +161,7 @@ DecodedText DecodeOther(const QByteArray& icuName, QByteArrayView bytes, bool at
   } else {
     IcuConverter converter(icuName.constData());
     if (!converter.IsValid()) return DecodeAscii(bytes);
-    text = converter.Decode(bytes);
+    text = converter.ToUnicode(bytes);
     // What some of its tables have for a character that they lack.
     constexpr char16_t kSubstitute = 0x1A;
     if (!bytes.contains(kSubstitute)) text.replace(kSubstitute, QChar::ReplacementCharacter);

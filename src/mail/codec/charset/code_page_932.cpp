@@ -55,7 +55,7 @@ CodePage932::CodePage932()
     for (unsigned trail = 0x40; IsLead(lead) && trail <= 0xFC; ++trail) {
       if (!IsTrail(trail)) continue;
       const char bytes[] = {static_cast<char>(lead), static_cast<char>(trail)};
-      const QString text = table.Decode(QByteArrayView(bytes, 2));
+      const QString text = table.ToUnicode(QByteArrayView(bytes, 2));
       if (text.size() != 1 || text[0] == QChar::ReplacementCharacter) continue;
       characters_[Index(lead, trail)] = text[0].unicode();
     }

@@ -21,7 +21,7 @@ class IcuConverter {
   bool IsMultiByte() const { return IsValid() && ucnv_getMaxCharSize(handle_) > 1; }
 
   /// Decodes all of `bytes`; what has no meaning becomes U+FFFD.
-  QString Decode(QByteArrayView bytes) {
+  QString ToUnicode(QByteArrayView bytes) {
     QString text(bytes.size() * 2 + 16, Qt::Uninitialized);
     UErrorCode status = U_ZERO_ERROR;
     int32_t length = Convert(text, bytes, &status);

@@ -28,7 +28,7 @@ class JisX0212 {
       for (unsigned cell = 1; cell <= 94; ++cell) {
         const char bytes[] = {'\x8F', static_cast<char>(row + 0xA0),
                               static_cast<char>(cell + 0xA0)};
-        const QString text = table.Decode(QByteArrayView(bytes, 3));
+        const QString text = table.ToUnicode(QByteArrayView(bytes, 3));
         if (text.size() == 1 && text[0] != QChar::ReplacementCharacter) {
           characters_[(row - 1) * 94 + cell - 1] = text[0].unicode();
         }

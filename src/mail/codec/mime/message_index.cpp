@@ -57,7 +57,7 @@ bool HasFiles(const std::vector<MimeCodec::ContentRecord>& records, const QStrin
 
 }  // namespace
 
-QString AddressLines(QByteArrayView source, const ReadingCode& code, bool readsReplyTo) {
+QString ReadAddressLines(QByteArrayView source, const ReadingCode& code, bool readsReplyTo) {
   QStringList pieces;
   for (const QByteArrayView name : kAddressHeaders) {
     QByteArrayList fields = MimeCodec::HeaderFields(source, name);
@@ -93,7 +93,7 @@ MessageIndex IndexMessage(QByteArrayView source, const FlagString& flags,
   code.body = MimeCodec::TextCharset(source, records);
   index.subject =
       MimeCodec::DecodeHeader(MimeCodec::HeaderField(source, subject), subject.size(), code);
-  index.addressLines = AddressLines(source, code, options.readsReplyTo);
+  index.addressLines = ReadAddressLines(source, code, options.readsReplyTo);
 
   const bool hasAttachments = options.countsShown
                                   ? HasFiles(records, options.textTypes, texts > 0,

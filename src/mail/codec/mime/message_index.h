@@ -29,7 +29,7 @@ struct IndexOptions {
 
 /// The lines of `FIELD_MAILADDRESS`, with the names as they read in that code; `readsReplyTo` as in
 /// `IndexOptions`.
-QString AddressLines(QByteArrayView source, const ReadingCode& code, bool readsReplyTo);
+QString ReadAddressLines(QByteArrayView source, const ReadingCode& code, bool readsReplyTo);
 
 /// Works out the index columns of a source. `flags` is the flag string to start from. Never fails.
 MessageIndex IndexMessage(QByteArrayView source, const FlagString& flags,

@@ -91,7 +91,7 @@ QString CalendarBar::Question() const {
 
 void CalendarBar::ShowAnswer(const QByteArray& reply, bool editable) {
   invitation_.reset();
-  const std::optional<InvitationReply> answer = ReadReply(reply);
+  const std::optional<InvitationReply> answer = ReadInvitationReply(reply);
   setVisible(answer.has_value());
   if (!answer) return;
   SayWordsStay(false);

@@ -10,7 +10,7 @@ HtmlPart PartToRead(Context& context, const OpenedMessage& opened,
   const AttachedPictures pictures(opened);
   if (!opened.html.isEmpty()) {
     return {[html, pictures] { return pictures.Below(html()); }, QStringLiteral("HTML"),
-            IsHtmlFirst(context, opened.model)};
+            OpensAsHtml(context, opened.model)};
   }
   if (pictures.IsEmpty()) return {};
   return {[pictures] { return pictures.Below({}); }, Ui::tr("画像"),

@@ -39,7 +39,7 @@ void InvitationComposer::Write(const Invitation& invitation, InvitationAnswer an
 // The words that were written for the answer before follow, where they still stand. Where they were
 // edited they are the user's own, and he is told that they may say something else now.
 void InvitationComposer::Change(InvitationAnswer answer) {
-  const auto before = ReadReply(document_.Model().calendarReply.value_or(QByteArray()));
+  const auto before = ReadInvitationReply(document_.Model().calendarReply.value_or(QByteArray()));
   if (!before) return;
   document_.Model().calendarReply =
       ChangeReply(*document_.Model().calendarReply, before->address, answer);
@@ -61,7 +61,7 @@ void InvitationComposer::Change(InvitationAnswer answer) {
 // likes.
 void InvitationComposer::CheckWords() {
   if (!isChanged_) return;
-  const auto reply = ReadReply(document_.Model().calendarReply.value_or(QByteArray()));
+  const auto reply = ReadInvitationReply(document_.Model().calendarReply.value_or(QByteArray()));
   bar_.SayWordsStay(
       reply && !form_.Body().Text()->toPlainText().contains(AnswerText(reply->answer).trimmed()));
 }

@@ -38,7 +38,7 @@ MessageClosing::MessageClosing(Context& context, MessageHost& host, MessageDocum
       receipt_(receipt),
       window_(window) {}
 
-QMessageBox::StandardButton MessageClosing::AskToSave(const QString& question) {
+QMessageBox::StandardButton MessageClosing::AskForChoice(const QString& question) {
   // Who ends the program by mistake may want to stay.
   const bool mayStay =
       !host_.IsClosing() || (Settings(context_).Care().mayStay && !qApp->isSavingSession());
@@ -72,7 +72,7 @@ bool MessageClosing::StoreEdited() {
 }
 
 // Whether it holds nothing but what the program wrote into it.
-bool MessageClosing::IsBlank() const {
+bool MessageClosing::HoldsNothing() const {
   if (isEdited_ || form_.Addresses().HasRecipient()) return false;
   const MessageModel model = form_.Take(document_.Model());
   QString text = model.text.Get();
@@ -96,13 +96,13 @@ bool MessageClosing::Leave() {
   const bool isNew = document_.IsNew();
   const bool isAnswer = document_.Request().Mode() != OpenMode::Show;
   if (isNew && isAnswer && !isEdited_) return true;  // it can be made again
-  if (isNew && IsBlank() && Settings(context_).Care().dropsBlank) return true;
+  if (isNew && HoldsNothing() && Settings(context_).Care().dropsBlank) return true;
   const bool isErased = document_.IsEditable() && IsErased(context_, document_);
   if (isNew || isErased) {
     const auto answer =
-        AskToSave(isErased ? Ui::tr("このメッセージは削除されました。新しいメッセージとして"
-                                    "保存します。よろしいですか？")
-                           : Ui::tr("このメッセージを保存します。よろしいですか？"));
+        AskForChoice(isErased ? Ui::tr("このメッセージは削除されました。新しいメッセージとして"
+                                       "保存します。よろしいですか？")
+                              : Ui::tr("このメッセージを保存します。よろしいですか？"));
     if (answer == QMessageBox::Cancel) return false;
     if (answer != QMessageBox::Yes) {
       Drafts::Forget(context_, document_.Tag());

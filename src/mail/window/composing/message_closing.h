@@ -43,8 +43,8 @@ class MessageClosing {
   bool StoreToSend();
   void FinishEditing();
   bool HasSender();
-  bool IsBlank() const;
-  QMessageBox::StandardButton AskToSave(const QString& question);
+  bool HoldsNothing() const;
+  QMessageBox::StandardButton AskForChoice(const QString& question);
   bool StoreEdited();
   void NoteAnswer();
 

@@ -64,7 +64,7 @@ LazyText TextOf(const OpenedMessage& opened, bool isNew) {
 
 // Who sends the answer to an invitation is the one who answers.
 void AnswerAsSender(MessageModel& model) {
-  const auto reply = ReadReply(*model.calendarReply);
+  const auto reply = ReadInvitationReply(*model.calendarReply);
   for (const AddressEntry& entry : model.addresses) {
     if (!reply || entry.kind.compare(u"FROM", Qt::CaseInsensitive) != 0) continue;
     if (entry.address.compare(reply->address, Qt::CaseInsensitive) == 0) return;

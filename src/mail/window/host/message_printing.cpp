@@ -43,7 +43,7 @@ void PrintStoredMessage(Context& context, QWidget* window, MessageHost& host,
     return;
   }
   const QString html =
-      opened.html.isEmpty() || !IsHtmlFirst(context, opened.model)
+      opened.html.isEmpty() || !OpensAsHtml(context, opened.model)
           ? QString()
           : WithInlineImages(opened.html, opened.source, MailRequestBag(request).ContentIndex());
   PrintMessagePage(context, window, host, opened.model, html);

@@ -35,7 +35,7 @@ class ReadingPane : public QWidget {
   /// Prints the message that is shown, with what is in front.
   void Print();
   /// The message that is shown; empty when none is.
-  SerialId Shown() const { return serialId_; }
+  SerialId ShownMessage() const { return serialId_; }
 
  Q_SIGNALS:
   /// The shown message is to be opened in a window.

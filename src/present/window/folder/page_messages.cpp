@@ -32,7 +32,7 @@ bool AgreesToOpen(QWidget& window, qsizetype windows) {
 PageMessages::PageMessages(ShownPage& page, PageSplit& split, BrowserHost& host, QWidget& window)
     : page_(page), split_(split), host_(host), window_(window) {
   connect(&split_, &PageSplit::OpenWanted, this, [this](OpenMode mode, const SerialId& message) {
-    host_.OpenMessage(MailRequest::Of(message, mode));
+    host_.ShowMessage(MailRequest::Of(message, mode));
   });
 }
 
@@ -55,24 +55,24 @@ void PageMessages::Open(OpenMode mode) {
     page_.rows.ToOpen([this](const QString& link, const SerialIds& messages) {
       const auto request = ReadLinkCommand(link);
       QTimer::singleShot(0, this, [this, request, messages] {
-        request ? host_.OpenMessage(*request) : OpenEach(messages);
+        request ? host_.ShowMessage(*request) : OpenEach(messages);
       });
     });
     return;
   }
   WithCurrent([this, mode](const SerialId& message) {
-    if (HasAny(!message.IsEmpty())) host_.OpenMessage(MailRequest::Of(message, mode));
+    if (HasAny(!message.IsEmpty())) host_.ShowMessage(MailRequest::Of(message, mode));
   });
 }
 
 void PageMessages::OpenEach(const SerialIds& messages) {
   if (!HasAny(!messages.isEmpty())) return;
   if (messages.size() > kManyWindows && !AgreesToOpen(window_, messages.size())) return;
-  for (const SerialId& message : messages) host_.OpenMessage(MailRequest::Of(message));
+  for (const SerialId& message : messages) host_.ShowMessage(MailRequest::Of(message));
 }
 
 void PageMessages::OpenInWindow(const MailRequest& request) {
-  host_.OpenMessage(request);
+  host_.ShowMessage(request);
   new SecondClick;
 }
 

@@ -54,7 +54,7 @@ void PageSplit::Lay() {
   pane_->setVisible(isWanted);
   if (!isWanted) return;
   TakeShare();
-  if (pane_->Shown() != row_) pane_->Show(row_, true);
+  if (pane_->ShownMessage() != row_) pane_->Show(row_, true);
 }
 
 // Before it is shown nobody knows.
@@ -75,7 +75,7 @@ void PageSplit::MakePane() {
   addWidget(pane_);
   Q_EMIT PaneMade(pane_);
   connect(pane_, &ReadingPane::OpenWanted, this,
-          [this](OpenMode mode) { Q_EMIT OpenWanted(mode, pane_->Shown()); });
+          [this](OpenMode mode) { Q_EMIT OpenWanted(mode, pane_->ShownMessage()); });
   connect(pane_, &ReadingPane::Left, this, [this] { widget(0)->setFocus(); });
   connect(pane_, &ReadingPane::Marked, this, [this] { host_.MessageStored(); });
 }
@@ -111,7 +111,7 @@ void PageSplit::RowLeft() {
 }
 
 void PageSplit::StopMarking() {
-  if (HasPane()) pane_->Show(pane_->Shown(), false);
+  if (HasPane()) pane_->Show(pane_->ShownMessage(), false);
 }
 
 void PageSplit::Cover(bool covered) {
@@ -122,7 +122,7 @@ void PageSplit::Cover(bool covered) {
 }
 
 void PageSplit::Print(const SerialId& serialId) {
-  if (HasPane() && pane_->Shown() == serialId) {
+  if (HasPane() && pane_->ShownMessage() == serialId) {
     pane_->Print();
   } else {
     PrintStoredMessage(context_, window(), host_, serialId);

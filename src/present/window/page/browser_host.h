@@ -29,7 +29,7 @@ class BrowserHost {
  public:
   virtual ~BrowserHost() = default;
   /// Asks for the window of a message of the profile's mail; where that is need not be said.
-  virtual void OpenMessage(const MailRequest& request) = 0;
+  virtual void ShowMessage(const MailRequest& request) = 0;
   /// Asks for a new message as a "mailto:" address says (RFC 6068).
   virtual void WriteTo(const QString& mailto) = 0;
   /// Acts on messages of a folder, after asking the user where that is due. Returns those that have
