@@ -29,6 +29,7 @@ class FileCheck {
       : connection_(connection), findings_(findings) {}
 
   void Run(FileContents contents) {
+    BeginMoment();
     AskEngine();
     if (contents == FileContents::Messages && HasTable("mail")) {
       ReadRows();
@@ -39,6 +40,7 @@ class FileCheck {
     } else {
       Problem(Ui::tr("必要な表がありません。"));
     }
+    connection_.Run("ROLLBACK");  // nothing was written
     findings_.parts += connection_.Damage();
     if (findings_.parts.contains(kDamagedLog)) findings_.AddLostLog();
     // What was met on the way and falls under none of the above.
@@ -49,13 +51,21 @@ class FileCheck {
   }
 
  private:
+  // All of the file as it is at one moment, whatever others write meanwhile.
+  void BeginMoment() { connection_.Run("BEGIN"); }
+  // As long as one reads, the engine refuses every page after one whose mark is wrong: what lies
+  // behind damage is read at a later moment.
+  void GoOnBehindDamage() {
+    connection_.Run("ROLLBACK");
+    BeginMoment();
+  }
   void Problem(const QString& sentence) {
     if (!findings_.problems.contains(sentence)) findings_.problems.append(sentence);
   }
   // Nothing that cannot be read counts as none: reading it is what is being checked.
   qint64 Number(const QByteArray& sql) {
     const QVariant number = connection_.Scalar(sql);
-    if (!number.isValid()) Unreadable();
+    if (!number.isValid()) Unreadable();  // by now its statement is gone
     return number.toLongLong();
   }
   bool HasTable(const QByteArray& name) {
@@ -64,12 +74,16 @@ class FileCheck {
   }
   // What of the answer can be read.
   void ForEachRow(const QByteArray& select, const std::function<void(Statement& row)>& take) {
-    const auto statement = connection_.Prepare(select);
+    auto statement = connection_.Prepare(select);
     Statement::Step step = statement == nullptr ? Statement::Step::Failed : statement->Next();
     for (; step == Statement::Step::Row; step = statement->Next()) take(*statement);
+    statement.reset();
     if (step == Statement::Step::Failed) Unreadable();
   }
-  void Unreadable() { Problem(Ui::tr("データベースファイルに読み込めない部分があります。")); }
+  void Unreadable() {
+    Problem(Ui::tr("データベースファイルに読み込めない部分があります。"));
+    GoOnBehindDamage();
+  }
 
   // The engine's own words are English and say nothing to a user; their number does.
   void AskEngine() {
@@ -97,18 +111,24 @@ class FileCheck {
         known.insert(id);
       });
     }
-    for (const qint64 id : ids) ReadRow(id);
+    for (const qint64 id : ids) {
+      const Read read = ReadRow(id);
+      if (read == Read::Whole) continue;
+      GoOnBehindDamage();
+      if (read == Read::Nothing) RowIsLost(id);
+    }
   }
 
-  void ReadRow(qint64 id) {
+  enum class Read { Whole, WithoutSource, Nothing };
+  Read ReadRow(qint64 id) {
     const auto row = connection_.Prepare(
         "SELECT SERIALID, FIELD_SUBJECT, FIELD_TIMESTAMP, MAIL, FIELD_FLAG FROM mail WHERE rowid = "
         "?");
-    if (row == nullptr) return Unreadable();
+    if (row == nullptr) return Read::Nothing;
     row->Bind({id});
     const Statement::Step step = row->Next();
-    if (step == Statement::Step::Done) return;  // deleted meanwhile
-    if (step == Statement::Step::Failed) return RowIsLost(id);
+    if (step == Statement::Step::Done) return Read::Whole;  // deleted meanwhile
+    if (step == Statement::Step::Failed) return Read::Nothing;
     const UnreadableMessage message{SerialIdOf(row->Value(0)), row->Value(1).toString(),
                                     row->Value(2).toString()};
     const qint64 source = row->Value(3).toLongLong();
@@ -116,9 +136,10 @@ class FileCheck {
     if (row->EndsWithNul(4)) {
       findings_.parts.insert(kDamagedFile);
     } else if (LongBinaryTable(connection_).Read(source)) {
-      return;
+      return Read::Whole;
     }
     findings_.unreadable.append(message);
+    return Read::WithoutSource;
   }
 
   // Its indexes may still tell which it was.
@@ -132,7 +153,9 @@ class FileCheck {
       return statement->Next() == Statement::Step::Row ? statement->Value(0).toString() : QString();
     };
     message.serialId = SerialId(find("SERIALID"));
+    GoOnBehindDamage();
     message.timestamp = find("FIELD_TIMESTAMP");
+    GoOnBehindDamage();
     findings_.unreadable.append(message);
   }
 
@@ -192,11 +215,7 @@ FileFindings Check(const QString& path, const QString& password, FileContents co
     findings.parts.insert(kDamagedFile);
     return findings;
   }
-  Connection& connection = **opened;
-  // All of it as it is at one moment, whatever others write meanwhile.
-  const bool isMoment = connection.Run("BEGIN");
-  FileCheck(connection, findings).Run(contents);
-  if (isMoment) connection.Run("COMMIT");
+  FileCheck(**opened, findings).Run(contents);
   return findings;
 }
 
