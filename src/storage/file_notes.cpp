@@ -30,7 +30,7 @@ QString FileSaltText(const QString& path) {
 }
 
 bool HasContent(const QString& path) {
-  return QFileInfo(path).size() > 0;
+  return QFileInfo(path).size() >= FileKey::kSaltBytes;
 }
 
 // One a line: mark, messages, the others with "/" between them, path.

@@ -62,10 +62,13 @@ Result<> CheckFormat(Connection& connection) {
 
 Result<std::shared_ptr<Connection>> Connection::Open(const QString& path, const QString& password,
                                                      Mode mode) {
-  // The engine takes an empty file for a new one; a file of ours is never empty.
-  if (mode != Mode::Create && QFileInfo(path).size() == 0 && QFileInfo::exists(path)) {
+  // The engine takes a file without so much as its random bytes for a new one; one of ours never
+  // is.
+  const QFileInfo file(path);
+  if (mode != Mode::Create && file.exists() && file.size() < FileKey::kSaltBytes) {
     return StorageError{StorageError::Kind::Damaged,
-                        Ui::tr("ファイルが空です。中身が失われています。")};
+                        file.size() == 0 ? Ui::tr("ファイルが空です。中身が失われています。")
+                                         : Ui::tr("ファイルが途中で切れています。")};
   }
   UseOwnLocks();
   std::shared_ptr<Connection> connection(new Connection);
