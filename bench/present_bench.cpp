@@ -110,14 +110,16 @@ void MeasurePages(Context& context, int messages) {
             QStringLiteral("wrong count"));
   });
   Measure(QStringLiteral("counting the unopened"), [&] {
-    Require(CountUnread(context, fixed_serial::kInbox) > 0, QStringLiteral("none unopened"));
+    Require(CountUnread(context, fixed_serial::kInbox).ValueOr(0) > 0,
+            QStringLiteral("none unopened"));
   });
   const auto found = std::make_shared<Disk>(QStringLiteral("_found"));
   found->Let(QStringLiteral("SqlUse"), true);
   found->Let(QStringLiteral("Sql"), QStringLiteral("mail.FIELD_SUBJECT LIKE '*777*'"));
   context.Objects.Add(found);
   Measure(QStringLiteral("counting the unopened of a condition"), [&] {
-    Require(CountUnread(context, found->Serial()) >= 0, context.Data.LastError().text);
+    Require(static_cast<bool>(CountUnread(context, found->Serial())),
+            context.Data.LastError().text);
   });
   std::vector<double> slices;
   double sum = 0;

@@ -85,7 +85,7 @@ int Export(Context& context, const Arguments& arguments) {
   for (const UnreadableMessage& message : outcome.unreadable) {
     Complain(Ui::tr("読み込めません: ") + message.Name(), 0);
   }
-  if (!outcome.complete) return Complain(outcome.error, kExitFailure);
+  if (!outcome.complete) return Complain(outcome.complete.Error().text, kExitFailure);
   Report({{QStringLiteral("exported"), outcome.count},
           {QStringLiteral("unreadable"), ToJson(outcome.unreadable)}},
          Ui::tr("書き出し %n通", nullptr, outcome.count) +

@@ -79,7 +79,7 @@ void SettleOlderFiles(Context& context) {
   // The right file may have come back in the place of an older one.
   for (const QString& file : ProfileFiles(context, *context.Session).mid(1)) {
     if (!older.contains(file) && IsNoted(file, kOlderFile) && !WasOlder(context, file)) {
-      ForgetDamage(file, kOlderFile);
+      std::ignore = ForgetDamage(file, kOlderFile);  // else it is asked about once more
     }
   }
   for (const QString& file : older) {

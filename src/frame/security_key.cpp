@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <array>
+#include <tuple>
 
 #include "frame/user_store.h"
 #include "storage/files/file_lock.h"
@@ -50,7 +51,7 @@ QString SecurityKey() {
   store.setValue(kKeyEntry, key);
   store.sync();
   if (store.status() != QSettings::NoError) return {};
-  MakePrivate(store.fileName());
+  std::ignore = MakePrivate(store.fileName());  // as above; some systems know no rights
   return key;
 }
 

@@ -1,5 +1,7 @@
 #include "frame/single_instance.h"
 
+#include <tuple>
+
 #include "storage/files/private_files.h"
 
 namespace vorn {
@@ -11,7 +13,7 @@ SingleInstance::SingleInstance(const QString& appFolder)
 
 bool SingleInstance::Acquire() {
   if (!MakePrivateFolder(folder_) || !lock_.tryLock()) return false;
-  MakePrivate(lock_.fileName());
+  std::ignore = MakePrivate(lock_.fileName());  // it says nothing that others may not know
   return true;
 }
 

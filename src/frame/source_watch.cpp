@@ -87,7 +87,7 @@ void SourceWatch::End(const WalkOutcome& outcome) {
   place_ = outcome.place;
   if (!outcome.parts.isEmpty()) {
     context_.Data.Damage().Add(file, outcome.parts);
-    KeepDamage(context_);
+    std::ignore = KeepDamage(context_);  // else it is still to be kept
     if (onDamage_) onDamage_();
   }
   if (outcome.atEnd || stuck || verified_ >= VerifiedBytes) {

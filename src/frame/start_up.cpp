@@ -7,6 +7,7 @@
 #include <QSettings>
 #include <QStandardPaths>
 #include <QSysInfo>
+#include <tuple>
 
 #include "frame/security_key.h"
 #include "objects/profile/lost_files.h"
@@ -39,7 +40,7 @@ bool ReadDebugMode(const QString& appFolder) {
 
 // Earlier versions left the mode of files to the user's mask. Only what is known to be the
 // program's own is touched: a portable folder holds the program too, and `--data` may name any
-// folder.
+// folder. What cannot be changed may be another user's.
 void MakeDataPrivate(const Context& context) {
   const QDir folder(context.AppFolder);
   const QStringList own =
@@ -49,13 +50,15 @@ void MakeDataPrivate(const Context& context) {
   const auto everything = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
   const QFileInfoList entries = folder.entryInfoList(own, everything);
   const bool hasOthers = folder.entryList(everything).size() > entries.size();
-  if (!hasOthers && QFileInfo::exists(context.NaviDatabasePath)) MakePrivate(folder.path());
+  if (!hasOthers && QFileInfo::exists(context.NaviDatabasePath)) {
+    std::ignore = MakePrivate(folder.path());
+  }
   for (const QFileInfo& entry : entries) {
     // The browser engine's own folder is private as a whole, and large.
     if (entry.isDir() && entry.fileName() != u"web") {
       MakeTreePrivate(entry.filePath());
     } else {
-      MakePrivate(entry.filePath());
+      std::ignore = MakePrivate(entry.filePath());
     }
   }
 }

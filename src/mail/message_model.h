@@ -10,15 +10,12 @@
 
 #include "mail/codec/header/address.h"
 #include "mail/codec/mime/content_index.h"
+#include "mail/edit_settings.h"
 #include "mail/lazy_text.h"
 #include "mail/open_mode.h"
-#include "mail/reply_form.h"
-#include "objects/mail_standards.h"
 #include "storage/bags/disk.h"
 
 namespace vorn {
-
-class Settings;
 
 /// An attachment of a message window.
 struct ModelAttachment {
@@ -56,30 +53,6 @@ struct MessageModel {
   std::optional<ReceiptReport> report;
   /// Of an answer to an invitation: what it says to calendars (see `ReplyCalendar`).
   std::optional<QByteArray> calendarReply;
-};
-
-/// How files are put into text for the way, by the stored numbers of the choice.
-enum class MimeEncode { Base64 = 0, QuotedPrintable = 1, Uuencode = 2 };
-
-/// The settings that opening and composing read.
-struct EditSettings {
-  bool editMode = false;
-  QString subjectReplay;
-  QString subjectForward;
-  QString memoIndent;
-  QStringList textTypes;
-  MailStandards standards = MailStandards::All(false);
-  /// Replies as people are used to: to all means to the other recipients too, the first quoted line
-  /// is marked, and only the usual words are taken for reply marks.
-  bool usualReplies = false;
-  QString replyLine;  ///< above what a reply quotes; see `AttributionLine`
-  SignaturePlace signaturePlace = SignaturePlace::UnderQuote;
-  MimeEncode mimeEncode = MimeEncode::Base64;
-  bool mimeText = false;
-
-  static EditSettings From(const Settings& settings);
-  /// What a new profile starts with.
-  static EditSettings Defaults();
 };
 
 /// The account that a new message is from, and the addresses of all the user's accounts.

@@ -90,7 +90,8 @@ OpenedMessage FindStored(Context& context, Disk& bag, bool marks) {
   if (!opened.found) return opened;
   opened.source = **read;
   opened.first = IsUnopened(bag);
-  if (opened.first && marks) MarkOpened(context, bag);
+  // Who cannot write, as on a full disk, can read all the same.
+  if (opened.first && marks) std::ignore = MarkOpened(context, bag);
   request.SetAsksForReceipt(opened.first && AsksForReceipt(request.AddressLines()));
   return opened;
 }
@@ -173,13 +174,17 @@ OpenedMessage LookAtMessage(Context& context, Disk& request) {
   return Open(context, request, false);
 }
 
-bool MarkOpened(Context& context, Disk& request) {
+Result<bool> MarkOpened(Context& context, Disk& request) {
   if (!IsUnopened(request)) return false;
   const MessageBag stored(request);
   const OpenedDatabase mail(context, DatabaseKind::MailByPath, stored.File(context));
-  MessageBag::SetFlags(request, stored.Flags().With(kFlagNew, QStringLiteral("0")));
-  return mail &&
-         static_cast<bool>(MailStore(context).UpdateMessageState(kStateFlag, request, false));
+  if (!mail) return mail.Error();
+  const FlagString before = stored.Flags();
+  MessageBag::SetFlags(request, before.With(kFlagNew, QStringLiteral("0")));
+  const Result<> marked = MailStore(context).UpdateMessageState(kStateFlag, request, false);
+  if (marked) return true;
+  MessageBag::SetFlags(request, before);
+  return marked.Error();
 }
 
 bool OpensAsHtml(Context& context, const MessageModel& model) {

@@ -45,9 +45,8 @@ OpenedMessage OpenMessage(Context& context, Disk& request, bool applyStoredChars
 /// The same for somebody who looks at a message without opening it: it keeps its mark.
 OpenedMessage LookAtMessage(Context& context, Disk& request);
 
-/// Marks the message that a request was read for as opened; false when it was so already or that
-/// cannot be stored.
-bool MarkOpened(Context& context, Disk& request);
+/// Marks the message that a request was read for as opened; gives whether it was not so already.
+Result<bool> MarkOpened(Context& context, Disk& request);
 
 /// Whether a message's HTML part comes to the front when it is read: where there is no other text,
 /// and the setting "HtmlFirst" says so.

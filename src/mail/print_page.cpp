@@ -5,6 +5,7 @@
 #include "mail/codec/html/html_sanitizer.h"
 #include "mail/codec/html/html_text.h"
 #include "mail/codec/html/html_tree.h"
+#include "mail/shown_addresses.h"
 #include "storage/base/shown_text.h"
 #include "storage/ui.h"
 
@@ -27,12 +28,7 @@ QString Row(const QString& label, const QString& shown) {
 }
 
 QString Addresses(const MessageModel& model, QStringView kind) {
-  QStringList texts;
-  for (const AddressEntry& entry : model.addresses) {
-    if (kind.compare(entry.kind, Qt::CaseInsensitive) != 0) continue;
-    texts.append(IsolatedAddress(ShownInLine(PresentableAddress(entry))));
-  }
-  return texts.join(QStringLiteral(", "));
+  return ShownAddresses(model, kind).join(QStringLiteral(", "));
 }
 
 // The paper has an edge: what is longer than a line goes on in the next one, whatever it is.

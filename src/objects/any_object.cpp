@@ -27,7 +27,7 @@ void AnyObject::Begin(Disk& bag, const QString& type, const QString& name, const
 }
 
 QDateTime AnyObject::Saved() const {
-  return QDateTime::fromString(bag_.Text(kSaved), QStringLiteral("yyyy/MM/dd H:mm:ss"));
+  return QDateTime::fromString(bag_.Text(kChanged), QStringLiteral("yyyy/MM/dd H:mm:ss"));
 }
 
 }  // namespace vorn

@@ -55,7 +55,6 @@ class AnyObject {
   static inline const QString kParent = QStringLiteral("Parent");
   static inline const QString kDefault = QStringLiteral("Default");
   static inline const QString kEnabled = QStringLiteral("Enabled");
-  static inline const QString kSaved = QStringLiteral("DayTime");
   static inline const QString kSystem = QStringLiteral("System");
   static inline const QString kMarked = QStringLiteral("save");
 

@@ -1,6 +1,7 @@
 #include "objects/save_object.h"
 
 #include <algorithm>
+#include <tuple>
 
 #include "objects/any_object.h"
 #include "objects/object_types.h"
@@ -25,11 +26,12 @@ void ApplyDefaultProfileRule(Context& context, Disk& saved) {
     if (AnyObject(*object).Is(object_type::kProfile)) mark(*object);
   }
   mark(saved);  // which may be a bag of its own, as it comes from a window
-  context.Data.Execute(QStringLiteral("UPDATE object SET PROPERTY = '×' WHERE SERIALID in "
-                                      "(SELECT SERIALID FROM object WHERE NAME = "
-                                      "'FormName@string' AND PROPERTY = 'profile') AND NAME = "
-                                      "'Default@boolean' AND NOT SERIALID = ") +
-                       QuoteSql(saved.Serial()));
+  std::ignore =
+      context.Data.Execute(QStringLiteral("UPDATE object SET PROPERTY = '×' WHERE SERIALID in "
+                                          "(SELECT SERIALID FROM object WHERE NAME = "
+                                          "'FormName@string' AND PROPERTY = 'profile') AND NAME = "
+                                          "'Default@boolean' AND NOT SERIALID = ") +
+                           QuoteSql(saved.Serial()));
 }
 
 // Another program in the profile may have worked since this one read it. A count that went back

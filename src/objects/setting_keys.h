@@ -35,6 +35,9 @@ inline const QString kStandardHeaders = QStringLiteral("StandardHeaders");
 inline const QString kAddressSearch = QStringLiteral("AddressSearch");
 inline const QString kCareful = QStringLiteral("Careful");
 inline const QString kTextTypes = QStringLiteral("TextMime");
+inline const QString kListFont = QStringLiteral("ListFont");
+inline const QString kMessageFont = QStringLiteral("MessageFont");
+inline const QString kEditFont = QStringLiteral("EditFont");
 
 inline const QString kNotice = QStringLiteral("MessageNotice");
 inline const QString kNoticeDialog = QStringLiteral("MessageNoticeDialog");

@@ -7,8 +7,8 @@
 namespace vorn {
 namespace {
 
-const QString kFontKeys[] = {QStringLiteral("ListFont"), QStringLiteral("MessageFont"),
-                             QStringLiteral("EditFont")};  // by `FontUse`
+const QString kFontKeys[] = {setting::kListFont, setting::kMessageFont,
+                             setting::kEditFont};  // by `FontUse`
 
 }  // namespace
 

@@ -74,7 +74,7 @@ Result<> ConditionRun::Connect() {
       Connection::Open(path_, ProfileBag(*context_.Session).Password(), Connection::Mode::ReadOnly);
   if (!opened) return opened.Error();
   connection_ = *opened;
-  connection_->Run(kSmallCache);
+  std::ignore = connection_->Run(kSmallCache);  // else it takes more memory
   return {};
 }
 

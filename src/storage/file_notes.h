@@ -29,8 +29,8 @@ QString FileMark(const QString& path);
 /// Empty as above.
 QString FileSaltText(const QString& path);
 
-/// Whether there is a file with something in it: one of 0 bytes, or of less than its salt, is as lost
-/// as a missing one.
+/// Whether there is a file with something in it: one of 0 bytes, or of less than its salt, is as
+/// lost as a missing one.
 bool HasContent(const QString& path);
 
 /// The notes kept in a profile's object.

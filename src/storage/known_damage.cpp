@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <tuple>
 
 #include "storage/bags/profile_bag.h"
 #include "storage/files/found_damage.h"
@@ -43,7 +44,7 @@ QString FirstDamaged(Context& context, const QStringList& files) {
 }
 
 QList<KnownDamage> UndecidedDamage(Context& context) {
-  KeepDamage(context);
+  std::ignore = KeepDamage(context);  // else it is still to be kept
   QList<KnownDamage> undecided;
   const QDir folder = QFileInfo(PlatformPath(context, ProfileBag(*context.Session).File())).dir();
   for (const QString& note : folder.entryList({u'*' + kDamageEnding}, QDir::Files)) {

@@ -12,7 +12,7 @@ namespace vorn {
 
 /// Keeps what reading has shown to be damaged since the last call (`FoundDamage`).
 /// False when it cannot be kept; it is then still to be kept.
-bool KeepDamage(Context& context);
+[[nodiscard]] bool KeepDamage(Context& context);
 
 /// What is known of a file, given by its path; without parts when nothing is. Nothing when that
 /// cannot be found out.
@@ -35,7 +35,7 @@ QString FirstDamaged(Context& context, const QStringList& files);
 QList<KnownDamage> UndecidedDamage(Context& context);
 
 /// The user's decision: to work with the file all the same. False when it cannot be kept.
-bool AcceptDamage(Context& context, const QString& file);
+[[nodiscard]] bool AcceptDamage(Context& context, const QString& file);
 
 /// What is wrong with a file, as a sentence for the user.
 QString DamageWords(const KnownDamage& damage);

@@ -2,6 +2,7 @@
 
 #include <QCryptographicHash>
 #include <QFileInfo>
+#include <tuple>
 
 #include "storage/bags/profile_bag.h"
 #include "storage/files/private_files.h"
@@ -13,7 +14,7 @@ namespace {
 QString LockPath(const Context& context, QString work) {
   const QString folder =
       QFileInfo(PlatformPath(context, ProfileBag(*context.Session).File())).path();
-  MakePrivateFolder(folder);
+  std::ignore = MakePrivateFolder(folder);  // without it the lock cannot be taken
   for (QChar& c : work) {
     if (!c.isLetterOrNumber() && c != u'-' && c != u'_') c = u'_';
   }

@@ -16,7 +16,7 @@ class WorkLock {
   WorkLock(const Context& context, const QString& work);
 
   /// Waits up to `waitMs` for others. Also false when the lock's file cannot be made.
-  bool Take(int waitMs = 0);
+  [[nodiscard]] bool Take(int waitMs = 0);
   void Release() { lock_.Release(); }
   bool IsHeld() const { return lock_.IsHeld(); }
   /// A sentence for the user that names the program at work.

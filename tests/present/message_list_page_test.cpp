@@ -265,7 +265,7 @@ TEST_F(MessageListPageTest, UnopenedMessagesAreThoseOfTheFoldersAlternatives) {
   Disk request(opened);
   request.Let(QStringLiteral("flag"), QStringLiteral("000"));
   ASSERT_TRUE(MailStore(profile_.Get()).UpdateMessageState(kStateFlag, request, true));
-  EXPECT_EQ(CountUnread(profile_.Get(), folder->Serial()), 1);
+  EXPECT_EQ(CountUnread(profile_.Get(), folder->Serial()).ValueOr(-1), 1);
 }
 
 TEST_F(MessageListPageTest, OnlyReceivedMessagesCanBeAnswered) {

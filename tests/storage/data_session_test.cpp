@@ -379,7 +379,7 @@ TEST_F(DataSessionTest, WhatIsNotAsItWasWrittenIsNotTakenForIt) {
     QFile::remove(path_ + QStringLiteral("-shm"));
     test::WriteFile(path_, bytes);
     test::WriteFile(log, inLog);
-    data_.Open(path_, kPassword);
+    std::ignore = data_.Open(path_, kPassword);
     data_.CloseAll();
     const QSet<QString> parts = data_.Damage().Take().value(path_);
     return QStringList(parts.begin(), parts.end()).join(u' ');

@@ -296,8 +296,19 @@ TEST_F(KnownMailTest, WhatWasHereOnceStaysKnown) {
   // Another file from now on.
   Context& context = profile_.Get();
   context.Session->Let(QStringLiteral("History"), context.Session->Text(u"Mail"));
+  const QString former = context.Session->Text(u"Mail");
   context.Session->Let(QStringLiteral("Mail"), profile_.Folder() + QStringLiteral("/other.mbx"));
   EXPECT_EQ(Receive().stored, 0);
+  // What cannot be asked whether it was erased is not taken for new.
+  const int fetched = server_.Count("RETR");
+  {
+    const OpenedDatabase opened(context, DatabaseKind::MailByPath, former);
+    ASSERT_TRUE(context.Data.Execute(QStringLiteral("ALTER TABLE erased RENAME TO away")));
+  }
+  const ReceiveCounts unasked = Receive();
+  EXPECT_EQ(unasked.stored, 0);
+  EXPECT_EQ(unasked.errors, 1);
+  EXPECT_EQ(server_.Count("RETR"), fetched);
 }
 
 // Whoever erased a message for good does not get it once more, unless he fetches it by an import.

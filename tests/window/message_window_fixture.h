@@ -85,9 +85,9 @@ class MessageWindowTest : public ProgramTest {
   }
   QVariant Column(const SerialId& serialId, const QString& column) const {
     EXPECT_TRUE(OpenDatabase(Context(), DatabaseKind::Mail));
-    Context().Data.OpenRecordset(
+    EXPECT_TRUE(Context().Data.OpenRecordset(
         QStringLiteral("SELECT * FROM mail WHERE SERIALID = '%1'").arg(serialId.Text()),
-        CursorKind::ForwardOnly);
+        CursorKind::ForwardOnly));
     const RecordsetPtr row = Context().Data.Recordset();
     const QVariant value = row->Eof() ? QVariant() : row->Fields(column);
     Context().Data.Close();
@@ -95,8 +95,8 @@ class MessageWindowTest : public ProgramTest {
   }
   int Count() const {
     EXPECT_TRUE(OpenDatabase(Context(), DatabaseKind::Mail));
-    Context().Data.OpenRecordset(QStringLiteral("SELECT COUNT(0) FROM mail"),
-                                 CursorKind::ForwardOnly);
+    EXPECT_TRUE(Context().Data.OpenRecordset(QStringLiteral("SELECT COUNT(0) FROM mail"),
+                                             CursorKind::ForwardOnly));
     const int count = Context().Data.Recordset()->Fields(u"COUNT(0)").toInt();
     Context().Data.Close();
     return count;

@@ -15,7 +15,7 @@ ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
   const Result<FolderListing> listing =
       order.listing ? *order.listing : ListFolderMessages(context, order.folder);
   if (!listing) {
-    outcome.error = Ui::tr("フォルダを読み込めません。") + listing.Error().text;
+    outcome.complete = listing.Error().Behind(Ui::tr("フォルダを読み込めません。"));
     return outcome;
   }
   outcome.unreadable = listing->unreadable;
@@ -39,9 +39,8 @@ ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
     }
   }
   if (written) written = writer.Close();
-  outcome.complete = static_cast<bool>(written);
-  outcome.error = written.Error().text;
-  if (!outcome.complete) outcome.count = 0;
+  outcome.complete = written;
+  if (!written) outcome.count = 0;
   return outcome;
 }
 

@@ -23,10 +23,9 @@ struct ExportOrder {
 };
 
 struct ExportOutcome {
-  bool complete = false;  ///< the target was written; else `error` says why it was not
-  int count = 0;          ///< messages in it
-  QList<UnreadableMessage> unreadable;  ///< left out
-  QString error;                        ///< a sentence for the user
+  Result<> complete;                         ///< that the target was written, or why it was not
+  int count = 0;                             ///< messages in it
+  QList<UnreadableMessage> unreadable = {};  ///< left out
 };
 
 /// Writes a folder's messages, oldest first. What cannot be read is left out and named; the target

@@ -2,16 +2,20 @@
 
 #include "mail/search/search_condition.h"
 #include "storage/databases.h"
+#include "storage/session/session_result.h"
 
 namespace vorn {
 
-qint64 CountUnread(Context& context, const SerialId& folder) {
+Result<qint64> CountUnread(Context& context, const SerialId& folder) {
   const FolderQuery query = FolderSqlBuilder(context).Query(folder);
+  if (query.IsEmpty()) return StorageError{StorageError::Kind::NotFound, {}};
   const OpenedDatabase mail(context, DatabaseKind::Mail);
-  if (query.IsEmpty() || !mail) return -1;
-  const bool counted = context.Data.OpenRecordset(query.Unread(), CursorKind::ForwardOnly,
-                                                  StatementTrust::UserCondition);
-  return counted ? context.Data.Recordset()->FirstNumber() : -1;
+  if (!mail) return mail.Error();
+  if (!context.Data.OpenRecordset(query.Unread(), CursorKind::ForwardOnly,
+                                  StatementTrust::UserCondition)) {
+    return ReasonOf(context.Data);
+  }
+  return context.Data.Recordset()->FirstNumber();
 }
 
 QString UnreadQuestion(Context& context, const SerialId& folder) {

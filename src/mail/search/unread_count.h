@@ -6,8 +6,8 @@
 
 namespace vorn {
 
-/// How many messages of a folder are not yet opened; -1 when the folder cannot be read.
-qint64 CountUnread(Context& context, const SerialId& folder);
+/// How many messages of a folder are not yet opened.
+Result<qint64> CountUnread(Context& context, const SerialId& folder);
 /// The statement that tells it; empty when there is no such folder.
 QString UnreadQuestion(Context& context, const SerialId& folder);
 

@@ -1,23 +1,29 @@
 #include "mail/store/erased_messages.h"
 
 #include "mail/store/mail_row.h"
+#include "storage/session/own_statement.h"
 #include "storage/session/session_result.h"
 #include "storage/sql/sql_text.h"
 
 namespace vorn {
 
-bool ErasedMessages::HasAny(const QString& condition) {
-  return data_.OpenRecordset(QStringLiteral("SELECT FIELD_ID FROM erased%1 LIMIT 1").arg(condition),
-                             CursorKind::ForwardOnly) &&
-         !data_.Recordset()->Eof();
+namespace {
+
+Result<bool> HasRow(DataSession& data, const QByteArray& condition, const QVariantList& values) {
+  const Result<RecordsetPtr> rows =
+      AskOwn(data, "SELECT FIELD_ID FROM erased" + condition + " LIMIT 1", values);
+  if (!rows) return rows.Error();
+  return !(*rows)->Eof();
 }
 
-bool ErasedMessages::IsEmpty() {
-  return !HasAny(QString());
+}  // namespace
+
+Result<bool> ErasedMessages::HasAny() {
+  return HasRow(data_, {}, {});
 }
 
-bool ErasedMessages::Has(const QString& messageId) {
-  return HasAny(QStringLiteral(" WHERE FIELD_ID = ") + QuoteSql(messageId));
+Result<bool> ErasedMessages::Has(const QString& messageId) {
+  return HasRow(data_, " WHERE FIELD_ID = ?1", {messageId});
 }
 
 Result<QMultiHash<QByteArray, QString>> ErasedMessages::ByDigest() {

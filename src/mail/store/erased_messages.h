@@ -15,18 +15,15 @@ class ErasedMessages {
  public:
   explicit ErasedMessages(DataSession& data) : data_(data) {}
 
-  /// Whether there is none, or the file cannot be asked.
-  bool IsEmpty();
-  /// False also where the file cannot be asked.
-  bool Has(const QString& messageId);
+  /// Whether there is any; and whether one came under that name.
+  Result<bool> HasAny();
+  Result<bool> Has(const QString& messageId);
   /// The names by digest; of the oldest entries the digest is empty.
   Result<QMultiHash<QByteArray, QString>> ByDigest();
   /// Notes what has that digest under a further name; nothing where none has it.
   Result<> NoteAlso(const QString& messageId, const QByteArray& digest);
 
  private:
-  bool HasAny(const QString& condition);
-
   DataSession& data_;
 };
 

@@ -83,11 +83,12 @@ Result<QString> MessageRows::NameOf(qint64 row) {
   return MailRow(**found).MessageId();
 }
 
-bool MessageRows::HasNamePrefix(const QString& prefix) {
-  const RecordsetPtr row = Select(QStringLiteral("SELECT FIELD_ID FROM mail WHERE FIELD_ID >= ") +
-                                  QuoteSql(prefix) + QStringLiteral(" AND FIELD_ID < ") +
-                                  QuoteSql(prefix + u'~') + QStringLiteral(" LIMIT 1"));
-  return row != nullptr && !row->Eof();
+Result<bool> MessageRows::HasNamePrefix(const QString& prefix) {
+  const Result<RecordsetPtr> row =
+      AskOwn(data_, "SELECT 1 FROM mail WHERE FIELD_ID >= ?1 AND FIELD_ID < ?2 LIMIT 1",
+             {prefix, prefix + u'~'});
+  if (!row) return row.Error();
+  return !(*row)->Eof();
 }
 
 Result<SerialIds> MessageRows::FoldersOf(const SerialId& serialId) {

@@ -48,7 +48,7 @@ class MessageRows {
   Result<bool> HasName(const QString& messageId);
   Result<QString> NameOf(qint64 row);
   /// Whether a message has a name that begins so.
-  bool HasNamePrefix(const QString& prefix);
+  Result<bool> HasNamePrefix(const QString& prefix);
   Result<SerialIds> FoldersOf(const SerialId& serialId);
   /// Nothing where there is no such message, or the file cannot be asked.
   std::optional<MessagePlace> PlaceOf(const SerialId& serialId);

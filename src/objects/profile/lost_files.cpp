@@ -137,7 +137,7 @@ bool MakeRoom(const QString& path) {
 // What was found out about the file whose place another one takes says nothing of that one.
 void ForgetFormer(Context& context, const QString& path) {
   std::ignore = context.Data.Damage().TakeOf(path);
-  ForgetDamage(path);
+  std::ignore = ForgetDamage(path);  // else a check does
 }
 
 QStringList FilesWithMark(const QDir& folder, const QString& mark) {

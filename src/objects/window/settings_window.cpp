@@ -29,7 +29,13 @@ constexpr int kMaxMinutes = 1440;
 constexpr int kTypesHeight = 90;
 constexpr int kMostPoints = 48;
 
-// A whole number; the control prefix "sl" stands for sliders and their kin.
+// The kinds of controls, by which names of theirs begin; the key of what they hold follows.
+constexpr QLatin1String kCheck("ck");
+constexpr QLatin1String kText("tx");
+constexpr QLatin1String kChoice("cb");
+constexpr QLatin1String kNumber("sl");  // sliders and their kin
+
+// A whole number.
 QSpinBox* AddNumber(FormPage& page, const QString& name, const QString& label, int first, int last,
                     const QString& unit) {
   auto* box = new QSpinBox(&page);
@@ -61,35 +67,34 @@ void UseWith(const QList<QCheckBox*>& choices, const QList<QWidget*>& controls) 
 class ViewPage : public FormPage {
  public:
   ViewPage() : FormPage(QStringLiteral("view"), Ui::tr("表示(&V)")) {
-    QCheckBox* paging =
-        AddCheck(QStringLiteral("ckMessagesEdit"), Ui::tr("一覧をページに分ける(&P)"));
-    QSpinBox* rows = AddNumber(*this, QStringLiteral("slMessages"), Ui::tr("1ページの行数(&N)"), 1,
+    QCheckBox* paging = AddCheck(kCheck + setting::kPages, Ui::tr("一覧をページに分ける(&P)"));
+    QSpinBox* rows = AddNumber(*this, kNumber + setting::kRows, Ui::tr("1ページの行数(&N)"), 1,
                                kMaxRows, Ui::tr(" 通"));
     rows->setValue(100);
     UseWith({paging}, {rows});
-    AddCheck(QStringLiteral("ckMessagesNewest"), Ui::tr("フォルダを最新のページで開く(&W)"));
-    AddCheck(QStringLiteral("ckNewestFirst"), Ui::tr("新しいメッセージを上に表示する(&U)"));
-    AddCheck(QStringLiteral("ckShownOnce"), Ui::tr("フォルダに入れたものを受信に表示しない(&F)"));
-    AddCheck(QStringLiteral("ckPageEscape"),
+    AddCheck(kCheck + setting::kOpensNewest, Ui::tr("フォルダを最新のページで開く(&W)"));
+    AddCheck(kCheck + setting::kNewestFirst, Ui::tr("新しいメッセージを上に表示する(&U)"));
+    AddCheck(kCheck + setting::kShownOnce, Ui::tr("フォルダに入れたものを受信に表示しない(&F)"));
+    AddCheck(kCheck + setting::kPageEscape,
              Ui::tr("メッセージの内容をHTMLとして扱わない（安全）(&H)"));
-    AddChoice(QStringLiteral("cbReadingPane"), Ui::tr("選んだメッセージの表示(&R)"),
+    AddChoice(kChoice + setting::kReadingPane, Ui::tr("選んだメッセージの表示(&R)"),
               {Ui::tr("しない"), Ui::tr("一覧の下"), Ui::tr("一覧の右")})
         ->setCurrentIndex(0);
-    AddChoice(QStringLiteral("cbRowHeight"), Ui::tr("行の高さ（表、カード）(&D)"),
+    AddChoice(kChoice + setting::kRowHeight, Ui::tr("行の高さ（表、カード）(&D)"),
               {Ui::tr("普通"), Ui::tr("広い"), Ui::tr("狭い")})
         ->setCurrentIndex(0);
-    AddCheck(QStringLiteral("ckHtmlFirst"), Ui::tr("HTMLだけのメッセージはHTMLで開く(&G)"));
-    AddCheck(QStringLiteral("ckToolbarIcon"), Ui::tr("ツールバーをアイコンだけにする(&I)"));
-    AddCheck(QStringLiteral("ckStatusbar"), Ui::tr("ステータスバーを表示する(&S)"))
+    AddCheck(kCheck + setting::kHtmlFirst, Ui::tr("HTMLだけのメッセージはHTMLで開く(&G)"));
+    AddCheck(kCheck + setting::kToolbarIcon, Ui::tr("ツールバーをアイコンだけにする(&I)"));
+    AddCheck(kCheck + setting::kStatusBar, Ui::tr("ステータスバーを表示する(&S)"))
         ->setChecked(true);
-    AddCheck(QStringLiteral("ckTasktray"), Ui::tr("通知領域にアイコンを表示する(&T)"));
-    AddCheck(QStringLiteral("ckComesForward"), Ui::tr("もう一度起動されたら手前に出る(&Q)"));
-    AddCheck(QStringLiteral("ckWebOutside"),
+    AddCheck(kCheck + setting::kTaskTray, Ui::tr("通知領域にアイコンを表示する(&T)"));
+    AddCheck(kCheck + setting::kComesForward, Ui::tr("もう一度起動されたら手前に出る(&Q)"));
+    AddCheck(kCheck + setting::kWebOutside,
              Ui::tr("お気に入りのページを標準のブラウザーで開く(&B)"));
-    AddCheck(QStringLiteral("ckScriptsAsked"),
+    AddCheck(kCheck + setting::kScriptsAsked,
              Ui::tr("Webページのスクリプトは許可したサイトだけで動かす(&J)"));
     QComboBox* language = AddChoice(
-        QStringLiteral("cbLanguage"), Ui::tr("表示の言語（次の起動から）(&L)"),
+        kChoice + setting::kLanguage, Ui::tr("表示の言語（次の起動から）(&L)"),
         {Ui::tr("システムに合わせる"), QStringLiteral("日本語"), QStringLiteral("English")});
     language->setCurrentIndex(0);
   }
@@ -98,24 +103,22 @@ class ViewPage : public FormPage {
 class CheckingPage : public FormPage {
  public:
   CheckingPage() : FormPage(QStringLiteral("check"), Ui::tr("受信(&O)")) {
-    QCheckBox* check = AddCheck(QStringLiteral("ckMessageCheck"), Ui::tr("自動的に送受信する(&A)"));
-    QSpinBox* minutes = AddNumber(*this, QStringLiteral("slMessageCheckInterval"),
-                                  Ui::tr("間隔(&N)"), 1, kMaxMinutes, Ui::tr(" 分"));
+    QCheckBox* check = AddCheck(kCheck + setting::kChecks, Ui::tr("自動的に送受信する(&A)"));
+    QSpinBox* minutes = AddNumber(*this, kNumber + setting::kCheckMinutes, Ui::tr("間隔(&N)"), 1,
+                                  kMaxMinutes, Ui::tr(" 分"));
     minutes->setValue(10);
     UseWith({check}, {minutes});
-    QCheckBox* receipt =
-        AddCheck(QStringLiteral("ckReceiveNotice"), Ui::tr("受信したことを通知(&R)"));
+    QCheckBox* receipt = AddCheck(kCheck + setting::kReceipts, Ui::tr("受信したことを通知(&R)"));
     receipt->setToolTip(Ui::tr("開封通知を求められたときに、送るかどうかを尋ねます。"));
-    UseWith({receipt},
-            {AddCheck(QStringLiteral("ckReceiveNoticeEdit"), Ui::tr("編集してから送信(&E)"))});
-    AddCheck(QStringLiteral("ckEventsFolded"),
+    UseWith({receipt}, {AddCheck(kCheck + setting::kEditReceipts, Ui::tr("編集してから送信(&E)"))});
+    AddCheck(kCheck + setting::kEventsFolded,
              Ui::tr("イベントはアカウントごとに1行にまとめる(&L)"));
-    AddCheck(QStringLiteral("ckReceivedTime"), Ui::tr("日時はサーバーに届いた時刻にする(&J)"));
+    AddCheck(kCheck + setting::kReceivedTime, Ui::tr("日時はサーバーに届いた時刻にする(&J)"));
     AddNotices();
   }
 
   PageFault Check() override {
-    const auto* sound = findChild<QCheckBox*>(QStringLiteral("ckMessageNoticeSound"));
+    const auto* sound = findChild<QCheckBox*>(kCheck + setting::kNoticeSound);
     const bool isUsed = sound->isChecked() && sound->isEnabled();
     if (!isUsed || QFileInfo::exists(file_->text())) return {};
     return {Ui::tr("音のファイルがありません。"), file_};
@@ -124,16 +127,15 @@ class CheckingPage : public FormPage {
  private:
   // How new messages are announced.
   void AddNotices() {
-    QCheckBox* notice =
-        AddCheck(QStringLiteral("ckMessageNotice"), Ui::tr("新着メッセージを知らせる(&M)"));
+    QCheckBox* notice = AddCheck(kCheck + setting::kNotice, Ui::tr("新着メッセージを知らせる(&M)"));
     QCheckBox* dialog =
-        AddCheck(QStringLiteral("ckMessageNoticeDialog"), Ui::tr("開くかどうかを尋ねる(&D)"));
+        AddCheck(kCheck + setting::kNoticeDialog, Ui::tr("開くかどうかを尋ねる(&D)"));
     QCheckBox* desktop =
-        AddCheck(QStringLiteral("ckMessageNoticeDesktop"), Ui::tr("デスクトップの通知に出す(&G)"));
-    QCheckBox* sound = AddCheck(QStringLiteral("ckMessageNoticeSound"), Ui::tr("音を鳴らす(&S)"));
+        AddCheck(kCheck + setting::kNoticeDesktop, Ui::tr("デスクトップの通知に出す(&G)"));
+    QCheckBox* sound = AddCheck(kCheck + setting::kNoticeSound, Ui::tr("音を鳴らす(&S)"));
     QCheckBox* alone =
-        AddCheck(QStringLiteral("ckMessageNoticeSoundAlone"), Ui::tr("尋ねないときも鳴らす(&P)"));
-    file_ = AddText(QStringLiteral("txMessageNoticeSoundFile"), Ui::tr("音のファイル(&F)"));
+        AddCheck(kCheck + setting::kNoticeSoundAlone, Ui::tr("尋ねないときも鳴らす(&P)"));
+    file_ = AddText(kText + setting::kNoticeSoundFile, Ui::tr("音のファイル(&F)"));
     QPushButton* browse = MakeButton(QStringLiteral("cmSoundFile"), Ui::tr("参照(&B).."));
     Layout().addRow(QString(), browse);
     UseWith({notice}, {dialog, desktop, sound});
@@ -153,27 +155,27 @@ class CheckingPage : public FormPage {
 class EditPage : public FormPage {
  public:
   EditPage() : FormPage(QStringLiteral("edit"), Ui::tr("作成(&K)")) {
-    AddCheck(QStringLiteral("ckEditMode"), Ui::tr("返信、転送を編集(&S)"))
+    AddCheck(kCheck + setting::kEditMode, Ui::tr("返信、転送を編集(&S)"))
         ->setToolTip(Ui::tr("返信と転送で、件名に印を付け、もとの本文を引用します。"));
-    AddText(QStringLiteral("txSubjectReplay"), Ui::tr("返信の件名(&Y)"));
-    AddText(QStringLiteral("txSubjectForward"), Ui::tr("転送の件名(&F)"));
-    AddText(QStringLiteral("txMemoIndent"), Ui::tr("引用の記号(&Q)"));
-    line_ = AddText(QStringLiteral("txReplyLine"), Ui::tr("引用の前の行(&D)"));
+    AddText(kText + setting::kSubjectReply, Ui::tr("返信の件名(&Y)"));
+    AddText(kText + setting::kSubjectForward, Ui::tr("転送の件名(&F)"));
+    AddText(kText + setting::kQuoteSign, Ui::tr("引用の記号(&Q)"));
+    line_ = AddText(kText + setting::kReplyLine, Ui::tr("引用の前の行(&D)"));
     line_->setToolTip(Ui::tr("%dは日時、%nは名前、%aはアドレスです。"));
-    AddCheck(QStringLiteral("ckSignatureAbove"), Ui::tr("署名を引用の上に入れる(&G)"));
-    AddCheck(QStringLiteral("ckWrapLines"), Ui::tr("本文を72桁で折り返して送信する(&W)"))
+    AddCheck(kCheck + setting::kSignatureAbove, Ui::tr("署名を引用の上に入れる(&G)"));
+    AddCheck(kCheck + setting::kWrapLines, Ui::tr("本文を72桁で折り返して送信する(&W)"))
         ->setToolTip(Ui::tr("全角の文字は2桁です。引用した行とアドレスは折り返しません。"));
     AddChoice(
-        QStringLiteral("cbMimeEncode"), Ui::tr("MIME形式(&M) :"),
+        kChoice + setting::kMimeEncode, Ui::tr("MIME形式(&M) :"),
         {QStringLiteral("Base64"), QStringLiteral("QuotedPrintable"), QStringLiteral("UUencode")});
-    AddCheck(QStringLiteral("ckMimeText"), Ui::tr("本文もMIME形式にする(&T)"));
-    AddCheck(QStringLiteral("ckStandardHeaders"), Ui::tr("標準のヘッダと開封通知を使う(&H)"));
+    AddCheck(kCheck + setting::kMimeText, Ui::tr("本文もMIME形式にする(&T)"));
+    AddCheck(kCheck + setting::kStandardHeaders, Ui::tr("標準のヘッダと開封通知を使う(&H)"));
     AddNote(Ui::tr("Reply-To、In-Reply-To などです。"));
-    AddCheck(QStringLiteral("ckUsualReplies"), Ui::tr("いまの習慣で返信する(&U)"));
+    AddCheck(kCheck + setting::kUsualReplies, Ui::tr("いまの習慣で返信する(&U)"));
     AddNote(Ui::tr("関係者に宛先の人も含め、引用の1行目にも記号を付けます。"));
-    AddCheck(QStringLiteral("ckAddressSearch"),
+    AddCheck(kCheck + setting::kAddressSearch,
              Ui::tr("アドレスの選択では検索するまで何も選ばない(&L)"));
-    AddCheck(QStringLiteral("ckCareful"), Ui::tr("うっかりを防ぐ(&C)"));
+    AddCheck(kCheck + setting::kCareful, Ui::tr("うっかりを防ぐ(&C)"));
     AddNote(
         Ui::tr("再送の前に確かめます。サーバーに断られたものは送り直さず、\n"
                "捨てたメッセージはフォルダに表示せず、\n"
@@ -194,7 +196,7 @@ class ReadPage : public FormPage {
  public:
   ReadPage() : FormPage(QStringLiteral("read"), Ui::tr("本文(&X)")) {
     types_ = new TextBox(this);
-    types_->setObjectName(QStringLiteral("txTextMime"));
+    types_->setObjectName(kText + setting::kTextTypes);
     types_->setFixedHeight(kTypesHeight);
     types_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     types_->setTabChangesFocus(true);
@@ -213,17 +215,16 @@ class ReadPage : public FormPage {
 class FontPage : public FormPage {
  public:
   FontPage() : FormPage(QStringLiteral("font"), Ui::tr("フォント(&Z)")) {
-    AddFont(QStringLiteral("ListFont"), Ui::tr("一覧(&L)"), Ui::tr("一覧の大きさ(&I)"));
-    AddFont(QStringLiteral("MessageFont"), Ui::tr("メッセージ(&M)"),
-            Ui::tr("メッセージの大きさ(&E)"));
-    AddFont(QStringLiteral("EditFont"), Ui::tr("作成中の本文(&W)"), Ui::tr("作成中の大きさ(&N)"));
+    AddFont(setting::kListFont, Ui::tr("一覧(&L)"), Ui::tr("一覧の大きさ(&I)"));
+    AddFont(setting::kMessageFont, Ui::tr("メッセージ(&M)"), Ui::tr("メッセージの大きさ(&E)"));
+    AddFont(setting::kEditFont, Ui::tr("作成中の本文(&W)"), Ui::tr("作成中の大きさ(&N)"));
   }
 
  private:
   // The family is kept by its name, which a hidden box holds.
   void AddFont(const QString& key, const QString& label, const QString& sizeLabel) {
-    QLineEdit* family = AddHidden(QStringLiteral("tx") + key);
-    QComboBox* families = AddChoice(QStringLiteral("cb") + key, label, {Ui::tr("標準")});
+    QLineEdit* family = AddHidden(kText + key);
+    QComboBox* families = AddChoice(kChoice + key, label, {Ui::tr("標準")});
     families->setProperty("tag", QStringLiteral("nosave"));
     families->addItems(QFontDatabase::families());
     families->setCurrentIndex(0);
@@ -234,8 +235,8 @@ class FontPage : public FormPage {
       if (!name.isEmpty() && families->findText(name) < 0) families->addItem(name);
       families->setCurrentIndex(qMax(0, name.isEmpty() ? 0 : families->findText(name)));
     });
-    QSpinBox* size = AddNumber(*this, QStringLiteral("sl") + key + QStringLiteral("Size"),
-                               sizeLabel, 0, kMostPoints, Ui::tr(" ポイント"));
+    QSpinBox* size = AddNumber(*this, kNumber + key + QStringLiteral("Size"), sizeLabel, 0,
+                               kMostPoints, Ui::tr(" ポイント"));
     size->setSpecialValueText(Ui::tr("標準"));
   }
 };

@@ -12,19 +12,19 @@
 #include "present/window/engine/script_bar.h"
 #include "present/window/folder/page_split.h"
 #include "present/window/folder/shown_folder.h"
-#include "present/window/page/browser_host.h"
 #include "present/window/page/page_loader.h"
 #include "present/window/page/page_maker.h"
 #include "present/window/page/page_printing.h"
 #include "present/window/page/page_reading.h"
 #include "present/window/page/page_rest.h"
 #include "present/window/toolbar/folder_toolbar.h"
+#include "present/window/web_host.h"
 #include "present/window/web_navigation.h"
 
 namespace vorn {
 
 BrowserWindow::BrowserWindow(Context& context, MessageListPages& pages,
-                             const BrowserProfiles& profiles, BrowserHost& host)
+                             const BrowserProfiles& profiles, WebHost& host)
     : host_(host),
       page_(std::make_shared<Disk>(context.Data.NewSerialID()),
             [this](const QString& script, const PageQueue::Answer& then) {

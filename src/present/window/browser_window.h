@@ -10,10 +10,8 @@
 namespace vorn {
 
 class BrowserControls;
-class BrowserHost;
 class BrowserProfiles;
 class EngineView;
-class ShownFolder;
 class FolderToolbar;
 class MessageListPages;
 class PageLoader;
@@ -22,6 +20,8 @@ class PagePrinting;
 class PageReading;
 class PageRest;
 class PageSplit;
+class ShownFolder;
+class WebHost;
 class WebNavigation;
 
 /// The window "URL": shows a folder's message list page, or a web page, in the embedded browser.
@@ -32,7 +32,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
 
  public:
   BrowserWindow(Context& context, MessageListPages& pages, const BrowserProfiles& profiles,
-                BrowserHost& host);
+                WebHost& host);
   ~BrowserWindow() override;
 
   bool LoadDefaultProperty(const DiskPtr& request, bool update) override;
@@ -75,7 +75,7 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void TakeView();
   void ConnectEngine();
 
-  BrowserHost& host_;
+  WebHost& host_;
   SerialId tag_;
   ShownPage page_;
   FolderToolbar* toolbar_;

@@ -9,10 +9,10 @@
 #include "present/window/browser_window.h"
 #include "present/window/engine/engine_view.h"
 #include "present/window/engine/link_page.h"
-#include "present/window/page/browser_host.h"
 #include "present/window/page/page_loader.h"
 #include "present/window/toolbar/folder_toolbar.h"
 #include "present/window/toolbar/location_box.h"
+#include "present/window/web_host.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -23,7 +23,7 @@ constexpr int kHoldMs = 1000;
 }  // namespace
 
 WebNavigation::WebNavigation(PageRequest& request, EngineView& engine, PageLoader& loader,
-                             FolderToolbar& toolbar, BrowserHost& host, BrowserWindow& window)
+                             FolderToolbar& toolbar, WebHost& host, BrowserWindow& window)
     : request_(request),
       engine_(engine),
       loader_(loader),

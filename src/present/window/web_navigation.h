@@ -6,13 +6,13 @@ class QUrl;
 
 namespace vorn {
 
-class BrowserHost;
 class BrowserWindow;
 class EngineView;
 class FolderToolbar;
 class LinkPage;
 class PageLoader;
 class PageRequest;
+class WebHost;
 
 /// Where a browser window on the web goes: to addresses, back and on, and to the window that
 /// answers to a link's target name. On a folder's page it does nothing.
@@ -21,7 +21,7 @@ class WebNavigation : public QObject {
 
  public:
   WebNavigation(PageRequest& request, EngineView& engine, PageLoader& loader,
-                FolderToolbar& toolbar, BrowserHost& host, BrowserWindow& window);
+                FolderToolbar& toolbar, WebHost& host, BrowserWindow& window);
 
   void GoTo(const QString& address);
   /// Makes the window that of a new web page that another page asked for, shown once that page
@@ -40,7 +40,7 @@ class WebNavigation : public QObject {
   EngineView& engine_;
   PageLoader& loader_;
   FolderToolbar& toolbar_;
-  BrowserHost& host_;
+  WebHost& host_;
   BrowserWindow& window_;
 };
 

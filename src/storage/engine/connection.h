@@ -42,13 +42,13 @@ class Connection {
   std::unique_ptr<Statement> Prepare(const QByteArray& sql,
                                      StatementTrust trust = StatementTrust::System);
   /// Runs a statement to its end.
-  bool Run(const QByteArray& sql, const QVariantList& values = {});
+  [[nodiscard]] bool Run(const QByteArray& sql, const QVariantList& values = {});
   /// The first column of the first row; invalid when there is none.
   QVariant Scalar(const QByteArray& sql, const QVariantList& values = {});
 
   /// Transactions nest: only the outermost one writes to the file.
-  bool Begin();
-  bool Commit();
+  [[nodiscard]] bool Begin();
+  [[nodiscard]] bool Commit();
   void Rollback();
   /// How many transactions are open inside each other.
   int TransactionDepth() const { return depth_; }

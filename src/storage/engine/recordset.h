@@ -61,9 +61,9 @@ class Recordset {
   void Edit();
   void SetField(const QString& column, const QVariant& value);
   /// Writes the row begun by `AddNew` or `Edit`.
-  bool Update();
+  [[nodiscard]] bool Update();
   /// Deletes the current row.
-  bool Delete();
+  [[nodiscard]] bool Delete();
 
   /// Lets go of the database; called when it is closed.
   void End();

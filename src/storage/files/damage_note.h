@@ -27,16 +27,16 @@ inline const QString kDamageEnding = QStringLiteral(".damaged");
 /// What is noted; without parts when nothing is. Nothing when the note cannot be read.
 std::optional<KnownDamage> ReadDamage(const QString& path);
 /// Writes the note. False when it cannot be kept.
-bool WriteDamage(const QString& path, const KnownDamage& damage);
+[[nodiscard]] bool WriteDamage(const QString& path, const KnownDamage& damage);
 
 /// Keeps that parts of the file are damaged. Whatever is new takes an earlier decision back, but a
 /// source where the user decided on the whole file. False when it cannot be kept.
-bool NoteDamage(const QString& path, const QSet<QString>& parts);
+[[nodiscard]] bool NoteDamage(const QString& path, const QSet<QString>& parts);
 
 /// Forgets what was known of a file that has been found sound. False when that cannot be kept.
-bool ForgetDamage(const QString& path);
+[[nodiscard]] bool ForgetDamage(const QString& path);
 /// The same for what is called `part`. False when that cannot be kept.
-bool ForgetDamage(const QString& path, const QString& part);
+[[nodiscard]] bool ForgetDamage(const QString& path, const QString& part);
 
 /// Whether a part was kept as damaged before, and the user has not decided.
 bool IsNoted(const QString& path, const QString& part);

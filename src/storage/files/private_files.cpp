@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
+#include <tuple>
 
 namespace vorn {
 namespace {
@@ -41,13 +42,13 @@ bool MakePrivate(const QString& path) {
 
 void MakeTreePrivate(const QString& folder) {
   if (IsLink(QFileInfo(QDir::cleanPath(folder)))) return;
-  MakePrivate(folder);
+  std::ignore = MakePrivate(folder);  // what is in it may be one's own all the same
   QDirIterator entries(folder,
                        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
                        QDirIterator::Subdirectories);
   while (entries.hasNext()) {
     entries.next();
-    Tighten(entries.fileInfo());
+    std::ignore = Tighten(entries.fileInfo());
   }
 }
 

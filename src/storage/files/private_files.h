@@ -10,15 +10,15 @@ namespace vorn {
 
 /// Makes a folder and those above it that are missing. An existing one stays as it is.
 /// False when there is none afterwards.
-bool MakePrivateFolder(const QString& folder);
+[[nodiscard]] bool MakePrivateFolder(const QString& folder);
 
 /// Opens a file for writing; a new one is private from its first moment, an existing one becomes
 /// so. False when it cannot be opened.
-bool OpenPrivate(QFile& file, QIODevice::OpenMode mode);
+[[nodiscard]] bool OpenPrivate(QFile& file, QIODevice::OpenMode mode);
 
 /// Makes an existing file or folder private. What a link leads to stays as it is. False when
 /// its rights could not be changed.
-bool MakePrivate(const QString& path);
+[[nodiscard]] bool MakePrivate(const QString& path);
 
 /// Makes a folder and everything in it private; nothing where the folder is a link.
 void MakeTreePrivate(const QString& folder);

@@ -12,9 +12,9 @@ namespace vorn {
 /// Puts a file that has been written into its place. False, and all is as it was, when not every
 /// byte of it has reached the disk: `QSaveFile::commit` alone does not notice that for the last
 /// ones it held back (seen with Qt 6.4).
-bool FinishFile(QSaveFile& file);
+[[nodiscard]] bool FinishFile(QSaveFile& file);
 
 /// Writes a file. False, and all is as it was, when it cannot be.
-bool WriteWhole(const QString& path, const QByteArray& bytes);
+[[nodiscard]] bool WriteWhole(const QString& path, const QByteArray& bytes);
 
 }  // namespace vorn

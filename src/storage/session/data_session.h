@@ -25,12 +25,12 @@ class DataSession {
  public:
   /// Opens a file, closing the one that is open: between `Enter` and `Leave`, as `OpenedDatabase`
   /// does it, nobody's. A wrong password never opens a file, warm or not.
-  bool Open(const QString& path, const QString& password);
+  [[nodiscard]] bool Open(const QString& path, const QString& password);
   /// Creates an empty database file; false when the file exists.
-  bool Create(const QString& path, const QString& password);
+  [[nodiscard]] bool Create(const QString& path, const QString& password);
   /// Adds a column to a table of the open database (see `CreateColumn`).
-  bool CreateField(const QString& table, const QString& column, FieldType type, bool required,
-                   bool indexed, int size);
+  [[nodiscard]] bool CreateField(const QString& table, const QString& column, FieldType type,
+                                 bool required, bool indexed, int size);
   void Close();
 
   /// Lays the open database aside, with its result set and its transaction, until `Leave`. When the
@@ -46,21 +46,21 @@ class DataSession {
   void CloseAll();
 
   /// Transactions nest; an inner rollback undoes the inner one alone.
-  bool Begin();
+  [[nodiscard]] bool Begin();
   /// The same, gathered with others where `Group` gathers those of the open file.
-  bool BeginGathered();
-  bool Commit();
+  [[nodiscard]] bool BeginGathered();
+  [[nodiscard]] bool Commit();
   void Rollback();
   TransactionGroup& Group() { return group_; }
 
   /// Runs a SELECT statement of the dialect, whose rows become the current result set. A statement
   /// that holds a condition written by the user may read messages and nothing else.
-  bool OpenRecordset(const QString& select, CursorKind kind,
-                     StatementTrust trust = StatementTrust::System);
+  [[nodiscard]] bool OpenRecordset(const QString& select, CursorKind kind,
+                                   StatementTrust trust = StatementTrust::System);
   /// The current result set; null before the first `OpenRecordset`, and after one that failed.
   RecordsetPtr Recordset() const { return open_.recordset; }
   /// Runs a statement that returns no rows.
-  bool Execute(const QString& statement);
+  [[nodiscard]] bool Execute(const QString& statement);
 
   SerialId NewSerialID(const QString& prefix = {}) { return serials_.Next(prefix); }
   /// The current time in its stored form (see `CurrentTimeText`).
@@ -68,7 +68,8 @@ class DataSession {
 
   bool TestPassword(const QString& path, const QString& password);
   /// Re-keys a file. On failure the old password stays valid.
-  bool ChangePassword(const QString& path, const QString& oldPassword, const QString& newPassword);
+  [[nodiscard]] bool ChangePassword(const QString& path, const QString& oldPassword,
+                                    const QString& newPassword);
 
   /// What reading has shown to be damaged.
   FoundDamage& Damage() { return damage_; }

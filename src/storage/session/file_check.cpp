@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <functional>
+#include <tuple>
 
 #include "storage/base/time_text.h"
 #include "storage/engine/connection.h"
@@ -33,14 +34,14 @@ class FileCheck {
     AskEngine();
     if (contents == FileContents::Messages && HasTable("mail")) {
       ReadRows();
-      ReadFolderRows();
+      CountOrphans();
       ReadSources();
     } else if (contents == FileContents::Objects && HasTable("object")) {
       ReadObjects();
     } else {
       Problem(Ui::tr("必要な表がありません。"));
     }
-    connection_.Run("ROLLBACK");  // nothing was written
+    EndMoment();
     findings_.parts += connection_.Damage();
     if (findings_.parts.contains(kDamagedLog)) findings_.AddLostLog();
     // What was met on the way and falls under none of the above.
@@ -52,11 +53,12 @@ class FileCheck {
 
  private:
   // All of the file as it is at one moment, whatever others write meanwhile.
-  void BeginMoment() { connection_.Run("BEGIN"); }
+  void BeginMoment() { std::ignore = connection_.Run("BEGIN"); }
+  void EndMoment() { std::ignore = connection_.Run("ROLLBACK"); }  // nothing was written
   // As long as one reads, the engine refuses every page after one whose mark is wrong: what lies
   // behind damage is read at a later moment.
   void GoOnBehindDamage() {
-    connection_.Run("ROLLBACK");
+    EndMoment();
     BeginMoment();
   }
   void Problem(const QString& sentence) {
@@ -159,7 +161,7 @@ class FileCheck {
     findings_.unreadable.append(message);
   }
 
-  void ReadFolderRows() {
+  void CountOrphans() {
     const qint64 orphans =
         Number("SELECT COUNT(0) FROM folder WHERE SERIALID NOT IN (SELECT SERIALID FROM mail)");
     if (orphans > 0) {

@@ -1,6 +1,7 @@
 #include "storage/session/rekeying.h"
 
 #include <QFile>
+#include <tuple>
 
 #include "storage/engine/connection.h"
 #include "storage/engine/engine.h"
@@ -27,7 +28,7 @@ Result<> CopyDatabaseFile(const QString& path, const QString& password, const QS
   if (const Result<> left = LeaveLog(connection); !left) return left;
   if (!connection.Run("BEGIN EXCLUSIVE")) return connection.LastError();
   const bool copied = QFile::copy(path, target);
-  connection.Run("ROLLBACK");
+  std::ignore = connection.Run("ROLLBACK");  // nothing was written
   if (copied) return {};
   return StorageError{StorageError::Kind::DiskFull,
                       Ui::tr("ファイルを複製できません。ディスクの空き容量を確認して"

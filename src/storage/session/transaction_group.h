@@ -36,7 +36,7 @@ class TransactionGroup {
     return group_ != nullptr && group_ == connection;
   }
   /// Begins a gathered transaction. False, with the reason at the connection, when that fails.
-  bool Begin(const std::shared_ptr<Connection>& connection);
+  [[nodiscard]] bool Begin(const std::shared_ptr<Connection>& connection);
   void Commit() { --depth_; }
   /// How many gathered transactions are open inside each other.
   int Depth() const { return depth_; }

@@ -31,14 +31,19 @@ Result<KnownFiles::Holders> KnownFiles::Ask(const QString& messageId) {
   Result<> asked;
   for (const QString& file : paths_) {
     const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
-    if (!opened) continue;
+    if (!opened) {
+      if (opened.Error().kind == StorageError::Kind::Busy) asked = opened.Error();
+      continue;
+    }
     const Result<bool> has = MessageRows(context_.Data).HasName(messageId);
     if (!has) {
       asked = has.Error();
     } else if (*has) {
       holders.files.append(file);
+    } else if (const Result<bool> was = WasErased(file, messageId); was) {
+      holders.isErased = holders.isErased || *was;
     } else {
-      holders.isErased = holders.isErased || WasErased(file, messageId);
+      asked = was.Error();
     }
   }
   if (!asked) return asked.Error();
@@ -59,18 +64,21 @@ bool KnownFiles::HasUnnamed(const QString& scope) {
   const QString start = scope + QStringLiteral("sha256:");
   hasUnnamed_ = std::any_of(paths_.begin(), paths_.end(), [&](const QString& file) {
     const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
-    return opened && MessageRows(context_.Data).HasNamePrefix(start);
+    return !opened || MessageRows(context_.Data).HasNamePrefix(start).ValueOr(true);
   });
   return *hasUnnamed_;
 }
 
 // In the open file. Who has thrown a message away for good does not want it once more.
-bool KnownFiles::WasErased(const QString& file, const QString& messageId) {
+Result<bool> KnownFiles::WasErased(const QString& file, const QString& messageId) {
+  if (!Settings(context_).Care().knowsErased) return false;
   ErasedMessages erased(context_.Data);
   if (!hasErased_.contains(file)) {
-    hasErased_[file] = Settings(context_).Care().knowsErased && !erased.IsEmpty();
+    const Result<bool> any = erased.HasAny();
+    if (!any) return any;
+    hasErased_[file] = *any;
   }
-  return hasErased_[file] && erased.Has(messageId);
+  return hasErased_[file] ? erased.Has(messageId) : false;
 }
 
 }  // namespace vorn

@@ -23,16 +23,18 @@ class KnownFiles {
     QStringList files;      ///< that have a message of that name
     bool isErased = false;  ///< it was stored, in another one, and erased for good
   };
-  /// Who has a message of that name. Fails when one that is there cannot be asked.
+  /// Who has a message of that name. Fails when one that is there cannot be asked; one that does
+  /// not open at all holds nothing that could be received twice: its user was asked about it
+  /// before.
   Result<Holders> Ask(const QString& messageId);
   /// Whether one has a message of that name with so many bytes.
   bool HasSize(const QString& messageId, qint64 bytes);
   /// Whether any message with identifiers of that scope had no name of its own when it was stored:
-  /// what gets one now may be one of them.
+  /// what gets one now may be one of them. True as well when one cannot be asked.
   bool HasUnnamed(const QString& scope);
 
  private:
-  bool WasErased(const QString& file, const QString& messageId);
+  Result<bool> WasErased(const QString& file, const QString& messageId);
 
   Context& context_;
   QStringList paths_;

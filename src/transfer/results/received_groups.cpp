@@ -80,7 +80,7 @@ bool ReceivedGroups::AreStillThere() {
     if (!opened) return false;
     if (MessageRows(context_.Data).Has(message.serialId)) return true;
     // The user may have erased it meanwhile, which this file notes.
-    return ErasedMessages(context_.Data).Has(message.messageId);
+    return ErasedMessages(context_.Data).Has(message.messageId).ValueOr(false);
   };
   return std::all_of(ends_.begin(), ends_.end(), isKnown);
 }

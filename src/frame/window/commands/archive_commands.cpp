@@ -261,7 +261,7 @@ void ArchiveCommands::Export(const SerialId& folder, const QString& name) {
           ExportMessages(context_, {folder, choice.format, path, true, *listing},
                          [&progress, count](int written) { return progress.Show(written, count); });
     } else {
-      outcome.error = listing.Error().text;
+      outcome.complete = listing.Error();
     }
   }
   TellExported(outcome);
@@ -270,7 +270,7 @@ void ArchiveCommands::Export(const SerialId& folder, const QString& name) {
 // What could not be read is named; a long list is cut, since `vornctl export` gives the whole.
 void ArchiveCommands::TellExported(const ExportOutcome& outcome) {
   if (!outcome.complete) {
-    ShowBox(&window_, QMessageBox::Warning, outcome.error);
+    ShowBox(&window_, QMessageBox::Warning, outcome.complete.Error().text);
     return;
   }
   const QString text = Ui::tr("%n通を書き出しました。", nullptr, outcome.count);

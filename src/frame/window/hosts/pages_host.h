@@ -3,13 +3,13 @@
 #include "frame/window/commands/page_actions.h"
 #include "frame/window/panes/opener.h"
 #include "frame/window/panes/request_windows.h"
-#include "present/window/page/browser_host.h"
+#include "present/window/web_host.h"
 #include "storage/base/serial_id.h"
 
 namespace vorn {
 
 /// What browser windows ask for, done with the pieces of the main window.
-class PagesHost : public BrowserHost {
+class PagesHost : public WebHost {
  public:
   PagesHost(Context& context, QWidget& window, FolderPanes& panes, RequestWindows& windows,
             Opener& opener, MessageHost& messages, MainStatusBar& status)

@@ -12,12 +12,13 @@
 #include "objects/window_request.h"
 #include "present/page_request.h"
 #include "present/window/browser_window.h"
+#include "present/window/web_host.h"
 #include "transfer/window/rule_window.h"
 
 namespace vorn {
 
 RequestWindows::RequestWindows(Context& context, QWidget& window, BrowserArea& area,
-                               EventLog& events, BrowserHost& pagesHost, MessageHost& messagesHost)
+                               EventLog& events, WebHost& pagesHost, MessageHost& messagesHost)
     : context_(context),
       window_(window),
       area_(area),

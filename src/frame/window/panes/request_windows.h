@@ -9,14 +9,15 @@
 #include "storage/context.h"
 
 class QWidget;
+class WebHost;
 
 namespace vorn {
 
 class BrowserArea;
-class BrowserHost;
 class BrowserWindow;
 class EventLog;
 class MessageHost;
+class WebHost;
 
 /// The windows that requests open: makes them and knows those that are open. What pages are made
 /// of and what they are shown with is shared by all of them.
@@ -25,7 +26,7 @@ class RequestWindows {
   /// Pages stand in `area`, property windows before `window`. `pagesHost` and `messagesHost` have
   /// to outlive the windows.
   RequestWindows(Context& context, QWidget& window, BrowserArea& area, EventLog& events,
-                 BrowserHost& pagesHost, MessageHost& messagesHost);
+                 WebHost& pagesHost, MessageHost& messagesHost);
 
   /// The window that a request wants.
   RequestWindow* Create(const Disk& request);
@@ -54,7 +55,7 @@ class RequestWindows {
   QWidget& window_;
   BrowserArea& area_;
   EventLog& events_;
-  BrowserHost& pagesHost_;
+  WebHost& pagesHost_;
   MessageHost& messagesHost_;
   MessageListPages pages_;
   BrowserProfiles profiles_;

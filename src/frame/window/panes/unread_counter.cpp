@@ -50,9 +50,10 @@ void UnreadCounter::CountNext() {
   QElapsedTimer clock;
   clock.start();
   const ConditionLimit brief(kFirstLimitMs);
-  const qint64 count = CountUnread(context_, folder);
+  const Result<qint64> count = CountUnread(context_, folder);
   if (brief.IsReached()) return CountElsewhere(folder);
-  nodes_.SetUnread(folder, count, folder == fixed_serial::kEditWait ? CountUnsent(context_) : 0);
+  nodes_.SetUnread(folder, count.ValueOr(-1),
+                   folder == fixed_serial::kEditWait ? CountUnsent(context_) : 0);
   rests_[folder].setRemainingTime(kShare * clock.elapsed());
 }
 

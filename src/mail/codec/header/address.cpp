@@ -315,6 +315,7 @@ QString CanonicalLine(const AddressEntry& entry) {
 }
 
 QString PresentableAddress(const QString& name, const QString& address) {
+  if (address == kNoAddress) return name;
   const QString shown = address == kUnknownAddress ? Ui::tr("(不明なメールアドレス)") : address;
   if (name.isEmpty() || address.isEmpty()) return name + shown;
   return name + QStringLiteral(" <") + shown + u'>';

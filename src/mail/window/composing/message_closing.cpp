@@ -144,7 +144,7 @@ void MessageClosing::FinishEditing() {
 bool MessageClosing::HasSender() {
   QStringList lines;
   for (const AddressEntry& entry : form_.Addresses().Addresses()) {
-    lines.append(entry.kind + QStringLiteral(": ") + entry.address);
+    lines.append(CanonicalLine({entry.kind, entry.address, {}}));
   }
   return host_.ChooseSender(document_.Tag(), lines.join(kLineBreak), form_.Subject().text());
 }

@@ -9,8 +9,8 @@
 #include "kit/window/eliding_label.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
-#include "mail/codec/header/address.h"
 #include "mail/date_line.h"
+#include "mail/shown_addresses.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -24,13 +24,7 @@ constexpr qsizetype kShownAddresses = 3;
 
 // The first ones; how many more there are is said in words.
 QString Addresses(const MessageModel& model, QStringView kind) {
-  QStringList texts;
-  for (const AddressEntry& entry : model.addresses) {
-    if (kind.compare(entry.kind, Qt::CaseInsensitive) != 0) continue;
-    const QString text =
-        entry.address == kNoAddress ? entry.displayName : PresentableAddress(entry);
-    texts.append(IsolatedAddress(ShownInLine(text).simplified()));
-  }
+  const QStringList texts = ShownAddresses(model, kind);
   const qsizetype more = texts.size() - kShownAddresses;
   const QString shown = texts.mid(0, kShownAddresses).join(QStringLiteral(", "));
   return more > 0 ? shown + Ui::tr(" 他%1件").arg(more) : shown;

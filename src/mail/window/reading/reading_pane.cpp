@@ -171,7 +171,7 @@ void ReadingPane::Print() {
 
 void ReadingPane::Mark() {
   if (!isVisible() || window()->isMinimized()) return;
-  if (MarkOpened(context_, *request_)) Q_EMIT Marked();
+  if (MarkOpened(context_, *request_).ValueOr(false)) Q_EMIT Marked();
 }
 
 }  // namespace vorn

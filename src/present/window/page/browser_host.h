@@ -9,7 +9,6 @@ class QPrinter;
 
 namespace vorn {
 
-class BrowserWindow;
 class MessageHost;
 struct MailRequest;
 
@@ -36,10 +35,6 @@ class BrowserHost {
   /// left the folder.
   virtual SerialIds ActOnMessages(MessageAction action, const SerialIds& messages,
                                   const SerialId& folder) = 0;
-  /// A new browser window, not yet shown.
-  virtual BrowserWindow* NewBrowserWindow() = 0;
-  /// The other browser window that answers to a target name; null when there is none.
-  virtual BrowserWindow* NamedWindow(const QString& name, const BrowserWindow* asking) = 0;
   /// Lets the user choose a printer and how to print what has that title; false when he declines.
   virtual bool ChoosePrinter(QPrinter& printer, const QString& title) = 0;
   /// What a message that is read beside its folder's page asks for.
