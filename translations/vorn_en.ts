@@ -4870,5 +4870,9 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <source>ファイル「%1」%2は、途中で切れているか、壊れていて開けません。複製があればつなぎ直せます。新しい空のファイルを作ると、メッセージはそのまま残りますが、アカウントやフォルダは作り直しになります。壊れたファイルは別の名前で残ります。</source>
         <translation>The file “%1”%2 is cut short or damaged and cannot be opened. If you have a copy of it, that can be connected again. With a new empty file your messages stay as they are, but accounts and folders have to be made anew. The damaged file is kept under another name.</translation>
     </message>
+    <message>
+        <source>パスワードが入力されなかったので、送信しませんでした。</source>
+        <translation>No password was entered, so nothing was sent.</translation>
+    </message>
 </context>
 </TS>

@@ -135,7 +135,9 @@ QString Account::Work() const {
 }
 
 Endpoint Account::Outgoing() const {
-  return Server(*bag_, kOut);
+  Endpoint server = Server(*bag_, kOut);
+  if (SendsByAskedPassword()) server.who = StoredCredentials(*bag_, kIn);
+  return server;
 }
 
 bool Account::Authenticates() const {
@@ -144,6 +146,12 @@ bool Account::Authenticates() const {
 
 bool Account::IsPopBeforeSmtp() const {
   return bag_->Number(kOut + kProtocol) == static_cast<int>(OutProtocol::PopBeforeSmtp);
+}
+
+bool Account::SendsByAskedPassword() const {
+  const Credentials sending = StoredCredentials(*bag_, kOut);
+  return Authenticates() && !SavesPassword() && !sending.IsKnown() &&
+         sending.user == StoredCredentials(*bag_, kIn).user;
 }
 
 bool Account::SavesPassword() const {

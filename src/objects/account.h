@@ -37,6 +37,8 @@ class Account {
   /// The work of receiving for it (`WorkLock`).
   QString Work() const;
 
+  /// Where it logs in to send as the incoming user with a password that is not stored, it has that
+  /// user's as far as they are known.
   Endpoint Outgoing() const;
   /// Whether it logs in to send.
   bool Authenticates() const;
@@ -45,6 +47,8 @@ class Account {
 
   /// Whether the incoming password is stored with the account, and not asked for in each run.
   bool SavesPassword() const;
+  /// Whether it logs in to send by what the user is asked for to receive.
+  bool SendsByAskedPassword() const;
   /// Whether what proves the incoming user is known.
   bool HasCredentials() const { return SavesPassword() || Incoming().who.IsKnown(); }
   void SetPassword(const QString& password);

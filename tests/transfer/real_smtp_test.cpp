@@ -100,6 +100,32 @@ TEST_F(RealSmtpTest, LogsInAndEncryptsAsTheAccountSays) {
   QSslConfiguration::setDefaultConfiguration(saved);
 }
 
+// Who has one login for both and stores no password is asked once, and never logs in with none.
+TEST_F(RealSmtpTest, AnAskedPasswordServesForSendingToo) {
+  SmtpSink sink({QStringLiteral("--auth")});
+  ASSERT_TRUE(sink.Start());
+  const DiskPtr account = AddSendAccount(sink.Port());
+  account->Let(QStringLiteral("OutMailServer"), QStringLiteral("localhost"));
+  account->Let(QStringLiteral("InMailServerPasswordSave"), false);
+  account->Let(QStringLiteral("InMailServerPassword"), QString());
+  account->Let(QStringLiteral("OutMailServerAuth"), true);
+  account->Let(QStringLiteral("OutMailServerUser"), account->Text(u"InMailServerUser"));
+  for (const char* subject : {"one", "two"}) {
+    StoreWaiting(QByteArray("To: a@example.com\r\nSubject: ") + subject + "\r\n");
+  }
+  EXPECT_EQ(Send().sent, 0);  // the user declines
+  EXPECT_EQ(host_.passwordQuestions, 1);
+  EXPECT_TRUE(LastLog().contains(QStringLiteral("入力されなかった"))) << LastLog().toStdString();
+  host_.typedPassword = QStringLiteral("slip");
+  EXPECT_EQ(Send().sent, 0);
+  host_.typedPassword = QStringLiteral("secret");
+  EXPECT_EQ(Send().sent, 2) << LastLog().toStdString();
+  const int questions = host_.passwordQuestions;
+  StoreWaiting("To: a@example.com\r\nSubject: three\r\n");
+  EXPECT_EQ(Send().sent, 1);
+  EXPECT_EQ(host_.passwordQuestions, questions);
+}
+
 TEST_F(RealSmtpTest, NothingInAMessageOrAnAccountBecomesACommand) {
   test::LoopbackSmtpServer server;
   ASSERT_TRUE(server.Listen());

@@ -359,5 +359,20 @@ TEST_F(EditingTest, APasswordThatIsNotToBeSavedIsNotSavedForSendingEither) {
   EXPECT_EQ(Stored(window.Tag())->Text(u"OutMailServerUser"), QStringLiteral("me"));
 }
 
+// Nor does one stay that was stored before, or that a page which is not used any more took over.
+TEST_F(EditingTest, AStoredPasswordGoesFromBothPages) {
+  const DiskPtr account = profile_.AddAccount(110);
+  account->Let(QStringLiteral("OutMailServerUser"), QStringLiteral("user"));
+  account->Let(QStringLiteral("OutMailServerPassword"), QStringLiteral("secret"));
+  ASSERT_TRUE(SaveObject(profile_.Get(), DatabaseKind::Profile, *account));
+  ObjectsWindow& window = Open(object_type::kAccount, account->Serial());
+  ASSERT_FALSE(Child<QCheckBox>(window, u"ckOutMailServerAuth").isChecked());
+  Child<QCheckBox>(window, u"ckInMailServerPasswordSave").click();
+  PressOk();
+  for (const auto* key : {u"InMailServerPassword", u"OutMailServerPassword"}) {
+    EXPECT_EQ(Stored(account->Serial())->Text(key), QString());
+  }
+}
+
 }  // namespace
 }  // namespace vorn

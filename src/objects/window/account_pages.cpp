@@ -26,6 +26,8 @@ constexpr int kResultLines = 3;
 constexpr int kFoundLines = 2;
 constexpr int kSignatureLines = 5;
 constexpr qsizetype kShownDigits = 16;
+const QString kOutServer =
+    QStringLiteral("OutMailServer");  // begins the keys of what is said of it
 
 // As it is typed while an input method is on: in full-width characters, with blanks around.
 void Narrow(QLineEdit& box) {
@@ -36,8 +38,11 @@ void Narrow(QLineEdit& box) {
 
 // --- account -----------------------------------------------------------------------------------
 
-AccountPage::AccountPage()
-    : FormPage(object_type::kAccount, Ui::tr("アカウント(&A)")), lookup_(new ServerLookup(this)) {
+AccountPage::AccountPage(ReceivePage& receiving, SendPage& sending)
+    : FormPage(object_type::kAccount, Ui::tr("アカウント(&A)")),
+      receiving_(receiving),
+      sending_(sending),
+      lookup_(new ServerLookup(this)) {
   txMailaddress_ = AddText(QStringLiteral("txMailaddress"), Ui::tr("メールアドレス(&M)"));
   AddText(QStringLiteral("txDisplay"), Ui::tr("表示名(&D)"));
   AddLookup();
@@ -104,12 +109,9 @@ bool AccountPage::Propose(MailServers servers) {
   for (Endpoint* server : {&servers.receiving, &servers.sending}) {
     if (server->who.user.isEmpty() && answered_.contains(u'@')) server->who.user = answered_;
   }
-  auto* receiving = window()->findChild<ReceivePage*>();
-  auto* sending = window()->findChild<SendPage*>();
-  if (receiving == nullptr || sending == nullptr) return false;
-  if (!receiving->IsUntouched() || !sending->IsUntouched()) return false;
-  receiving->Propose(servers.receiving);
-  sending->Propose(servers.sending);
+  if (!receiving_.IsUntouched() || !sending_.IsUntouched()) return false;
+  receiving_.Propose(servers.receiving);
+  sending_.Propose(servers.sending);
   return true;
 }
 
@@ -369,8 +371,8 @@ void ReceivePage::Finish(Disk& bag) {
 
 // --- send --------------------------------------------------------------------------------------
 
-SendPage::SendPage()
-    : ServerPage(QStringLiteral("send"), Ui::tr("送信(&E)"), QStringLiteral("OutMailServer")) {
+SendPage::SendPage(const ReceivePage& receiving)
+    : ServerPage(QStringLiteral("send"), Ui::tr("送信(&E)"), kOutServer), receiving_(receiving) {
   UsePorts({kSmtpPorts.begin(), kSmtpPorts.end()});
   AddChoice(QStringLiteral("cbOutMailServerProtocol"), Ui::tr("種類(&T)"),
             {QStringLiteral("SMTP"), QStringLiteral("POP before SMTP")});
@@ -404,16 +406,16 @@ void SendPage::showEvent(QShowEvent* event) {
 
 // Most providers have one login for both.
 void SendPage::FollowReceiving() {
-  const auto* receiving = window()->findChild<ReceivePage*>();
-  if (receiving == nullptr || !follows_ || !authenticate_->isChecked()) return;
-  const Credentials now = receiving->Who();
+  if (!follows_) return;
+  const Credentials now = receiving_.Who();
   auto box = CredentialBoxes().begin();
   for (const CredentialPart& part : kCredentialParts) {
     QLineEdit& follower = **box++;
     const bool isOwn = part.isSecret && User()->text() != now.user;
     if (isOwn || follower.text() != given_.*part.text) continue;
     // A password that is not to be stored for receiving is not stored here either.
-    const bool isLeftOut = part.isAsked && !receiving->SavesPassword();
+    const bool isLeftOut = part.isAsked && !receiving_.SavesPassword();
+    if (!authenticate_->isChecked() && !isLeftOut) continue;
     given_.*part.text = isLeftOut ? QString() : now.*part.text;
     follower.setText(given_.*part.text);
   }
@@ -421,9 +423,27 @@ void SendPage::FollowReceiving() {
 
 ConnectionTrial SendPage::Trial() const {
   ConnectionTrial trial = ServerPage::Trial();
+  if (!trial.server.who.IsKnown() && SharesAskedPassword()) trial.server.who = receiving_.Who();
   trial.mode = kPopSend;
   trial.authenticate = authenticate_->isChecked();
   return trial;
+}
+
+// Whether the login is that of receiving, whose password is not to be stored.
+bool SendPage::SharesAskedPassword() const {
+  return !receiving_.SavesPassword() && Who().user == receiving_.Who().user;
+}
+
+// Whenever it came here. To send, the one that is asked for is used
+// (`Account::SendsByAskedPassword`).
+void SendPage::Finish(Disk& bag) {
+  if (!SharesAskedPassword()) return;
+  const Credentials receiving = receiving_.Who();
+  const Credentials sending = Who();
+  for (const CredentialPart& part : kCredentialParts) {
+    if (!part.isAsked || sending.*part.text != receiving.*part.text) continue;
+    bag.Let(kOutServer + part.key, QString());
+  }
 }
 
 PageFault SendPage::Check() {

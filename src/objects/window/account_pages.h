@@ -9,6 +9,9 @@ class QPushButton;
 
 namespace vorn {
 
+class ReceivePage;
+class SendPage;
+
 /// The page "account": who the user is. From the address follow the account's name, the login, and
 /// the servers of a well-known provider, and by a button those that its domain names, unless the
 /// user has named others.
@@ -16,7 +19,7 @@ class AccountPage : public FormPage {
   Q_OBJECT
 
  public:
-  AccountPage();
+  AccountPage(ReceivePage& receiving, SendPage& sending);
   PageFault Check() override;
   void Loaded(const Disk& object) override;
 
@@ -28,6 +31,8 @@ class AccountPage : public FormPage {
   void ProposeName();
   bool Propose(MailServers servers);
 
+  ReceivePage& receiving_;
+  SendPage& sending_;
   QLineEdit* txMailaddress_;
   QString answered_;  // the address for which servers were proposed
   QString named_;     // the name that was proposed
@@ -108,8 +113,9 @@ class SendPage : public ServerPage {
   Q_OBJECT
 
  public:
-  SendPage();
+  explicit SendPage(const ReceivePage& receiving);
   PageFault Check() override;
+  void Finish(Disk& bag) override;
   void Propose(const Endpoint& server) override;
 
  protected:
@@ -118,7 +124,9 @@ class SendPage : public ServerPage {
 
  private:
   void FollowReceiving();
+  bool SharesAskedPassword() const;
 
+  const ReceivePage& receiving_;
   bool follows_ = false;  // the login is the one of receiving until it is changed
   Credentials given_;     // by that
   QCheckBox* authenticate_;

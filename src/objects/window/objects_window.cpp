@@ -42,9 +42,11 @@ void ObjectsWindow::BuildPages(const QString& type) {
     profile_ = new ProfilePage(context, Tag());
     AddPage(profile_);
   } else if (type == object_type::kAccount) {
-    AddPage(new AccountPage);
-    AddPage(new ReceivePage);
-    AddPage(new SendPage);
+    auto* receiving = new ReceivePage;
+    auto* sending = new SendPage(*receiving);
+    AddPage(new AccountPage(*receiving, *sending));
+    AddPage(receiving);
+    AddPage(sending);
   } else if (type == object_type::kFolder) {
     AddPage(new FolderPage(context, Tag()));
   } else if (type == object_type::kBookmark) {

@@ -53,17 +53,27 @@ bool SendJobs::HasSession(const CheckJob& job) const {
 }
 
 // Asks for a missing password, once for each account, while others may send.
-bool SendJobs::MaySend(const CheckJob& job, const SendItem& message) {
+bool SendJobs::MaySend(CheckJob& job, const SendItem& message) {
   Account account = *message.Sender();
+  const bool isNeeded = account.SendsByAskedPassword();
+  if ((!account.IsPopBeforeSmtp() && !isNeeded) || account.HasCredentials()) return true;
   SessionRecord record(job.Bag());
-  if (!account.IsPopBeforeSmtp() || account.HasCredentials() ||
-      record.Asked() == account.Serial()) {
-    return true;
+  if (record.Asked() != account.Serial()) {
+    works_.Release(kSendingWork);
+    record.SetAsked(account.Serial());
+    sessions_.KnowsPassword(account);
+    if (!jobs_.Contains(job.Serial())) return false;  // cancelled meanwhile
+    if (isNeeded && !account.HasCredentials()) TellOfNoPassword(account);
   }
-  works_.Release(kSendingWork);
-  record.SetAsked(account.Serial());
-  sessions_.KnowsPassword(account);
-  return jobs_.Contains(job.Serial());  // not cancelled meanwhile
+  if (!isNeeded || account.HasCredentials()) return true;
+  LeaveOut(job, message);
+  return false;
+}
+
+void SendJobs::TellOfNoPassword(const Account& account) {
+  host_.AddEvent(kEventError, kEventObject, account.Serial(), account.Name(),
+                 QStringLiteral("account"),
+                 Ui::tr("パスワードが入力されなかったので、送信しませんでした。"));
 }
 
 // One program sends at a time. Whatever stands as under way when it begins was left by a death.
@@ -185,6 +195,9 @@ void SendJobs::FinishSending(CheckJob& job, const SendItem& message) {
     return;
   }
   late_.EndHandover(job);
+  if (Account account = *message.Sender(); account.SendsByAskedPassword()) {
+    sessions_.ForgetRefusedPassword(job, account);
+  }
   const bool isAnew = IsStoredAnew(message);
   if (isAnew) {  // what the server refused was the former one
     sessions_.Record(job, *message.Sender());

@@ -42,7 +42,8 @@ class SendJobs {
   SenderChoice& Senders() { return senders_; }
 
  private:
-  bool MaySend(const CheckJob& job, const SendItem& message);
+  bool MaySend(CheckJob& job, const SendItem& message);
+  void TellOfNoPassword(const Account& account);
   bool TakeSending(CheckJob& job, const SendItem& message);
   void ReportDoubtful(int count);
   void BeginSending(CheckJob& job, const Account& account);
