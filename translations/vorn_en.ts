@@ -4874,5 +4874,38 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <source>パスワードが入力されなかったので、送信しませんでした。</source>
         <translation>No password was entered, so nothing was sent.</translation>
     </message>
+    <message numerus="yes">
+        <source>%n通を削除しました。</source>
+        <translation>
+            <numerusform>%n message was deleted.</numerusform>
+            <numerusform>%n messages were deleted.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n通が残っています。</source>
+        <translation>
+            <numerusform>%n message is left.</numerusform>
+            <numerusform>%n messages are left.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>メッセージの移動</source>
+        <translation>Moving messages</translation>
+    </message>
+    <message>
+        <source>くずかごの削除</source>
+        <translation>Emptying the trash</translation>
+    </message>
+    <message>
+        <source>取り込みの取り消し</source>
+        <translation>Taking back the import</translation>
+    </message>
+    <message numerus="yes">
+        <source>中止したので、%n通が残っています。</source>
+        <translation>
+            <numerusform> It was stopped; %n message is left.</numerusform>
+            <numerusform> It was stopped; %n messages are left.</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

@@ -188,6 +188,13 @@ TEST_F(MailStoreTest, AMoveIsTakenBackToWhereEachWas) {
   ASSERT_TRUE(back && stands({dusted, filed}, {}));
   EXPECT_EQ(back->back.Messages(), SerialIds{dusted}) << "the other is not moved";
   EXPECT_TRUE(MoveMessages(context, back->back) && stands({filed}, {dusted}));
+  int asked = 0;
+  const MovedSome some = MoveInPieces(context, {.intoDust = many}, [&asked](int done, int total) {
+    EXPECT_TRUE(done == 500 && total == 1202);
+    return ++asked == 0;
+  });
+  EXPECT_TRUE(some.end && asked == 1 && some.messages == many.mid(0, 500));
+  EXPECT_TRUE(stands({filed}, {dusted})) << "the end of them was not reached";
   const Result<Moved> out = SetDust(context, many, true);
   EXPECT_TRUE(out && stands({filed}, {dusted, filed}));
   EXPECT_TRUE(MoveMessages(context, out->back) && stands({filed}, {dusted}));

@@ -17,6 +17,12 @@ namespace {
 TEST(MainStatusBarTest, AFailureStaysBesideWhatOthersBrought) {
   MainStatusBar bar;
   bar.BeginCheck(true);
+  // Two accounts may bring alike much.
+  bar.Tell(QStringLiteral("2 came"), false, QStringLiteral("a"));
+  EXPECT_EQ(bar.currentMessage(), QStringLiteral("2 came"));
+  bar.Tell(QStringLiteral("2 came"), false, QStringLiteral("b"));
+  EXPECT_EQ(bar.currentMessage(), QStringLiteral("a: 2 came ／ b: 2 came"));
+  bar.BeginCheck(true);
   bar.Tell(QStringLiteral("one: 2"), false);
   bar.Tell(QStringLiteral("two: refused"), true);
   bar.Tell(QStringLiteral("three: 1"), false);

@@ -45,17 +45,30 @@ const QString kUnderWay =
     QStringLiteral("(SELECT SERIALID FROM send_attempt WHERE STATE = %1)").arg(kAttemptUnderWay);
 const QString kMayChange = QStringLiteral(" AND SERIALID NOT IN ") + kUnderWay;
 
+// Adds those that the statement selects.
+Result<> Select(DataSession& session, const QString& statement, SerialIds& found) {
+  if (!session.OpenRecordset(statement, CursorKind::ForwardOnly)) return ReasonOf(session);
+  const RecordsetPtr rows = session.Recordset();
+  for (; !rows->Eof(); rows->MoveNext()) found.append(rows->Serial());
+  return rows->Failed() ? rows->Error() : Result<>();
+}
+
+Result<SerialIds> Select(Context& context, const QString& statement) {
+  const OpenedDatabase opened(context, DatabaseKind::Mail);
+  if (!opened) return opened.Error();
+  SerialIds found;
+  const Result<> selected = Select(context.Data, statement, found);
+  if (!selected) return selected.Error();
+  return found;
+}
+
 // Those among the messages for which the statement, which their condition ends, selects them.
 Result<SerialIds> FindAmong(DataSession& session, const QString& statement,
                             const SerialIds& messages) {
   SerialIds found;
   for (const SerialIds& piece : InPieces(messages)) {
-    if (!session.OpenRecordset(statement + Among(piece), CursorKind::ForwardOnly)) {
-      return ReasonOf(session);
-    }
-    const RecordsetPtr rows = session.Recordset();
-    for (; !rows->Eof(); rows->MoveNext()) found.append(rows->Serial());
-    if (rows->Failed()) return rows->Error();
+    const Result<> selected = Select(session, statement + Among(piece), found);
+    if (!selected) return selected.Error();
   }
   return found;
 }
@@ -225,6 +238,24 @@ Result<Moved> MoveMessages(Context& context, const Move& move) {
 }
 
 // They are taken out of all the other folders in which any message is.
+MovedSome MoveInPieces(Context& context, const Move& move, const FilingProgress& progress) {
+  const SerialIds all = move.Messages();
+  MovedSome some;
+  for (const SerialIds& piece : InPieces(all)) {
+    const Result<Moved> part = MoveMessages(context, move.Only(piece));
+    if (!part) {
+      some.end = part.Error();
+      break;
+    }
+    some.moved.back.Add(part->back);
+    some.moved.underWay.insert(part->underWay);
+    some.messages += piece;
+    const auto done = static_cast<int>(some.messages.size());
+    if (done < all.size() && !progress(done, static_cast<int>(all.size()))) break;
+  }
+  return some;
+}
+
 Result<Moved> TakeOutOfDust(Context& context, const SerialIds& messages, const SerialId& folder) {
   Move move{.outOfDust = messages};
   if (!folder.IsEmpty()) move.into = {{folder, messages}};
@@ -329,14 +360,20 @@ int CountWaiting(Context& context, const QString& address) {
   return count;
 }
 
-Result<> EmptyDust(Context& context) {
-  return Transact(context, [](DataSession& session) {
-    const bool emptied = session.Execute(QStringLiteral("DELETE FROM folder WHERE SERIALID IN "
-                                                        "(SELECT SERIALID FROM mail WHERE %1)")
-                                             .arg(kInDust)) &&
-                         session.Execute(QStringLiteral("DELETE * FROM mail WHERE ") + kInDust);
-    return ResultOf(session, emptied);
-  });
+Result<int> EmptyDust(Context& context, const FilingProgress& progress) {
+  const Result<SerialIds> all =
+      Select(context, QStringLiteral("SELECT SERIALID FROM mail WHERE ") + kInDust);
+  if (!all) return all.Error();
+  qsizetype done = 0;
+  qsizetype kept = 0;
+  for (const SerialIds& piece : InPieces(*all)) {
+    const Result<UnderWay> underWay = DeleteMessages(context, piece);
+    if (!underWay) return underWay.Error();
+    done += piece.size();
+    kept += underWay->size();
+    if (progress && !progress(static_cast<int>(done), static_cast<int>(all->size()))) break;
+  }
+  return static_cast<int>(done - kept);
 }
 
 }  // namespace vorn

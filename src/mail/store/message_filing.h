@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QMap>
 #include <QString>
+#include <functional>
 
 #include "mail/codec/mime/flag_string.h"
 #include "storage/base/result.h"
@@ -49,6 +50,16 @@ struct Moved {
 };
 /// Moves messages, all at once.
 Result<Moved> MoveMessages(Context& context, const Move& move);
+/// How far a long work on messages is; false ends it.
+using FilingProgress = std::function<bool(int done, int total)>;
+/// What came of a move that somebody may have ended.
+struct MovedSome {
+  Moved moved;
+  SerialIds messages;  ///< those that it came to, the first ones of `Move::Messages`
+  Result<> end;
+};
+/// Moves messages some hundreds at a time.
+MovedSome MoveInPieces(Context& context, const Move& move, const FilingProgress& progress);
 /// Takes messages out of the dust bin into that hand-filled folder alone, or into none where it is
 /// empty.
 Result<Moved> TakeOutOfDust(Context& context, const SerialIds& messages, const SerialId& folder);
@@ -73,7 +84,8 @@ Result<SerialIds> UnchangedAmong(Context& context, const MessageFlags& flags,
 /// How many messages from that address wait to be sent; 0 as well when the file cannot
 /// be read.
 int CountWaiting(Context& context, const QString& address);
-/// Deletes everything in the dust bin for good.
-Result<> EmptyDust(Context& context);
+/// Deletes everything in the dust bin for good, some hundred messages at once; gives how many it
+/// deleted.
+Result<int> EmptyDust(Context& context, const FilingProgress& progress = {});
 
 }  // namespace vorn

@@ -215,20 +215,28 @@ void ArchiveCommands::OfferUndo(const QString& done, const Move& back, const Ser
 void ArchiveCommands::TakeBack(const Move& back, const MessageFlags& flags,
                                const SerialId& folder) {
   const Result<SerialIds> unchanged = UnchangedAmong(context_, flags, FiledIn(folder));
-  const Result<Moved> moved =
-      unchanged ? MoveMessages(context_, back.Only(*unchanged)) : unchanged.Error();
+  MovedSome moved;
+  if (unchanged) {
+    ProgressWindow progress(&window_, Ui::tr("取り込みの取り消し"));
+    moved = MoveInPieces(context_, back.Only(*unchanged),
+                         [&progress](int done, int total) { return progress.Show(done, total); });
+  } else {
+    moved.end = unchanged.Error();
+  }
   host_.MessageStored();
-  if (!moved) {
+  if (!moved.end) {
     ShowBox(&window_, QMessageBox::Critical,
-            Ui::tr("取り込みを元に戻せませんでした。") + moved.Error().text);
+            Ui::tr("取り込みを元に戻せませんでした。") + moved.end.Error().text);
     return;
   }
-  const auto gone = static_cast<int>(moved->back.Messages().size());
-  const auto kept = static_cast<int>(flags.size()) - gone;
-  ShowBox(&window_, QMessageBox::Information,
-          Ui::tr("取り込んだメッセージ%n通をくずかごに入れました。", nullptr, gone) +
-              (kept > 0 ? Ui::tr("取り込んでから変更された%n通は残しました。", nullptr, kept)
-                        : QString()));
+  const auto gone = static_cast<int>(moved.moved.back.Messages().size());
+  const auto left =
+      static_cast<int>(unchanged->size() - moved.messages.size());  // by the user's end
+  const auto kept = static_cast<int>(flags.size()) - gone - left;
+  QString text = Ui::tr("取り込んだメッセージ%n通をくずかごに入れました。", nullptr, gone);
+  if (kept > 0) text += Ui::tr("取り込んでから変更された%n通は残しました。", nullptr, kept);
+  if (left > 0) text += Ui::tr("中止したので、%n通が残っています。", nullptr, left);
+  ShowBox(&window_, QMessageBox::Information, text);
 }
 
 void ArchiveCommands::Export(const SerialId& folder, const QString& name) {

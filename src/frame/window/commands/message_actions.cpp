@@ -5,6 +5,7 @@
 
 #include "auxiliary/window/console_window.h"
 #include "kit/window/plain_text.h"
+#include "kit/window/progress_window.h"
 #include "objects/folder_object.h"
 #include "objects/list_settings.h"
 #include "objects/manual_folder.h"
@@ -111,7 +112,7 @@ SerialIds MessageActions::Drop(const SerialIds& messages, const SerialId& folder
   return File(messages, folder, from);
 }
 
-SerialId MessageActions::ChooseFolder() {
+SerialId MessageActions::AskForFolder() {
   const auto folders = SelectObjects(context_.Objects, *context_.Session, object_filter::kByHand);
   const QString ask = Ui::tr("新しいフォルダの名前を入力してください。");
   if (folders->IsEmpty()) return MakeFolder(NoFolderWords() + kLineBreak + kLineBreak + ask);
@@ -152,7 +153,7 @@ SerialId MessageActions::MakeFolder(const QString& caption, QString name) {
 }
 
 SerialIds MessageActions::ChooseFolder(const SerialIds& messages, const SerialId& folder) {
-  const SerialId into = ChooseFolder();
+  const SerialId into = AskForFolder();
   if (into == fixed_serial::kInbox) return PutIntoInbox(messages, folder);
   if (into.IsEmpty() || !IsFilledByHand(into)) return {};
   return File(messages, into, folder);
@@ -209,6 +210,10 @@ QString DustWords(bool dust, qsizetype count) {
               : Ui::tr("%n通をくずかごから出しました。", nullptr, n);
 }
 
+QString DeletedWords(qsizetype count) {
+  return Ui::tr("%n通を削除しました。", nullptr, static_cast<int>(count));
+}
+
 SerialIds MessageActions::ChangeDust(const SerialIds& messages, bool dust) {
   return Carry(dust ? Move{.intoDust = messages} : Move{.outOfDust = messages}, messages,
                BinWords(dust));
@@ -216,16 +221,30 @@ SerialIds MessageActions::ChangeDust(const SerialIds& messages, bool dust) {
 
 // Moves messages, and tells how many it moved. Returns those that are now where they should be.
 SerialIds MessageActions::Carry(const Move& move, const SerialIds& messages, const Words& words) {
-  const Result<Moved> moved = MoveMessages(context_, move);
-  const SerialIds changed = EndMove(moved, messages);
-  const qsizetype count = moved ? moved->back.Messages().size() : 0;
-  if (count > 0 && told_) told_(words(count), [this, back = moved->back] { CarryBack(back); });
+  const MovedSome carried = MoveAll(move);
+  const bool isWhole = carried.messages.size() == move.Messages().size();
+  const SerialIds changed =
+      End(carried.end, isWhole ? messages : carried.messages, carried.moved.underWay);
+  const Move& back = carried.moved.back;
+  const qsizetype count = back.Messages().size();
+  if (count > 0 && told_) told_(words(count), [this, back] { CarryBack(back); });
   return changed;
 }
 
 void MessageActions::CarryBack(const Move& move) {
-  const SerialIds back = EndMove(MoveMessages(context_, move), move.Messages());
+  const MovedSome carried = MoveAll(move);
+  const SerialIds back = End(carried.end, carried.messages, carried.moved.underWay);
   if (returned_ && !back.isEmpty()) returned_(back);
+  const SerialIds rest = move.Messages().mid(carried.messages.size());
+  if (rest.isEmpty() || !told_) return;
+  told_(Ui::tr("%n通が残っています。", nullptr, static_cast<int>(rest.size())),
+        [this, others = move.Only(rest)] { CarryBack(others); });
+}
+
+MovedSome MessageActions::MoveAll(const Move& move) {
+  ProgressWindow progress(&window_, Ui::tr("メッセージの移動"));
+  return MoveInPieces(context_, move,
+                      [&progress](int done, int total) { return progress.Show(done, total); });
 }
 
 // Marks messages, and tells how many have other marks now.
@@ -252,7 +271,7 @@ SerialIds MessageActions::Delete(const SerialIds& messages) {
               QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return {};
   const Result<UnderWay> kept = DeleteMessages(context_, messages);
-  if (kept && deleted_) deleted_();
+  if (kept && deleted_) deleted_(DeletedWords(messages.size() - kept->size()));
   return kept ? End({}, messages, *kept) : End(kept.Error(), messages);
 }
 
@@ -262,11 +281,16 @@ void MessageActions::EmptyDustBin() {
               Ui::tr("くずかごのメッセージをすべて削除します。元には戻せません。よろしいですか？"),
               QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
-  if (const Result<> emptied = EmptyDust(context_); !emptied) {
+  const Result<int> emptied = [this] {
+    ProgressWindow progress(&window_, Ui::tr("くずかごの削除"));
+    return EmptyDust(context_,
+                     [&progress](int done, int total) { return progress.Show(done, total); });
+  }();
+  if (!emptied) {
     ShowBox(&window_, QMessageBox::Critical,
             Ui::tr("削除できませんでした。") + emptied.Error().text);
   } else if (deleted_) {
-    deleted_();
+    deleted_(DeletedWords(*emptied));
   }
   host_.MessageStored();
 }
@@ -274,10 +298,6 @@ void MessageActions::EmptyDustBin() {
 bool MessageActions::IsFilledByHand(const SerialId& folder) const {
   const DiskPtr object = context_.Objects.Find(folder);
   return object != nullptr && FolderObject(*object).ShowsWhatIsFiled();
-}
-
-SerialIds MessageActions::EndMove(const Result<Moved>& moved, const SerialIds& messages) {
-  return moved ? End({}, messages, moved->underWay) : End(moved.Error(), messages);
 }
 
 // Of a change to messages, of which a failure is told. Returns those that were changed.

@@ -30,8 +30,9 @@ class MessageActions {
   /// Gets a message that came back where it was.
   void OnReturned(std::function<void(const SerialIds&)> told) { returned_ = std::move(told); }
 
-  /// Called when messages were deleted, which cannot be taken back, nor can what was done to them.
-  void OnDeleted(std::function<void()> told) { deleted_ = std::move(told); }
+  /// Gets how many messages were deleted, in words. That cannot be taken back, nor can what was
+  /// done to them.
+  void OnDeleted(std::function<void(const QString& done)> told) { deleted_ = std::move(told); }
 
   /// Gets a folder that the user made on the way.
   void OnFolderMade(std::function<void(const SerialId&)> told) { folderMade_ = std::move(told); }
@@ -46,7 +47,7 @@ class MessageActions {
 
  private:
   SerialIds ChooseFolder(const SerialIds& messages, const SerialId& folder);
-  SerialId ChooseFolder();
+  SerialId AskForFolder();
   SerialId MakeFolder(const QString& caption, QString name = {});
   SerialIds File(const SerialIds& messages, const SerialId& into, const SerialId& shownIn);
   SerialIds PutIntoInbox(const SerialIds& messages, const SerialId& from);
@@ -55,20 +56,20 @@ class MessageActions {
   SerialIds Carry(const Move& move, const SerialIds& messages,
                   const std::function<QString(qsizetype)>& words);
   void CarryBack(const Move& move);
+  MovedSome MoveAll(const Move& move);
   using Marking = std::function<Result<>(const SerialIds&)>;
   void Mark(const SerialIds& messages, const Marking& mark, const Marking& back,
             const std::function<QString(qsizetype)>& words);
   QString NameOf(const SerialId& folder) const;
   SerialIds Delete(const SerialIds& messages);
   bool IsFilledByHand(const SerialId& folder) const;
-  SerialIds EndMove(const Result<Moved>& moved, const SerialIds& messages);
   SerialIds End(const Result<>& done, const SerialIds& messages, const UnderWay& underWay = {});
 
   Context& context_;
   QWidget& window_;
   MessageHost& host_;
   Undoable told_;
-  std::function<void()> deleted_;
+  std::function<void(const QString&)> deleted_;
   std::function<void(const SerialIds&)> returned_;
   std::function<void(const SerialId&)> folderMade_;
   SerialId lastFolder_;  // into which messages were filed

@@ -34,7 +34,10 @@ void PageActions::ConnectActions() {
   actions_.OnReturned([this](const SerialIds& messages) {
     if (takesBack_ != nullptr) takesBack_->Folder().GoToReturned(messages);
   });
-  actions_.OnDeleted([this] { status_.ForgetSteps(); });
+  actions_.OnDeleted([this](const QString& done) {
+    status_.ForgetSteps();
+    status_.ShowForAWhile(done);
+  });
   actions_.OnFolderMade([this](const SerialId& folder) { panes_.Tree().Nodes().Refresh(folder); });
 }
 

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPaintEvent>
+#include <QSet>
 #include <QShortcut>
 #include <QStyleOption>
 #include <QStylePainter>
@@ -144,7 +145,7 @@ void MainStatusBar::TakeBack() {
   step.undo();
 }
 
-void MainStatusBar::Tell(const QString& sentence, bool isFailure) {
+void MainStatusBar::Tell(const QString& sentence, bool isFailure, const QString& about) {
   const bool goesOn = currentMessage() == check_.shown && check_.sinceShown.isValid() &&
                       !check_.sinceShown.hasExpired(kSameCheckMs);
   if (!goesOn) {
@@ -157,9 +158,23 @@ void MainStatusBar::Tell(const QString& sentence, bool isFailure) {
     }
     return;
   }
-  QStringList& mine = isFailure ? check_.failures : check_.results;
-  if (!mine.contains(sentence)) mine.append(sentence);
-  Show((check_.results + check_.failures).join(Ui::tr(" ／ ")));
+  const std::pair result(about, sentence);
+  if (isFailure && !check_.failures.contains(sentence)) check_.failures.append(sentence);
+  if (!isFailure && !check_.results.contains(result)) check_.results.append(result);
+  Show((Results() + check_.failures).join(Ui::tr(" ／ ")));
+}
+
+QStringList MainStatusBar::Results() const {
+  QSet<QString> names;
+  for (const auto& result : check_.results) {
+    if (!result.first.isEmpty()) names.insert(result.first);
+  }
+  QStringList sentences;
+  for (const auto& [about, sentence] : check_.results) {
+    const bool isNamed = names.size() > 1 && !about.isEmpty();
+    sentences.append((isNamed ? about + QStringLiteral(": ") : QString()) + sentence);
+  }
+  return sentences;
 }
 
 void MainStatusBar::BeginCheck(bool isAsked) {

@@ -5,6 +5,7 @@
 #include <QStatusBar>
 #include <QTimer>
 #include <functional>
+#include <utility>
 #include <vector>
 
 #include "transfer/results/transfer_events.h"
@@ -36,8 +37,9 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   void BeginCheck(bool isAsked);
   /// Says what a session brought, beside what the others of the same check brought: a failure does
   /// not hide what another one received. Failures stay until something else is said. Empty: it
-  /// brought nothing, which is said to who asked for it.
-  void Tell(const QString& sentence, bool isFailure);
+  /// brought nothing, which is said to who asked for it. Where several bring something, each is said
+  /// with what it is `about`, the account's name.
+  void Tell(const QString& sentence, bool isFailure, const QString& about = {});
   /// Says something in passing.
   void ShowForAWhile(const QString& sentence);
   /// Says how many messages are chosen on the page in use; nothing for one or none.
@@ -74,7 +76,7 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
 
   // What a check brought so far.
   struct CheckWords {
-    QStringList results = {};
+    QList<std::pair<QString, QString>> results = {};  // about whom, what
     QStringList failures = {};
     QString shown = {};
     bool isAsked = false;
@@ -85,6 +87,7 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   void BuildOffer();
   void ShowOffer(const QString& sentence, OfferLasts lasts);
   void HideOffer();
+  QStringList Results() const;
   void Show(const QString& sentences);
   void MakeRoom(const QString& message);
 

@@ -64,7 +64,9 @@ void TrafficHost::AddEvent(EventLevel level, EventMode mode, const SerialId& ref
   } else {
     // What was received and what was not, for instance.
     QString all = text;
-    status_.Tell(all.replace(kLineBreak, QStringLiteral(" ")), false);
+    const bool isOfAccount = category == u"account";
+    status_.Tell(all.replace(kLineBreak, QStringLiteral(" ")), false,
+                 isOfAccount ? ShownText(title, kMostOfSubject) : QString());
   }
 }
 
