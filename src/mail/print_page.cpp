@@ -63,7 +63,9 @@ constexpr const char* kInSight =
     "display:block;visibility:visible;opacity:1;float:none;width:auto;min-width:0;max-width:none;"
     "height:auto;max-height:none;overflow:visible;padding:0;border:0;text-indent:0;"
     "outline:0;border-image:none;box-shadow:none;text-decoration:none;";
-// What of the element around the mail could be drawn over it.
+// The element around the mail: one of which no style sheet of a mail speaks.
+const QByteArray kPlace = "vorn-mail";
+// What of it could be drawn over the table.
 const QByteArray kInItsPlace =
     "display:flow-root;overflow:clip;margin:0;padding:0;border:0;border-image:none;outline:0;"
     "box-shadow:none;width:auto;min-width:0;max-width:none;";
@@ -95,9 +97,9 @@ void ShieldBody(QByteArray& document, qsizetype body) {
 QByteArray WithHead(QByteArray document, const QByteArray& table) {
   ShieldBody(document, document.indexOf(kBody, document.indexOf("</head>")));
   const qsizetype body = document.indexOf(kBody, document.indexOf("</head>"));
-  document.insert(document.lastIndexOf("</body>"), "</div>");
+  document.insert(document.lastIndexOf("</body>"), "</" + kPlace + '>');
   document.insert(FindInTag(document, ">", body) + 1,
-                  Shielded(table) + "<div" + Important(kInItsPlace) + '>');
+                  Shielded(table) + '<' + kPlace + Important(kInItsPlace) + '>');
   return document.replace(
       document.indexOf(kHtml), kHtml.size(),
       "<html" + Important(kInSight + QByteArrayLiteral("margin:0 15mm;overflow-wrap:anywhere;")) +
@@ -132,7 +134,7 @@ bool HasItsPlace(const QByteArray& document) {
   }
   const auto shown = Children(parts[1]->v.element);
   return shown.size() == 2 && IsElement(shown[0], GUMBO_TAG_SECTION) &&
-         IsElement(shown[1], GUMBO_TAG_DIV);
+         IsElement(shown[1], GUMBO_TAG_UNKNOWN);
 }
 
 // Null when the mail cannot be held in its place.

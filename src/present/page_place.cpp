@@ -67,6 +67,11 @@ bool PagePlace::WasAtEnd() const {
   return state[u"end"].toBool() && state[u"next"].toArray().isEmpty();
 }
 
+bool PagePlace::HadRow() const {
+  const QJsonObject state = QJsonDocument::fromJson(state_.toUtf8()).object();
+  return !row_.IsEmpty() || state[u"endTaken"].toBool() || !state[u"next"].toArray().isEmpty();
+}
+
 // In a list, as which JSON allows a text to stand for itself.
 QString PagePlace::Arguments(const QString& state) const {
   return QString::fromUtf8(

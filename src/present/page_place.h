@@ -37,6 +37,8 @@ class PagePlace {
   void NoteRow(const SerialId& row, bool hasGone);
   /// Whether the page whose place was kept is at its end, and no row of it is current.
   bool WasAtEnd() const;
+  /// Whether a row of it was current, or the user has just taken its last one.
+  bool HadRow() const;
 
   /// The arguments of the page's `restore`; empty where it stays where it begins. Of a page that
   /// could not be asked it is the place that was known last.

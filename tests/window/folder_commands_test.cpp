@@ -153,6 +153,20 @@ TEST_F(FolderCommandsTest, BehindTheLastRowOfAPageTheNextOneFollows) {
   EXPECT_TRUE(PageText().contains(QStringLiteral("No2.")));
 }
 
+// Another program, or an undo, empties the page at whose end somebody looks at nothing in
+// particular.
+TEST_F(FolderCommandsTest, NoRowBecomesCurrentByTheLossOfItsPage) {
+  Begin(4, 3);
+  MadeAnewBy([this] { Browser()->findChild<QAction*>(QStringLiteral("newest"))->trigger(); });
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1 && vorn.current() === ''")));
+  MadeAnewBy([this] {
+    EXPECT_TRUE(SetDust(program_->GetContext(), Ids({4}), true));
+    program_->Parent()->Pages().Messages().MessageStored();
+  });
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 3")));
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === ''")));
+}
+
 // The page answers later than the status bar does.
 TEST_F(FolderCommandsTest, WhatIsTakenBackIsWhatWasDoneBefore) {
   Begin(4, 100);

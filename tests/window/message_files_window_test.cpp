@@ -427,7 +427,7 @@ TEST_F(MessageWindowTest, WhateverAnHtmlMailSaysItsPrintedHeadIsSeenAboveIt) {
       "  if (top !== cell || r.y < 0) return 'cell ' + r.y; }"
       "const below = host.getBoundingClientRect().bottom - 1;"
       "for (let x = 5; x < innerWidth; x += 20) for (let y = 1; y < below; y += 4)"
-      "  if (document.elementFromPoint(x, y)?.closest('div')) return 'covered';"
+      "  if (document.elementFromPoint(x, y)?.closest('vorn-mail')) return 'covered';"
       "return 'seen ' + cells.length; })()");
   constexpr int kFramesMs = 50;
   constexpr int kPaintedMs = 20000;
@@ -456,6 +456,16 @@ TEST_F(MessageWindowTest, WhateverAnHtmlMailSaysItsPrintedHeadIsSeenAboveIt) {
           << qPrintable(mail.left(200));
     }
   }
+  // Nor do rules that the mail has for elements of its own reach what is around them.
+  view.setHtml(QString::fromUtf8(
+      PrintPage(model, QStringLiteral("<style>div,section{font-size:0;opacity:.1}</style>Plain"))));
+  EXPECT_TRUE(WaitFor([&view] {
+    return ScriptIn(view, QStringLiteral("(() => { const mail = document.body.children[1];"
+                                         "if (mail?.textContent.trim() !== 'Plain') return '';"
+                                         "const style = getComputedStyle(mail);"
+                                         "return style.fontSize + style.opacity; })()"))
+               .toString() == u"16px1";
+  }));
 }
 
 TEST_F(MessageWindowTest, ImagesThatAreNotShownAreCountedWithTheReason) {

@@ -85,7 +85,11 @@ std::optional<PageMaker::Written> PageMaker::WriteInTime() {
     const int last = qMax(1, pages_.CountPages(request_.Folder(), request_.Search()));
     if (request_.Page() > last) {
       request_.SetPage(last);
-      place_.BeginAtLast();
+      if (place_.HadRow()) {
+        place_.BeginAtLast();
+      } else {
+        place_.BeginAtEnd(true);  // nobody chose a message there
+      }
       page = Write();
     }
   }
