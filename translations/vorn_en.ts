@@ -4907,5 +4907,9 @@ Give the password or the recovery code of that time with --former-password-fd.</
             <numerusform> It was stopped; %n messages are left.</numerusform>
         </translation>
     </message>
+    <message>
+        <source>書きかけの内容を控えておけません。今プログラムが終わると失われます。</source>
+        <translation>What you have written cannot be kept for the case of a crash; it would be lost if the program ended now. </translation>
+    </message>
 </context>
 </TS>

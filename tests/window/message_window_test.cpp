@@ -358,13 +358,15 @@ TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
   memo.setFocus();
   TypeText(memo, QStringLiteral("消えない🍣"));
   const QString vanishing = File("gone.txt", "contents\r\n");
+  const QString kept = File("kept.txt", "contents\r\n");
   Child<AttachmentList>(window, u"lvClip")
       .Input()
-      .AddFiles({vanishing, File("kept.txt", "contents\r\n")});
+      .AddFiles({vanishing, kept});
   QFile::remove(vanishing);  // the text counts
   QMetaObject::invokeMethod(window.findChild<QTimer*>(QStringLiteral("tmDraft")), "timeout");
   const SerialId serial = window.Tag();
   EXPECT_EQ(Drafts::LeftBehind(Context()), SerialIds{serial});
+  QFile::remove(kept);  // what the draft has of it stays there
   // The end of the session keeps a row as well that is being typed.
   auto& list = Child<QTableWidget>(window, u"lvMailaddress");
   const int row = list.rowCount() - 1;

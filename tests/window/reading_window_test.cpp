@@ -11,9 +11,13 @@
 
 #include "kit/window/cascade.h"
 #include "mail/codec/charset/text_encoding.h"
+#include "mail/store/drafts.h"
 #include "mail/store/message_filing.h"
 #include "mail/window/fields/attachment_list.h"
 #include "objects/settings.h"
+#include "storage/bags/profile_bag.h"
+#include "storage/databases.h"
+#include "storage/engine/connection.h"
 #include "window/message_window_fixture.h"
 
 namespace vorn {
@@ -391,6 +395,33 @@ TEST_F(MessageWindowTest, AMessageThatWasErasedSaysSoAndIsAnsweredAsItIsShown) {
 }
 
 // Of what is written nothing is lost, and nothing comes back unasked.
+// As while the disk is full.
+TEST_F(MessageWindowTest, ADraftThatCannotBeKeptIsToldOf) {
+  MessageWindow& window = New();
+  const auto& bar = Child<QWidget>(window, u"frUnkept");
+  const auto run = [this](const char* statement) {
+    const auto connection =
+        Connection::Open(PlatformPath(Context(), ProfileBag(*Context().Session).File()),
+                         ProfileBag(*Context().Session).Password(), Connection::Mode::Existing);
+    return connection && (*connection)->Run(statement);
+  };
+  ASSERT_TRUE(
+      run("CREATE TRIGGER full BEFORE INSERT ON object BEGIN SELECT RAISE(ABORT, 'disk'); END"));
+  auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
+  TypeText(memo, QStringLiteral("x"));
+  const auto keep = [&window] {
+    QMetaObject::invokeMethod(window.findChild<QTimer*>(QStringLiteral("tmDraft")), "timeout");
+  };
+  keep();
+  EXPECT_TRUE(bar.isVisible());
+  ASSERT_TRUE(run("DROP TRIGGER full"));
+  keep();
+  EXPECT_FALSE(bar.isVisible());
+  EXPECT_EQ(Drafts::LeftBehind(Context()), SerialIds{window.Tag()});
+  InModal<QMessageBox>([&window] { window.close(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+}
+
 TEST_F(MessageWindowTest, ADraftThatWasErasedIsStoredAnewOnlyOnYes) {
   for (const auto& [answer, status] :
        {std::pair{QMessageBox::Cancel, 0}, {QMessageBox::No, 0}, {QMessageBox::Yes, 1}}) {

@@ -126,6 +126,7 @@ void MessageWindow::ConnectParts() {
     Open(applyStoredCharset, document_.Source());
   });
   connect(reply_, &InvitationComposer::Edited, this, edited);
+  drafts_->OnKept([this](const Result<>& kept) { bars_->ShowKept(kept); });
   connect(&bars_->Calendar(), &CalendarBar::Answered, this,
           [this](const Invitation& invitation, InvitationAnswer answer) {
             TurnInto(OpenMode::Reply);

@@ -16,6 +16,7 @@ MessageBars::MessageBars(Context& context, MessageHost& host, MessageDocument& d
     : context_(context),
       document_(document),
       erased_(new NoticeBar(QStringLiteral("frErased"))),
+      unkept_(new NoticeBar(QStringLiteral("frUnkept"))),
       doubt_(new DoubtBar),
       mend_(new QPushButton(Ui::tr("編集する(&T)"))),
       refused_(new NoticeBar(QStringLiteral("frRefused"), mend_)),
@@ -28,6 +29,7 @@ MessageBars::MessageBars(Context& context, MessageHost& host, MessageDocument& d
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(erased_);
+  layout->addWidget(unkept_);
   layout->addWidget(doubt_);
   layout->addWidget(refused_);
   layout->addWidget(account_);
@@ -60,6 +62,13 @@ void MessageBars::ShowErased() {
         Ui::tr("このメッセージは削除されました。このウィンドウを閉じるまでは、返信や転送、"
                "ファイルへの保存ができます。"));
   }
+}
+
+void MessageBars::ShowKept(const Result<>& kept) {
+  unkept_->Say(
+      kept ? QString()
+           : Ui::tr("書きかけの内容を控えておけません。今プログラムが終わると失われます。") +
+                 kept.Error().text);
 }
 
 bool MessageBars::ShowStanding() {

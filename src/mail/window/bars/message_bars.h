@@ -30,6 +30,9 @@ class MessageBars : public QWidget {
   /// state is to be stored then.
   void ShowErased();
   bool SaysErased() const { return isErased_; }
+  /// Says that what is written cannot be kept for the case of a crash, and why; nothing where it
+  /// was.
+  void ShowKept(const Result<>& kept);
   /// The button that has it edited.
   QPushButton& Mend() const { return *mend_; }
   /// Whether the user has asked for an account from here; forgotten by asking.
@@ -48,6 +51,7 @@ class MessageBars : public QWidget {
   bool isRefused_ = false;     // what is unsent, by a server
   bool isErased_ = false;
   NoticeBar* erased_;
+  NoticeBar* unkept_;
   DoubtBar* doubt_;
   QPushButton* mend_;
   NoticeBar* refused_;

@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 
+#include "mail/attachment_files.h"
 #include "mail/message_document.h"
 #include "mail/store/drafts.h"
 #include "mail/window/composing/message_form.h"
@@ -14,6 +15,7 @@ constexpr int kDraftMs = 30000;
 constexpr qint64 kDraftAttachmentBytes = 2 * 1024 * 1024;
 
 qint64 SizeOf(const ModelAttachment& attachment) {
+  if (attachment.made) return attachment.made->size();
   return attachment.isNew ? QFileInfo(attachment.path).size()
                           : static_cast<qint64>(attachment.record.Size());
 }
@@ -50,21 +52,44 @@ DraftKeeper::DraftKeeper(Context& context, MessageDocument& document, MessageFor
   start(kDraftMs);
 }
 
+// A file that is attached may be on a stick that is pulled: what was kept of it stays.
+void DraftKeeper::BringBack(MessageModel& model) const {
+  for (ModelAttachment& attachment : model.attachments) {
+    const auto held = held_.constFind(attachment.path);
+    if (HasVanished(attachment) && held != held_.constEnd()) attachment.made = *held;
+  }
+}
+
+void DraftKeeper::Hold(MessageModel& model) {
+  held_.clear();
+  for (ModelAttachment& attachment : model.attachments) {
+    if (!attachment.isNew) continue;
+    const Result<QByteArray> bytes = ReadAttachment(attachment, {});
+    if (!bytes) continue;  // composing it fails for the same reason
+    attachment.made = *bytes;
+    held_.insert(attachment.path, *bytes);
+  }
+}
+
 void DraftKeeper::Keep() {
   // Also while a question stands between the button that sends and the storing.
   const bool isWritten = document_.IsEditable() || document_.IsSending();
   if (!isDue_ || !isWritten) return;
   isDue_ = false;
   MessageModel model = form_.Take(document_.Model());
+  BringBack(model);
   QStringList leftOut = LeaveOut(model);
+  Hold(model);
   Result<QByteArray> source = document_.Compose(model);
   if (!source) {  // the text counts, also when an attachment cannot be read
     for (const ModelAttachment& attachment : model.attachments) leftOut += FileOf(attachment);
     model.attachments.clear();
     source = document_.Compose(model);
   }
-  // A full disk may have room again at the next turn.
-  isDue_ = !source || !Drafts::Keep(context_, document_.Tag(), *source, leftOut);
+  const Result<> kept =
+      source ? Drafts::Keep(context_, document_.Tag(), *source, leftOut) : source.Error();
+  isDue_ = !kept;  // a full disk may have room again at the next turn
+  if (told_) told_(kept);
 }
 
 }  // namespace vorn
