@@ -1,8 +1,10 @@
 #include "mail/window/composing/draft_keeper.h"
 
 #include <QFileInfo>
+#include <tuple>
 
 #include "mail/message_document.h"
+#include "mail/store/answer_notes.h"
 #include "mail/store/drafts.h"
 #include "mail/window/composing/message_form.h"
 
@@ -65,6 +67,10 @@ void DraftKeeper::Keep() {
   }
   // A full disk may have room again at the next turn.
   isDue_ = !source || !Drafts::Keep(context_, document_.Tag(), *source, leftOut);
+  if (isDue_) return;
+  if (const auto answered = document_.AnsweredMessage()) {
+    std::ignore = AnswerNotes::Keep(context_, document_.Tag(), *answered);
+  }
 }
 
 }  // namespace vorn
