@@ -4839,17 +4839,6 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <source>保存済みのうち %1通は書きかけか送信待ちで、くずかごに入ったままです。</source>
         <translation>Of those already stored, %1 are drafts or wait to be sent, and stay in the trash.</translation>
     </message>
-    <message numerus="yes">
-        <source>うち%n通は書きかけか送信待ちで、くずかごに入ったままです。</source>
-        <translation>
-            <numerusform> %n of them is a draft or waits to be sent, and stays in the trash.</numerusform>
-            <numerusform> %n of them are drafts or wait to be sent, and stay in the trash.</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>（フォルダ「%1」から）</source>
-        <translation> (From the folder “%1”.)</translation>
-    </message>
     <message>
         <source>取り込むフォルダ（mbox、Maildir、emlのファイル）</source>
         <translation>Folder to import (mbox, Maildir or .eml files)</translation>
@@ -4869,6 +4858,17 @@ Give the password or the recovery code of that time with --former-password-fd.</
     <message>
         <source>ファイル「%1」%2は、途中で切れているか、壊れていて開けません。複製があればつなぎ直せます。新しい空のファイルを作ると、メッセージはそのまま残りますが、アカウントやフォルダは作り直しになります。壊れたファイルは別の名前で残ります。</source>
         <translation>The file “%1”%2 is cut short or damaged and cannot be opened. If you have a copy of it, that can be connected again. With a new empty file your messages stay as they are, but accounts and folders have to be made anew. The damaged file is kept under another name.</translation>
+    </message>
+    <message numerus="yes">
+        <source>うち%n通は未送信で、くずかごの中です。</source>
+        <translation>
+            <numerusform> %n of them is unsent, in the trash.</numerusform>
+            <numerusform> %n of them are unsent, in the trash.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>「%1」から：</source>
+        <translation>From “%1”: </translation>
     </message>
 </context>
 </TS>
