@@ -14,9 +14,7 @@
 #include "auxiliary/window/address_window.h"
 #include "auxiliary/window/console_window.h"
 #include "frame/window/notices/status_bar.h"
-#include "mail/store/answer_notes.h"
 #include "mail/store/drafts.h"
-#include "mail/window/fields/address_list.h"
 #include "mail/window/fields/attachment_input.h"
 #include "mail/window/fields/attachment_list.h"
 #include "objects/object_types.h"
@@ -406,34 +404,6 @@ TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
   EXPECT_EQ(Child<QTableWidget>(restored, u"lvMailaddress").item(1, 1)->text(),
             QStringLiteral("b@example.jp"));
   EXPECT_EQ(Child<AttachmentList>(restored, u"lvClip").count(), 1);
-}
-
-// Also where the answer is stored first, by the user or after a crash, and sent on another day.
-TEST_F(MessageWindowTest, WhatIsAnsweredIsMarkedWhenTheAnswerGoesOut) {
-  for (const auto& [mode, mark] :
-       {std::pair{OpenMode::Reply, kFlagAnswered}, {OpenMode::Forward, kFlagForwarded}}) {
-    SCOPED_TRACE(mark);
-    const SerialId original = Store(kPlain, kStatusReceived);
-    const auto isMarked = [&, mark = mark] {
-      return FlagString(Column(original, QStringLiteral("FIELD_FLAG")).toString()).Has(mark);
-    };
-    MessageWindow& answer = Open(original);
-    answer.TurnInto(mode);
-    const SerialId serial = answer.Tag();
-    Child<AddressList>(answer, u"lvMailaddress")
-        .Add({QStringLiteral("TO"), QStringLiteral("b@example.jp"), {}});
-    answer.SetEdited(true);
-    InModal<QMessageBox>([&answer] { answer.close(); },
-                         [](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
-    ASSERT_TRUE(Gone());
-    EXPECT_FALSE(isMarked()) << "nothing has gone out";
-    QMetaObject::invokeMethod(program_->Parent(), "AskAtStart");
-    MessageWindow& again = Open(serial);
-    again.findChild<QAction*>(QStringLiteral("mailup"))->trigger();
-    ASSERT_TRUE(Gone());
-    EXPECT_TRUE(isMarked());
-    EXPECT_EQ(AnswerNotes::Find(Context(), serial), std::nullopt);
-  }
 }
 
 // Wherever they are let go, files are attached; their paths went into the text.

@@ -23,13 +23,15 @@ QRegularExpressionMatch LongestName(const QString& sentence) {
 }  // namespace
 
 QString ElidedSentence(QString sentence, const QFontMetrics& metrics, int width) {
-  while (metrics.horizontalAdvance(sentence) > width) {
+  // What fits is asked of what cuts, which does not round as the metrics do.
+  const auto cut = [&] { return metrics.elidedText(sentence, Qt::ElideRight, width); };
+  while (cut() != sentence) {
     const QRegularExpressionMatch name = LongestName(sentence);
     if (name.capturedLength(1) <= kLeastName) break;
     sentence.replace(name.capturedStart(1), name.capturedLength(1),
                      ShownFileName(name.captured(1), name.capturedLength(1) - 1));
   }
-  return metrics.elidedText(sentence, Qt::ElideRight, width);
+  return cut();
 }
 
 }  // namespace vorn
