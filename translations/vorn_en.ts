@@ -4839,17 +4839,6 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <source>保存済みのうち %1通は書きかけか送信待ちで、くずかごに入ったままです。</source>
         <translation>Of those already stored, %1 are drafts or wait to be sent, and stay in the trash.</translation>
     </message>
-    <message numerus="yes">
-        <source>うち%n通は書きかけか送信待ちで、くずかごに入ったままです。</source>
-        <translation>
-            <numerusform> %n of them is a draft or waits to be sent, and stays in the trash.</numerusform>
-            <numerusform> %n of them are drafts or wait to be sent, and stay in the trash.</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>（フォルダ「%1」から）</source>
-        <translation> (From the folder “%1”.)</translation>
-    </message>
     <message>
         <source>取り込むフォルダ（mbox、Maildir、emlのファイル）</source>
         <translation>Folder to import (mbox, Maildir or .eml files)</translation>
@@ -4910,6 +4899,17 @@ Give the password or the recovery code of that time with --former-password-fd.</
     <message>
         <source>書きかけの内容を控えておけません。今プログラムが終わると失われます。</source>
         <translation>What you have written cannot be kept for the case of a crash; it would be lost if the program ended now. </translation>
+    </message>
+    <message numerus="yes">
+        <source>うち%n通は未送信で、くずかごの中です。</source>
+        <translation>
+            <numerusform> %n of them is unsent, in the trash.</numerusform>
+            <numerusform> %n of them are unsent, in the trash.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>「%1」から：</source>
+        <translation>From “%1”: </translation>
     </message>
 </context>
 </TS>

@@ -62,6 +62,14 @@ bool MessageDocument::IsNew() const {
   return request_ != nullptr && Request().IsNew();
 }
 
+std::optional<Answered> MessageDocument::AnsweredMessage() const {
+  const OpenMode mode = Request().Mode();
+  if (!Request().HasOriginal() || (!IsReply(mode) && !IsForward(mode))) {
+    return AnswerNotes::Find(context_, tag_);
+  }
+  return Answered{Request().Original(), IsForward(mode) ? kFlagForwarded : kFlagAnswered};
+}
+
 StoredState MessageDocument::BeginSending() {
   const StoredState before = MessageBag(*request_).State();
   Request().SetSent(true);

@@ -6,6 +6,7 @@
 #include "mail/mail_request_bag.h"
 #include "mail/open_message.h"
 #include "mail/state_edits.h"
+#include "mail/store/answer_notes.h"
 #include "mail/store/message_bag.h"
 #include "storage/base/result.h"
 #include "storage/base/serial_id.h"
@@ -61,6 +62,8 @@ class MessageDocument {
   bool IsUnreadable() const { return isUnreadable_; }
   bool IsEditable() const { return Status() == kStatusEdit && !isUnreadable_; }
   bool IsWaiting() const { return Status() == kStatusWaiting; }
+  /// The message that it answers or forwards, also where it was stored before it is sent.
+  std::optional<Answered> AnsweredMessage() const;
 
   /// It is to be stored as one that waits. Gives what `EndSending` takes when that does not happen.
   StoredState BeginSending();

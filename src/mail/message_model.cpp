@@ -49,13 +49,6 @@ QString RawValue(const QByteArray& source, QByteArrayView name) {
       MimeCodec::HeaderValue(MimeCodec::HeaderField(source, name), name.size()));
 }
 
-bool IsReply(OpenMode mode) {
-  return mode == OpenMode::Reply || mode == OpenMode::ReplyAll;
-}
-bool IsForward(OpenMode mode) {
-  return mode == OpenMode::Forward || mode == OpenMode::ForwardKeepFrom;
-}
-
 qsizetype CountIdentifiers(const QString& references) {
   qsizetype count = 0;
   for (const QString& identifier : MimeCodec::SplitList(references, u' ')) {

@@ -13,4 +13,11 @@ enum class OpenMode {
   ForwardKeepFrom,  ///< forward, keeping the sender
 };
 
+inline bool IsReply(OpenMode mode) {
+  return mode == OpenMode::Reply || mode == OpenMode::ReplyAll;
+}
+inline bool IsForward(OpenMode mode) {
+  return mode == OpenMode::Forward || mode == OpenMode::ForwardKeepFrom;
+}
+
 }  // namespace vorn

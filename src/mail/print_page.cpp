@@ -28,7 +28,7 @@ QString Row(const QString& label, const QString& shown) {
 }
 
 QString Addresses(const MessageModel& model, QStringView kind) {
-  return ShownAddresses(model, kind).join(QStringLiteral(", "));
+  return ShownAddresses(model.addresses, kind).join(QStringLiteral(", "));
 }
 
 // The paper has an edge: what is longer than a line goes on in the next one, whatever it is.

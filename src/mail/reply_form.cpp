@@ -3,6 +3,7 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+#include "mail/shown_addresses.h"
 #include "storage/base/shown_text.h"
 #include "storage/ui.h"
 
@@ -14,8 +15,8 @@ QString AttributionLine(const QString& pattern, const AddressEntry& writer, cons
     const QChar letter = pattern[i] == u'%' && i + 1 < pattern.size() ? pattern[i + 1] : QChar();
     if (letter == u'd') line += date;
     if (letter == u'n') {
-      line +=
-          WithoutDirectionMarks(writer.displayName.isEmpty() ? writer.address : writer.displayName);
+      const bool isNamed = !writer.displayName.isEmpty() && !NamesAnother(writer);
+      line += WithoutDirectionMarks(isNamed ? writer.displayName : writer.address);
     }
     if (letter == u'a') line += writer.address;
     const bool isMark = !letter.isNull() && QStringView(u"dna").contains(letter);

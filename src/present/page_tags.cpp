@@ -5,6 +5,7 @@
 #include "mail/codec/header/address.h"
 #include "mail/codec/mime/message_code.h"
 #include "mail/codec/mime/text_extraction.h"
+#include "mail/shown_addresses.h"
 #include "mail/store/mail_store.h"
 #include "objects/any_object.h"
 #include "objects/shown_object.h"
@@ -21,25 +22,6 @@ using ChildTags = QList<const ChildTag*>;
 
 QString NameOf(const AddressEntry& entry) {
   return entry.displayName.isEmpty() ? PresentableAddress(entry) : entry.displayName;
-}
-
-// In its usual and its wide forms.
-bool HasAt(const QString& text) {
-  return text.contains(u'@') || text.contains(u'＠') || text.contains(u'﹫');
-}
-
-// A name that looks like another address, or that nobody sees, does not hide the one that the
-// message came from.
-QString ShownSender(const AddressEntry& entry) {
-  const QString name = WithoutHidden(entry.displayName).simplified();
-  if (!HasVisible(name)) {
-    return entry.displayName.isEmpty() ? PresentableAddress(entry) : entry.address;
-  }
-  if (entry.address == kNoAddress) return name;
-  QString others = name;
-  others.remove(entry.address, Qt::CaseInsensitive);
-  // In front, where a narrow column does not cut it off.
-  return HasAt(others) ? entry.address + QStringLiteral(" (") + name + u')' : name;
 }
 
 QString Unreadable() {

@@ -76,7 +76,7 @@ td.subject { position: relative; padding-right: 60px; }
   tr:first-child { display: none; }
   .row { display: grid; grid-template-columns: minmax(0, 1fr) auto auto; column-gap: .5em;
          position: relative; padding: {pad} 8px {pad} 1.6em; border-bottom: 1px solid var(--line); }
-  .row td { width: auto; min-width: 0; padding-left: 0; padding-top: 0; padding-bottom: 0; border: 0; }
+  .row td { width: auto; min-width: 0; max-width: none; padding-left: 0; padding-top: 0; padding-bottom: 0; border: 0; }
   .row td:not(.subject) { padding-right: 0; }
 {areas}
   .m○ .new::before { position: absolute; left: .3em; }
@@ -97,13 +97,11 @@ td.subject { position: relative; padding-right: 60px; }
 </html>
 )html";
 
-// Recipients take what a short subject leaves; before a long one they have their column.
-constexpr char kSharing[] = R"css(table, tbody { display: block; }
-tr { display: flex; }
-tr:first-child { position: sticky; top: 0; z-index: 1; }
-th, td { flex: none; }
-th.subject, td.subject, .none td { flex: 1 1 auto; }
-td.from { width: auto; min-width: var(--width); flex-shrink: 1000000; })css";
+// The column of recipients is as wide as those of the page need, within bounds.
+constexpr char kSharing[] = R"css(table { table-layout: auto; }
+.marks, .date { min-width: var(--width); max-width: var(--width); }
+.from { width: auto; min-width: var(--width); max-width: clamp(var(--width), 33vw, 24em); }
+.subject { width: 100%; max-width: 0; })css";
 
 constexpr char kCards[] = R"html(<!DOCTYPE html>
 <html lang="ja">

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "mail/store/answer_notes.h"
 #include "mail/store/mail_store.h"
 #include "support/test_profile.h"
 
@@ -34,6 +35,24 @@ TEST(DraftsTest, ADraftOutlivesTheProgramAndKeepsTheMessagesFolders) {
   }
 }
 
+TEST(DraftsTest, WhatADraftAnswersIsKnownAsLongAsItIsWritten) {
+  test::TestProfile profile;
+  const Answered answered{u"mail_0"_id, kFlagForwarded};
+  const auto findAtStart = [&profile](const SerialIds& drafts = {}) {
+    profile.Restart();
+    AnswerNotes::Sweep(profile.Get(), drafts);
+    return AnswerNotes::Find(profile.Get(), u"mail_1"_id);
+  };
+  ASSERT_TRUE(AnswerNotes::Keep(profile.Get(), u"mail_1"_id, answered));
+  EXPECT_EQ(findAtStart({u"mail_1"_id}), answered);
+  Disk stored(QStringLiteral("mail_1"));
+  for (const int status : {1, -1, 2}) {
+    stored.Let(QStringLiteral("process"), status);
+    ASSERT_TRUE(MailStore(profile.Get()).StoreMessage(stored, "Subject: x\r\n\r\n"));
+    EXPECT_EQ(findAtStart().has_value(), status != 2) << status;
+  }
+}
+
 // What is stored may have the files that the draft has not.
 TEST(DraftsTest, OneThatLacksFilesTakesNothingsPlaceAndNamesThem) {
   test::TestProfile profile;
@@ -45,12 +64,14 @@ TEST(DraftsTest, OneThatLacksFilesTakesNothingsPlaceAndNamesThem) {
   for (const char16_t* message : {u"mail_1", u"mail_new"}) {
     const SerialId serialId(QString::fromUtf16(message));
     ASSERT_TRUE(Drafts::Keep(profile.Get(), serialId, "Subject: new\r\n\r\n", files));
+    ASSERT_TRUE(AnswerNotes::Keep(profile.Get(), serialId, {u"mail_0"_id}));
     profile.Restart();
     const Result<Drafts::Restored> restored =
         Drafts::Restore(profile.Get(), serialId, u"mail_apart"_id);
     ASSERT_TRUE(restored);
     EXPECT_EQ(restored->message, serialId == u"mail_1"_id ? u"mail_apart"_id : serialId);
     EXPECT_EQ(restored->leftOut, files);
+    EXPECT_EQ(AnswerNotes::Find(profile.Get(), restored->message), Answered{u"mail_0"_id});
   }
   EXPECT_EQ(MailStore(profile.Get()).LoadMessageSource(stored), whole);
 }

@@ -204,14 +204,16 @@ TEST(PrintPageTest, WhatMailContributesIsText) {
   model.subject = QStringLiteral("<b>&amp;");
   model.addresses = {{QStringLiteral("FROM"), QStringLiteral("a@b"), QStringLiteral("A")},
                      {QStringLiteral("TO"), QStringLiteral("c@d"), {}},
-                     {QStringLiteral("TO"), kNoAddress, QStringLiteral("unfinished")}};
+                     {QStringLiteral("TO"), kNoAddress, QStringLiteral("unfinished")},
+                     {QStringLiteral("TO"), QStringLiteral("true@e"), QStringLiteral("I <c@d>")}};
   model.text = QStringLiteral("1 < 2\r\n<script>");
   model.addresses[0].displayName += QChar(0x202E);
   model.addresses[1].displayName = QStringLiteral("\u05D0\u05D1");
   const QString page = QString::fromUtf8(PrintPage(model));
   EXPECT_TRUE(page.contains(QStringLiteral("<TD>差出人：</TD><TD>A[U+202E] &lt;a@b&gt;</TD>")));
-  EXPECT_TRUE(page.contains(
-      QStringLiteral("<TD>\u2068\u05D0\u05D1\u2069 &lt;\u2066c@d\u2069&gt;, unfinished</TD>")));
+  EXPECT_TRUE(
+      page.contains(QStringLiteral("<TD>\u2068\u05D0\u05D1\u2069 &lt;\u2066c@d\u2069&gt;, "
+                                   "unfinished, true@e (I &lt;c@d&gt;)</TD>")));
   EXPECT_TRUE(page.contains(QStringLiteral("<TD>件名：</TD><TD>&lt;b&gt;&amp;amp;</TD>")));
   EXPECT_TRUE(page.contains(QStringLiteral("1 &lt; 2<BR>&lt;script&gt;</html>")));
   EXPECT_FALSE(page.contains(QStringLiteral("参照先")));

@@ -357,6 +357,10 @@ TEST_F(OpenModes, RepliesNameTheWriterAndAreSigned) {
   const QString line = QStringLiteral("2026/11/24 9:05、佐藤 <f@x> 100%:\r\n");
   const QString quote = QStringLiteral("> one\r\n> two");
   EXPECT_EQ(Open(OpenMode::Reply, headers).text.Get(), QStringLiteral("\r\n\r\n") + line + quote);
+  EXPECT_TRUE(Open(OpenMode::Reply, "From: \"I <c@d>\" <true@e>\r\nTo: own@x\r\n")
+                  .text.Get()
+                  .contains(u"、true@e <true@e> 100%:"))
+      << "who he is not";
   const QString head = QStringLiteral(
       "\r\n\r\n---- 転送するメッセージ ----\r\n差出人: 佐藤 <f@x>\r\n日時: 2026/11/24 9:05\r\n"
       "宛先: own@x\r\n件名: about\r\n\r\n");

@@ -63,7 +63,7 @@ TEST_F(FolderTreeTest, TheTreeSelectsWhatIsShownOrWorkedOn) {
 
 // A window that is made small shows whole what it shows.
 TEST_F(FolderTreeTest, WhereThereIsNoRoomForBothThePageComesBeforeTheTree) {
-  Begin(3, 100);
+  Begin(3, 2);
   ParentWindow& window = *program_->Parent();
   auto& tree = Child<QTreeWidget>(window, u"tvConsole");
   auto& bar = Child<QToolBar>(window, u"tbMain");
@@ -99,6 +99,16 @@ TEST_F(FolderTreeTest, WhereThereIsNoRoomForBothThePageComesBeforeTheTree) {
   EXPECT_TRUE(WaitFor([&] { return tree.hasFocus(); }));
   QTest::keyClick(&tree, Qt::Key_F6);
   EXPECT_TRUE(WaitFor([&] { return tree.isHidden() && View()->focusProxy()->hasFocus(); }));
+  // So is the line above the page, also while a folder of several pages is searched.
+  window.resize(320, 600);
+  EXPECT_TRUE(WaitFor([&] { return window.width() == 320 && isWhole(); }));
+  test::Type(Child<QLineEdit>(*Browser(), u"txSearch"), QStringLiteral("No"));
+  const auto& box = Child<QWidget>(*Browser(), u"txSearch");
+  const auto& choice = Child<QWidget>(*Browser(), u"cmEverywhere");
+  EXPECT_TRUE(WaitFor([&] {
+    return isWhole() && choice.isVisible() &&
+           choice.mapTo(Browser(), QPoint()).y() >= box.geometry().bottom();
+  }));
   window.resize(1600, 600);
   EXPECT_TRUE(WaitFor([&] { return tree.width() == width && isWhole() && !turn->isVisible(); }));
 }

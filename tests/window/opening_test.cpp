@@ -22,8 +22,10 @@
 #include "mail/store/message_filing.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
+#include "objects/placement.h"
 #include "objects/settings.h"
 #include "present/ready_layouts.h"
+#include "storage/window/control_state.h"
 #include "window/program_fixture.h"
 
 namespace vorn {
@@ -183,7 +185,7 @@ TEST_F(OpeningTest, MailIsImportedAndExportedByMenu) {
   run(Entry(u"menuFiles", QStringLiteral("ファイルから取り込む")), mbox);
   EXPECT_EQ(told, QStringLiteral("0通を「受信」に取り込みました。2通は保存済みでした。"));
   run(Entry(u"menuFiles", QStringLiteral("フォルダから取り込む")), folder_.path());
-  EXPECT_TRUE(told.endsWith(QStringLiteral("（フォルダ「%1」から）").arg(folder_.path())))
+  EXPECT_TRUE(told.contains(QStringLiteral("「%1」から：0通を").arg(folder_.path())))
       << qPrintable(told);
   const QString out = folder_.path() + QStringLiteral("/out");
   run(Entry(u"menuFiles", QStringLiteral("フォルダの書き出し")), out);
@@ -247,6 +249,16 @@ TEST_F(OpeningTest, AWindowComesBackWholeOnToTheScreen) {
     EXPECT_EQ(program_->Parent()->size(), size);
     EndProgram();
   }
+  // What a smaller one cuts off, as at another scale, comes back where there is room.
+  StartWith({});
+  const auto placement = [this] { return PlacementBag(program_->GetContext(), kMainPlacement); };
+  const QRect screen = program_->Parent()->screen()->availableGeometry();
+  Placement::SetPlace(*placement(), QRect(QPoint(0, 0), screen.size() * 2));
+  RestoreWindowPlacement(program_->GetContext(), *program_->Parent(), kMainPlacement);
+  EXPECT_EQ(program_->Parent()->size(), screen.size());
+  EndProgram();
+  StartWith({});
+  EXPECT_EQ(Placement(*placement()).Size({}), screen.size() * 2);
 }
 
 TEST_F(OpeningTest, TheProgramSpeaksEnglishWhenAskedTo) {

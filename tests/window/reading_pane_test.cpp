@@ -4,6 +4,7 @@
 #include <QBuffer>
 #include <QImage>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMdiArea>
 #include <QMenu>
@@ -12,6 +13,7 @@
 #include <QSplitter>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTableWidget>
 #include <QToolButton>
 #include <QTreeWidget>
 #include <QWebEngineView>
@@ -19,6 +21,7 @@
 #include "mail/store/mail_row.h"
 #include "mail/store/message_filing.h"
 #include "mail/store/message_rows.h"
+#include "mail/store/send_refusals.h"
 #include "mail/window/message_window.h"
 #include "mail/window/reading/reading_pane.h"
 #include "objects/object_loader.h"
@@ -166,6 +169,39 @@ TEST_F(ReadingPaneTest, WhatIsWrittenOnIsReadAsItIsNow) {
   write("second");
   program_->Parent()->Pages().Messages().MessageStored();
   EXPECT_TRUE(shows(u"second"));
+}
+
+// As the button of the same sentence does in a window.
+TEST_F(ReadingPaneTest, WhatWasRefusedIsOpenedToBeMended) {
+  BeginReading(1);
+  Context& context = program_->GetContext();
+  Disk request(QStringLiteral("refused"));
+  request.Let(QStringLiteral("process"), static_cast<int>(kStatusWaiting));
+  ASSERT_TRUE(MailStore(context).StoreMessage(
+      request, "From: me@example.jp\r\nTo: a@example.jp, b@example.jp\r\n\r\n\r\n"));
+  ASSERT_TRUE(SendRefusals(context, MailDatabasePath(context))
+                  .Note(u"refused"_id, {{}, {}, QStringLiteral("b@example.jp: 550 unknown")}));
+  OpenFolder(fixed_serial::kEditWait);
+  FocusPage();
+  Press(Qt::Key_Home);
+  auto& mend = Child<QPushButton>(*Pane(), u"cmOpenRefused");
+  ASSERT_TRUE(WaitFor([&mend] { return mend.isVisible(); }));
+  program_->Parent()->Requests().ShowMessage(MailRequest::Of(u"refused"_id));
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  for (const bool isOpen : {true, false}) {
+    SCOPED_TRACE(isOpen);
+    mend.click();
+    ASSERT_TRUE(WaitFor([] {
+      const auto* window = TopLevel<MessageWindow>();
+      return window != nullptr && window->State().isEditable;
+    }));
+    auto& list = Child<QTableWidget>(*TopLevel<MessageWindow>(), u"lvMailaddress");
+    const auto* box = qobject_cast<QLineEdit*>(list.indexWidget(list.currentIndex()));
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->selectedText(), QStringLiteral("b@example.jp"));
+    TopLevel<MessageWindow>()->close();
+    ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
+  }
 }
 
 // What was current while there was no pane is what it shows when it is there again.

@@ -8,8 +8,10 @@
 
 #include "auxiliary/window/console_window.h"
 #include "events/event_record.h"
+#include "mail/store/answer_notes.h"
 #include "mail/store/drafts.h"
 #include "mail/store/outbox.h"
+#include "mail/window/fields/address_list.h"
 #include "objects/account.h"
 #include "objects/object_types.h"
 #include "objects/select_objects.h"
@@ -97,6 +99,34 @@ TEST_F(SendingWindowTest, ADeathInTheMiddleOfSendingIsToldAtTheNextStart) {
   program_->Parent()->Mail().SendAndReceive();
   RunPlan();
   EXPECT_EQ(smtp_.Messages().size(), 0);
+}
+
+// Also where the answer is stored first, by the user or after a crash, and sent on another day.
+TEST_F(SendingWindowTest, WhatIsAnsweredIsMarkedWhenTheAnswerGoesOut) {
+  for (const auto& [mode, mark] :
+       {std::pair{OpenMode::Reply, kFlagAnswered}, {OpenMode::Forward, kFlagForwarded}}) {
+    SCOPED_TRACE(mark);
+    const SerialId original = Store(kPlain, kStatusReceived);
+    const auto isMarked = [&, mark = mark] {
+      return FlagString(Column(original, QStringLiteral("FIELD_FLAG")).toString()).Has(mark);
+    };
+    MessageWindow& answer = Open(original);
+    answer.TurnInto(mode);
+    const SerialId serial = answer.Tag();
+    Child<AddressList>(answer, u"lvMailaddress")
+        .Add({QStringLiteral("TO"), QStringLiteral("b@example.jp"), {}});
+    answer.SetEdited(true);
+    InModal<QMessageBox>([&answer] { answer.close(); },
+                         [](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
+    ASSERT_TRUE(Gone());
+    EXPECT_FALSE(isMarked()) << "nothing has gone out";
+    QMetaObject::invokeMethod(program_->Parent(), "AskAtStart");
+    MessageWindow& again = Open(serial);
+    again.findChild<QAction*>(QStringLiteral("mailup"))->trigger();
+    ASSERT_TRUE(Gone());
+    EXPECT_TRUE(isMarked());
+    EXPECT_EQ(AnswerNotes::Find(Context(), serial), std::nullopt);
+  }
 }
 
 TEST_F(SendingWindowTest, LinesAreCountedAndWrappedWhereTheSettingSaysSo) {
@@ -313,7 +343,9 @@ TEST_F(SendingWindowTest, ARefusedRecipientIsMarkedInTheMessage) {
   EXPECT_TRUE(reason->isVisible());
   EXPECT_FALSE(Button(window, u"cmMend").isVisible()) << "it is edited already";
   EXPECT_TRUE(list->isAncestorOf(window.focusWidget()));
-  EXPECT_EQ(list->currentItem()->text(), QStringLiteral("a@example.jp")) << "who was refused";
+  const auto* open = qobject_cast<QLineEdit*>(list->indexWidget(list->currentIndex()));
+  ASSERT_NE(open, nullptr);
+  EXPECT_EQ(open->selectedText(), QStringLiteral("a@example.jp")) << "who was refused";
   smtp_.Replies.clear();
   window.findChild<QAction*>(QStringLiteral("mailup"))->trigger();
   EXPECT_TRUE(Gone());

@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QTabBar>
 
+#include "kit/window/icons.h"
 #include "objects/object_loader.h"
 #include "window/folder_page_fixture.h"
 
@@ -112,6 +113,10 @@ TEST_F(SlowConditionTest, ATabThatIsLeftWhileItWaitsHasNoPageUntilSomebodyComesB
     test::ClickRow(tree, Node(next), Qt::LeftButton, Qt::ControlModifier);
     ASSERT_TRUE(WaitFor([&] { return Browsers().size() == before + 1; }));
     if (shelf == nullptr) shelf = Browsers().back();
+    const auto picture = [](const QIcon& icon) { return icon.pixmap(16, 16).toImage(); };
+    EXPECT_EQ(picture(Browsers().back()->parentWidget()->windowIcon()),
+              picture(Icon(QStringLiteral("folder"))))
+        << "also before its page is there";
   }
   const auto countPages = [this] {
     const auto all = Browsers();

@@ -51,6 +51,22 @@ TEST(MainStatusBarTest, AFailureStaysBesideWhatOthersBrought) {
   EXPECT_EQ(bar.currentMessage(), QString());
 }
 
+// What was done is read to its end, and which folder it was all the same.
+TEST(MainStatusBarTest, WhereThereIsLittleRoomNamesAreShortenedBeforeTheirSentence) {
+  MainStatusBar bar;
+  const QString words = QStringLiteral("「%1」から：3通を「受信」に取り込みました。");
+  const QString whole =
+      words.arg(QStringLiteral("/home/sato/メール/").repeated(9) + QStringLiteral("2026.mbox"));
+  auto& line = *bar.findChild<QLabel*>(QStringLiteral("lbDone"));
+  line.setFixedWidth(line.fontMetrics().horizontalAdvance(
+      words.arg(QStringLiteral("あいうえおかきくけこさしす"))));
+  bar.OfferUndo(whole, [] {});
+  EXPECT_TRUE(line.toolTip().contains(whole));
+  EXPECT_TRUE(line.text().startsWith(QStringLiteral("「/home")) &&
+              line.text().endsWith(QStringLiteral("mbox」から：3通を「受信」に取り込みました。")))
+      << qPrintable(line.text());
+}
+
 TEST(MainStatusBarTest, StepsAreTakenBackTheLastOneFirst) {
   MainStatusBar bar;
   QStringList undone;

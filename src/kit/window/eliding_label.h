@@ -2,6 +2,7 @@
 
 #include <QLabel>
 
+#include "kit/window/elided_sentence.h"
 #include "kit/window/plain_text.h"
 #include "storage/base/shown_text.h"
 
@@ -14,7 +15,12 @@ class ElidingLabel : public QLabel {
   /// Whether it wants as much room as there is, or as its text needs; it does with less.
   enum class Room { AllThereIs, ForItsText };
 
-  explicit ElidingLabel(const QString& name, Room room = Room::AllThereIs) {
+  /// What goes first where there is too little room: the end, or the middles of the names in a
+  /// sentence of the program (`ElidedSentence`).
+  enum class Loses { End, Names };
+
+  explicit ElidingLabel(const QString& name, Room room = Room::AllThereIs, Loses loses = Loses::End)
+      : loses_(loses) {
     setObjectName(name);
     setTextFormat(Qt::PlainText);
     const bool takesAll = room == Room::AllThereIs;
@@ -48,8 +54,12 @@ class ElidingLabel : public QLabel {
   }
 
  private:
-  void Elide() { setText(fontMetrics().elidedText(whole_, Qt::ElideRight, width())); }
+  void Elide() {
+    setText(loses_ == Loses::Names ? ElidedSentence(whole_, fontMetrics(), width())
+                                   : fontMetrics().elidedText(whole_, Qt::ElideRight, width()));
+  }
 
+  Loses loses_;
   QString whole_;
 };
 

@@ -1,5 +1,8 @@
 #include "mail/store/drafts.h"
 
+#include <tuple>
+
+#include "mail/store/answer_notes.h"
 #include "mail/store/mail_row.h"
 #include "mail/store/mail_store.h"
 #include "mail/store/message_rows.h"
@@ -112,6 +115,9 @@ Result<Restored> Restore(Context& context, const SerialId& message, const Serial
   const Result<SerialId> stored =
       MailStore(context).StoreMessage(request, DraftObject(*draft).Source());
   if (!stored) return stored.Error();
+  if (const auto answered = AnswerNotes::Find(context, message)) {
+    std::ignore = AnswerNotes::Keep(context, *stored, *answered);
+  }
   Forget(context, message);
   return Restored{*stored, leftOut};
 }

@@ -154,7 +154,7 @@ void MessageWindow::Open(bool applyStoredCharset, const QByteArray& shown) {
   bars_->Show(opened);
   setWindowTitle(ShownText(GetMessageSubject(), kMostInTitle) + Ui::tr(" プロパティ"));
   ControlToolbarUpdate();
-  form_->TakeFocus(document_.IsEditable());
+  form_->TakeFocus(document_);
   SetEdited(false);
   reply_->Forget();
   sending_->ShowDoubt();

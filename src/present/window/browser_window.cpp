@@ -127,6 +127,7 @@ bool BrowserWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   }
   loader_->Show();
   tag_ = page_.request.Folder();
+  Q_EMIT Begun();
   return true;
 }
 

@@ -65,6 +65,8 @@ class BrowserWindow : public QWidget, public RequestWindow {
   void ControlToolbarUpdate();
 
  Q_SIGNALS:
+  /// It goes to what another request asks for; that page has yet to be loaded.
+  void Begun();
   /// A page has been loaded, or has taken the place of the one before; false when it could not be.
   void Loaded(bool ok);
   /// The user wants a step that a text of the program's own offers (`first_step`).

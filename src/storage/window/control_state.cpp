@@ -26,6 +26,7 @@ namespace {
 constexpr int kPrefixLength = 2;
 constexpr QSize kLeastShare(800, 560);  // of a small screen it is all
 constexpr QSize kDefaultSize(600, 400);
+constexpr int kAroundWindow = 50;  // at most, of a window that is as large as its screen
 
 QString TagOf(const QObject& object) {
   return object.property("tag").toString();
@@ -134,6 +135,24 @@ void SetValue(FormWindow& window, QWidget& control, const QVariant& value) {
   }
 }
 
+// As it was last, or as a window that is opened for the first time is meant to be, whether the
+// screen has room for that or not.
+QSize WantedSize(const Placement& kept, QSize screen) {
+  const int share = kept.Share();
+  return kept.Size(share > 0 ? (screen * share / 100).expandedTo(kLeastShare) : kDefaultSize);
+}
+
+// What a small screen cuts off a window is no wish of the user's.
+QSize SizeToKeep(const Placement& kept, const QWidget& window) {
+  const QSize screen = window.screen()->availableSize();
+  const QSize wanted = WantedSize(kept, screen);
+  const auto side = [](int now, int most, int wish) {
+    return now + kAroundWindow >= most ? qMax(now, wish) : now;
+  };
+  return {side(window.width(), screen.width(), wanted.width()),
+          side(window.height(), screen.height(), wanted.height())};
+}
+
 }  // namespace
 
 DiskPtr FormToDisk(FormWindow& window, const SerialId& serialId) {
@@ -180,11 +199,8 @@ void RestoreWindowPlacement(Context& context, QWidget& window, const QString& na
   const DiskPtr bag = PlacementBag(context, name);
   const Placement kept(*bag);
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-  const int share = kept.Share();
-  const QSize first =
-      share > 0 ? (screen.size() * share / 100).expandedTo(kLeastShare) : kDefaultSize;
   // The screen may have shrunk, or be scaled.
-  const QSize size = kept.Size(first).boundedTo(screen.size());
+  const QSize size = WantedSize(kept, screen.size()).boundedTo(screen.size());
   const QPoint centred = screen.center() - QPoint(size.width() / 2, size.height() / 2);
   const QRect place(kept.Position(centred), size);
   window.resize(size);
@@ -205,7 +221,7 @@ bool WasMaximized(Context& context, const QString& name) {
 void KeepWindowPlacement(Context& context, const QWidget& window, const QString& name) {
   const DiskPtr bag = PlacementBag(context, name);
   Placement::SetMaximized(*bag, window.isMaximized());
-  QRect place(window.pos(), window.size());
+  QRect place(window.pos(), SizeToKeep(Placement(*bag), window));
   if (window.isMaximized()) {
     place = window.normalGeometry();
     const Placement kept(*bag);

@@ -51,6 +51,7 @@ bool WasMaximized(Context& context, const QString& name);
 DiskPtr PlacementBag(Context& context, const QString& name);
 /// The name for which the main window keeps its own place, and its pieces theirs.
 inline const QString kMainPlacement = QStringLiteral("parent");
+/// Keeps where a window is now. Where the screen has cut it off its former size is kept.
 void KeepWindowPlacement(Context& context, const QWidget& window, const QString& name);
 
 }  // namespace vorn

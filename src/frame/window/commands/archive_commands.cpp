@@ -103,16 +103,16 @@ QString ImportedWords(const ImportCounts& counts, const QString& folder) {
   }
   if (counts.known > 0) words += Ui::tr("%n通は保存済みでした。", nullptr, counts.known);
   if (counts.kept > 0) {
-    words +=
-        Ui::tr("うち%n通は書きかけか送信待ちで、くずかごに入ったままです。", nullptr, counts.kept);
+    words += Ui::tr("うち%n通は未送信で、くずかごの中です。", nullptr, counts.kept);
   }
   return words.trimmed();
 }
 
-// A window for folders may hand over another one than the user believes.
+// A window for folders may hand over another one than the user believes. In front, where a line
+// with too little room is not cut off.
 QString FolderReadWords(const QStringList& paths) {
   if (!QFileInfo(paths.first()).isDir()) return {};
-  return Ui::tr("（フォルダ「%1」から）").arg(QDir::toNativeSeparators(paths.first()));
+  return Ui::tr("「%1」から：").arg(QDir::toNativeSeparators(paths.first()));
 }
 
 }  // namespace
@@ -184,7 +184,7 @@ void ArchiveCommands::Import(const QStringList& paths, const SerialId& current) 
 
 void ArchiveCommands::TellImported(const Result<>& imported, const ImportCounts& counts,
                                    const SerialId& folder, const QString& read) {
-  const QString text = ImportedWords(counts, NameOf(folder)) + read;
+  const QString text = read + ImportedWords(counts, NameOf(folder));
   const QString amiss = imported ? counts.notice : imported.Error().text;
   if (!amiss.isEmpty()) {
     ShowBox(&window_, QMessageBox::Warning, amiss + u'\n' + text);

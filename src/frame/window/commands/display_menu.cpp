@@ -80,10 +80,13 @@ void DisplayMenu::AddPanes() {
 
 void DisplayMenu::PlacePane(PanePlace place) {
   Settings settings(context_);
+  const PanePlace before = settings.ReadingPane();
   settings.SetReadingPane(place);
   const Result<> saved = SaveObject(context_, DatabaseKind::Profile, *settings.Bag());
   if (!saved) {
+    settings.SetReadingPane(before);
     ShowBox(&window_, QMessageBox::Critical, Ui::tr("設定を保存できません。") + saved.Error().text);
+    return;
   }
   Q_EMIT SettingsChanged();
 }

@@ -4,6 +4,7 @@
 
 #include "kit/window/plain_text.h"
 #include "mail/message_id.h"
+#include "mail/store/answer_notes.h"
 #include "mail/store/drafts.h"
 #include "mail/store/outbox.h"
 #include "objects/profile/standard_objects.h"
@@ -35,6 +36,7 @@ SerialIds AskOfDoubtful(Context& context, QWidget& window) {
 
 SerialIds AskOfDrafts(Context& context, QWidget& window) {
   const SerialIds drafts = Drafts::LeftBehind(context);
+  AnswerNotes::Sweep(context, drafts);
   const bool opens =
       !drafts.isEmpty() &&
       IsWanted(window, Ui::tr("前回、編集中のまま終了したメッセージが%n通あります。開きますか？",

@@ -10,6 +10,7 @@
 #include <QToolButton>
 #include <utility>
 
+#include "kit/window/elided_sentence.h"
 #include "kit/window/eliding_label.h"
 #include "kit/window/icons.h"
 #include "kit/window/plain_text.h"
@@ -38,7 +39,8 @@ MainStatusBar::MainStatusBar(QWidget* parent)
       chosen_(PlainLabel()),
       panel_(new QWidget),
       offer_(new QWidget),
-      done_(new ElidingLabel(QStringLiteral("lbDone"))),
+      done_(new ElidingLabel(QStringLiteral("lbDone"), ElidingLabel::Room::AllThereIs,
+                             ElidingLabel::Loses::Names)),
       takeBack_(new QToolButton) {
   setObjectName(QStringLiteral("sbStatus"));
   if (parent != nullptr) parent->installEventFilter(this);
@@ -221,7 +223,7 @@ void MainStatusBar::paintEvent(QPaintEvent* event) {
   }
   const QRect room(kEdge, 0, end - 2 * kEdge, height());
   painter.drawText(room, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine,
-                   fontMetrics().elidedText(currentMessage(), Qt::ElideRight, room.width()));
+                   ElidedSentence(currentMessage(), fontMetrics(), room.width()));
 }
 
 }  // namespace vorn

@@ -37,8 +37,8 @@ class MainStatusBar : public QStatusBar, public StatusPanel {
   void BeginCheck(bool isAsked);
   /// Says what a session brought, beside what the others of the same check brought: a failure does
   /// not hide what another one received. Failures stay until something else is said. Empty: it
-  /// brought nothing, which is said to who asked for it. Where several bring something, each is said
-  /// with what it is `about`, the account's name.
+  /// brought nothing, which is said to who asked for it. Where several bring something, each is
+  /// said with what it is `about`, the account's name.
   void Tell(const QString& sentence, bool isFailure, const QString& about = {});
   /// Says something in passing.
   void ShowForAWhile(const QString& sentence);

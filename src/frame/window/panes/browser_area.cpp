@@ -70,6 +70,7 @@ void BrowserArea::Add(BrowserWindow* window) {
         Icon(window->IsLocal() ? QStringLiteral("folder") : QStringLiteral("bookmark")));
   };
   showKind();
+  connect(window, &BrowserWindow::Begun, frame, showKind);
   connect(window, &BrowserWindow::Loaded, frame, showKind);
 }
 

@@ -50,7 +50,6 @@ NoticeBar* MessageBars::BuildAccountNotice(MessageHost& host) {
 
 void MessageBars::ShowErased() {
   isErased_ = IsErased(context_, document_);
-  if (isErased_) document_.Edits().Begin(document_.Bag());
   if (!isErased_ || document_.IsUnreadable()) {
     erased_->Say({});
   } else if (document_.IsEditable()) {

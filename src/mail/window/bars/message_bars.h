@@ -26,8 +26,7 @@ class MessageBars : public QWidget {
   bool ShowStanding();
   /// Whether a server refused what waits, as it stood when that was shown last.
   bool IsRefused() const { return isRefused_ && document_.IsWaiting(); }
-  /// Looks whether the message has been erased since it was opened, and says so; nothing of its
-  /// state is to be stored then.
+  /// Looks whether the message has been erased since it was opened, and says so.
   void ShowErased();
   bool SaysErased() const { return isErased_; }
   /// Says that what is written cannot be kept for the case of a crash, and why; nothing where it

@@ -1,9 +1,11 @@
 #include "mail/window/composing/draft_keeper.h"
 
 #include <QFileInfo>
+#include <tuple>
 
 #include "mail/attachment_files.h"
 #include "mail/message_document.h"
+#include "mail/store/answer_notes.h"
 #include "mail/store/drafts.h"
 #include "mail/window/composing/message_form.h"
 
@@ -90,6 +92,10 @@ void DraftKeeper::Keep() {
       source ? Drafts::Keep(context_, document_.Tag(), *source, leftOut) : source.Error();
   isDue_ = !kept;  // a full disk may have room again at the next turn
   if (told_) told_(kept);
+  if (!kept) return;
+  if (const auto answered = document_.AnsweredMessage()) {
+    std::ignore = AnswerNotes::Keep(context_, document_.Tag(), *answered);
+  }
 }
 
 }  // namespace vorn

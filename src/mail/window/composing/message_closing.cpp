@@ -63,6 +63,7 @@ bool MessageClosing::StoreEdited() {
   const Result<SerialId> stored = MailStore(context_).StoreMessage(*document_.Bag(), *source);
   if (stored) {
     Drafts::Forget(context_, document_.Tag());
+    NoteAnswer();
     host_.MessageStored();
     return true;
   }
@@ -105,18 +106,30 @@ bool MessageClosing::Leave() {
                               : Ui::tr("このメッセージを保存します。よろしいですか？"));
     if (answer == QMessageBox::Cancel) return false;
     if (answer != QMessageBox::Yes) {
-      Drafts::Forget(context_, document_.Tag());
+      ForgetWriting();
       return true;
     }
   }
-  if (isErased) MessageBag::SetStatus(*document_.Bag(), kStatusEdit);  // it was in the dust bin
   if (!document_.IsEditable() || (!isNew && !isErased && !isEdited_)) {
     StoreState();
     return true;
   }
+  return isErased ? StoreAnew() : StoreDraft();
+}
+
+bool MessageClosing::StoreDraft() {
   return form_.MayTakeChangedFiles(Ui::tr("添付ファイル「%1」は、添付してから変わっています。"
                                           "今の内容で保存してよろしいですか？")) &&
          StoreEdited();  // else the text stays
+}
+
+// What was erased was in the dust bin.
+bool MessageClosing::StoreAnew() {
+  const StoredState before = MessageBag(*document_.Bag()).State();
+  MessageBag::SetStatus(*document_.Bag(), kStatusEdit);
+  if (StoreDraft()) return true;
+  MessageBag::SetState(*document_.Bag(), before);
+  return false;
 }
 
 bool MessageClosing::Send() {
@@ -130,7 +143,6 @@ bool MessageClosing::StoreToSend() {
   FinishEditing();
   if (!HasSender()) return false;
   if (!StoreEdited()) return false;
-  NoteAnswer();
   host_.SendMessage(document_.Tag());
   return true;
 }
@@ -149,16 +161,24 @@ bool MessageClosing::HasSender() {
   return host_.ChooseSender(document_.Tag(), lines.join(kLineBreak), form_.Subject().text());
 }
 
-// On the message that this one answers or forwards.
+// The message that this one answers or forwards is marked when this one goes out. Until then it is
+// noted which one that is.
 void MessageClosing::NoteAnswer() {
-  const OpenMode mode = document_.Request().Mode();
-  const bool forwards = mode == OpenMode::Forward || mode == OpenMode::ForwardKeepFrom;
-  const bool answers = mode == OpenMode::Reply || mode == OpenMode::ReplyAll;
-  if (!document_.Request().HasOriginal() || (!forwards && !answers)) return;
+  const std::optional<Answered> answered = document_.AnsweredMessage();
+  if (!answered) return;
   // The answer itself is stored; the mark is no more than a help.
-  std::ignore = SetMark(context_, {document_.Request().Original()},
-                        forwards ? kFlagForwarded : kFlagAnswered, true);
-  host_.MessageStored();
+  if (!document_.IsSending()) {
+    std::ignore = AnswerNotes::Keep(context_, document_.Tag(), *answered);
+    return;
+  }
+  std::ignore = SetMark(context_, {answered->original}, answered->mark, true);
+  AnswerNotes::Forget(context_, document_.Tag());
+}
+
+// It is not going to be stored, or is so no more.
+void MessageClosing::ForgetWriting() {
+  Drafts::Forget(context_, document_.Tag());
+  AnswerNotes::Forget(context_, document_.Tag());
 }
 
 void MessageClosing::StoreState() {
@@ -184,7 +204,7 @@ void MessageClosing::Delete() {
     return;
   }
   document_.Request().BeDeleted();
-  Drafts::Forget(context_, document_.Tag());
+  ForgetWriting();
   host_.MessageStored();
   window_.close();
 }

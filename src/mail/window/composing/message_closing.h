@@ -39,6 +39,8 @@ class MessageClosing {
 
  private:
   bool Leave();
+  bool StoreDraft();
+  bool StoreAnew();
   bool Send();
   bool StoreToSend();
   void FinishEditing();
@@ -47,6 +49,7 @@ class MessageClosing {
   QMessageBox::StandardButton AskForChoice(const QString& question);
   bool StoreEdited();
   void NoteAnswer();
+  void ForgetWriting();
 
   Context& context_;
   MessageHost& host_;

@@ -18,6 +18,7 @@
 #include "mail/attached_pictures.h"
 #include "mail/codec/calendar/invitation.h"
 #include "mail/date_line.h"
+#include "mail/store/send_refusals.h"
 #include "mail/window/body/message_body.h"
 #include "mail/window/fields/address_list.h"
 #include "mail/window/fields/attachment_input.h"
@@ -234,8 +235,12 @@ void MessageForm::FitHead(const QString& date, bool isEditable) {
 }
 
 // A new message begins with what it lacks.
-void MessageForm::TakeFocus(bool isEditable) {
-  if (isEditable && !lvMailaddress_->HasRecipient()) {
+void MessageForm::TakeFocus(const MessageDocument& document) {
+  // Whom the server refused is what has to be mended.
+  const auto refusals = document.IsEditable() ? SendRefusals(context_, document.File()).All()
+                                              : QHash<SerialId, SendRefusal>();
+  if (lvMailaddress_->GoToNamed(refusals.value(document.Tag()).reply)) return;
+  if (document.IsEditable() && !lvMailaddress_->HasRecipient()) {
     lvMailaddress_->setCurrentCell(lvMailaddress_->rowCount() - 1, 1);
     lvMailaddress_->setFocus();
   } else {

@@ -27,8 +27,8 @@ class MessageForm : public QTabWidget {
 
   /// Shows the document as it was opened.
   void Show(const OpenedMessage& opened, const MessageDocument& document);
-  /// Puts the keyboard where the user begins.
-  void TakeFocus(bool isEditable);
+  /// Puts the keyboard where the user begins with the document.
+  void TakeFocus(const MessageDocument& document);
   /// Shows the text of a recorded event about the message on a page of its own; once.
   void ShowEvent(const QString& text);
   /// Takes over what is being typed: a row without Enter, what an input method composes.

@@ -11,11 +11,11 @@
 #include "mail/message_document.h"
 #include "mail/store/mail_store.h"
 #include "mail/store/outbox.h"
-#include "mail/store/send_refusals.h"
 #include "mail/window/bars/doubt_bar.h"
 #include "mail/window/composing/message_closing.h"
 #include "mail/window/composing/message_form.h"
 #include "mail/window/fields/address_list.h"
+#include "mail/window/host/cancelled_sending.h"
 #include "mail/window/host/message_host.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"
@@ -134,21 +134,9 @@ void MessageSending::Cancel() {
 }
 
 void MessageSending::Edit() {
-  const Result<> cancelled = MailStore(context_).CancelWaiting(*document_.Bag());
-  if (cancelled.Error().kind == StorageError::Kind::NotFound) {
-    ShowBox(&window_, QMessageBox::Information,
-            Ui::tr("このメッセージは、もう送信待ちではありません（送信中か、送信済みか、削除されて"
-                   "います）。"));
-  } else if (!cancelled) {
-    ShowBox(&window_, QMessageBox::Critical,
-            Ui::tr("送信をキャンセルできませんでした。") + cancelled.Error().text);
-  }
+  CancelSending(context_, window_, *document_.Bag());
   host_.MessageStored();
   Q_EMIT AnewWanted();
-  // Whom the server refused is what has to be mended.
-  if (!document_.IsEditable()) return;
-  const auto refusals = SendRefusals(context_, document_.File()).All();
-  form_.Addresses().GoToNamed(refusals.value(document_.Tag()).reply);
 }
 
 void MessageSending::ShowDoubt() {

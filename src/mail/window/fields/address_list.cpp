@@ -84,10 +84,14 @@ void AddressList::MarkNamed(const QString& text) {
   }
 }
 
-void AddressList::GoToNamed(const QString& text) {
+bool AddressList::GoToNamed(const QString& text) {
   for (int row = 0; row < rowCount(); ++row) {
-    if (!LineNaming(row, text).isEmpty()) return GoTo(row);
+    if (LineNaming(row, text).isEmpty()) continue;
+    GoTo(row);
+    if (auto* box = qobject_cast<QLineEdit*>(indexWidget(currentIndex()))) box->selectAll();
+    return true;
   }
+  return false;
 }
 
 // The last line of `text` that begins with an address of the row; empty when there is none.

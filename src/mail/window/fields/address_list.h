@@ -31,8 +31,8 @@ class AddressList : public RowList {
   void GoToFault();
   /// Marks the rows whose addresses begin a line of `text`, as the refused ones do in an event.
   void MarkNamed(const QString& text);
-  /// Puts the cursor into the first of these rows.
-  void GoToNamed(const QString& text);
+  /// Opens the first of these rows with all of it selected, to be written over; false without any.
+  bool GoToNamed(const QString& text);
   /// Adds an address to a list that can be edited.
   void Add(const AddressEntry& entry);
 

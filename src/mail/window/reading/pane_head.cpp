@@ -24,7 +24,7 @@ constexpr qsizetype kShownAddresses = 3;
 
 // The first ones; how many more there are is said in words.
 QString Addresses(const MessageModel& model, QStringView kind) {
-  const QStringList texts = ShownAddresses(model, kind);
+  const QStringList texts = ShownAddresses(model.addresses, kind);
   const qsizetype more = texts.size() - kShownAddresses;
   const QString shown = texts.mid(0, kShownAddresses).join(QStringLiteral(", "));
   return more > 0 ? shown + Ui::tr(" 他%1件").arg(more) : shown;

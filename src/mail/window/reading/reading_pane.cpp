@@ -15,6 +15,7 @@
 #include "mail/window/body/message_body.h"
 #include "mail/window/body/text_font.h"
 #include "mail/window/fields/clip_row.h"
+#include "mail/window/host/cancelled_sending.h"
 #include "mail/window/host/message_printing.h"
 #include "mail/window/reading/pane_head.h"
 #include "storage/databases.h"
@@ -93,8 +94,19 @@ NoticeBar* ReadingPane::BuildAppointment() {
 NoticeBar* ReadingPane::BuildRefusal() {
   auto* open = new QPushButton(Ui::tr("開いて編集.."));
   open->setObjectName(QStringLiteral("cmOpenRefused"));
-  connect(open, &QPushButton::clicked, this, [this] { Q_EMIT OpenWanted(OpenMode::Show); });
+  connect(open, &QPushButton::clicked, this, &ReadingPane::Mend);
   return new NoticeBar(QStringLiteral("frPaneRefused"), open);
+}
+
+// A window that shows it already becomes one in which it is edited.
+void ReadingPane::Mend() {
+  const DiskPtr request = NewRequest();
+  LookAtMessage(context_, *request);  // it may be edited already
+  if (MessageBag(*request).Status() == kStatusWaiting) {
+    CancelSending(context_, *window(), *request);
+    host_.MessageStored();
+  }
+  Q_EMIT OpenWanted(OpenMode::Show);
 }
 
 void ReadingPane::Show(const SerialId& serialId, bool marks) {

@@ -52,6 +52,7 @@ class ReadingPane : public QWidget {
   DiskPtr NewRequest() const;
   void Fill();
   void ShowRefusal();
+  void Mend();
   void Mark();
 
   Context& context_;

@@ -1,6 +1,7 @@
 #include "present/window/toolbar/folder_toolbar.h"
 
 #include <QAction>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QToolBar>
 
@@ -30,20 +31,34 @@ FolderToolbar::FolderToolbar(Context& context, QWidget* window)
   location_ = new LocationBox(this);
   location_->setMinimumWidth(kSmallestBox);
   search_ = new SearchBox(window, this);
-  connect(search_, &SearchBox::textChanged, this, &FolderToolbar::ShowLocation);
+  connect(search_, &SearchBox::textChanged, this, &FolderToolbar::Fit);
   search_->setMinimumWidth(fontMetrics().horizontalAdvance(u'M') * kSearchEms);
+  Lay();
+}
+
+void FolderToolbar::Lay() {
   // The boxes shrink before the buttons do.
   tbLocation_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
-  auto* bar = new QHBoxLayout(this);
-  bar->setContentsMargins(0, 0, kGap, 0);
-  bar->setSpacing(kGap);
-  bar->addWidget(tbLocation_);
-  bar->addWidget(pages_);
-  bar->addWidget(location_, 1);
-  bar->addWidget(search_, 2);
-  bar->addWidget(search_->Everywhere());
-  bar->addWidget(search_->Texts());
-  bar->addWidget(search_->Found());
+  choices_ = new QWidget(this);
+  auto* choices = new QHBoxLayout(choices_);
+  choices->setContentsMargins(0, 0, 0, 0);
+  choices->setSpacing(kGap);
+  for (QWidget* choice :
+       {static_cast<QWidget*>(search_->Everywhere()), static_cast<QWidget*>(search_->Texts()),
+        static_cast<QWidget*>(search_->Found())}) {
+    choices->addWidget(choice);
+  }
+  auto* lines = new QVBoxLayout(this);
+  lines->setContentsMargins(0, 0, kGap, 0);
+  lines->setSpacing(0);
+  line_ = new QHBoxLayout;
+  line_->setSpacing(kGap);
+  line_->addWidget(tbLocation_);
+  line_->addWidget(pages_);
+  line_->addWidget(location_, 1);
+  line_->addWidget(search_, 2);
+  line_->addWidget(choices_);
+  lines->addLayout(line_);
 }
 
 void FolderToolbar::BuildButtons() {
@@ -75,20 +90,51 @@ void FolderToolbar::BuildPageBox() {
   connect(pages_, &PageBox::TypedWanted, this, &FolderToolbar::TypedPageWanted);
 }
 
+void FolderToolbar::MeasureButtons() {
+  tbLocation_->setToolButtonStyle(Qt::ToolButtonIconOnly);
+  leastButtons_ = tbLocation_->minimumSizeHint().width();
+  if (hasWords_) tbLocation_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  allButtons_ = tbLocation_->sizeHint().width();
+}
+
+// Of what cannot give way.
+int FolderToolbar::LeastBesideButtons() const {
+  int least = kGap;
+  for (const QWidget* box : {static_cast<QWidget*>(pages_), static_cast<QWidget*>(search_)}) {
+    if (!box->isHidden())
+      least += kGap + box->minimumSizeHint().expandedTo(box->minimumSize()).width();
+  }
+  return least + (location_->isReadOnly() ? 0 : kGap + kSmallestBox);
+}
+
 // What is searched for says more than the folder's name does.
-void FolderToolbar::ShowLocation() {
-  const bool isRoomy = width() >= minimumSizeHint().width() + kSmallestBox + kGap;
-  location_->setVisible(!location_->isReadOnly() || (search_->text().isEmpty() && isRoomy));
+void FolderToolbar::Fit() {
+  const int room = width() - LeastBesideButtons();
+  const bool isSearching = !search_->text().isEmpty();
+  tbLocation_->setToolButtonStyle(hasWords_ && room >= allButtons_ ? Qt::ToolButtonTextBesideIcon
+                                                                   : Qt::ToolButtonIconOnly);
+  location_->setVisible(!location_->isReadOnly() ||
+                        (!isSearching && room >= allButtons_ + kGap + kSmallestBox));
+  choices_->setVisible(isSearching);
+  const bool isBelow = isSearching && room < leastButtons_ + kGap + choices_->sizeHint().width();
+  if (isBelow == (line_->indexOf(choices_) < 0)) return;
+  (isBelow ? static_cast<QBoxLayout*>(layout()) : line_)->addWidget(choices_);
 }
 
 QSize FolderToolbar::minimumSizeHint() const {
-  const QSize least = QWidget::minimumSizeHint();
-  return {least.width() - (location_->isHidden() ? 0 : kSmallestBox + kGap), least.height()};
+  const int choices = search_->text().isEmpty() ? 0 : choices_->minimumSizeHint().width();
+  return {qMax(LeastBesideButtons() + leastButtons_, choices), QWidget::minimumSizeHint().height()};
+}
+
+// One of the boxes may have become wider.
+bool FolderToolbar::event(QEvent* event) {
+  if (event->type() == QEvent::LayoutRequest) Fit();
+  return QWidget::event(event);
 }
 
 void FolderToolbar::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  ShowLocation();
+  Fit();
 }
 
 void FolderToolbar::Show(const State& state) {
@@ -103,8 +149,9 @@ void FolderToolbar::Show(const State& state) {
   pages_->Show(state.page, state.hasBefore, state.hasNext);
   pages_->setVisible(state.isFolder && (state.hasBefore || state.hasNext));
   search_->setVisible(state.canSearch);
-  tbLocation_->setToolButtonStyle(settings.HasIconToolbar() ? Qt::ToolButtonIconOnly
-                                                            : Qt::ToolButtonTextBesideIcon);
+  hasWords_ = !settings.HasIconToolbar();
+  MeasureButtons();
+  Fit();
 }
 
 void FolderToolbar::ShowPageCount(int pages) {

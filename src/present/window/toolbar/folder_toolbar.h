@@ -6,6 +6,7 @@
 #include "storage/context.h"
 
 class QAction;
+class QBoxLayout;
 class QToolBar;
 
 namespace vorn {
@@ -45,7 +46,8 @@ class FolderToolbar : public QWidget {
   LocationBox& Location() const { return *location_; }
   /// Where the user types what the folder is searched for.
   SearchBox& Search() const { return *search_; }
-  /// Where there is too little room the folder's name is left out first.
+  /// Where there is too little room the folder's name is left out first, then the words of the
+  /// buttons; what else there is to search goes into a line of its own.
   QSize minimumSizeHint() const override;
 
  Q_SIGNALS:
@@ -60,12 +62,16 @@ class FolderToolbar : public QWidget {
   void LinkFollowed(const QString& address);
 
  protected:
+  bool event(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  void Lay();
   void BuildButtons();
   void BuildPageBox();
-  void ShowLocation();
+  void MeasureButtons();
+  int LeastBesideButtons() const;
+  void Fit();
   QAction* AddButton(const QString& name, const QKeySequence& key, void (FolderToolbar::*wanted)());
 
   Context& context_;
@@ -77,6 +83,11 @@ class FolderToolbar : public QWidget {
   QAction* before_ = nullptr;
   QAction* seek_ = nullptr;
   QAction* next_ = nullptr;
+  QBoxLayout* line_ = nullptr;
+  QWidget* choices_ = nullptr;  // of what is searched
+  bool hasWords_ = false;       // where there is room
+  int leastButtons_ = 0;        // the width of the buttons without words, the last ones in a menu
+  int allButtons_ = 0;          // that of all as they are to be
 };
 
 }  // namespace vorn

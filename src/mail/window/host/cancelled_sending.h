@@ -1,0 +1,12 @@
+#pragma once
+
+#include "storage/context.h"
+
+class QWidget;
+
+namespace vorn {
+
+/// Makes a message that waits one that is edited, or tells before `window` why it cannot be.
+void CancelSending(Context& context, QWidget& window, const Disk& message);
+
+}  // namespace vorn
