@@ -1,9 +1,11 @@
 #include "kit/window/progress_window.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QLocale>
 #include <QThread>
 #include <QTimer>
+#include <QWindow>
 #include <memory>
 
 #include "storage/ui.h"
@@ -15,6 +17,8 @@ constexpr int kShowAfterMs = 300;
 constexpr qint64 kTurnMs = 40;  // how often the windows get their turn
 constexpr double kMegabyte = 1000 * 1000;
 constexpr int kReadSteps = 1000;
+constexpr int kExposedMs = 300;
+constexpr int kExposureLookMs = 20;
 
 }  // namespace
 
@@ -69,6 +73,20 @@ bool ProgressWindow::Wait(const QString& sentence, const std::function<bool()>& 
   dialog_->setLabelText(sentence);
   while (!isThere() && !IsEnded()) TakeTurn(QEventLoop::WaitForMoreEvents);
   return !IsEnded();
+}
+
+void ProgressWindow::Announce(const QString& sentence) {
+  show_.stop();
+  dialog_->setLabelText(sentence);
+  dialog_->setCancelButton(nullptr);
+  dialog_->show();
+  // The window system answers before it is painted, if it answers at all.
+  for (QDeadlineTimer shown(kExposedMs); !shown.hasExpired() && dialog_ != nullptr;) {
+    const QWindow* window = dialog_->windowHandle();
+    if (window != nullptr && window->isExposed()) shown.setRemainingTime(0);
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, kExposureLookMs);
+  }
+  if (dialog_ != nullptr) dialog_->repaint();
 }
 
 bool ProgressWindow::Run(const QString& sentence,

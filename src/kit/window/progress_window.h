@@ -24,6 +24,8 @@ class ProgressWindow {
   bool ShowRead(int done, qint64 bytes, qint64 total);
   /// Waits for something that the event loop brings; false when the user ended that.
   bool Wait(const QString& sentence, const std::function<bool()>& isThere);
+  /// Says at once what work follows in which the windows stand still and that cannot be ended.
+  void Announce(const QString& sentence);
   /// Does the work on another thread, while the windows go on, and waits for its end; false when
   /// the user ended it. Work that sees `stop` set ends soon.
   bool Run(const QString& sentence, const std::function<void(const std::atomic<bool>& stop)>& work);

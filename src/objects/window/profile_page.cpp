@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "kit/window/plain_text.h"
+#include "kit/window/progress_window.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/profile/profile_password.h"
@@ -346,6 +347,8 @@ PageFault ProfilePage::Check() {
 
 Result<> ProfilePage::ChangePassword(const Disk& profile) {
   if (!IsLoggedIn() || (txPassword_->text().isEmpty() && !ckNoPassword_->isChecked())) return {};
+  ProgressWindow progress(window(), Ui::tr("パスワードの変更"));
+  progress.Announce(Ui::tr("パスワードを変えています。メッセージが多いと、しばらくかかります。"));
   return ChangeProfilePassword(context_, profile, ProfileBag(*context_.Session).Password(),
                                txPassword_->text());
 }

@@ -87,34 +87,46 @@ bool MessageClosing::Close(Intent intent) {
   return isClosed_ = intent == Intent::Send ? Send() : Leave();
 }
 
+LeftMessage MessageClosing::Left() const {
+  LeftMessage left{.isUnreadable = document_.IsUnreadable(),
+                   .isNew = document_.IsNew(),
+                   .isAnswer = document_.Request().Mode() != OpenMode::Show,
+                   .isEditable = document_.IsEditable(),
+                   .isEdited = isEdited_};
+  left.isErased = left.isEditable && IsErased(context_, document_);
+  left.isBlank = left.isNew && HoldsNothing();
+  return left;
+}
+
 bool MessageClosing::Leave() {
   if (!document_.HasRequest() || document_.Request().IsDeleted()) return true;
-  if (document_.IsUnreadable()) {
-    StoreState();
-    return true;
-  }
-  FinishEditing();
-  const bool isNew = document_.IsNew();
-  const bool isAnswer = document_.Request().Mode() != OpenMode::Show;
-  if (isNew && isAnswer && !isEdited_) return true;  // it can be made again
-  if (isNew && HoldsNothing() && Settings(context_).Care().dropsBlank) return true;
-  const bool isErased = document_.IsEditable() && IsErased(context_, document_);
-  if (isNew || isErased) {
-    const auto answer =
-        AskForChoice(isErased ? Ui::tr("このメッセージは削除されました。新しいメッセージとして"
-                                       "保存します。よろしいですか？")
-                              : Ui::tr("このメッセージを保存します。よろしいですか？"));
-    if (answer == QMessageBox::Cancel) return false;
-    if (answer != QMessageBox::Yes) {
-      ForgetWriting();
+  if (!document_.IsUnreadable()) FinishEditing();
+  const Leaving leaving = RuleOfLeaving(Left(), Settings(context_).Care().dropsBlank);
+  switch (leaving) {
+    case Leaving::Dropped:
       return true;
-    }
+    case Leaving::AskedAbout:
+    case Leaving::AskedAboutAnew:
+      return LeaveAsked(leaving == Leaving::AskedAboutAnew);
+    case Leaving::Stored:
+      return StoreDraft();
+    case Leaving::StateKept:
+      StoreState();
   }
-  if (!document_.IsEditable() || (!isNew && !isErased && !isEdited_)) {
-    StoreState();
+  return true;
+}
+
+bool MessageClosing::LeaveAsked(bool isAnew) {
+  const auto answer =
+      AskForChoice(isAnew ? Ui::tr("このメッセージは削除されました。新しいメッセージとして"
+                                   "保存します。よろしいですか？")
+                          : Ui::tr("このメッセージを保存します。よろしいですか？"));
+  if (answer == QMessageBox::Cancel) return false;
+  if (answer != QMessageBox::Yes) {
+    ForgetWriting();
     return true;
   }
-  return isErased ? StoreAnew() : StoreDraft();
+  return isAnew ? StoreAnew() : StoreDraft();
 }
 
 bool MessageClosing::StoreDraft() {

@@ -2,6 +2,7 @@
 
 #include <QMessageBox>
 
+#include "mail/closing_rules.h"
 #include "storage/context.h"
 
 class QWidget;
@@ -38,7 +39,9 @@ class MessageClosing {
   void Delete();
 
  private:
+  LeftMessage Left() const;
   bool Leave();
+  bool LeaveAsked(bool isAnew);
   bool StoreDraft();
   bool StoreAnew();
   bool Send();
