@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QDir>
-
 #include "frame/source_watch.h"
 #include "mail/archive/export_messages.h"
 #include "mail/archive/import_messages.h"

@@ -100,6 +100,12 @@ TEST_F(MailStoreTest, SeveralMessagesAreStoredTogetherOrNotAtAll) {
   EXPECT_FALSE(store_.StoreMessages(messages));
   EXPECT_EQ(Column(QStringLiteral("COUNT(0)")), QStringLiteral("0"));
   ASSERT_TRUE(Run("DROP TRIGGER full"));
+  // One with its folders too.
+  ASSERT_TRUE(
+      Run("CREATE TRIGGER full BEFORE INSERT ON folder BEGIN SELECT RAISE(ABORT, 'full'); END"));
+  EXPECT_FALSE(store_.StoreMessage(*Request(u"c"_id, QStringLiteral("shelf")), "Subject: x\r\n"));
+  EXPECT_EQ(Column(QStringLiteral("COUNT(0)")), QStringLiteral("0"));
+  ASSERT_TRUE(Run("DROP TRIGGER full"));
   EXPECT_TRUE(store_.StoreMessages(messages));
   EXPECT_EQ(Column(QStringLiteral("COUNT(0)")), QStringLiteral("2"));
 }
