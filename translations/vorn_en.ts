@@ -4911,5 +4911,13 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <source>「%1」から：</source>
         <translation>From “%1”: </translation>
     </message>
+    <message>
+        <source>パスワードの変更</source>
+        <translation>Changing the password</translation>
+    </message>
+    <message>
+        <source>パスワードを変えています。メッセージが多いと、しばらくかかります。</source>
+        <translation>The password is being changed. With many messages this takes a while.</translation>
+    </message>
 </context>
 </TS>

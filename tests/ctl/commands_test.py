@@ -86,18 +86,10 @@ class Commands(unittest.TestCase):
         self.add_account()
         self.add_account(code=1)
         self.assertIn("同じオブジェクト名", self.errors)
-        self.add_account("--in-protocol", "imap", code=2, name="x")
         self.add_account("--out-port", "many", "--out-password-fd", "0", code=2, name="x")
         self.assertIn("--out-port", self.errors)
-        self.run_ctl("receive", "--account", "nobody", code=1)
-        self.run_ctl("list", "nowhere", code=1)
-        self.run_ctl("page", "受信", code=2)
-        self.run_ctl("receive", "--frobnicate", "x", code=2)
-        self.run_ctl(code=2)
-        self.run_ctl("--profile", "nobody", "list", "受信", code=3)
         self.run_ctl("--password-fd", "0", "list", "受信", code=3, stdin=b"wrong\n")
         self.assertIn("ログインできませんでした", self.errors)
-        self.run_ctl("inspect", "/nonexistent", code=1)
         self.run_ctl("import", "/nonexistent", os.path.join(SAMPLES, sorted(os.listdir(SAMPLES))[0]), code=1)
         out = os.path.join(self.folder.name, "out")
         self.run_ctl("compose", "--body-file", __file__, "--attach", "/nonexistent", "--out", out,
@@ -204,6 +196,9 @@ class Commands(unittest.TestCase):
             mail.write_bytes(b"From: a@x\r\nSubject: s\r\n\r\n" + text.encode(code) + b"\r\n")
             opened = json.loads(self.run_ctl("open", "0", str(mail), "--json"))
             self.assertIn(text, opened["text"], code)
+        # A raw subject that is in another code than the text.
+        mail.write_bytes("From: a@x\r\nSubject: 山田\r\n\r\n".encode("euc_jp") + text.encode("iso2022_jp") + b"\r\n")
+        self.assertEqual(json.loads(self.run_ctl("open", "0", str(mail), "--json"))["subject"], "山田")
 
     def test_a_stored_message_is_opened_as_its_window_opens_it(self):
         self.add_account("--default")

@@ -9,15 +9,16 @@ usage: corruption_test.py VORNCTL LOOPBACK_SERVER CORRUPTIONS [SEED]
 import collections
 import fcntl
 import json
-import os
 import pathlib
 import poplib
 import random
 import re
 import shutil
-import subprocess
 import sys
 import tempfile
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
+import vornctl  # noqa: E402
 
 VORNCTL, SERVER, COUNT = sys.argv[1], sys.argv[2], int(sys.argv[3])
 SEED = int(sys.argv[4]) if len(sys.argv) > 4 else 20261125
@@ -38,12 +39,12 @@ def message(number, size):
     return ("\r\n".join(lines) + "\r\n").encode()
 
 
-class Store:
+class Store(vornctl.Store):
     """A data folder and a mail server, both of which can be put back to how they were."""
 
     def __init__(self, work):
-        self.work, self.data, self.mail = work, work / "data", work / "mail"
-        self.environment = dict(os.environ, XDG_CONFIG_HOME=str(work / "config"))
+        super().__init__(VORNCTL, work)
+        self.mail = work / "mail"
         self.server, self.port = None, 0
         self.mail.mkdir()
 
@@ -53,9 +54,9 @@ class Store:
         self.mail.mkdir()
         for number in numbers:
             (self.mail / f"{number:03d}.eml").write_bytes(SOURCES[number])
-        self.server = subprocess.Popen([SERVER, "--mail", self.mail, "--pop3-port",
-                                        str(self.port)], stdout=subprocess.PIPE, text=True)
-        self.port = int(self.server.stdout.readline().split()[1])
+        self.server, port, _ = vornctl.serve(SERVER, "--mail", self.mail, "--pop3-port",
+                                             str(self.port))
+        self.port = int(port)
 
     def stop(self):
         if self.server is not None:
@@ -75,10 +76,8 @@ class Store:
         return subjects
 
     def ctl(self, *arguments, stdin=b""):
-        done = subprocess.run([VORNCTL, "--data", str(self.data), *arguments], input=stdin,
-                              capture_output=True, env=self.environment, timeout=300)
+        done = self.run(*arguments, stdin=stdin, codes=range(5))
         done.stdout, done.stderr = done.stdout.decode(), done.stderr.decode()
-        assert done.returncode in range(5), (arguments, done.returncode, done.stderr)
         words = ENGINE_WORDS.search(done.stderr.replace(str(self.work), ""))
         assert not words, f"the engine speaks: {done.stderr}"
         return done
@@ -100,11 +99,7 @@ def prepare(store):
     log alone."""
     store.serve(range(STORED))
     for name, more in (("keep", []), ("delete", ["--delete-on-server"])):
-        done = store.ctl("account", "add", "--in-security", "none",
-                         "--out-security", "none", "--name", name, "--address", "b@example.jp",
-                         "--in-server", "127.0.0.1", "--in-port", str(store.port), "--in-user",
-                         "demo", "--in-password-fd", "0", *more, stdin=b"demo\n")
-        assert done.returncode == 0, done.stderr
+        store.add_account(name, "--in-port", str(store.port), *more)
     assert store.ctl("receive", "--account", "keep").returncode == 0
     shutil.copytree(store.data, store.work / "closed")
     store.serve(range(STORED + LOGGED))

@@ -2,7 +2,7 @@
 """The code of a profile without a password is kept by a real secret service of the desktop: it opens
 while that is unlocked and with nothing but the typed code otherwise.
 
-usage: desktop_secrets_test.py VORNCTL
+usage: desktop_secrets_test.py VORNCTL LYING_SECRETS
 """
 import os
 import pathlib
@@ -13,7 +13,7 @@ import sys
 import tempfile
 import time
 
-VORNCTL = sys.argv[1]
+VORNCTL, LYING_SECRETS = sys.argv[1:3]
 LIMIT = 300  # seconds
 BUS = """<busconfig><type>session</type><listen>unix:path=%s</listen>
 <policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/>
@@ -44,10 +44,12 @@ class Desktop:
         self.start([], b"")
 
     def start(self, options, typed):
+        self.run(["gnome-keyring-daemon", "--foreground", "--components=secrets", *options], typed)
+
+    def run(self, command, typed=b""):
         self.stop()
         self.service = subprocess.Popen(
-            ["gnome-keyring-daemon", "--foreground", "--components=secrets", *options],
-            stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+            command, stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
             env=self.environment)
         self.service.stdin.write(typed)
         self.service.stdin.close()
@@ -119,6 +121,12 @@ def main():
             code = plain.key_file().read_text().strip()
             assert re.fullmatch(r"([0-9A-Z]{5}-){5}[0-9A-Z]{5}", code), code
             former = code
+
+            # One that says yes and keeps nothing is not believed.
+            desktop.run([LYING_SECRETS])
+            lied = Store(work / "lied", desktop.environment)
+            assert lied.login() == "" and lied.login() == ""
+            assert re.fullmatch(r"([0-9A-Z]{5}-){5}[0-9A-Z]{5}", lied.key_file().read_text().strip())
 
             desktop.unlock()
             store = Store(work / "data", desktop.environment)

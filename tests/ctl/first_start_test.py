@@ -4,41 +4,30 @@ Whatever happened, the next start finds one usable profile.
 
 usage: first_start_test.py VORNCTL KILLS PAIRS
 """
-import os
 import pathlib
 import random
-import signal
 import subprocess
 import sys
 import tempfile
 import time
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
+import vornctl  # noqa: E402
+
 VORNCTL, KILLS, PAIRS = sys.argv[1], int(sys.argv[2]), int(sys.argv[3])
 
 
-class Store:
+class Store(vornctl.Store):
     """A data folder and user settings of their own, neither there yet."""
 
     def __init__(self, work, number):
-        self.data = work / f"data{number}"
-        self.environment = dict(os.environ, XDG_CONFIG_HOME=str(work / f"config{number}"))
-
-    def start(self, *arguments):
-        return subprocess.Popen([VORNCTL, "--data", str(self.data), *arguments],
-                                stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                                env=self.environment)
-
-    def run(self, *arguments):
-        process = self.start(*arguments)
-        out, err = process.communicate()
-        assert process.returncode == 0, (self.data, out.decode(), err.decode())
-        return out.decode()
+        super().__init__(VORNCTL, work, f"data{number}", f"config{number}")
 
     def assert_usable(self):
         # Opening again after the work shows that nothing was left half done.
         for _ in range(2):
-            self.run("list", "受信")
-        self.run("check")
+            self.ctl("list", "受信")
+        self.ctl("check")
         profiles = sorted(path.name for path in self.data.glob("_profile*"))
         assert len(profiles) == 1, profiles
         left = [str(path) for path in self.data.rglob("*.new-*")]
@@ -50,7 +39,7 @@ def main():
         work = pathlib.Path(folder)
         whole = Store(work, "whole")
         started = time.monotonic()
-        whole.run("list", "受信")
+        whole.ctl("list", "受信")
         # How long a start takes changes with what else the machine does.
         longest = time.monotonic() - started
         chance = random.Random(20261125)
@@ -64,7 +53,7 @@ def main():
                 process.communicate(timeout=chance.uniform(0.005, longest))
                 longest = time.monotonic() - started
             except subprocess.TimeoutExpired:
-                process.send_signal(signal.SIGKILL)
+                process.kill()
                 process.communicate()
                 longest *= 1.05
                 killed += 1

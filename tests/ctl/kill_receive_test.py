@@ -4,17 +4,17 @@ moment, every message is in the store or on the server, and in the end each is s
 
 usage: kill_receive_test.py VORNCTL LOOPBACK_SERVER KILLS
 """
-import json
-import os
 import pathlib
 import poplib
 import random
-import signal
 import smtplib
 import subprocess
 import sys
 import tempfile
 import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
+import vornctl  # noqa: E402
 
 VORNCTL, SERVER, KILLS = sys.argv[1], sys.argv[2], int(sys.argv[3])
 BATCH = 40
@@ -27,21 +27,11 @@ def main():
 
 def run(work):
     (work / "mail").mkdir()
-    environment = dict(os.environ, XDG_CONFIG_HOME=str(work / "config"))
-    server = subprocess.Popen([SERVER, "--mail", str(work / "mail")], stdout=subprocess.PIPE,
-                              text=True)
-    words = server.stdout.readline().split()
-    pop3_port, smtp_port = int(words[1]), int(words[3])
-
-    def ctl(*arguments, stdin=b""):
-        done = subprocess.run([VORNCTL, "--data", str(work / "data"), *arguments], input=stdin,
-                              capture_output=True, env=environment)
-        assert done.returncode == 0, done.stderr.decode()
-        return done.stdout.decode()
+    store = vornctl.Store(VORNCTL, work)
+    server, pop3_port, smtp_port = vornctl.serve(SERVER, "--mail", str(work / "mail"))
 
     def stored():
-        rows = [json.loads(line) for line in ctl("list", "受信", "--json").splitlines()]
-        return [row["subject"] for row in rows]
+        return [row["subject"] for row in store.rows("list", "受信")]
 
     def on_server():
         box = poplib.POP3("127.0.0.1", pop3_port)
@@ -55,10 +45,7 @@ def run(work):
         box.close()  # without QUIT
         return subjects
 
-    ctl("account", "add", "--in-security", "none",
-        "--out-security", "none", "--name", "a", "--address", "a@example.jp", "--in-server", "127.0.0.1",
-        "--in-port", str(pop3_port), "--in-user", "demo", "--in-password-fd", "0",
-        "--delete-on-server", stdin=b"demo\n")
+    store.add_account("a", "--in-port", pop3_port, "--delete-on-server")
     chance = random.Random(20261124)
     expected, longest, runs, killed = [], 0.3, 0, 0
     while killed < KILLS:
@@ -70,14 +57,13 @@ def run(work):
                 smtp.sendmail("x@example.jp", ["a@example.jp"],
                               f"Subject: {subject}\r\n\r\n{'text ' * 400}\r\n")
         started = time.monotonic()
-        process = subprocess.Popen([VORNCTL, "--data", str(work / "data"), "receive"],
-                                   stdout=subprocess.DEVNULL, env=environment)
+        process = store.start("receive")
         try:
-            process.wait(chance.uniform(0.02, longest))
+            process.communicate(timeout=chance.uniform(0.02, longest))
             longest = max(0.1, time.monotonic() - started)  # changes with the machine's load
         except subprocess.TimeoutExpired:
-            process.send_signal(signal.SIGKILL)
-            process.wait()
+            process.kill()
+            process.communicate()
             longest *= 1.05
             killed += 1
         # Looking into the store every time would take most of the test's time.
@@ -86,11 +72,11 @@ def run(work):
             assert len(held) == len(set(held)), f"stored twice after run {runs}"
             missing = set(expected) - set(held) - set(on_server())
             assert not missing, f"lost after run {runs}: {sorted(missing)[:5]}"
-    ctl("receive")
+    store.ctl("receive")
     held = stored()
     assert sorted(held) == sorted(expected), (len(held), len(expected))
     assert on_server() == [], "left on the server"
-    ctl("check")
+    store.ctl("check")
     server.terminate()
     server.wait()
     print(f"{killed} of {runs} runs killed, {len(expected)} messages, each stored once")

@@ -6,14 +6,15 @@ shown as doubtful; and an archive is imported once.
 usage: kill_send_test.py VORNCTL KILLS
 """
 import collections
-import json
-import os
 import pathlib
 import random
 import subprocess
 import sys
 import tempfile
 import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
+import vornctl  # noqa: E402
 
 VORNCTL, KILLS = sys.argv[1], int(sys.argv[2])
 SINK = pathlib.Path(__file__).resolve().parent.parent / "support" / "smtp_sink.py"
@@ -24,26 +25,6 @@ TEXT = "text text text text text text text\r\n" * 500
 def main():
     with tempfile.TemporaryDirectory() as folder:
         run(pathlib.Path(folder))
-
-
-class Store:
-    def __init__(self, work):
-        self.work = work
-        self.environment = dict(os.environ, XDG_CONFIG_HOME=str(work / "config"))
-
-    def start(self, *arguments):
-        return subprocess.Popen([VORNCTL, "--data", str(self.work / "data"), *arguments],
-                                stdout=subprocess.DEVNULL, stderr=subprocess.PIPE,
-                                env=self.environment)
-
-    def ctl(self, *arguments, stdin=b"", codes=(0,)):
-        done = subprocess.run([VORNCTL, "--data", str(self.work / "data"), *arguments], input=stdin,
-                              capture_output=True, env=self.environment)
-        assert done.returncode in codes, (arguments, done.returncode, done.stderr.decode())
-        return done.stdout.decode()
-
-    def rows(self, *arguments):
-        return [json.loads(line) for line in self.ctl(*arguments, "--json").splitlines()]
 
 
 def subject_of(source):
@@ -91,15 +72,12 @@ def import_once(store, chance):
 
 
 def run(work):
-    store, sink = Store(work), work / "sink"
+    store, sink = vornctl.Store(VORNCTL, work), work / "sink"
     sink.mkdir()
     server = subprocess.Popen(["/usr/bin/python3", str(SINK), str(sink), "--delay", "0.1"], stdout=subprocess.PIPE,
                               text=True)
     port = server.stdout.readline().strip()
-    store.ctl("account", "add", "--in-security", "none",
-              "--out-security", "none", "--name", "a", "--address", "a@example.jp", "--in-server",
-              "127.0.0.1", "--in-user", "a", "--in-password-fd", "0", "--out-server", "127.0.0.1",
-              "--out-port", port, "--default", stdin=b"x\n")
+    store.add_account("a", "--out-port", port, "--default")
     chance = random.Random(20261125)
     asked, inside, longest = [], 0, 1.0
     for kill in range(KILLS):
@@ -125,7 +103,7 @@ def run(work):
             check(store, sink, asked)
         if kill % 25 == 24:
             import_once(store, chance)
-    store.ctl("send", codes=(0, 1))
+    store.run("send", codes=(0, 1))
     doubtful, waiting = check(store, sink, asked)
     assert not waiting, f"still waiting: {sorted(waiting)[:5]}"
     arrived = len(list(sink.iterdir()))

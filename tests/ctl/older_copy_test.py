@@ -6,16 +6,16 @@ server, and every command tells of it.
 usage: older_copy_test.py VORNCTL LOOPBACK_SERVER
 """
 import fcntl
-import json
-import os
 import pathlib
 import random
 import shutil
 import smtplib
 import socket
-import subprocess
 import sys
 import tempfile
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
+import vornctl  # noqa: E402
 
 VORNCTL, SERVER = sys.argv[1], sys.argv[2]
 DRAFT = b"From: a@example.jp\r\nTo: b@example.org\r\nSubject: %d\r\n\r\ntext\r\n.\r\n"
@@ -36,42 +36,25 @@ def free_port():
         return str(port)
 
 
-class Store:
+class Store(vornctl.Store):
     def __init__(self, work):
-        self.work, self.data = work, work / "data"
-        self.environment = dict(os.environ, XDG_CONFIG_HOME=str(work / "config"))
+        super().__init__(VORNCTL, work)
         self.ports = (free_port(), free_port())
         self.serve()
         self.stop()
-        self.ctl("account", "add", "--in-security", "none",
-                 "--out-security", "none", "--name", "a", "--address", "a@example.jp", "--in-server",
-                 "127.0.0.1", "--in-port", self.ports[0], "--in-user", "demo", "--in-password-fd",
-                 "0", "--out-server", "127.0.0.1", "--out-port", self.ports[1],
-                 "--delete-on-server", "--default", stdin=b"demo\n")
+        self.add_account("a", "--in-port", self.ports[0], "--out-port", self.ports[1],
+                         "--delete-on-server", "--default")
 
     def serve(self):
         """A server whose mailbox gets what it is sent, and says so."""
-        self.server = subprocess.Popen([SERVER, "--tell", "--pop3-port", self.ports[0],
-                                        "--smtp-port", self.ports[1]],
-                                       stdout=subprocess.PIPE, text=True)
-        said = self.server.stdout.readline()
-        assert said.split()[1::2][:2] == list(self.ports), said
+        self.server, *ports = vornctl.serve(SERVER, "--tell", "--pop3-port", self.ports[0],
+                                            "--smtp-port", self.ports[1])
+        assert tuple(ports) == self.ports, ports
 
     def stop(self):
         """How many messages it was given."""
         self.server.kill()
         return self.server.communicate()[0].count("accepted")
-
-    def ctl(self, *arguments, stdin=b"", code=0):
-        done = subprocess.run([VORNCTL, "--data", self.data, *arguments], input=stdin,
-                              capture_output=True, env=self.environment)
-        assert done.returncode == code, (arguments, done.returncode, done.stdout.decode(),
-                                         done.stderr.decode())
-        return (done.stdout + done.stderr).decode()
-
-    def rows(self, *arguments, code=0):
-        lines = self.ctl(*arguments, "--json", code=code).splitlines()
-        return [json.loads(line) for line in lines if line.startswith("{")]
 
     def mail_file(self):
         return next(path for path in self.data.glob("_profile*/*.mbx")
@@ -97,7 +80,7 @@ def expect_older(store, waiting):
     assert "古い状態" in store.ctl("check", code=1)
     said = store.ctl("receive", code=1)
     assert "受信しません" in said, said
-    doubtful = store.rows("doubtful", "list", code=0)
+    doubtful = store.rows("doubtful", "list")
     assert len(doubtful) == waiting, doubtful
     store.ctl("send", code=1 if waiting else 0)
     assert "古い状態" in store.ctl("check", code=1), "not forgotten"
@@ -186,11 +169,8 @@ def older_copy_beside_a_log(store):
     assert store.stop() == 3
     shutil.copyfile(copy, store.mail_file())
     store.serve()
-    both = [subprocess.Popen([VORNCTL, "--data", store.data, command], env=store.environment,
-                             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-            for command in ("send", "receive")]
-    for program in both:
-        program.wait()
+    for program in [store.start(command) for command in ("send", "receive")]:
+        program.communicate()
     expect_older(store, 3)
     assert store.stop() == 0, "sent again"
     assert not log.exists() and pathlib.Path(f"{log}.damaged1").exists(), "the log is kept"

@@ -12,6 +12,9 @@ import sys
 import tempfile
 import time
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
+import vornctl  # noqa: E402
+
 VORNCTL, WORKER, SAMPLES = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
 
 
@@ -32,14 +35,11 @@ def main():
 
 
 def run(work):
-    environment = dict(os.environ, XDG_CONFIG_HOME=str(work / "config"))
-    data, page = work / "data", work / "page.html"
+    store = vornctl.Store(VORNCTL, work)
+    data, page = store.data, work / "page.html"
 
     def ctl(*arguments):
-        done = subprocess.run([VORNCTL, "--data", str(data), *arguments], capture_output=True,
-                              env=environment, timeout=120)
-        assert done.returncode == 0, done.stderr.decode()
-        return done.stderr.decode()
+        return store.run(*arguments).stderr.decode()
 
     ctl("import", str(next(SAMPLES.glob("*.eml"))))
     assert_private(data)
@@ -50,7 +50,7 @@ def run(work):
 
     # While a program works: its logs, copies and locks.
     worker = subprocess.Popen([WORKER, str(data), ""], stdout=subprocess.PIPE, text=True,
-                              env=environment)
+                              env=store.environment)
     while not worker.stdout.readline().startswith("changed"):
         pass
     for _ in range(200):
@@ -64,7 +64,7 @@ def run(work):
 
     # What an earlier version left open to others is closed at the next start.
     other = work / "other"
-    data = other
+    store.data = other
     ctl("list", "受信")
     (other / "temp").mkdir(exist_ok=True)
     (other / "temp" / "page.html").write_text("x")

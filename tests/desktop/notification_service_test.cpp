@@ -2,7 +2,6 @@
 
 #include "desktop/notification_service.h"
 
-#include <QElapsedTimer>
 #include <QLocalServer>
 #include <QLocalSocket>
 

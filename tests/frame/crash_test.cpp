@@ -1,14 +1,7 @@
-// The store under sudden death and a full disk.
+// The store on a full disk, and a change of its password beside other programs.
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QFile>
-#include <QProcess>
-#include <QRandomGenerator>
-#include <QSet>
-#include <QStorageInfo>
 #include <chrono>
 #include <thread>
 
@@ -25,103 +18,10 @@
 namespace vorn {
 namespace {
 
-using test::ReadFile;
 using test::TestProfile;
-
-// What a worker said it had done.
-struct Report {
-  QSet<QString> stored;
-  QSet<QString> opened;
-  QString password;
-  std::optional<QString> nextPassword;  // of a change under way
-
-  void Read(const QByteArray& output) {
-    for (const QByteArray& line : output.split('\n')) {
-      const QString value = QString::fromLatin1(line.mid(line.indexOf(' ') + 1));
-      if (line.startsWith("stored ")) stored.insert(value);
-      if (line.startsWith("opened ")) opened.insert(value);
-      if (line.startsWith("changing ")) nextPassword = value;
-      if (line.startsWith("changed ")) password = value;
-      EXPECT_FALSE(line.startsWith("error ") || line.startsWith("refused ")) << line.toStdString();
-    }
-  }
-};
 
 FileContents ContentsOf(const QString& file) {
   return file.endsWith(u"profile.mbx") ? FileContents::Objects : FileContents::Messages;
-}
-
-// Kills the worker some moments after it has reported a number of things. Counting reports rather
-// than milliseconds makes every kind of work meet its death on slow machines too.
-QByteArray RunAndKill(const QString& folder, const QString& password) {
-  constexpr int kMostReports = 12;  // a round with a password change has eight
-  constexpr int kMostMs = 200;
-  QProcess worker;
-  worker.start(QStringLiteral(VORN_STORE_WORKER), {folder, password});
-  const int reports = QRandomGenerator::global()->bounded(1, kMostReports);
-  QByteArray output;
-  while (output.count('\n') < reports && worker.waitForReadyRead(-1)) {
-    output += worker.readAllStandardOutput();
-  }
-  EXPECT_GE(output.count('\n'), reports) << output.toStdString();
-  worker.waitForFinished(QRandomGenerator::global()->bounded(1, kMostMs));
-  worker.kill();
-  worker.waitForFinished(-1);
-  return output + worker.readAllStandardOutput();
-}
-
-TEST(Crash, AKilledProcessLosesNothingThatWasReported) {
-  QTemporaryDir folder;
-  const QString data = folder.path() + QStringLiteral("/data/");
-  Report report;
-  {
-    Context context;
-    ASSERT_TRUE(StartUp(context, data));
-    ASSERT_TRUE(CreateFirstProfile(context));
-    ASSERT_TRUE(LogIn(context, {}, {}));
-    context.Data.CloseAll();
-  }
-  const int kills = test::Rounds(20, 100);
-  int changes = 0;
-  for (int kill = 0; kill < kills; ++kill) {
-    const QString before = report.password;
-    report.Read(RunAndKill(data, report.password));
-
-    Context context;
-    ASSERT_TRUE(StartUp(context, data));
-    // A change that was under way has happened whole or not at all.
-    if (!LogIn(context, {}, report.password)) {
-      ASSERT_TRUE(report.nextPassword);
-      report.password = *report.nextPassword;
-      ASSERT_TRUE(LogIn(context, {}, report.password));
-    }
-    if (report.password != before) ++changes;
-    report.nextPassword.reset();
-    for (const QString& file : ProfileFiles(context, *context.Session)) {
-      EXPECT_EQ(CheckDatabaseFile(file, context.Session->Text(u"password"), ContentsOf(file),
-                                  context.Data.Damage().TakeOf(file))
-                    .problems.join(u'\n'),
-                QString())
-          << kill;
-    }
-    ASSERT_TRUE(OpenDatabase(context, DatabaseKind::Mail));
-    ASSERT_TRUE(context.Data.OpenRecordset(QStringLiteral("SELECT SERIALID, FIELD_FLAG FROM mail"),
-                                           CursorKind::ForwardOnly));
-    QSet<QString> present;
-    for (const RecordsetPtr rows = context.Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
-      present.insert(rows->Serial().Text());
-      if (report.opened.contains(rows->Serial().Text())) {
-        EXPECT_EQ(rows->Fields(u"FIELD_FLAG").toString(), QStringLiteral("0200"));
-      }
-    }
-    EXPECT_TRUE(present.contains(report.stored)) << "lost after kill " << kill;
-    ASSERT_TRUE(context.Data.OpenRecordset(QStringLiteral("SELECT COUNT(0) AS V FROM folder"),
-                                           CursorKind::ForwardOnly));
-    EXPECT_EQ(context.Data.Recordset()->Fields(u"V").toInt(), present.size() * 2);
-    context.Data.CloseAll();
-  }
-  EXPECT_GT(report.stored.size(), kills);
-  EXPECT_GT(changes, kills / 20);
 }
 
 // A small file system that goes with the object; not there unless the tests run as root.

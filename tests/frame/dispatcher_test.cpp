@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QRegularExpression>
-#include <QSet>
-
 #include "events/event_log.h"
 #include "objects/settings.h"
 #include "support/test_profile.h"

@@ -4,8 +4,6 @@
 
 #include <unistd.h>
 
-#include <QDir>
-#include <QFileInfo>
 #include <QLocalServer>
 #include <atomic>
 #include <thread>

@@ -4,9 +4,11 @@
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "mail/store/mail_store.h"
+#include "storage/bags/profile_bag.h"
 #include "storage/databases.h"
 #include "storage/known_damage.h"
 #include "storage/session/file_check.h"
+#include "storage/ui.h"
 #include "support/test_profile.h"
 
 namespace vorn {
@@ -70,6 +72,25 @@ TEST_F(LostFilesTest, AMissingMailFileIsNamedWithItsMessagesAndFoundUnderAnother
   ASSERT_TRUE(Start(kPassword, {false, {elsewhere}})) << error_.toStdString();
   EXPECT_EQ(Messages(), 3);
   EXPECT_TRUE(Start(kPassword)) << error_.toStdString();
+}
+
+// One that was in use before, and is only read, is missed like that of today.
+TEST_F(LostFilesTest, AFileOfTheHistoryIsMissedToo) {
+  ASSERT_TRUE(Start(kPassword));
+  const QString former = QFileInfo(mail_).path() + QStringLiteral("/former.mbx");
+  const QString away = former + QStringLiteral(".away");
+  ASSERT_TRUE(next_->Data.Create(former, kPassword));
+  Disk& profile = *next_->Session;
+  QString stored = ProfileBag(profile).MailFiles();
+  stored.replace(QFileInfo(mail_).fileName(), QStringLiteral("former.mbx"));
+  ProfileBag::SetHistory(profile, ProfileBag(profile).MailFiles() + kLineBreak + stored);
+  ASSERT_TRUE(NoteFiles(*next_));
+  next_->Data.CloseAll();
+  Move(former, away);
+  EXPECT_FALSE(Start(kPassword));
+  EXPECT_TRUE(Says(QStringLiteral("former.mbx"))) << error_.toStdString();
+  ASSERT_TRUE(Start(kPassword, {false, {away}})) << error_.toStdString();
+  EXPECT_TRUE(QFile::exists(former));
 }
 
 // One of a few bytes, which the engine would take for a new one, stays as it is.

@@ -5,10 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "frame/user_store.h"

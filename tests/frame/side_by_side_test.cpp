@@ -4,8 +4,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <QDir>
-
 #include "frame/profile_login.h"
 #include "frame/start_up.h"
 #include "objects/profile/file_age.h"

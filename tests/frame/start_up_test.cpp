@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QDir>
-#include <QFile>
-
 #include "frame/profile_login.h"
 #include "frame/single_instance.h"
 #include "objects/object_types.h"

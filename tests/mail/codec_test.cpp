@@ -138,6 +138,17 @@ TEST(Addresses, ListsAreSplitOutsideQuotesAndBrackets) {
   EXPECT_EQ(ParseAddressList(QString()), QString());
 }
 
+// What an encoded word holds is a name, whatever it would mean in a list.
+TEST(Addresses, AnEncodedNameStaysWhole) {
+  for (const char sign : QByteArrayLiteral(",;:<>()@\"\\")) {
+    const QByteArray word = "=?UTF-8?Q?Sales=" + QByteArray(1, sign).toHex().toUpper() + "_Team?=";
+    const QByteArray source = "From: " + word + " <a@x.example>\r\nTo: b@x.example\r\n\r\n";
+    EXPECT_EQ(
+        ReadAddressLines(source, ReadingCode(), true),
+        QStringLiteral("FROM: a@x.example Sales%1 Team\r\nTO: b@x.example").arg(QLatin1Char(sign)));
+  }
+}
+
 TEST(Addresses, EntriesAreTakenApart) {
   const AddressEntry to = ParseAddressEntry(QStringLiteral("TO: a@x 山田 太郎"));
   EXPECT_EQ(to.displayName, QStringLiteral("山田 太郎"));

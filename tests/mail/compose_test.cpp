@@ -137,6 +137,11 @@ TEST(ComposeMessage, AFilesNameLosesNoLetterToTheTextsCode) {
   model.attachments[0].name = QStringLiteral("寿司🍣.pdf");
   const QByteArray source = ComposeMessage(model, Options(CharsetChoice::Jis));
   EXPECT_EQ(GMimeReading(source).FileName(), model.attachments[0].name);
+  // Nor does a name among the addresses.
+  model.attachments.clear();
+  model.addresses = {{QStringLiteral("TO"), QStringLiteral("k@x"), QStringLiteral("김철수")}};
+  EXPECT_EQ(ReadAddressLines(ComposeMessage(model, Options(CharsetChoice::Jis)), {}, true),
+            CanonicalLine(model.addresses[0]));
 }
 
 TEST(ComposeMessage, FilesAreWrittenForEveryReader) {

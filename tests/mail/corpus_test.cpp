@@ -3,10 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QDir>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <map>
 
 #include "mail/codec/header/address.h"

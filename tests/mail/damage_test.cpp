@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QDir>
-
 #include "frame/source_watch.h"
 #include "mail/archive/export_messages.h"
 #include "mail/archive/import_messages.h"
@@ -338,6 +336,10 @@ TEST_F(ExportTargetTest, AnUnfinishedExportLeavesNothingAndALeftOverGoes) {
     // As a killed program leaves it.
     ASSERT_TRUE(QDir(folder_.path()).mkpath(QStringLiteral("out.vorn-part/cur/x")));
     ASSERT_TRUE(Write(format, path, false));
+    EXPECT_EQ(Names(), QStringList{QStringLiteral("out")});
+    // Killed while it took the place of another one, which is the only whole one then.
+    ASSERT_TRUE(QDir().rename(path, path + QStringLiteral(".vorn-old")));
+    ASSERT_TRUE(Write(format, path, true, false));
     EXPECT_EQ(Names(), QStringList{QStringLiteral("out")});
     QFile::remove(path);
     QDir(path).removeRecursively();

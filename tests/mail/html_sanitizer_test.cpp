@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QRegularExpression>
-
 #include "mail/codec/html/html_text.h"
 #include "mail/codec/html/style_filter.h"
 #include "support/growth.h"

@@ -100,6 +100,12 @@ TEST_F(MailStoreTest, SeveralMessagesAreStoredTogetherOrNotAtAll) {
   EXPECT_FALSE(store_.StoreMessages(messages));
   EXPECT_EQ(Column(QStringLiteral("COUNT(0)")), QStringLiteral("0"));
   ASSERT_TRUE(Run("DROP TRIGGER full"));
+  // One with its folders too.
+  ASSERT_TRUE(
+      Run("CREATE TRIGGER full BEFORE INSERT ON folder BEGIN SELECT RAISE(ABORT, 'full'); END"));
+  EXPECT_FALSE(store_.StoreMessage(*Request(u"c"_id, QStringLiteral("shelf")), "Subject: x\r\n"));
+  EXPECT_EQ(Column(QStringLiteral("COUNT(0)")), QStringLiteral("0"));
+  ASSERT_TRUE(Run("DROP TRIGGER full"));
   EXPECT_TRUE(store_.StoreMessages(messages));
   EXPECT_EQ(Column(QStringLiteral("COUNT(0)")), QStringLiteral("2"));
 }
@@ -199,6 +205,9 @@ TEST_F(MailStoreTest, AMoveIsTakenBackToWhereEachWas) {
   EXPECT_TRUE(out && stands({filed}, {dusted, filed}));
   EXPECT_TRUE(MoveMessages(context, out->back) && stands({filed}, {dusted}));
   EXPECT_EQ(ReceivedAmong(context, many).ValueOr({}), (SerialIds{dusted, filed}));
+  ASSERT_TRUE(stands({filed}, {dusted})) << "which can be marked there";
+  EXPECT_TRUE(SetMark(context, many, kFlagNew, false));
+  EXPECT_EQ(Column(QStringLiteral("MAX(SUBSTR(FIELD_FLAG, 3, 1))")), QStringLiteral("0"));
   EXPECT_TRUE(SetMark(context, many, kFlagNew, true) && ToggleStar(context, many));
   EXPECT_EQ(Column(QStringLiteral("MIN(SUBSTR(FIELD_FLAG, 3, 1) & SUBSTR(FIELD_FLAG, 7, 1))")),
             QStringLiteral("11"));

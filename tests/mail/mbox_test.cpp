@@ -2,11 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QBuffer>
-#include <QDir>
-#include <QTemporaryDir>
-#include <QTimeZone>
-
 #include "mail/archive/import_messages.h"
 #include "mail/archive/mail_archive.h"
 #include "mail/archive/mbox.h"

@@ -2,10 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
-#include <QFileInfo>
-#include <QTemporaryDir>
-
 #include "mail/attachment_files.h"
 #include "mail/codec/mime/content_index.h"
 #include "mail/codec/mime/flag_string.h"

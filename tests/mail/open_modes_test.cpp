@@ -9,6 +9,7 @@
 #include "mail/mail_request_bag.h"
 #include "mail/message_model.h"
 #include "mail/open_message.h"
+#include "mail/store/message_bag.h"
 #include "mail/store/message_filing.h"
 #include "objects/object_types.h"
 #include "objects/settings.h"

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QStringEncoder>
 #include <cstdio>
 #include <random>
 

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <QDateTime>
-
 #include "mail/search/search_condition.h"
 #include "mail/store/message_filing.h"
 #include "objects/account.h"
@@ -101,6 +99,24 @@ TEST(StandardObjects, WhoHasAllElseOfTheLookOfNewProfilesFoldsEvents) {
     ASSERT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));
     profile.Restart();
     EXPECT_EQ(Settings(profile.Get()).FoldsEvents(), pane != 0);
+  }
+}
+
+TEST(StandardObjects, TheNewLookLeavesWhatTheUserChoseHimself) {
+  TestProfile profile;
+  const QString own = QStringLiteral("his own line");
+  for (const bool isNew : {true, false}) {
+    const DiskPtr settings = Settings(profile.Get()).Bag();
+    for (const char16_t* key : {u"ReadingPane", u"HtmlFirst"}) settings->Remove(key);
+    settings->Let(QStringLiteral("ReplyLine"), own);
+    ASSERT_TRUE(SaveObject(profile.Get(), DatabaseKind::Profile, *settings));
+    profile.Restart();
+    EXPECT_TRUE(HasFormerLook(profile.Get()));
+    ASSERT_TRUE(SettleLook(profile.Get(), isNew));
+    profile.Restart();
+    EXPECT_FALSE(HasFormerLook(profile.Get())) << "it is asked once";
+    EXPECT_EQ(Settings(profile.Get()).IsHtmlFirst(), isNew);
+    EXPECT_EQ(Settings(profile.Get()).Bag()->Text(u"ReplyLine"), own);
   }
 }
 

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <algorithm>
 
 #include "mail/codec/charset/code_page_932.h"

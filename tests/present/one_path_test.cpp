@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 #include <unicode/ucnv.h>
 
-#include <QRandomGenerator>
-
 #include "mail/codec/charset/code_page_932.h"
 #include "mail/codec/mime/flag_string.h"
 #include "mail/codec/mime/message_code.h"

@@ -3,10 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
-#include <QRandomGenerator>
-#include <QSet>
-
 #include "support/test_profile.h"
 
 namespace vorn {

@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
-#include <QRegularExpression>
-
 #include "objects/object_types.h"
 #include "objects/settings.h"
 #include "present/message_list_page.h"

@@ -2,11 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QTemporaryDir>
-
 #include "storage/engine/engine.h"
 #include "storage/engine/raw_pages.h"
 #include "storage/file_notes.h"

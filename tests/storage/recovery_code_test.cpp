@@ -2,12 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QRegularExpression>
-#include <QTemporaryDir>
-
 #include "storage/keys/code_file.h"
 #include "support/fake_secrets.h"
 #include "support/test_profile.h"

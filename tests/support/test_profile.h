@@ -1,13 +1,8 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <QtCore/QtCore>
 
-#include <QByteArray>
-#include <QList>
-#include <QMap>
-#include <QString>
-#include <QTemporaryDir>
-#include <QVariant>
 #include <functional>
 #include <memory>
 

@@ -83,6 +83,14 @@ class TrafficTest : public testing::Test {
     account->Let(QStringLiteral("OutMailServerPort"), port);
     return account;
   }
+  SerialIds Serials() {
+    SerialIds serials;
+    for (const QVariant& serial :
+         profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail"))) {
+      serials.append(SerialIdOf(serial));
+    }
+    return serials;
+  }
   /// The subjects of the stored messages with that status.
   QStringList Subjects(int status) {
     QStringList subjects;

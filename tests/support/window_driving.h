@@ -1,27 +1,31 @@
 #pragma once
 
-#include <QAbstractButton>
-#include <QApplication>
-#include <QElapsedTimer>
-#include <QMessageBox>
-#include <QString>
-#include <QTest>
-#include <QTimer>
-#include <QWidget>
+#include <QtNetwork/QtNetwork>
+#include <QtTest/QtTest>
+#include <QtWidgets/QtWidgets>
 #include <functional>
+#include <tuple>
+#include <type_traits>
 
 #include "support/test_profile.h"
 
 namespace vorn::test {
 
-/// The visible top-level window of a class, or null.
+/// The visible top-level windows of a class.
 template <typename Window>
-Window* TopLevel() {
+QList<Window*> TopLevels() {
+  QList<Window*> windows;
   for (QWidget* widget : QApplication::topLevelWidgets()) {
     auto* window = qobject_cast<Window*>(widget);
-    if (window != nullptr && window->isVisible()) return window;
+    if (window != nullptr && window->isVisible()) windows.append(window);
   }
-  return nullptr;
+  return windows;
+}
+
+/// The first of them, or null.
+template <typename Window>
+Window* TopLevel() {
+  return TopLevels<Window>().value(0);
 }
 
 /// Runs `cause` and then, inside the modal window of that class which it brings up, `act`. Returns
@@ -45,6 +49,42 @@ bool InModal(const std::function<void()>& cause, const std::function<void(Window
   watch.start(20);
   cause();
   return WaitFor([&seen] { return seen && TopLevel<Window>() == nullptr; });
+}
+
+/// Answers the next message box by that button and gives its text.
+inline QString AnswerBox(const std::function<void()>& cause, QMessageBox::StandardButton answer) {
+  QString text;
+  EXPECT_TRUE(InModal<QMessageBox>(cause, [&](QMessageBox& box) {
+    text = box.text();
+    box.button(answer)->click();
+  }));
+  return text;
+}
+
+/// Runs an act while each menu or modal window that comes up is answered by what is given for its
+/// class.
+template <typename... Windows>
+void Answering(const std::function<void()>& act,
+               const std::type_identity_t<std::function<void(Windows&)>>&... answers) {
+  QTimer watch;
+  QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
+    QWidget* popup = QApplication::activePopupWidget();
+    QWidget* shown = popup == nullptr ? QApplication::activeModalWidget() : popup;
+    const auto answer = [shown](auto* window, const auto& with) {
+      window = qobject_cast<decltype(window)>(shown);
+      if (window != nullptr) with(*window);
+      return window != nullptr;
+    };
+    std::ignore = (answer(static_cast<Windows*>(nullptr), answers) || ...);
+  });
+  watch.start(20);
+  act();
+}
+
+/// Takes what a dialog for files or folders offers in a folder, or a path that is typed.
+inline void AcceptIn(QFileDialog& dialog, const QString& folder) {
+  dialog.setDirectory(folder);
+  QMetaObject::invokeMethod(&dialog, "accept");
 }
 
 /// Answers the next message box with a key and gives its text.

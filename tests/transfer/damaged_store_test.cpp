@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
-
 #include "storage/databases.h"
 #include "support/loopback_pop3_server.h"
 #include "support/traffic.h"

@@ -3,8 +3,6 @@
 //
 // VORN_MODEL_HISTORIES sets how many histories are run, VORN_MODEL_SEED where they begin.
 
-#include <QCoreApplication>
-#include <QRandomGenerator>
 #include <array>
 #include <map>
 

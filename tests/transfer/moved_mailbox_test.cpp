@@ -72,12 +72,7 @@ class MovedMailboxTest : public test::TrafficTest {
     EXPECT_EQ(QSet<QString>(subjects.begin(), subjects.end()).size(), count);
   }
   void EraseAll() {
-    SerialIds serials;
-    for (const QVariant& serial :
-         profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail"))) {
-      serials.append(SerialIdOf(serial));
-    }
-    ASSERT_TRUE(SetDust(profile_.Get(), serials, true));
+    ASSERT_TRUE(SetDust(profile_.Get(), Serials(), true));
     ASSERT_TRUE(EmptyDust(profile_.Get()));
   }
 

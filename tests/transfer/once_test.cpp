@@ -1,7 +1,5 @@
 // Every message that was sent arrives once, whatever happens beside its sending.
 
-#include <QThread>
-#include <QTimer>
 #include <utility>
 
 #include "mail/store/mail_store.h"

@@ -1,12 +1,10 @@
 // Conversations played to a session as plain text.
 
-#include "transfer/pop3/pop3_session.h"
-
 #include <gtest/gtest.h>
 
 #include <QStringList>
 
-#include "support/session_recorder.h"
+#include "support/session_playing.h"
 
 namespace vorn {
 namespace {
@@ -14,23 +12,11 @@ namespace {
 class Pop3SessionTest : public testing::Test {
  protected:
   Pop3SessionTest() { events_.deletes = false; }
-  // Plays the server's bytes, in chunks so small that no answer comes before its question, and
-  // returns what the client said.
   QString Play(const QByteArray& server, qsizetype chunk = 1, bool apop = false) {
-    QByteArray said;
-    Pop3Session session(
-        {{.host = QStringLiteral("Mail.example"), .who = {QStringLiteral("us er"), password_}},
-         apop},
-        events_, [&said](const QByteArray& bytes) { said += bytes; });
-    for (qsizetype at = 0; at < server.size() && !session.Finished(); at += chunk) {
-      session.Receive(server.sliced(at, qMin(chunk, server.size() - at)));
-      while (!session.Finished() && session.Work()) {
-      }
-    }
-    if (!session.Finished()) session.ConnectionLost();
-    EXPECT_TRUE(session.Finished());
-    deleted_ = session.Deleted();
-    return QString::fromLatin1(said.trimmed()).replace(QStringLiteral("\r\n"), QStringLiteral("|"));
+    const Pop3Login job{
+        {.host = QStringLiteral("Mail.example"), .who = {QStringLiteral("us er"), password_}},
+        apop};
+    return test::Play(job, events_, server, chunk, &deleted_);
   }
 
   test::SessionRecorder events_;

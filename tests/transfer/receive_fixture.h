@@ -19,13 +19,12 @@ class ReceiveTest : public test::TrafficTest {
     }
   }
 
-  SerialIds Serials() {
-    SerialIds serials;
-    for (const QVariant& serial :
-         profile_.Select(QStringLiteral("SELECT SERIALID AS V FROM mail"))) {
-      serials.append(SerialIdOf(serial));
-    }
-    return serials;
+  // One whose password is asked for.
+  DiskPtr AddAccountWithoutPassword() {
+    const DiskPtr account =
+        profile_.AddAccount(server_.Port(), false, false, QStringLiteral("user"), QString());
+    account->Let(QStringLiteral("InMailServerPasswordSave"), false);
+    return account;
   }
 
   test::LoopbackPop3Server server_;

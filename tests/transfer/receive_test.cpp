@@ -46,23 +46,9 @@ TEST_F(ReceiveTest, TheTimeIsTheOneAtWhichTheServerTookTheMessageIn) {
   EXPECT_GE(yearOf("as documented"), year);
 }
 
-TEST_F(ReceiveTest, TwoAccountsDoNotHideEachOthersMail) {
-  AddMessages(3);
-  LoopbackPop3Server other;
-  ASSERT_TRUE(other.Listen());
-  other.User = "other";
-  other.AddMessage("uid0", "Subject: another\r\n\r\n\r\n");
-  profile_.AddAccount(server_.Port());
-  profile_.AddAccount(other.Port(), false, false, QStringLiteral("other"));
-  EXPECT_EQ(Receive().stored, 4);
-  EXPECT_EQ(host_.log.size(), 2);
-}
-
 TEST_F(ReceiveTest, APasswordThatIsNotSavedIsAskedForOnce) {
   AddMessages(1);
-  const DiskPtr account =
-      profile_.AddAccount(server_.Port(), false, false, QStringLiteral("user"), QString());
-  account->Let(QStringLiteral("InMailServerPasswordSave"), false);
+  AddAccountWithoutPassword();
   EXPECT_EQ(Receive().stored, 0);  // the user declines
   EXPECT_TRUE(LastLog().contains(QStringLiteral("入力されなかった"))) << LastLog().toStdString();
   EXPECT_EQ(server_.Count("USER"), 0);
@@ -75,9 +61,7 @@ TEST_F(ReceiveTest, APasswordThatIsNotSavedIsAskedForOnce) {
 // Whoever is writing while automatic checking begins would type into the question.
 TEST_F(ReceiveTest, AutomaticCheckingAsksForNoPassword) {
   AddMessages(1);
-  const DiskPtr account =
-      profile_.AddAccount(server_.Port(), false, false, QStringLiteral("user"), QString());
-  account->Let(QStringLiteral("InMailServerPasswordSave"), false);
+  const DiskPtr account = AddAccountWithoutPassword();
   account->Let(QStringLiteral("EventLog"), true);
   host_.typedPassword = QStringLiteral("secret");
   host_.onPeriodic = [this] { traffic_.Plan().CreateMessagePlan(kPlanReceive); };

@@ -111,66 +111,78 @@ QByteArray Answered(const HostileServer& server, const QByteArray& line, const Q
   return hasMore ? ask + server.final.toBase64() + "\r\n" : in;
 }
 
+SmtpJob JobOf(Security security) {
+  SmtpJob job;
+  job.server.security = security;
+  job.server.who = Who();
+  job.authenticate = true;
+  return job;
+}
+
+// Sessions that are as far as to log in, with what servers offer, and what they said.
+struct Sending {
+  explicit Sending(const QByteArray& mechanisms, Security security = Security::None)
+      : session(JobOf(security), events,
+                [this](const QByteArray& bytes) { said += bytes.trimmed(); }) {
+    session.Receive("220\r\n250-x\r\n250 AUTH " + mechanisms + "\r\n");
+  }
+  SessionRecorder events;
+  QByteArrayList said;
+  SmtpSession session;
+};
+
+struct Receiving {
+  explicit Receiving(const QByteArray& mechanisms, Security security = Security::None)
+      : session({{.security = security, .who = Who()}}, events,
+                [this](const QByteArray& bytes) { said += bytes.trimmed(); }) {
+    session.Receive("+OK\r\n");
+    session.Receive("+OK\r\nUSER\r\nSASL " + mechanisms + "\r\n.\r\n");
+  }
+  SessionRecorder events;
+  QByteArrayList said;
+  Pop3Session session;
+};
+
 TEST(ScramTest, AServerThatDoesNotKnowThePasswordIsNotBelieved) {
   for (const HostileServer& server : kHostile) {
-    SessionRecorder smtpEvents;
-    QByteArray said;
-    SmtpJob job;
-    job.authenticate = true;
-    job.server.who = Who();
-    SmtpSession smtp(job, smtpEvents, [&said](const QByteArray& bytes) { said = bytes.trimmed(); });
-    smtp.Receive("220\r\n250-x\r\n250 AUTH PLAIN SCRAM-SHA-256\r\n");
-    EXPECT_TRUE(said.startsWith("AUTH SCRAM-SHA-256 biws")) << said.toStdString();
-    for (int turn = 0; turn < 3 && !smtp.Finished(); ++turn) {
-      smtp.Receive(Answered(server, said, "334 ", "235\r\n"));
+    Sending smtp("PLAIN SCRAM-SHA-256");
+    EXPECT_TRUE(smtp.said.last().startsWith("AUTH SCRAM-SHA-256 biws"));
+    for (int turn = 0; turn < 3 && !smtp.session.Finished(); ++turn) {
+      smtp.session.Receive(Answered(server, smtp.said.last(), "334 ", "235\r\n"));
     }
-    EXPECT_TRUE(smtp.Finished());
-    EXPECT_EQ(smtpEvents.codes, QList{server.told}) << server.first.toStdString();
+    EXPECT_TRUE(smtp.session.Finished());
+    EXPECT_EQ(smtp.events.codes, QList{server.told}) << server.first.toStdString();
 
-    SessionRecorder popEvents;
-    QByteArrayList lines;
-    Pop3Session pop3({{.who = Who()}}, popEvents,
-                     [&lines](const QByteArray& bytes) { lines += bytes.trimmed(); });
-    pop3.Receive("+OK\r\n");
-    pop3.Receive("+OK\r\nUSER\r\nSASL PLAIN SCRAM-SHA-256\r\n.\r\n");
-    EXPECT_EQ(lines.last(), "AUTH SCRAM-SHA-256");
-    pop3.Receive("+ \r\n");
-    for (int turn = 0; turn < 3 && !pop3.Finished(); ++turn) {
-      pop3.Receive(Answered(server, lines.last(), "+ ", "+OK\r\n"));
+    Receiving pop3("PLAIN SCRAM-SHA-256");
+    EXPECT_EQ(pop3.said.last(), "AUTH SCRAM-SHA-256");
+    pop3.session.Receive("+ \r\n");
+    for (int turn = 0; turn < 3 && !pop3.session.Finished(); ++turn) {
+      pop3.session.Receive(Answered(server, pop3.said.last(), "+ ", "+OK\r\n"));
     }
-    EXPECT_TRUE(pop3.Finished());
-    EXPECT_EQ(popEvents.codes, QList{server.told}) << server.first.toStdString();
-    const bool saysWhy = popEvents.Shown().contains(QStringLiteral("invalid-proof")) ||
-                         popEvents.Shown().contains(QStringLiteral("unknown-user"));
-    EXPECT_EQ(saysWhy, server.told == PopError::Login) << popEvents.Shown().toStdString();
-    EXPECT_FALSE(lines.join(' ').contains("PASS")) << "nothing else is tried with such a server";
+    EXPECT_TRUE(pop3.session.Finished());
+    EXPECT_EQ(pop3.events.codes, QList{server.told}) << server.first.toStdString();
+    const bool saysWhy = pop3.events.Shown().contains(QStringLiteral("invalid-proof")) ||
+                         pop3.events.Shown().contains(QStringLiteral("unknown-user"));
+    EXPECT_EQ(saysWhy, server.told == PopError::Login) << pop3.events.Shown().toStdString();
+    EXPECT_FALSE(pop3.said.join(' ').contains("PASS"))
+        << "nothing else is tried with such a server";
   }
 }
 
 // Many servers list it for all and can do it only for those whose password they keep in its form.
 TEST(ScramTest, RefusedBeforeAProofItIsFollowedByTheNext) {
-  SessionRecorder events;
-  QByteArrayList said;
-  SmtpJob job;
-  job.authenticate = true;
-  job.server.who = Who();
-  SmtpSession smtp(job, events, [&said](const QByteArray& bytes) { said += bytes.trimmed(); });
-  smtp.Receive("220\r\n250-x\r\n250 AUTH SCRAM-SHA-256 PLAIN CRAM-MD5\r\n535 no\r\n");
-  EXPECT_EQ(said.last(), "AUTH CRAM-MD5") << "in clear no password is shown";
-  smtp.Receive("334 PDE+\r\n535 wrong\r\n221\r\n");
-  EXPECT_EQ(events.codes, QList{PopError::Login});
+  Sending smtp("SCRAM-SHA-256 PLAIN CRAM-MD5");
+  smtp.session.Receive("535 no\r\n");
+  EXPECT_EQ(smtp.said.last(), "AUTH CRAM-MD5") << "in clear no password is shown";
+  smtp.session.Receive("334 PDE+\r\n535 wrong\r\n221\r\n");
+  EXPECT_EQ(smtp.events.codes, QList{PopError::Login});
 
   // Nor is it said in the words of POP3 after whatever was refused.
   for (const char* refusal : {"-ERR no\r\n", "+ \r\n-ERR no\r\n"}) {
-    SessionRecorder popEvents;
-    QByteArrayList lines;
-    Pop3Session pop3({{.who = Who()}}, popEvents,
-                     [&lines](const QByteArray& bytes) { lines += bytes.trimmed(); });
-    pop3.Receive("+OK\r\n");
-    pop3.Receive("+OK\r\nUSER\r\nSASL PLAIN SCRAM-SHA-256\r\n.\r\n");
-    pop3.Receive(refusal);
-    EXPECT_FALSE(lines.join().contains("USER")) << refusal;
-    EXPECT_EQ(popEvents.codes, QList{PopError::Login}) << refusal;
+    Receiving pop3("PLAIN SCRAM-SHA-256");
+    pop3.session.Receive(refusal);
+    EXPECT_FALSE(pop3.said.join().contains("USER")) << refusal;
+    EXPECT_EQ(pop3.events.codes, QList{PopError::Login}) << refusal;
   }
 }
 
@@ -194,33 +206,20 @@ TEST(ScramTest, OverAnEncryptedConnectionTheNextOneFollows) {
         session.Receive(reply == "ask" ? ask + "eHg=\r\n" : reply == "in" ? in : no + reply);
       }
     };
-    SessionRecorder smtpEvents;
-    QByteArrayList said;
-    SmtpJob job;
-    job.authenticate = true;
-    job.server.who = Who();
-    job.server.security = Security::Tls;
-    SmtpSession smtp(job, smtpEvents,
-                     [&said](const QByteArray& bytes) { said += bytes.trimmed(); });
-    smtp.Receive("220\r\n250-x\r\n250 AUTH LOGIN SCRAM-SHA-256 PLAIN\r\n");
-    play(smtp, said.last(), "535 ", "334 ", "235\r\n");
-    EXPECT_EQ(said.last().startsWith("AUTH PLAIN "), follows) << said.last().toStdString();
-    EXPECT_EQ(smtpEvents.codes.isEmpty(), follows);
+    Sending smtp("LOGIN SCRAM-SHA-256 PLAIN", Security::Tls);
+    play(smtp.session, smtp.said.last(), "535 ", "334 ", "235\r\n");
+    EXPECT_EQ(smtp.said.last().startsWith("AUTH PLAIN "), follows);
+    EXPECT_EQ(smtp.events.codes.isEmpty(), follows);
     // What the server says no to now is the password.
-    if (follows) smtp.Receive("535 wrong\r\n221\r\n");
-    EXPECT_FALSE(said.contains("AUTH LOGIN"));
-    EXPECT_EQ(smtpEvents.codes, QList{follows ? PopError::Login : PopError::Protocol});
+    if (follows) smtp.session.Receive("535 wrong\r\n221\r\n");
+    EXPECT_FALSE(smtp.said.contains("AUTH LOGIN"));
+    EXPECT_EQ(smtp.events.codes, QList{follows ? PopError::Login : PopError::Protocol});
 
-    SessionRecorder popEvents;
-    QByteArrayList lines;
-    Pop3Session pop3({{.security = Security::Tls, .who = Who()}}, popEvents,
-                     [&lines](const QByteArray& bytes) { lines += bytes.trimmed(); });
-    pop3.Receive("+OK\r\n");
-    pop3.Receive("+OK\r\nUSER\r\nSASL SCRAM-SHA-256\r\n.\r\n");
-    pop3.Receive("+ \r\n");
-    play(pop3, lines.last(), "-ERR ", "+ ", "+OK\r\n");
-    EXPECT_EQ(lines.last(), follows ? QByteArray("USER user") : lines.last());
-    EXPECT_EQ(popEvents.codes.isEmpty(), follows) << popEvents.Shown().toStdString();
+    Receiving pop3("SCRAM-SHA-256", Security::Tls);
+    pop3.session.Receive("+ \r\n");
+    play(pop3.session, pop3.said.last(), "-ERR ", "+ ", "+OK\r\n");
+    EXPECT_EQ(pop3.said.last(), follows ? QByteArray("USER user") : pop3.said.last());
+    EXPECT_EQ(pop3.events.codes.isEmpty(), follows) << pop3.events.Shown().toStdString();
   }
 }
 

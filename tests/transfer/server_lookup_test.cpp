@@ -7,6 +7,7 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 
+#include "support/name_server.h"
 #include "support/test_profile.h"
 #include "transfer/servers/known_providers.h"
 
@@ -141,6 +142,37 @@ TEST(ServerLookupTest, AsksOnePlaceAfterTheOtherAndTakesNoEndlessAnswer) {
     lookup.Start(QString::fromLatin1(nowhere));
     ASSERT_EQ(found.size(), 1) << nowhere;
     EXPECT_TRUE(found.takeFirst().IsEmpty());
+  }
+}
+
+// Each look-up asks for all services anew; the safer one of each that has servers is taken.
+TEST(ServerLookupTest, ADomainsRecordsAreAskedAtEachLookup) {
+  test::NameServer names;
+  if (!names.Listen()) GTEST_SKIP() << "the port of name servers needs a right";
+  names.Records = {
+      {"_pop3s._tcp.x.example", {{20, 995, "late.x.example"}, {5, 1995, "pop.x.example"}}},
+      {"_pop3._tcp.x.example", {{1, 110, "plain.x.example"}}},
+      {"_submissions._tcp.x.example", {{0, 0, "."}}},
+      {"_submission._tcp.x.example", {{0, 587, "smtp.x.example"}}}};
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"me@nowhere.example", " 0 0 ", " 0 0 "},
+      {"me@x.example", "pop.x.example 1995 2 me@x.example", "smtp.x.example 587 1 me@x.example"},
+      {"you@x.example", "pop.x.example 1995 2 you@x.example",
+       "smtp.x.example 587 1 you@x.example"}};
+  ServerLookup lookup;
+  lookup.AskOnly({QUrl(QStringLiteral("http://127.0.0.1:1/"))}, ServerLookup::kStepMs,
+                 test::NameServer::Address());
+  for (const auto& [address, receiving, sending] : cases) {
+    std::optional<MailServers> found;
+    const auto told = QObject::connect(&lookup, &ServerLookup::Found, &lookup,
+                                       [&found](const MailServers& servers) { found = servers; });
+    names.Asked.clear();
+    lookup.Start(QString::fromLatin1(address));
+    ASSERT_TRUE(WaitFor([&] { return found.has_value(); }));
+    QObject::disconnect(told);
+    EXPECT_EQ(Words(found->receiving), receiving);
+    EXPECT_EQ(Words(found->sending), sending);
+    EXPECT_FALSE(names.Asked.contains("_pop3._tcp.x.example")) << "without need";
   }
 }
 

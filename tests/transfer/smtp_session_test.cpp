@@ -1,10 +1,8 @@
 // SMTP conversations played as text.
 
-#include "transfer/smtp/smtp_session.h"
-
 #include <gtest/gtest.h>
 
-#include "support/session_recorder.h"
+#include "support/session_playing.h"
 #include "transfer/protocol/wire_message.h"
 
 namespace vorn {
@@ -17,16 +15,7 @@ class SmtpSessionTest : public testing::Test {
     job_.recipients = {QStringLiteral("a@x"), QStringLiteral("b@x")};
     job_.source = "Subject: s\r\nBcc: b@x\r\n\r\n.dot\r\n.\r\n";
   }
-  QString Play(const QByteArray& server) {
-    QByteArray said;
-    SmtpSession session(job_, events_, [&said](const QByteArray& bytes) { said += bytes; });
-    for (const char byte : server) {
-      if (!session.Finished()) session.Receive(QByteArrayView(&byte, 1));
-    }
-    session.ConnectionLost();
-    EXPECT_TRUE(session.Finished());
-    return QString::fromLatin1(said).trimmed().replace(QStringLiteral("\r\n"), QStringLiteral("|"));
-  }
+  QString Play(const QByteArray& server) { return test::Play(job_, events_, server); }
 
   test::SessionRecorder events_;
   SmtpJob job_;
@@ -57,7 +46,14 @@ TEST_F(SmtpSessionTest, ARefusedRecipientStopsBeforeTheMessage) {
   ASSERT_EQ(events_.errors.size(), 1);
   EXPECT_TRUE(events_.errors[0].contains(QStringLiteral("no such user")));
 
-  // The one who was refused is named, also behind one who stands in two rows.
+  // The one who was refused is named, also where all were named at once, and behind one who stands
+  // in two rows.
+  events_.refused.clear();
+  Play("220\r\n250-x\r\n250 PIPELINING\r\n250\r\n550 who?\r\n250\r\n221\r\n");
+  EXPECT_EQ(events_.refused, QStringList{QStringLiteral("a@x")});
+  EXPECT_TRUE(events_.errors.last().contains(QStringLiteral("550 who?")));
+  EXPECT_FALSE(events_.errors.last().contains(QStringLiteral("b@x")));
+  EXPECT_TRUE(events_.told.isEmpty());
   events_.errors.clear();
   job_.recipients = {QStringLiteral("a@x"), QStringLiteral("a@X"), QStringLiteral("c@x")};
   Play("220\r\n250 x\r\n250\r\n250\r\n550 no such user\r\n221\r\n");

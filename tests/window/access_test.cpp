@@ -1,8 +1,5 @@
 // What a screen reader finds: every control that a user works with has a name.
 
-#include <QAccessible>
-#include <QMenu>
-
 #include "mail/window/reading/reading_pane.h"
 #include "objects/object_types.h"
 #include "objects/window/objects_window.h"

@@ -2,15 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTabWidget>
-#include <QTcpServer>
-#include <QTcpSocket>
-
 #include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "support/loopback_pop3_server.h"

@@ -1,10 +1,5 @@
 // The rows of a message's addresses, as a hurried user types them.
 
-#include <QAbstractItemView>
-#include <QComboBox>
-#include <QListWidget>
-#include <QSignalBlocker>
-
 #include "auxiliary/window/address_window.h"
 #include "auxiliary/window/console_window.h"
 #include "objects/object_types.h"

@@ -1,8 +1,5 @@
 // What the program says of a damaged file, and what the user decides.
 
-#include <QMessageBox>
-#include <QPlainTextEdit>
-
 #include "storage/known_damage.h"
 #include "window/message_window_fixture.h"
 

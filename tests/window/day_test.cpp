@@ -1,17 +1,6 @@
 // A day at the office, from the first start to the second profile, in the real windows against
 // servers that nobody here wrote.
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QInputDialog>
-#include <QLabel>
-#include <QMenu>
-#include <QMessageBox>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QTabWidget>
-#include <QTableWidget>
-
 #include "frame/window/panes/console_tree.h"
 #include "mail/window/fields/attachment_input.h"
 #include "mail/window/fields/attachment_list.h"
@@ -193,8 +182,7 @@ void DayTest::DraftAndSendAgain() {
   MessageWindow& draft = New();
   Type(Child<QLineEdit>(draft, u"txSubject"), QStringLiteral("下書き"));
   Address(draft, QStringLiteral("draft@example.jp"));
-  InModal<QMessageBox>([&draft] { draft.close(); },
-                       [](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
+  test::AnswerBox([&draft] { draft.close(); }, QMessageBox::Yes);
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
   MessageWindow& again = Open(QStringLiteral("下書き"), 1);
   EXPECT_TRUE(SentBy(again).contains(" draft@example.jp "));
@@ -211,9 +199,9 @@ void DayTest::SendReceipt() {
   Receive();
   const SerialId serial = Serial(QStringLiteral("receipt"), 4);
   EXPECT_TRUE(Sent([&] {
-                EXPECT_TRUE(InModal<QMessageBox>(
+                test::AnswerBox(
                     [&] { program_->Parent()->Requests().ShowMessage(MailRequest::Of(serial)); },
-                    [](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); }));
+                    QMessageBox::Yes);
               }).contains("sato@example.jp"));
   TopLevel<MessageWindow>()->close();
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QLabel>
-#include <QPushButton>
 #include <memory>
 
 #include "frame/request_queue.h"

@@ -3,20 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QCheckBox>
-#include <QFileDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMessageBox>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QSlider>
-#include <QSpinBox>
-#include <QTabWidget>
-#include <QTableWidget>
-#include <QTreeWidget>
-
 #include "auxiliary/window/console_window.h"
 #include "objects/object_types.h"
 #include "objects/profile/profile_password.h"

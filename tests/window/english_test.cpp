@@ -1,14 +1,5 @@
 // The windows in English: what is Japanese in them is the user's.
 
-#include <QAbstractButton>
-#include <QAction>
-#include <QComboBox>
-#include <QHeaderView>
-#include <QLabel>
-#include <QMenu>
-#include <QMenuBar>
-#include <QRegularExpression>
-#include <QTabWidget>
 #include <algorithm>
 
 #include "frame/language_texts.h"

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QWindow>
-
 #include "support/window_driving.h"
 
 namespace vorn {

@@ -1,13 +1,6 @@
 // What is done with the messages of a folder's page: by its keys, its menu and the buttons.
 
-#include <QAction>
-#include <QInputDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMenu>
 #include <QPrintDialog>
-#include <QPushButton>
-#include <QStatusBar>
 #include <algorithm>
 
 #include "auxiliary/window/console_window.h"
@@ -97,11 +90,7 @@ TEST_F(FolderCommandsTest, ADoubleClickIsOneCommand) {
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   again();
   test::RunFor(200);
-  int windows = 0;
-  for (QWidget* window : QApplication::topLevelWidgets()) {
-    windows += window->isVisible() && qobject_cast<MessageWindow*>(window) != nullptr ? 1 : 0;
-  }
-  EXPECT_EQ(windows, 1);
+  EXPECT_EQ(test::TopLevels<MessageWindow>().size(), 1);
 }
 
 TEST_F(FolderCommandsTest, EnterFollowsTheLinkOnWhichTheKeyboardStands) {
@@ -165,6 +154,23 @@ TEST_F(FolderCommandsTest, NoRowBecomesCurrentByTheLossOfItsPage) {
   });
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 3")));
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === ''")));
+  // Nor in the place of one that others took; the keys go on at what came there.
+  FocusPage();
+  Press(Qt::Key_Home);
+  Press(Qt::Key_Down);
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_2'")));
+  MadeAnewBy([this] {
+    EXPECT_TRUE(SetDust(program_->GetContext(), Ids({2}), true));
+    program_->Parent()->Pages().Messages().MessageStored();
+  });
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.current() === ''")));
+  Press(Qt::Key_Down);
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_3'")));
+  // What was thrown away is searched by itself.
+  OpenFolder(fixed_serial::kDust);
+  test::Type(Child<QLineEdit>(*Browser(), u"txSearch"), QStringLiteral("No"));
+  test::Press(Child<QToolButton>(*Browser(), u"cmEverywhere"));
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 2")));
 }
 
 // The page answers later than the status bar does.
@@ -215,14 +221,14 @@ TEST_F(FolderCommandsTest, WhatIsDeletedForGoodIsNotOfferedBack) {
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 1")));
   const auto& undo = Child<QToolButton>(*program_->Parent(), u"cmUndo");
   EXPECT_TRUE(undo.isVisible());
-  EXPECT_TRUE(InModal<QMessageBox>(
+  test::AnswerBox(
       [this] {
         const QMenu& file = Child<QMenu>(*program_->Parent(), u"menuFiles");
         for (QAction* action : file.actions()) {
           if (action->text().startsWith(QStringLiteral("くずかごを空に"))) action->trigger();
         }
       },
-      [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); }));
+      QMessageBox::Ok);
   EXPECT_FALSE(undo.isVisible());
   Press(Qt::Key_Z, Qt::ControlModifier);
   Chosen();
@@ -288,8 +294,7 @@ TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
   FocusPage();
   Press(Qt::Key_Home);
   EXPECT_EQ(Chosen(), Ids({2}));
-  InModal<QMessageBox>([this] { Press(Qt::Key_Delete); },
-                       [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); });
+  test::AnswerBox([this] { Press(Qt::Key_Delete); }, QMessageBox::Ok);
   ASSERT_TRUE(AwaitGone("No2."));
 
   // Filing takes the message out of the inbox, and out of another folder filled by hand.
@@ -485,12 +490,10 @@ TEST_F(FolderCommandsTest, CorrespondentsComeIntoAnAddressBook) {
   ASSERT_TRUE(queue.PostDialogRequest(request));
   program_->Parent()->Mail().PostRequest(queue.Front());
   ASSERT_TRUE(WaitFor([] { return TopLevel<ObjectsWindow>() != nullptr; }));
-  EXPECT_TRUE(InModal<QMessageBox>(
-      [&] { program_->Parent()->Pages().Messages().AddToBook({u"mail_1"_id}); },
-      [](QMessageBox& box) {
-        EXPECT_TRUE(box.text().contains(u"編集中"));
-        box.button(QMessageBox::Ok)->click();
-      }));
+  EXPECT_TRUE(
+      test::AnswerBox([&] { program_->Parent()->Pages().Messages().AddToBook({u"mail_1"_id}); },
+                      QMessageBox::Ok)
+          .contains(u"編集中"));
   // What was sent gives its recipients; the user is asked where there are several books.
   TopLevel<ObjectsWindow>()->close();
   const DiskPtr second = *MakeAddressBook(context);

@@ -1,10 +1,5 @@
 // What a folder's page shows: layouts, links, and mail that means harm.
 
-#include <QComboBox>
-#include <QLineEdit>
-#include <QMenu>
-#include <QPlainTextEdit>
-#include <QTableWidget>
 #include <tuple>
 
 #include "auxiliary/window/console_window.h"

@@ -2,14 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QTabWidget>
-
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/window/condition_editor.h"

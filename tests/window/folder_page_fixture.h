@@ -1,13 +1,5 @@
 #pragma once
 
-#include <QDropEvent>
-#include <QMimeData>
-#include <QRubberBand>
-#include <QSignalSpy>
-#include <QTcpServer>
-#include <QTcpSocket>
-#include <QTreeWidget>
-#include <QTreeWidgetItemIterator>
 #include <vector>
 
 #include "mail/store/mail_store.h"

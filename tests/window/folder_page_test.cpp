@@ -1,15 +1,5 @@
 // A folder's page in use: moving and choosing by keys, acting on messages, pages.
 
-#include <QAction>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QMenu>
-#include <QPushButton>
-#include <QTabBar>
-#include <QToolButton>
-
 #include "auxiliary/window/console_window.h"
 #include "mail/store/message_filing.h"
 #include "mail/window/message_window.h"

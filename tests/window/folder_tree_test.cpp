@@ -1,10 +1,5 @@
 // The tree beside the pages: what is selected in it, and its counts.
 
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QToolBar>
-#include <QToolButton>
-#include <QTranslator>
 #include <QWebEngineView>
 
 #include "frame/window/panes/console_tree.h"

@@ -1,8 +1,6 @@
 // What senders, servers and users may come up with, one after the other in the running program:
 // names of attachments, answers of a server.
 
-#include <QJsonDocument>
-
 #include "auxiliary/window/console_window.h"
 #include "mail/window/fields/attachment_list.h"
 #include "objects/window/objects_window.h"
@@ -76,20 +74,14 @@ TEST_F(HostileNamesTest, EachIsAskedAboutInTheProgramsOwnWordsAndSavedInItsFolde
   }
   const QString out = folder_.filePath(QStringLiteral("out"));
   QDir().mkpath(out);
-  QTimer answer;
-  QObject::connect(&answer, &QTimer::timeout, &answer, [&out] {
-    if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
-      dialog->setDirectory(out);
-      QMetaObject::invokeMethod(dialog, "accept");
-    } else if (auto* choice = qobject_cast<ConsoleWindow*>(QApplication::activeModalWidget())) {
-      for (const QString& text : test::ShownTexts()) ExpectShowable(text, "choice");
-      Child<QListWidget>(*choice, u"ListView1").selectAll();
-      Press(Child<QPushButton>(*choice, u"cmOk"));
-    }
-  });
-  answer.start(50);
-  Menu(window, u"menuEditsAttachments").actions()[0]->trigger();
-  answer.stop();
+  test::Answering<QFileDialog, ConsoleWindow>(
+      [&window] { Menu(window, u"menuEditsAttachments").actions()[0]->trigger(); },
+      [&out](QFileDialog& dialog) { test::AcceptIn(dialog, out); },
+      [](ConsoleWindow& choice) {
+        for (const QString& text : test::ShownTexts()) ExpectShowable(text, "choice");
+        Child<QListWidget>(choice, u"ListView1").selectAll();
+        Press(Child<QPushButton>(choice, u"cmOk"));
+      });
   const QStringList saved =
       QDir(out).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
   EXPECT_EQ(saved.size(), names.size());

@@ -1,13 +1,5 @@
 // Archives and appointments in message windows.
 
-#include <QDateTime>
-#include <QDialog>
-#include <QFile>
-#include <QFileDialog>
-#include <QLabel>
-#include <QPushButton>
-#include <QTimer>
-
 #include "auxiliary/window/console_window.h"
 #include "mail/window/bars/calendar_bar.h"
 #include "mail/window/fields/attachment_input.h"
@@ -39,25 +31,19 @@ TEST_F(MessageWindowTest, FilesAreTakenOutOfAnArchiveWithItsPassword) {
   const QString out = folder_.filePath(QStringLiteral("out"));
   QDir().mkpath(out);
   QStringList passwords = {QStringLiteral("wrong"), QStringLiteral("himitsu")};
-  QTimer answer;
-  QObject::connect(&answer, &QTimer::timeout, &answer, [&] {
-    if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
-      dialog->setDirectory(out);
-      QMetaObject::invokeMethod(dialog, "accept");
-    } else if (auto* choice = qobject_cast<ConsoleWindow*>(QApplication::activeModalWidget())) {
-      auto& text = Child<QLineEdit>(*choice, u"Text1");
-      if (text.isVisible()) {
-        EXPECT_EQ(text.echoMode(), QLineEdit::Password);
-        text.setText(passwords.isEmpty() ? QString() : passwords.takeFirst());
-      }
-      // The choice of a folder comes up within this click.
-      QMetaObject::invokeMethod(&Child<QPushButton>(*choice, u"cmOk"), "click",
-                                Qt::QueuedConnection);
-    }
-  });
-  answer.start(50);
-  list.UnpackCurrent();
-  answer.stop();
+  test::Answering<QFileDialog, ConsoleWindow>(
+      [&list] { list.UnpackCurrent(); },
+      [&out](QFileDialog& dialog) { test::AcceptIn(dialog, out); },
+      [&passwords](ConsoleWindow& choice) {
+        auto& text = Child<QLineEdit>(choice, u"Text1");
+        if (text.isVisible()) {
+          EXPECT_EQ(text.echoMode(), QLineEdit::Password);
+          text.setText(passwords.isEmpty() ? QString() : passwords.takeFirst());
+        }
+        // The choice of a folder comes up within this click.
+        QMetaObject::invokeMethod(&Child<QPushButton>(choice, u"cmOk"), "click",
+                                  Qt::QueuedConnection);
+      });
   EXPECT_TRUE(passwords.isEmpty());
   EXPECT_EQ(test::ReadFile(out + QStringLiteral("/見積.txt")), "\x8b\xe0\x8az");
   EXPECT_EQ(test::ReadFile(out + QStringLiteral("/b.txt")), "two");
@@ -81,14 +67,8 @@ TEST_F(MessageWindowTest, ChangedFilesAreSentAfterAWordForAllOfThem) {
   const QStringList paths = {File("one.txt", "1"), File("two.txt", "2"), File("three.txt", "3")};
   Child<AttachmentList>(window, u"lvClip").Input().AddFiles(paths);
   const auto send = [&window](QMessageBox::StandardButton button) {
-    QString text;
-    EXPECT_TRUE(InModal<QMessageBox>(
-        [&window] { Menu(window, u"menuFilesMessages").actions()[0]->trigger(); },
-        [&text, button](QMessageBox& box) {
-          text = box.text();
-          box.button(button)->click();
-        }));
-    return text;
+    return test::AnswerBox(
+        [&window] { Menu(window, u"menuFilesMessages").actions()[0]->trigger(); }, button);
   };
   ChangeLater(paths[0], 60);
   ChangeLater(paths[1], 61);
@@ -114,16 +94,12 @@ TEST_F(MessageWindowTest, AChangedFileIsKeptInADraftAfterAWord) {
     const int before = Count();
     const auto close = [&window](QMessageBox::StandardButton answer) {
       QString question;
-      QTimer watch;
-      QObject::connect(&watch, &QTimer::timeout, &watch, [&question, answer] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (box == nullptr) return;
-        const bool isAboutFiles = box->text().contains(u"plan.txt");
-        if (isAboutFiles) question = box->text();
-        box->button(isAboutFiles ? answer : QMessageBox::Yes)->click();
-      });
-      watch.start(20);
-      window.close();
+      test::Answering<QMessageBox>([&window] { window.close(); },
+                                   [&question, answer](QMessageBox& box) {
+                                     const bool isAboutFiles = box.text().contains(u"plan.txt");
+                                     if (isAboutFiles) question = box.text();
+                                     box.button(isAboutFiles ? answer : QMessageBox::Yes)->click();
+                                   });
       return question.contains(QStringLiteral("今の内容で保存"));
     };
     EXPECT_TRUE(close(QMessageBox::No));

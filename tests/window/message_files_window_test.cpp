@@ -1,22 +1,6 @@
 // What enters and leaves a message window as files, pages and pictures.
 
-#include <QAction>
-#include <QBuffer>
-#include <QContextMenuEvent>
-#include <QDesktopServices>
-#include <QDialog>
-#include <QFileDialog>
-#include <QImage>
-#include <QLabel>
-#include <QListWidget>
 #include <QPrintDialog>
-#include <QProcess>
-#include <QPushButton>
-#include <QSignalSpy>
-#include <QStatusBar>
-#include <QTcpServer>
-#include <QTcpSocket>
-#include <QTreeView>
 #include <QWebEngineScript>
 
 #include "auxiliary/window/console_window.h"
@@ -111,20 +95,16 @@ TEST_F(MessageWindowTest, AttachmentsAreSavedAndProgramsAreWarnedOf) {
                   .contains(QStringLiteral("害を及ぼすおそれ")));
   QDir().mkpath(folder_.filePath(QStringLiteral("out")));
   File("out/run.exe", "mine");  // is not written over
-  QTimer answer;
-  QObject::connect(&answer, &QTimer::timeout, &answer, [this] {
-    if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
-      dialog->setDirectory(folder_.filePath(QStringLiteral("out")));
-      QMetaObject::invokeMethod(dialog, "accept");
-    } else if (auto* choice = qobject_cast<ConsoleWindow*>(QApplication::activeModalWidget())) {
-      EXPECT_EQ(choice->windowTitle(), QStringLiteral("添付ファイルの保存"));
-      Child<QListWidget>(*choice, u"ListView1").selectAll();
-      Press(Child<QPushButton>(*choice, u"cmOk"));
-    }
-  });
-  answer.start(50);
-  Menu(window, u"menuEditsAttachments").actions()[0]->trigger();
-  answer.stop();
+  test::Answering<QFileDialog, ConsoleWindow>(
+      [&window] { Menu(window, u"menuEditsAttachments").actions()[0]->trigger(); },
+      [this](QFileDialog& dialog) {
+        test::AcceptIn(dialog, folder_.filePath(QStringLiteral("out")));
+      },
+      [](ConsoleWindow& choice) {
+        EXPECT_EQ(choice.windowTitle(), QStringLiteral("添付ファイルの保存"));
+        Child<QListWidget>(choice, u"ListView1").selectAll();
+        Press(Child<QPushButton>(choice, u"cmOk"));
+      });
   const QStringList saved = QDir(folder_.filePath(QStringLiteral("out"))).entryList(QDir::Files);
   ASSERT_EQ(saved.size(), 3);
   EXPECT_EQ(test::ReadFile(folder_.filePath(QStringLiteral("out/run.exe"))), "mine");
@@ -185,28 +165,24 @@ TEST_F(MessageWindowTest, AllAttachmentsAreSavedBesideWhatIsThereExceptOneThatFa
   list.Input().AddFiles({gone, File("all/a.txt", "1"), File("a.txt", "2")});
   QFile::remove(gone);
   QString told;
-  QTimer answer;
-  QObject::connect(&answer, &QTimer::timeout, &answer, [&] {
-    if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
-      const QList<QAction*> entries = menu->actions();
-      const auto all = std::find_if(entries.begin(), entries.end(), [](const QAction* entry) {
-        return entry->text().startsWith(QStringLiteral("すべて保存"));
-      });
-      menu->setActiveAction(*all);
-      // Its own time would not come again before this has returned.
-      QTimer::singleShot(0, menu, [menu] { QTest::keyClick(menu, Qt::Key_Return); });
-    } else if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
-      dialog->setDirectory(out);
-      QMetaObject::invokeMethod(dialog, "accept");
-    } else if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-      told = box->text();
-      box->button(QMessageBox::Ok)->click();
-    }
-  });
-  answer.start(50);
   QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, list.mapToGlobal(QPoint()));
-  QApplication::sendEvent(list.viewport(), &asked);
-  ASSERT_TRUE(WaitFor([&told] { return !told.isEmpty(); }));
+  test::Answering<QMenu, QFileDialog, QMessageBox>(
+      [&] {
+        QApplication::sendEvent(list.viewport(), &asked);
+        EXPECT_TRUE(WaitFor([&told] { return !told.isEmpty(); }));
+      },
+      [](QMenu& menu) {
+        for (QAction* entry : menu.actions()) {
+          if (entry->text().startsWith(QStringLiteral("すべて保存"))) menu.setActiveAction(entry);
+        }
+        // Its own time would not come again before this has returned.
+        QTimer::singleShot(0, &menu, [&menu] { QTest::keyClick(&menu, Qt::Key_Return); });
+      },
+      [&out](QFileDialog& dialog) { test::AcceptIn(dialog, out); },
+      [&told](QMessageBox& box) {
+        told = box.text();
+        box.button(QMessageBox::Ok)->click();
+      });
   EXPECT_TRUE(told.contains(u"gone.txt") && !told.contains(u"a.txt\n")) << qPrintable(told);
   EXPECT_EQ(QDir(out).entryList(QDir::Files),
             QStringList({QStringLiteral("a (2).txt"), QStringLiteral("a (3).txt"),
@@ -259,20 +235,8 @@ TEST_F(MessageWindowTest, AFullDiskIsToldAndTheTextStays) {
   while (rest.write(QByteArray(4096, 'x')) > 0 && rest.flush()) continue;
   rest.close();
   MessageWindow& window = OpenStored(kPlain, 4);
-  QString told;
-  QTimer answer;
-  QObject::connect(&answer, &QTimer::timeout, &answer, [&] {
-    if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
-      Child<QLineEdit>(*dialog, u"fileNameEdit").setText(disk + QStringLiteral("/out.eml"));
-      QMetaObject::invokeMethod(dialog, "accept");
-    } else if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-      told = box->text();
-      box->button(QMessageBox::Ok)->click();
-    }
-  });
-  answer.start(50);
-  Menu(window, u"menuFiles").actions()[4]->trigger();
-  answer.stop();
+  const QString told = test::AnswerBox(
+      [&] { EXPECT_TRUE(SaveAs(window, disk + QStringLiteral("/out.eml"))); }, QMessageBox::Ok);
   EXPECT_TRUE(told.contains(QStringLiteral("ディスクの空き容量"))) << told.toStdString();
   EXPECT_EQ(QDir(disk).entryList(QDir::Files).size(), 1) << "no file that lacks its end";
   EXPECT_TRUE(window.isVisible());
@@ -319,23 +283,13 @@ TEST_F(MessageWindowTest, HtmlIsShownWithoutScriptsNetworkOrLinksOfItsOwn) {
   }
   EXPECT_TRUE(text.contains(QStringLiteral("本文")));
   EXPECT_FALSE(text.contains(QStringLiteral("scripted")));
-  QString question;
   EXPECT_TRUE(
-      InModal<QMessageBox>([view] { ClickLink(*view->View(), QStringLiteral("a[href^=https]")); },
-                           [&question](QMessageBox& box) {
-                             question = box.text();
-                             box.button(QMessageBox::No)->click();
-                           }));
-  EXPECT_TRUE(question.contains(QStringLiteral("https://real.example/x")));
+      test::AnswerBox([view] { ClickLink(*view->View(), QStringLiteral("a[href^=https]")); },
+                      QMessageBox::No)
+          .contains(QStringLiteral("https://real.example/x")));
   // An address begins a message of the program's own.
   ClickLink(*view->View(), QStringLiteral("a[href^=mailto]"));
-  const auto written = [&window]() -> MessageWindow* {
-    for (QWidget* top : QApplication::topLevelWidgets()) {
-      auto* other = qobject_cast<MessageWindow*>(top);
-      if (other != nullptr && other != &window && other->isVisible()) return other;
-    }
-    return nullptr;
-  };
+  const auto written = [&window] { return OtherThan(window); };
   ASSERT_TRUE(WaitFor([&] { return written() != nullptr; }));
   EXPECT_EQ(Child<QTableWidget>(*written(), u"lvMailaddress").item(1, 1)->text(),
             QStringLiteral("sato@example.jp"));

@@ -1,12 +1,5 @@
 #pragma once
 
-#include <QMenu>
-#include <QMenuBar>
-#include <QPlainTextEdit>
-#include <QTabWidget>
-#include <QTableWidget>
-#include <QToolBar>
-
 #include "mail/store/mail_store.h"
 #include "mail/window/message_window.h"
 #include "storage/databases.h"
@@ -60,6 +53,16 @@ class MessageWindowTest : public ProgramTest {
         ->trigger();
     EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
     return *TopLevel<MessageWindow>();
+  }
+  // The message window beside that one, or null.
+  static MessageWindow* OtherThan(MessageWindow& window) {
+    QList<MessageWindow*> others = test::TopLevels<MessageWindow>();
+    others.removeAll(&window);
+    return others.value(0);
+  }
+  // Closes it with that answer to the question whether it is to be stored.
+  static void CloseWith(MessageWindow& window, QMessageBox::StandardButton answer) {
+    test::AnswerBox([&window] { window.close(); }, answer);
   }
   static bool Gone() {
     return WaitFor([] { return TopLevel<MessageWindow>() == nullptr; });

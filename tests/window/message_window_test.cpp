@@ -1,16 +1,6 @@
 // The message window in the running program: its menus and buttons in every status, its closing
 // rules, drafts, receipts and addresses.
 
-#include <QAction>
-#include <QComboBox>
-#include <QDropEvent>
-#include <QImage>
-#include <QListWidget>
-#include <QMessageBox>
-#include <QMimeData>
-#include <QPushButton>
-#include <QTreeWidget>
-
 #include "auxiliary/window/address_window.h"
 #include "auxiliary/window/console_window.h"
 #include "frame/window/notices/status_bar.h"
@@ -52,16 +42,8 @@ TEST_F(MessageWindowTest, ButtonsAndMenusFollowTheStatus) {
             QStringLiteral("適切な文字セット(&A)"));
   // The next message is begun from this one.
   QTest::keyClick(&window, Qt::Key_N, Qt::ControlModifier);
-  EXPECT_TRUE(WaitFor([] {
-    qsizetype windows = 0;
-    for (QWidget* each : QApplication::topLevelWidgets()) {
-      windows += qobject_cast<MessageWindow*>(each) != nullptr && each->isVisible();
-    }
-    return windows == 2;
-  }));
-  for (QWidget* each : QApplication::topLevelWidgets()) {
-    if (each != &window && qobject_cast<MessageWindow*>(each) != nullptr) each->close();
-  }
+  EXPECT_TRUE(WaitFor([&window] { return OtherThan(window) != nullptr; }));
+  OtherThan(window)->close();
   Menu(window, u"menuFiles").actions()[8]->trigger();
   EXPECT_TRUE(Gone());
 }
@@ -76,17 +58,12 @@ TEST_F(MessageWindowTest, ANewMessageIsAskedAboutAndStoredOnlyOnYes) {
     const auto answer = key == Qt::Key_N   ? QMessageBox::No
                         : key == Qt::Key_Y ? QMessageBox::Yes
                                            : QMessageBox::Cancel;
-    EXPECT_TRUE(InModal<QMessageBox>(
-        [&window] { window.close(); },
-        [answer](QMessageBox& box) {
-          EXPECT_EQ(box.text(), QStringLiteral("このメッセージを保存します。よろしいですか？"));
-          box.button(answer)->click();
-        }));
+    EXPECT_EQ(test::AnswerBox([&window] { window.close(); }, answer),
+              QStringLiteral("このメッセージを保存します。よろしいですか？"));
     EXPECT_EQ(Count(), before + stored);
     EXPECT_EQ(TopLevel<MessageWindow>() != nullptr, open);
     if (open) {
-      InModal<QMessageBox>([&window] { window.close(); },
-                           [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+      CloseWith(window, QMessageBox::No);
     }
     ASSERT_TRUE(Gone());
   }
@@ -101,9 +78,7 @@ TEST_F(MessageWindowTest, AnAnswerThatNobodyTouchedIsNotAskedAbout) {
     test::RunFor(50);
     if (touch) {
       Type(Child<QLineEdit>(window, u"txSubject"), QStringLiteral("Re: 会議"));
-      EXPECT_TRUE(
-          InModal<QMessageBox>([&window] { window.close(); },
-                               [](QMessageBox& box) { box.button(QMessageBox::No)->click(); }));
+      CloseWith(window, QMessageBox::No);
     } else {
       window.close();
     }
@@ -126,12 +101,8 @@ TEST_F(MessageWindowTest, WhatKeepsAMessageFromBeingSentIsTold) {
     auto* kind = qobject_cast<QComboBox*>(list.cellWidget(row, 0));
     kind->setCurrentIndex(kind->findData(QStringLiteral("BC")));
   }
-  EXPECT_TRUE(InModal<QMessageBox>(
-      [send] { send->trigger(); },
-      [](QMessageBox& box) {
-        EXPECT_EQ(box.text(), QStringLiteral("件名が設定されていません。送信してよろしいですか？"));
-        box.button(QMessageBox::No)->click();
-      }));
+  EXPECT_EQ(test::AnswerBox([send] { send->trigger(); }, QMessageBox::No),
+            QStringLiteral("件名が設定されていません。送信してよろしいですか？"));
   EXPECT_TRUE(window.isVisible());
   Type(Child<QLineEdit>(window, u"txSubject"), QStringLiteral("件名🍣"));
   const QString path = File("資料 ①.txt", "contents\r\n");
@@ -146,8 +117,7 @@ TEST_F(MessageWindowTest, WhatKeepsAMessageFromBeingSentIsTold) {
                     .contains(QStringLiteral("変わって")));
     ASSERT_TRUE(window.isVisible());
   }
-  InModal<QMessageBox>([send] { send->trigger(); },
-                       [](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
+  test::AnswerBox([send] { send->trigger(); }, QMessageBox::Yes);
   ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
   EXPECT_EQ(smtp_.Messages()[0].recipients, (QList<QByteArray>{"a@example.jp", "b@example.jp"}));
   EXPECT_TRUE(Gone());
@@ -182,16 +152,11 @@ TEST_F(MessageWindowTest, AWaitingMessageBecomesEditableWhenItsSendingIsCancelle
 // The boxes that come of an act, each of them confirmed.
 QStringList Confirmed(const std::function<void()>& act) {
   QStringList said;
-  QTimer watch;
-  QObject::connect(&watch, &QTimer::timeout, &watch, [&said] {
-    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    if (box == nullptr) return;
-    said.append(box->text());
-    QAbstractButton* ok = box->button(QMessageBox::Ok);
-    ok == nullptr ? box->reject() : ok->click();
+  test::Answering<QMessageBox>(act, [&said](QMessageBox& box) {
+    said.append(box.text());
+    QAbstractButton* ok = box.button(QMessageBox::Ok);
+    ok == nullptr ? box.reject() : ok->click();
   });
-  watch.start(20);
-  act();
   return said;
 }
 
@@ -293,12 +258,9 @@ TEST_F(MessageWindowTest, DustFoldersAndDeletionAreStoredWhenTheWindowCloses) {
 
   MessageWindow& again = Open(serial);
   Menu(again, u"menuFiles").actions()[2]->trigger();
-  EXPECT_TRUE(InModal<QMessageBox>(
-      [&] { Menu(again, u"menuFilesMessages").actions()[7]->trigger(); },
-      [](QMessageBox& box) {
-        EXPECT_EQ(box.text(), QStringLiteral("メッセージを削除します。よろしいですか？"));
-        box.button(QMessageBox::Ok)->click();
-      }));
+  EXPECT_EQ(test::AnswerBox([&] { Menu(again, u"menuFilesMessages").actions()[7]->trigger(); },
+                            QMessageBox::Ok),
+            QStringLiteral("メッセージを削除します。よろしいですか？"));
   ASSERT_TRUE(Gone());
   EXPECT_FALSE(Column(serial, QStringLiteral("STATUS")).isValid());
 }
@@ -310,8 +272,7 @@ TEST_F(MessageWindowTest, ASentMessageInTheDustIsTakenOutToBeSentAgain) {
   EXPECT_EQ(NextMessageBox([send] { send->trigger(); }, Qt::Key_Escape),
             QStringLiteral("このメールは、くずかごに入っています。取り出して送信しますか？"));
   EXPECT_TRUE(window.isVisible());
-  InModal<QMessageBox>([send] { send->trigger(); },
-                       [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); });
+  test::AnswerBox([send] { send->trigger(); }, QMessageBox::Ok);
   ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
   ASSERT_TRUE(WaitFor([&] { return Column(serial, QStringLiteral("STATUS")).toInt() == 3; }));
   EXPECT_TRUE(smtp_.Messages()[0].source.contains("Subject: draft"));
@@ -359,9 +320,7 @@ TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
   TypeText(memo, QStringLiteral("消えない🍣"));
   const QString vanishing = File("gone.txt", "contents\r\n");
   const QString kept = File("kept.txt", "contents\r\n");
-  Child<AttachmentList>(window, u"lvClip")
-      .Input()
-      .AddFiles({vanishing, kept});
+  Child<AttachmentList>(window, u"lvClip").Input().AddFiles({vanishing, kept});
   QFile::remove(vanishing);  // the text counts
   QMetaObject::invokeMethod(window.findChild<QTimer*>(QStringLiteral("tmDraft")), "timeout");
   const SerialId serial = window.Tag();
@@ -375,24 +334,19 @@ TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
   TypeText(*list.indexWidget(list.model()->index(row, 1)), QStringLiteral("b@example.jp"));
   program_->Parent()->KeepEverything();
   const DiskPtr draft = Context().Objects.Find(SerialId(QStringLiteral("draft_") + serial.Text()));
-  InModal<QMessageBox>([&window] { window.close(); },
-                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  CloseWith(window, QMessageBox::No);
   ASSERT_TRUE(Gone());
   EXPECT_TRUE(Drafts::LeftBehind(Context()).isEmpty());
 
   // As after a crash: the draft is there, the window is not.
   Context().Objects.Add(draft);
   QStringList told;
-  QTimer answers;
-  QObject::connect(&answers, &QTimer::timeout, &answers, [&told] {
-    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    if (box == nullptr) return;
-    told.append(box->text());
-    QTest::keyClick(box, Qt::Key_Return);
-  });
-  answers.start(20);
-  QMetaObject::invokeMethod(program_->Parent(), "AskAtStart");
-  answers.stop();
+  test::Answering<QMessageBox>(
+      [this] { QMetaObject::invokeMethod(program_->Parent(), "AskAtStart"); },
+      [&told](QMessageBox& box) {
+        told.append(box.text());
+        QTest::keyClick(&box, Qt::Key_Return);
+      });
   ASSERT_EQ(told.size(), 2);
   EXPECT_TRUE(told[0].contains(QStringLiteral("1通")));
   EXPECT_TRUE(told[1].contains(vanishing));

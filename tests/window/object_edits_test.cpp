@@ -1,16 +1,6 @@
 // Random edits in the windows of objects: after OK every key of a control is as the window showed
 // it, and every other key as it was. After a refusal or Cancel nothing has changed.
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QRandomGenerator>
-#include <QSpinBox>
-#include <QTabWidget>
-#include <QTableWidget>
-#include <QTreeWidget>
 #include <map>
 
 #include "events/event_log.h"

@@ -1,19 +1,6 @@
 // What the program is started with, what enters and leaves it by menu, and what it keeps of its
 // windows.
 
-#include <QComboBox>
-#include <QFileDialog>
-#include <QLabel>
-#include <QLocale>
-#include <QMdiArea>
-#include <QMenu>
-#include <QPlainTextEdit>
-#include <QRegularExpression>
-#include <QSplitter>
-#include <QToolBar>
-#include <QToolButton>
-#include <QTreeWidget>
-#include <QTreeWidgetItemIterator>
 #include <atomic>
 #include <thread>
 
@@ -90,10 +77,8 @@ TEST_F(OpeningTest, AMessageFileAndAnAddressAreOpened) {
   EXPECT_TRUE(handedOver);
   const auto windows = [] {
     QMap<QString, MessageWindow*> open;
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-      auto* window = qobject_cast<MessageWindow*>(widget);
-      if (window != nullptr && window->isVisible()) open[window->GetMessageSubject()] = window;
-    }
+    for (auto* window : test::TopLevels<MessageWindow>())
+      open[window->GetMessageSubject()] = window;
     return open;
   };
   ASSERT_TRUE(WaitFor([&windows] { return windows().size() == 2; }));
@@ -101,8 +86,7 @@ TEST_F(OpeningTest, AMessageFileAndAnAddressAreOpened) {
   MessageWindow* written = windows().value(QStringLiteral("hi"));
   ASSERT_NE(written, nullptr);
   EXPECT_EQ(Child<QPlainTextEdit>(*written, u"txMemo").toPlainText(), QStringLiteral("text"));
-  InModal<QMessageBox>([written] { written->close(); },
-                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  test::AnswerBox([written] { written->close(); }, QMessageBox::No);
 }
 
 TEST_F(OpeningTest, AProgramThatIsStartedAgainComesToTheFrontWhereThatIsChosen) {
@@ -151,18 +135,9 @@ TEST_F(OpeningTest, MailIsImportedAndExportedByMenu) {
   };
   QString told;
   const auto run = [&](QAction* entry, const QString& path) {
-    // The dialog first, then what is told at the end.
-    QTimer answer;
-    QObject::connect(&answer, &QTimer::timeout, [&] {
-      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      if (box == nullptr) return;
-      told = box->text();
-      box->button(QMessageBox::Ok)->click();
-    });
-    answer.start(20);
-    told.clear();
-    EXPECT_TRUE(InModal<QFileDialog>([entry] { entry->trigger(); }, choose(path)));
-    EXPECT_TRUE(WaitFor([&told] { return !told.isEmpty(); }));
+    told = test::AnswerBox(
+        [&] { EXPECT_TRUE(InModal<QFileDialog>([entry] { entry->trigger(); }, choose(path))); },
+        QMessageBox::Ok);
   };
   QAction* import = Entry(u"menuFiles", QStringLiteral("ファイルから取り込む"));
   const auto& done = Child<QLabel>(*program_->Parent(), u"lbDone");
@@ -170,12 +145,8 @@ TEST_F(OpeningTest, MailIsImportedAndExportedByMenu) {
   EXPECT_EQ(done.accessibleName(), QStringLiteral("2通を「受信」に取り込みました。"));
   EXPECT_TRUE(WaitFor([this] { return PageText().contains(QStringLiteral("imported one")); }));
   auto& undo = Child<QToolButton>(*program_->Parent(), u"cmUndo");
-  EXPECT_TRUE(InModal<QMessageBox>([&undo] { undo.click(); },
-                                   [&told](QMessageBox& box) {
-                                     told = box.text();
-                                     box.button(QMessageBox::Ok)->click();
-                                   }));
-  EXPECT_EQ(told, QStringLiteral("取り込んだメッセージ2通をくずかごに入れました。"));
+  EXPECT_EQ(test::AnswerBox([&undo] { undo.click(); }, QMessageBox::Ok),
+            QStringLiteral("取り込んだメッセージ2通をくずかごに入れました。"));
   EXPECT_TRUE(WaitFor([this] { return !PageText().contains(QStringLiteral("imported one")); }));
   EXPECT_FALSE(PageText().contains(QStringLiteral("two")));
   // Nothing is lost by it: who imports them once more has them back.

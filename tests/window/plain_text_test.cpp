@@ -2,9 +2,6 @@
 
 #include "kit/window/plain_text.h"
 
-#include <QStyledItemDelegate>
-#include <QTableWidget>
-
 #include "mail/window/fields/address_list.h"
 #include "window/message_window_fixture.h"
 

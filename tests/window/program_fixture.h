@@ -2,13 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QAbstractButton>
-#include <QAction>
-#include <QDir>
-#include <QLineEdit>
-#include <QMdiArea>
-#include <QRandomGenerator>
-#include <QTest>
 #include <QWebEngineScript>
 #include <QWebEngineView>
 #include <functional>

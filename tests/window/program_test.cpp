@@ -1,15 +1,5 @@
 // The whole program as a user meets it: from the login to the objects of its tree.
 
-#include <QDesktopServices>
-#include <QDir>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QPlainTextEdit>
-#include <QTcpServer>
-#include <QTcpSocket>
-#include <QTest>
-#include <QTreeWidget>
 #include <algorithm>
 
 #include "frame/window/panes/console_tree.h"
@@ -207,8 +197,7 @@ TEST_F(ProgramTest, ObjectsAreMadeRenamedAndDeletedByKeys) {
       NextMessageBox([tree] { QTest::keyClick(tree, Qt::Key_Delete); }, Qt::Key_Escape);
   EXPECT_EQ(question, QStringLiteral("フォルダ「予定」を削除します。よろしいですか？"));
   EXPECT_NE(node(u"予定"), nullptr);
-  InModal<QMessageBox>([tree] { QTest::keyClick(tree, Qt::Key_Delete); },
-                       [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); });
+  test::AnswerBox([tree] { QTest::keyClick(tree, Qt::Key_Delete); }, QMessageBox::Ok);
   EXPECT_TRUE(WaitFor([&] { return node(u"予定") == nullptr; }));
 
   tree->setCurrentItem(node(u"受信"));

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QThread>
 #include <memory>
 
 #include "support/window_driving.h"

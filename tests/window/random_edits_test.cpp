@@ -1,14 +1,7 @@
 // Random edits by keys and mouse, left in any state, and then one command: what the window showed
 // is what is sent and kept.
 
-#include <QComboBox>
-#include <QDir>
-#include <QDropEvent>
-#include <QInputMethodEvent>
-#include <QMimeData>
 #include <QPrintDialog>
-#include <QRandomGenerator>
-#include <QRegularExpression>
 #include <algorithm>
 
 #include "mail/store/drafts.h"

@@ -1,21 +1,5 @@
 // Messages that are read at the side of their folder's page, and the marks that users give them.
 
-#include <QAction>
-#include <QBuffer>
-#include <QImage>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMdiArea>
-#include <QMenu>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QSplitter>
-#include <QTabBar>
-#include <QTabWidget>
-#include <QTableWidget>
-#include <QToolButton>
-#include <QTreeWidget>
 #include <QWebEngineView>
 
 #include "mail/store/mail_row.h"
@@ -235,11 +219,7 @@ TEST_F(ReadingPaneTest, OneClickReadsAndASecondOneOpens) {
   ClickTwice(QStringLiteral("'a[href*=mail_1]').getClientRects()[0]"));
   EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   test::RunFor(300);
-  int windows = 0;
-  for (QWidget* top : QApplication::topLevelWidgets()) {
-    windows += qobject_cast<MessageWindow*>(top) != nullptr && top->isVisible() ? 1 : 0;
-  }
-  EXPECT_EQ(windows, 1);
+  EXPECT_EQ(test::TopLevels<MessageWindow>().size(), 1);
   // Where there is no pane, or no room for it, too, wherever in the row.
   TopLevel<MessageWindow>()->close();
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));

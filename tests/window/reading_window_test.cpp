@@ -1,14 +1,5 @@
 // Messages being read in windows: receipts, the next message, and one that is erased meanwhile.
 
-#include <QDialog>
-#include <QElapsedTimer>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMessageBox>
-#include <QPointer>
-#include <QPushButton>
-
 #include "kit/window/cascade.h"
 #include "mail/codec/charset/text_encoding.h"
 #include "mail/store/drafts.h"
@@ -47,8 +38,7 @@ TEST_F(MessageWindowTest, ReadersSeeTheDateAndWindowsStandWhereTheyStood) {
   EXPECT_EQ(again.size(), QSize(600, 500));
   EXPECT_EQ(again.pos(), QPoint(20, 30));
   // What is thrown away once more is not taken back by it.
-  EXPECT_TRUE(InModal<QMessageBox>([&] { throwAway(again); },
-                                   [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); }));
+  test::AnswerBox([&] { throwAway(again); }, QMessageBox::Ok);
   ASSERT_TRUE(Gone());
   EXPECT_FALSE(Column(serial, QStringLiteral("STATUS")).isValid());
 }
@@ -234,8 +224,7 @@ TEST_F(MessageWindowTest, TypingAnswersNoQuestionForAReceipt) {
   EXPECT_TRUE(asked);
   EXPECT_EQ(memo.toPlainText(), typed);
   EXPECT_TRUE(smtp_.Messages().isEmpty());
-  InModal<QMessageBox>([] { TopLevel<MessageWindow>()->close(); },
-                       [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+  test::AnswerBox([] { TopLevel<MessageWindow>()->close(); }, QMessageBox::No);
   EXPECT_TRUE(Gone());
 }
 
@@ -244,14 +233,10 @@ TEST_F(MessageWindowTest, AReceiptIsSentAlsoWhenAReplyIsOpenedAtOnceAndShownWhen
   const auto reply = [this](const QByteArray& asks) {
     const SerialId serial =
         Store("Disposition-Notification-To: " + asks + "\r\n" + kPlain, kStatusReceived);
-    EXPECT_TRUE(InModal<QMessageBox>(
-        [&] {
-          program_->Parent()->Requests().ShowMessage(MailRequest::Of(serial, OpenMode::Reply));
-        },
-        [](QMessageBox& box) {
-          EXPECT_TRUE(box.text().contains(QStringLiteral("開封通知")));
-          box.button(QMessageBox::Yes)->click();
-        }));
+    const auto open = [&] {
+      program_->Parent()->Requests().ShowMessage(MailRequest::Of(serial, OpenMode::Reply));
+    };
+    EXPECT_TRUE(test::AnswerBox(open, QMessageBox::Yes).contains(QStringLiteral("開封通知")));
   };
   reply("boss@example.jp");
   ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
@@ -259,27 +244,15 @@ TEST_F(MessageWindowTest, AReceiptIsSentAlsoWhenAReplyIsOpenedAtOnceAndShownWhen
   EXPECT_TRUE(smtp_.Messages()[0].source.contains("Original-Message-ID: <1@example.jp>\r\n"));
   EXPECT_EQ(smtp_.Messages()[0].from, QByteArray()) << "nobody reports on a receipt";
   const auto closeAll = [] {
-    QTimer answer;
-    QObject::connect(&answer, &QTimer::timeout, &answer, [] {
-      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      if (box != nullptr) box->button(QMessageBox::No)->click();
-    });
-    answer.start(20);
     while (MessageWindow* window = TopLevel<MessageWindow>()) {
-      window->close();
+      test::Answering<QMessageBox>([window] { window->close(); },
+                                   [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
       EXPECT_TRUE(WaitFor([gone = QPointer(window)] { return gone.isNull() || gone->isHidden(); }));
     }
   };
   closeAll();
   reply("nobody");
-  const auto windows = [] {
-    int count = 0;
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-      count += window->isVisible() && qobject_cast<MessageWindow*>(window) != nullptr ? 1 : 0;
-    }
-    return count;
-  };
-  EXPECT_TRUE(WaitFor([&] { return windows() == 2; }));
+  EXPECT_TRUE(WaitFor([] { return test::TopLevels<MessageWindow>().size() == 2; }));
   closeAll();
   EXPECT_EQ(smtp_.Messages().size(), 1);
 }
@@ -324,12 +297,8 @@ TEST_F(MessageWindowTest, AReceiptIsAskedForAlsoWhenTheNextMessageWantsOne) {
   const SerialId first = Store(kPlain, kStatusReceived);
   Store("Disposition-Notification-To: boss@example.jp\r\n" + kPlain, kStatusReceived);
   MessageWindow& window = Open(first);
-  EXPECT_TRUE(InModal<QMessageBox>(
-      [&window] { QTest::keyClick(&window, Qt::Key_PageDown, Qt::ControlModifier); },
-      [](QMessageBox& box) {
-        EXPECT_TRUE(box.text().contains(QStringLiteral("開封通知")));
-        box.button(QMessageBox::Yes)->click();
-      }));
+  const auto next = [&window] { QTest::keyClick(&window, Qt::Key_PageDown, Qt::ControlModifier); };
+  EXPECT_TRUE(test::AnswerBox(next, QMessageBox::Yes).contains(QStringLiteral("開封通知")));
   ASSERT_TRUE(WaitFor([this] { return smtp_.Messages().size() == 1; }));
   EXPECT_EQ(smtp_.Messages()[0].recipients, QList<QByteArray>{"boss@example.jp"});
 }
@@ -347,14 +316,8 @@ TEST_F(MessageWindowTest, AMessageWithinAMessageHasAWindowOfItsOwn) {
   EXPECT_TRUE(list.item(0)->text().startsWith(u"hello.eml")) << list.item(0)->text().toStdString();
   list.setCurrentRow(0);
   Q_EMIT list.itemActivated(list.item(0));
-  MessageWindow* inner = nullptr;
-  ASSERT_TRUE(WaitFor([&] {
-    for (QWidget* open : QApplication::topLevelWidgets()) {
-      auto* message = qobject_cast<MessageWindow*>(open);
-      if (message != nullptr && message != &window && message->isVisible()) inner = message;
-    }
-    return inner != nullptr;
-  }));
+  ASSERT_TRUE(WaitFor([&window] { return OtherThan(window) != nullptr; }));
+  MessageWindow* inner = OtherThan(window);
   EXPECT_EQ(Child<QLineEdit>(*inner, u"txSubject").text(), QStringLiteral("hello"));
   EXPECT_TRUE(Child<QPlainTextEdit>(*inner, u"txMemo").toPlainText().contains(u"second line"));
   inner->close();
@@ -422,6 +385,17 @@ TEST_F(MessageWindowTest, ADraftThatCannotBeKeptIsToldOf) {
                        [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
 }
 
+TEST_F(MessageWindowTest, ADraftThatWasDeletedIsNotOfferedAgain) {
+  MessageWindow& window = OpenStored(kDraft, kStatusEdit);
+  TypeText(Child<QPlainTextEdit>(window, u"txMemo"), QStringLiteral("x"));
+  QMetaObject::invokeMethod(window.findChild<QTimer*>(QStringLiteral("tmDraft")), "timeout");
+  ASSERT_EQ(Drafts::LeftBehind(Context()), SerialIds{window.Tag()});
+  InModal<QMessageBox>([&] { Menu(window, u"menuFilesMessages").actions()[7]->trigger(); },
+                       [](QMessageBox& box) { box.button(QMessageBox::Ok)->click(); });
+  ASSERT_TRUE(Gone());
+  EXPECT_TRUE(Drafts::LeftBehind(Context()).isEmpty());
+}
+
 TEST_F(MessageWindowTest, ADraftThatWasErasedIsStoredAnewOnlyOnYes) {
   for (const auto& [answer, status] :
        {std::pair{QMessageBox::Cancel, 0}, {QMessageBox::No, 0}, {QMessageBox::Yes, 1}}) {
@@ -432,11 +406,7 @@ TEST_F(MessageWindowTest, ADraftThatWasErasedIsStoredAnewOnlyOnYes) {
     EXPECT_TRUE(EmptyDust(Context()));
     window.MessagesChanged();
     EXPECT_TRUE(Child<QFrame>(window, u"frErased").isVisible());
-    EXPECT_TRUE(InModal<QMessageBox>([&window] { window.close(); },
-                                     [answer = answer](QMessageBox& box) {
-                                       EXPECT_TRUE(box.text().contains(u"削除されました"));
-                                       box.button(answer)->click();
-                                     }));
+    EXPECT_TRUE(test::AnswerBox([&window] { window.close(); }, answer).contains(u"削除されました"));
     EXPECT_EQ(Column(serial, QStringLiteral("STATUS")).toInt(), status);
     if (answer != QMessageBox::Cancel) {
       EXPECT_TRUE(Gone());
@@ -444,8 +414,7 @@ TEST_F(MessageWindowTest, ADraftThatWasErasedIsStoredAnewOnlyOnYes) {
     }
     EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(window.GetMessageSubject(), QStringLiteral("改訂"));
-    InModal<QMessageBox>([&window] { window.close(); },
-                         [](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+    CloseWith(window, QMessageBox::No);
     ASSERT_TRUE(Gone());
   }
 }

@@ -1,11 +1,5 @@
 // What the windows show of messages whose sending went wrong or goes on while they are open.
 
-#include <QLabel>
-#include <QMenu>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QTreeWidget>
-
 #include "auxiliary/window/console_window.h"
 #include "events/event_record.h"
 #include "mail/store/answer_notes.h"

@@ -1,14 +1,5 @@
 // Folders whose condition takes long: the windows live meanwhile, and the user can stop it.
 
-#include <QElapsedTimer>
-#include <QFileDialog>
-#include <QMdiArea>
-#include <QMenu>
-#include <QMessageBox>
-#include <QProgressDialog>
-#include <QPushButton>
-#include <QTabBar>
-
 #include "kit/window/icons.h"
 #include "objects/object_loader.h"
 #include "window/folder_page_fixture.h"
@@ -236,27 +227,28 @@ TEST_F(SlowConditionTest, AnExportWaitsForTheMessagesAndCanBeStoppedMeanwhile) {
   const auto run = [&](const QString& condition, bool stops) {
     Ask(condition);
     told.clear();
-    QTimer answer;
-    QObject::connect(&answer, &QTimer::timeout, [&] {
-      QWidget* modal = QApplication::activeModalWidget();
-      if (auto* file = qobject_cast<QFileDialog*>(modal)) {
-        file->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(out);
-        QMetaObject::invokeMethod(file, "accept");
-      } else if (auto* progress = qobject_cast<QProgressDialog*>(modal); progress && stops) {
-        ++stopped;
-        progress->cancel();
-      } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
-        told = box->text();
-        box->button(QMessageBox::Ok)->click();
-      }
-    });
-    answer.start(20);
     QElapsedTimer clock;
     clock.start();
-    for (QAction* entry : Child<QMenu>(*program_->Parent(), u"menuFiles").actions()) {
-      if (entry->text().startsWith(QStringLiteral("フォルダの書き出し"))) entry->trigger();
-    }
-    EXPECT_TRUE(WaitFor([&told] { return !told.isEmpty(); }));
+    test::Answering<QFileDialog, QProgressDialog, QMessageBox>(
+        [&] {
+          for (QAction* entry : Child<QMenu>(*program_->Parent(), u"menuFiles").actions()) {
+            if (entry->text().startsWith(QStringLiteral("フォルダの書き出し"))) entry->trigger();
+          }
+          EXPECT_TRUE(WaitFor([&told] { return !told.isEmpty(); }));
+        },
+        [&out](QFileDialog& file) {
+          Child<QLineEdit>(file, u"fileNameEdit").setText(out);
+          QMetaObject::invokeMethod(&file, "accept");
+        },
+        [&](QProgressDialog& progress) {
+          if (!stops) return;
+          ++stopped;
+          progress.cancel();
+        },
+        [&told](QMessageBox& box) {
+          told = box.text();
+          box.button(QMessageBox::Ok)->click();
+        });
     return clock.elapsed();
   };
   EXPECT_LT(run(kEndless, true), kAtOnceMs);

@@ -1,11 +1,7 @@
 // Receive-stop rules, what happens when mail has arrived, the notification area and the recorded
 // events, in the running program.
 
-#include <QLabel>
-#include <QMenu>
-#include <QPushButton>
 #include <QSoundEffect>
-#include <QTableWidget>
 #include <algorithm>
 
 #include "mail/store/mail_row.h"
@@ -185,12 +181,7 @@ TEST_F(TransferWindowsTest, NewMailIsAskedAboutAndHeard) {
             QStringLiteral("nine"));
   EXPECT_EQ(player.source().toLocalFile(), sound);
   // Those that the user did not want to see have not been opened meanwhile.
-  EXPECT_EQ(std::ranges::count_if(QApplication::topLevelWidgets(),
-                                  [](QWidget* window) {
-                                    return window->isVisible() &&
-                                           qobject_cast<MessageWindow*>(window) != nullptr;
-                                  }),
-            1);
+  EXPECT_EQ(test::TopLevels<MessageWindow>().size(), 1);
   TopLevel<MessageWindow>()->close();
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
   // Many at once are opened after another word.
@@ -199,11 +190,8 @@ TEST_F(TransferWindowsTest, NewMailIsAskedAboutAndHeard) {
   }
   box = question();
   ASSERT_NE(box, nullptr);
-  EXPECT_TRUE(InModal<QMessageBox>([box] { box->button(QMessageBox::Ok)->click(); },
-                                   [](QMessageBox& many) {
-                                     EXPECT_TRUE(many.text().contains(u"6"));
-                                     many.button(QMessageBox::Cancel)->click();
-                                   }));
+  EXPECT_TRUE(test::AnswerBox([box] { box->button(QMessageBox::Ok)->click(); }, QMessageBox::Cancel)
+                  .contains(u"6"));
   EXPECT_EQ(TopLevel<MessageWindow>(), nullptr);
 }
 

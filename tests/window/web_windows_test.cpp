@@ -1,11 +1,6 @@
 // Windows of web pages: links with a target, addresses that are typed or change by themselves, and
 // what a page may not do.
 
-#include <QAction>
-#include <QLineEdit>
-#include <QMenu>
-#include <QMessageBox>
-#include <QTableWidget>
 #include <QWebEngineScript>
 #include <QWebEngineSettings>
 
@@ -227,15 +222,11 @@ TEST_F(FolderPageTest, APagesBoxesComeUpOnlyWhereTheUserIs) {
     return site.asked.contains("/false") || QApplication::activeModalWidget() != nullptr;
   }));
   ASSERT_EQ(QApplication::activeModalWidget(), nullptr);
-  EXPECT_TRUE(InModal<QMessageBox>([written] { written->close(); },
-                                   [](QMessageBox& box) { box.button(QMessageBox::No)->click(); }));
+  test::AnswerBox([written] { written->close(); }, QMessageBox::No);
   program_->Parent()->activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(program_->Parent()));
   view.setFocus();
-  EXPECT_TRUE(InModal<QMessageBox>(ask, [](QMessageBox& box) {
-    EXPECT_TRUE(box.text().contains(u"win"));
-    box.button(QMessageBox::Ok)->click();
-  }));
+  EXPECT_TRUE(test::AnswerBox(ask, QMessageBox::Ok).contains(u"win"));
   EXPECT_TRUE(WaitFor([&] { return site.asked.contains("/true"); }));
 }
 
@@ -257,9 +248,7 @@ TEST_F(FolderPageTest, AnAddressOnAWebPageBecomesAMessage) {
     MessageWindow* written = TopLevel<MessageWindow>();
     EXPECT_EQ(Child<QTableWidget>(*written, u"lvMailaddress").item(0, 1)->text(),
               QLatin1String(address));
-    EXPECT_TRUE(
-        InModal<QMessageBox>([written] { written->close(); },
-                             [](QMessageBox& box) { box.button(QMessageBox::No)->click(); }));
+    test::AnswerBox([written] { written->close(); }, QMessageBox::No);
     ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() == nullptr; }));
     EXPECT_TRUE(WaitFor([this] { return Browsers().size() == 2; })) << "no empty window stays";
   }

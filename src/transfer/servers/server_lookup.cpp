@@ -158,6 +158,7 @@ void ServerLookup::AskNextService() {
   if (service_ >= kServiceCount || !asksNames_) return End();
   dns_ = std::make_unique<QDnsLookup>(QDnsLookup::SRV, QLatin1String(kServices[service_].name) +
                                                            QStringLiteral("._tcp.") + domain_);
+  if (!nameServer_.isNull()) dns_->setNameserver(nameServer_);
   connect(dns_.get(), &QDnsLookup::finished, this, &ServerLookup::TakeService,
           Qt::QueuedConnection);
   dns_->lookup();

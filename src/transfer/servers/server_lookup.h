@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHostAddress>
 #include <QList>
 #include <QObject>
 #include <QTimer>
@@ -37,11 +38,13 @@ class ServerLookup : public QObject {
 
   /// The places of the document, in the order in which they are asked.
   static QList<QUrl> DocumentsOf(const QString& domain);
-  /// For tests, which ask nobody but themselves: other places than those, each for so long, and no
-  /// look at the domain's records.
-  void AskOnly(const QList<QUrl>& places, int stepMs = kStepMs) {
+  /// For tests, which ask nobody but themselves: other places than those, each for so long, and the
+  /// domain's records of that name server alone, or not at all.
+  void AskOnly(const QList<QUrl>& places, int stepMs = kStepMs,
+               const QHostAddress& nameServer = {}) {
     places_ = places;
-    asksNames_ = false;
+    nameServer_ = nameServer;
+    asksNames_ = !nameServer.isNull();
     step_.setInterval(stepMs);
   }
 
@@ -61,6 +64,7 @@ class ServerLookup : public QObject {
   QList<QUrl> documents_;  // still to be asked
   int service_ = 0;
   bool asksNames_ = true;
+  QHostAddress nameServer_;  // null: the system's
   bool isRunning_ = false;
   QTimer step_;  // the time of one answer of the name system
   MailServers found_;
