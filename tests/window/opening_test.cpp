@@ -134,10 +134,11 @@ TEST_F(OpeningTest, MailIsImportedAndExportedByMenu) {
     };
   };
   QString told;
-  const auto run = [&](QAction* entry, const QString& path) {
+  const auto run = [&](QAction* entry, const QString& path,
+                       QMessageBox::StandardButton answer = QMessageBox::Ok) {
     told = test::AnswerBox(
         [&] { EXPECT_TRUE(InModal<QFileDialog>([entry] { entry->trigger(); }, choose(path))); },
-        QMessageBox::Ok);
+        answer);
   };
   QAction* import = Entry(u"menuFiles", QStringLiteral("ファイルから取り込む"));
   const auto& done = Child<QLabel>(*program_->Parent(), u"lbDone");
@@ -163,6 +164,9 @@ TEST_F(OpeningTest, MailIsImportedAndExportedByMenu) {
   EXPECT_EQ(told, QStringLiteral("2通を書き出しました。"));
   const QByteArray written = test::ReadFile(out + QStringLiteral(".mbox"));
   EXPECT_TRUE(written.contains("Subject: imported one\r\n\r\n1\r\n")) << written.toStdString();
+  // The file window has asked about the name without its ending, which is another one.
+  run(Entry(u"menuFiles", QStringLiteral("フォルダの書き出し")), out, QMessageBox::No);
+  EXPECT_EQ(told, QStringLiteral("「%1.mbox」は既にあります。上書きしますか？").arg(out));
   // In the form that is chosen in the dialog.
   kind = QStringLiteral("eml");
   const QString files = folder_.path() + QStringLiteral("/files");
