@@ -4919,5 +4919,9 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <source>パスワードを変えています。メッセージが多いと、しばらくかかります。</source>
         <translation>The password is being changed. With many messages this takes a while.</translation>
     </message>
+    <message>
+        <source>パスワードが分からないので、自動では送信しません。送受信を押すと入力できます。</source>
+        <translation>The password is not known, so nothing is sent automatically. Press Send and receive to enter it.</translation>
+    </message>
 </context>
 </TS>

@@ -4,6 +4,7 @@
 #include "mail/store/message_filing.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
+#include "storage/known_damage.h"
 #include "transfer/receive_fixture.h"
 
 namespace vorn {
@@ -309,6 +310,18 @@ TEST_F(KnownMailTest, WhatWasHereOnceStaysKnown) {
   EXPECT_EQ(unasked.stored, 0);
   EXPECT_EQ(unasked.errors, 1);
   EXPECT_EQ(server_.Count("RETR"), fetched);
+  // One that does not open at all, which the user has decided, holds no new mail up.
+  context.Data.CloseAll();
+  const QString path = PlatformPath(context, former);
+  QFile::remove(path + QStringLiteral("-wal"));
+  test::WriteFile(path, test::ReadFile(path).replace(100, 900, QByteArray(900, 'x')));
+  server_.AddMessage("uid9", "Subject: new\r\n\r\n\r\n");
+  Receive();
+  std::ignore = AcceptDamage(context, path);  // where it was met
+  server_.AddMessage("uid10", "Subject: newer\r\n\r\n\r\n");
+  const ReceiveCounts after = Receive();
+  EXPECT_EQ(after.stored, 1) << LastLog().toStdString();
+  EXPECT_EQ(after.errors, 0);
 }
 
 // Whoever erased a message for good does not get it once more, unless he fetches it by an import.

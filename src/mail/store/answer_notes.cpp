@@ -28,15 +28,15 @@ bool IsEditedNoMore(DataSession& mail, const SerialId& message) {
 
 Result<> Keep(Context& context, const SerialId& message, const Answered& answered) {
   if (Find(context, message) == answered) return {};
-  DiskPtr note = context.Objects.Find(NoteOf(message));
-  if (note == nullptr) {
-    note = std::make_shared<Disk>(NoteOf(message));
-    context.Objects.Add(note);
-  }
+  const auto note = std::make_shared<Disk>(NoteOf(message));
   AnyObject::SetType(*note, QStringLiteral("answer"));
   note->Let(kOriginal, answered.original.Text());
   note->Let(kMark, static_cast<int>(answered.mark));
-  return SaveObject(context, DatabaseKind::Profile, *note);
+  const Result<> saved = SaveObject(context, DatabaseKind::Profile, *note);
+  if (!saved) return saved;  // and is tried again
+  context.Objects.Remove(NoteOf(message));
+  context.Objects.Add(note);
+  return {};
 }
 
 std::optional<Answered> Find(const Context& context, const SerialId& message) {

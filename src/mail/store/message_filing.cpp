@@ -163,6 +163,16 @@ bool Run(DataSession& session, const Move& move) {
   return SetDust(session, move.intoDust, true) && SetDust(session, move.outOfDust, false);
 }
 
+Result<UnderWay> Delete(DataSession& session, const SerialIds& messages) {
+  Result<UnderWay> underWay = ReadUnderWay(session, messages);
+  if (!underWay) return underWay;
+  const bool deleted =
+      RunAmong(session, QStringLiteral("DELETE FROM folder WHERE"), messages, kMayChange) &&
+      RunAmong(session, QStringLiteral("DELETE * FROM mail WHERE"), messages, kMayChange);
+  if (!deleted) return ReasonOf(session);
+  return underWay;
+}
+
 SerialIds Without(const UnderWay& underWay, SerialIds messages) {
   messages.removeIf([&](const SerialId& message) { return underWay.contains(message); });
   return messages;
@@ -213,6 +223,25 @@ Move Move::Only(const SerialIds& messages) const {
   return only;
 }
 
+QList<Move> Move::InParts(qsizetype size) const {
+  const SerialIds all = Messages();
+  QHash<SerialId, qsizetype> partOf;
+  for (qsizetype i = 0; i < all.size(); ++i) partOf.insert(all[i], i / size);
+  QList<Move> parts((all.size() + size - 1) / size);
+  for (const SerialId& message : intoDust) parts[partOf[message]].intoDust.append(message);
+  for (const SerialId& message : outOfDust) parts[partOf[message]].outOfDust.append(message);
+  const auto deal = [&](const Filed& filed, Filed Move::*member) {
+    for (auto folder = filed.begin(); folder != filed.end(); ++folder) {
+      for (const SerialId& message : *folder) {
+        (parts[partOf[message]].*member)[folder.key()].append(message);
+      }
+    }
+  };
+  deal(into, &Move::into);
+  deal(outOf, &Move::outOf);
+  return parts;
+}
+
 void Move::Add(const Move& further) {
   intoDust += further.intoDust;
   outOfDust += further.outOfDust;
@@ -237,25 +266,25 @@ Result<Moved> MoveMessages(Context& context, const Move& move) {
   });
 }
 
-// They are taken out of all the other folders in which any message is.
 MovedSome MoveInPieces(Context& context, const Move& move, const FilingProgress& progress) {
-  const SerialIds all = move.Messages();
+  const auto all = static_cast<int>(move.Messages().size());
   MovedSome some;
-  for (const SerialIds& piece : InPieces(all)) {
-    const Result<Moved> part = MoveMessages(context, move.Only(piece));
-    if (!part) {
-      some.end = part.Error();
+  for (const Move& part : move.InParts(kMessagesAtOnce)) {
+    const Result<Moved> moved = MoveMessages(context, part);
+    if (!moved) {
+      some.end = moved.Error();
       break;
     }
-    some.moved.back.Add(part->back);
-    some.moved.underWay.insert(part->underWay);
-    some.messages += piece;
+    some.moved.back.Add(moved->back);
+    some.moved.underWay.insert(moved->underWay);
+    some.messages += part.Messages();
     const auto done = static_cast<int>(some.messages.size());
-    if (done < all.size() && !progress(done, static_cast<int>(all.size()))) break;
+    if (done < all && !progress(done, all)) break;
   }
   return some;
 }
 
+// They are taken out of all the other folders in which any message is.
 Result<Moved> TakeOutOfDust(Context& context, const SerialIds& messages, const SerialId& folder) {
   Move move{.outOfDust = messages};
   if (!folder.IsEmpty()) move.into = {{folder, messages}};
@@ -305,15 +334,7 @@ Result<> ToggleStar(Context& context, const SerialIds& messages) {
 }
 
 Result<UnderWay> DeleteMessages(Context& context, const SerialIds& messages) {
-  return Transact(context, [&](DataSession& session) -> Result<UnderWay> {
-    Result<UnderWay> underWay = ReadUnderWay(session, messages);
-    if (!underWay) return underWay;
-    const bool deleted =
-        RunAmong(session, QStringLiteral("DELETE FROM folder WHERE"), messages, kMayChange) &&
-        RunAmong(session, QStringLiteral("DELETE * FROM mail WHERE"), messages, kMayChange);
-    if (!deleted) return ReasonOf(session);
-    return underWay;
-  });
+  return Transact(context, [&](DataSession& session) { return Delete(session, messages); });
 }
 
 Result<MessageFlags> FlagsOf(Context& context, const SerialIds& messages) {
@@ -360,20 +381,31 @@ int CountWaiting(Context& context, const QString& address) {
   return count;
 }
 
-Result<int> EmptyDust(Context& context, const FilingProgress& progress) {
-  const Result<SerialIds> all =
-      Select(context, QStringLiteral("SELECT SERIALID FROM mail WHERE ") + kInDust);
-  if (!all) return all.Error();
+// What was taken out meanwhile stays.
+Emptied EmptyDust(Context& context, const FilingProgress& progress) {
+  const QString inDust = QStringLiteral("SELECT SERIALID FROM mail WHERE ") + kInDust;
+  Emptied emptied;
+  const Result<SerialIds> all = Select(context, inDust);
+  if (!all) {
+    emptied.end = all.Error();
+    return emptied;
+  }
   qsizetype done = 0;
-  qsizetype kept = 0;
   for (const SerialIds& piece : InPieces(*all)) {
-    const Result<UnderWay> underWay = DeleteMessages(context, piece);
-    if (!underWay) return underWay.Error();
+    emptied.end = Transact(context, [&](DataSession& session) -> Result<> {
+      const Result<SerialIds> still = FindAmong(session, inDust + QStringLiteral(" AND"), piece);
+      if (!still) return still.Error();
+      const Result<UnderWay> underWay = Delete(session, *still);
+      if (!underWay) return underWay.Error();
+      emptied.count += static_cast<int>(still->size() - underWay->size());
+      emptied.underWay.insert(*underWay);
+      return {};
+    });
+    if (!emptied.end) break;
     done += piece.size();
-    kept += underWay->size();
     if (progress && !progress(static_cast<int>(done), static_cast<int>(all->size()))) break;
   }
-  return static_cast<int>(done - kept);
+  return emptied;
 }
 
 }  // namespace vorn

@@ -37,6 +37,8 @@ struct Move {
   SerialIds Messages() const;
   /// What it does with those messages.
   Move Only(const SerialIds& messages) const;
+  /// The same in parts, each of which does what is done with the next `size` of `Messages`.
+  QList<Move> InParts(qsizetype size) const;
   /// Makes it do what `further` does as well.
   void Add(const Move& further);
 };
@@ -84,8 +86,15 @@ Result<SerialIds> UnchangedAmong(Context& context, const MessageFlags& flags,
 /// How many messages from that address wait to be sent; 0 as well when the file cannot
 /// be read.
 int CountWaiting(Context& context, const QString& address);
-/// Deletes everything in the dust bin for good, some hundred messages at once; gives how many it
-/// deleted.
-Result<int> EmptyDust(Context& context, const FilingProgress& progress = {});
+/// What came of emptying the dust bin, which somebody may have ended.
+struct Emptied {
+  int count = 0;      ///< deleted
+  UnderWay underWay;  ///< what is being sent, and stays
+  Result<> end;
+
+  explicit operator bool() const { return static_cast<bool>(end); }
+};
+/// Deletes everything in the dust bin for good, some hundred messages at once.
+Emptied EmptyDust(Context& context, const FilingProgress& progress = {});
 
 }  // namespace vorn

@@ -23,13 +23,15 @@ inline QString PutIntoDust(bool dust) {
          (dust ? QStringLiteral("-ABS(STATUS)") : QStringLiteral("ABS(STATUS)"));
 }
 
-/// Messages in pieces of which each has room in one statement: the engine takes 999 values, and a
+/// Of so many messages the condition has room in one statement: the engine takes 999 values, and a
 /// million characters.
+constexpr qsizetype kMessagesAtOnce = 500;
+
+/// Messages in pieces of so many.
 inline QList<SerialIds> InPieces(const SerialIds& messages) {
-  constexpr qsizetype kAtOnce = 500;
   QList<SerialIds> pieces;
-  for (qsizetype at = 0; at < messages.size(); at += kAtOnce) {
-    pieces.append(messages.mid(at, kAtOnce));
+  for (qsizetype at = 0; at < messages.size(); at += kMessagesAtOnce) {
+    pieces.append(messages.mid(at, kMessagesAtOnce));
   }
   return pieces;
 }

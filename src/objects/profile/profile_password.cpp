@@ -189,6 +189,11 @@ bool IsUnderCode(const Context& context, const Disk& profile) {
   return !files.isEmpty() && std::all_of(files.begin(), files.end(), IsFileUnderCode);
 }
 
+bool HasOwnPassword(const Context& context) {
+  const QString password = ProfileBag(*context.Session).Password();
+  return !password.isEmpty() && FileKey::CodeIn(password).isEmpty();
+}
+
 Result<> NoteFormerCode(Context& context, const Disk& profile, const QString& password,
                         const QString& former) {
   const QString path = ProfileFiles(context, profile).first();

@@ -51,6 +51,10 @@ Result<> HoldProfile(Context& context, const Disk& profile);
 Result<> ChangeProfilePassword(Context& context, const Disk& profile, const QString& oldPassword,
                                const QString& newPassword);
 
+/// Whether the user has chosen a password for the logged-in profile: without one its files are
+/// under a recovery code.
+bool HasOwnPassword(const Context& context);
+
 /// Remembers in the profile's own database, which `password` opens, a code that files it once had
 /// and copies of them stay under. Another former password is not remembered.
 Result<> NoteFormerCode(Context& context, const Disk& profile, const QString& password,

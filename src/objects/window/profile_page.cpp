@@ -186,8 +186,7 @@ bool ProfilePage::IsLoggedIn() const {
 
 // One of the user's own.
 bool ProfilePage::HasPassword() const {
-  const QString password = ProfileBag(*context_.Session).Password();
-  return IsLoggedIn() && !password.isEmpty() && FileKey::CodeIn(password).isEmpty();
+  return IsLoggedIn() && HasOwnPassword(context_);
 }
 
 QString ProfilePage::SelectedFile() const {

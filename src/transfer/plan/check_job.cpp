@@ -56,8 +56,9 @@ CheckJob CheckJob::Receive(const SerialId& serial, const DiskCollectionPtr& acco
   return job;
 }
 
-CheckJob CheckJob::Send(const SerialId& serial, const DiskCollectionPtr& messages) {
+CheckJob CheckJob::Send(const SerialId& serial, const DiskCollectionPtr& messages, bool isUnasked) {
   CheckJob job = New(serial, Mode::Send);
+  job.bag_->Let(kUnasked, isUnasked);
   job.bag_->Set(kMessages, QVariant::fromValue(messages));
   return job;
 }

@@ -34,7 +34,7 @@ class CheckJob {
   /// `isUnasked`: automatic checking wants it, and the user is asked nothing.
   static CheckJob Receive(const SerialId& serial, const DiskCollectionPtr& accounts,
                           bool isUnasked);
-  static CheckJob Send(const SerialId& serial, const DiskCollectionPtr& messages);
+  static CheckJob Send(const SerialId& serial, const DiskCollectionPtr& messages, bool isUnasked);
   static CheckJob Look(const SerialId& serial, bool isPeriodic);
 
   const DiskPtr& Bag() const { return bag_; }

@@ -52,28 +52,36 @@ bool SendJobs::HasSession(const CheckJob& job) const {
          (job.Step() == JobStep::Begun && pop_.Tag == job.Serial().Text());
 }
 
-// Asks for a missing password, once for each account, while others may send.
+// Asks for a missing password, once for messages of one account, while others may send; and not at
+// all where nobody asked for the sending.
 bool SendJobs::MaySend(CheckJob& job, const SendItem& message) {
   Account account = *message.Sender();
   const bool isNeeded = account.SendsByAskedPassword();
   if ((!account.IsPopBeforeSmtp() && !isNeeded) || account.HasCredentials()) return true;
   SessionRecord record(job.Bag());
-  if (record.Asked() != account.Serial()) {
+  if (isNeeded && job.IsUnasked()) {
+    if (!toldOfNoPassword_.contains(account.Serial())) {
+      toldOfNoPassword_.insert(account.Serial());
+      TellOfNoPassword(account, Ui::tr("パスワードが分からないので、自動では送信しません。送受信を"
+                                       "押すと入力できます。"));
+    }
+  } else if (record.Asked() != account.Serial()) {
     works_.Release(kSendingWork);
     record.SetAsked(account.Serial());
     sessions_.KnowsPassword(account);
     if (!jobs_.Contains(job.Serial())) return false;  // cancelled meanwhile
-    if (isNeeded && !account.HasCredentials()) TellOfNoPassword(account);
+    if (isNeeded && !account.HasCredentials()) {
+      TellOfNoPassword(account, Ui::tr("パスワードが入力されなかったので、送信しませんでした。"));
+    }
   }
   if (!isNeeded || account.HasCredentials()) return true;
   LeaveOut(job, message);
   return false;
 }
 
-void SendJobs::TellOfNoPassword(const Account& account) {
+void SendJobs::TellOfNoPassword(const Account& account, const QString& sentence) {
   host_.AddEvent(kEventError, kEventObject, account.Serial(), account.Name(),
-                 QStringLiteral("account"),
-                 Ui::tr("パスワードが入力されなかったので、送信しませんでした。"));
+                 QStringLiteral("account"), sentence);
 }
 
 // One program sends at a time. Whatever stands as under way when it begins was left by a death.
@@ -197,6 +205,7 @@ void SendJobs::FinishSending(CheckJob& job, const SendItem& message) {
   late_.EndHandover(job);
   if (Account account = *message.Sender(); account.SendsByAskedPassword()) {
     sessions_.ForgetRefusedPassword(job, account);
+    if (record.IsLoginRefused()) record.SetAsked({});  // the next message asks anew
   }
   const bool isAnew = IsStoredAnew(message);
   if (isAnew) {  // what the server refused was the former one

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QSet>
+
 #include "storage/context.h"
 #include "transfer/plan/late_outcomes.h"
 #include "transfer/plan/sender_choice.h"
@@ -43,7 +45,7 @@ class SendJobs {
 
  private:
   bool MaySend(CheckJob& job, const SendItem& message);
-  void TellOfNoPassword(const Account& account);
+  void TellOfNoPassword(const Account& account, const QString& sentence);
   bool TakeSending(CheckJob& job, const SendItem& message);
   void ReportDoubtful(int count);
   void BeginSending(CheckJob& job, const Account& account);
@@ -66,6 +68,7 @@ class SendJobs {
   LateOutcomes late_;
   SenderChoice senders_;
   WaitingMessages waiting_;
+  QSet<SerialId> toldOfNoPassword_;  // accounts
 };
 
 }  // namespace vorn

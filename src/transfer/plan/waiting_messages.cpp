@@ -141,7 +141,8 @@ void WaitingMessages::AddSendJob(const std::vector<SendItem>& messages) {
   if (messages.empty()) return;
   auto waiting = std::make_shared<DiskCollection>();
   for (const SendItem& message : messages) waiting->Add(message.Bag());
-  jobs_.Add(CheckJob::Send(jobs_.NewSerial(), waiting));
+  const bool isUnasked = jobs_.RunsPeriodically() && Settings(context_).Care().asksNothingAlone;
+  jobs_.Add(CheckJob::Send(jobs_.NewSerial(), waiting, isUnasked));
 }
 
 }  // namespace vorn

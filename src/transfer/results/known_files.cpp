@@ -1,6 +1,5 @@
 #include "transfer/results/known_files.h"
 
-#include <QFileInfo>
 #include <algorithm>
 
 #include "mail/store/erased_messages.h"
@@ -9,6 +8,7 @@
 #include "objects/settings.h"
 #include "storage/bags/profile_bag.h"
 #include "storage/databases.h"
+#include "storage/file_notes.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -20,7 +20,7 @@ void KnownFiles::Begin() {
   if (!Settings(context_).Care().knowsFormerFiles) return;
   // Also those that were used before, so that a new file does not begin with all that they have.
   for (const QString& file : ProfileBag(*context_.Session).History().split(kLineBreak)) {
-    if (!file.isEmpty() && QFileInfo(PlatformPath(context_, file)).size() > 0) paths_.append(file);
+    if (!file.isEmpty() && HasContent(PlatformPath(context_, file))) paths_.append(file);
   }
   paths_.removeDuplicates();
 }
@@ -64,7 +64,8 @@ bool KnownFiles::HasUnnamed(const QString& scope) {
   const QString start = scope + QStringLiteral("sha256:");
   hasUnnamed_ = std::any_of(paths_.begin(), paths_.end(), [&](const QString& file) {
     const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file);
-    return !opened || MessageRows(context_.Data).HasNamePrefix(start).ValueOr(true);
+    if (!opened) return opened.Error().kind == StorageError::Kind::Busy;
+    return MessageRows(context_.Data).HasNamePrefix(start).ValueOr(true);
   });
   return *hasUnnamed_;
 }

@@ -30,7 +30,7 @@ class KnownFiles {
   /// Whether one has a message of that name with so many bytes.
   bool HasSize(const QString& messageId, qint64 bytes);
   /// Whether any message with identifiers of that scope had no name of its own when it was stored:
-  /// what gets one now may be one of them. True as well when one cannot be asked.
+  /// what gets one now may be one of them. True as well when one that opens cannot be asked.
   bool HasUnnamed(const QString& scope);
 
  private:

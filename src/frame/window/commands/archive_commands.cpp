@@ -224,19 +224,20 @@ void ArchiveCommands::TakeBack(const Move& back, const MessageFlags& flags,
     moved.end = unchanged.Error();
   }
   host_.MessageStored();
-  if (!moved.end) {
-    ShowBox(&window_, QMessageBox::Critical,
-            Ui::tr("取り込みを元に戻せませんでした。") + moved.end.Error().text);
-    return;
-  }
   const auto gone = static_cast<int>(moved.moved.back.Messages().size());
-  const auto left =
-      static_cast<int>(unchanged->size() - moved.messages.size());  // by the user's end
+  // By the user's end, or a failure.
+  const auto left = static_cast<int>(unchanged.ValueOr({}).size() - moved.messages.size());
   const auto kept = static_cast<int>(flags.size()) - gone - left;
   QString text = Ui::tr("取り込んだメッセージ%n通をくずかごに入れました。", nullptr, gone);
   if (kept > 0) text += Ui::tr("取り込んでから変更された%n通は残しました。", nullptr, kept);
   if (left > 0) text += Ui::tr("中止したので、%n通が残っています。", nullptr, left);
-  ShowBox(&window_, QMessageBox::Information, text);
+  if (moved.end) {
+    ShowBox(&window_, QMessageBox::Information, text);
+  } else {
+    ShowBox(&window_, QMessageBox::Critical,
+            Ui::tr("取り込みを元に戻せませんでした。") + moved.end.Error().text +
+                (gone > 0 ? u'\n' + text : QString()));
+  }
 }
 
 void ArchiveCommands::Export(const SerialId& folder, const QString& name) {

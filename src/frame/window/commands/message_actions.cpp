@@ -204,6 +204,11 @@ SerialIds MessageActions::PutIntoInbox(const SerialIds& messages, const SerialId
   return wasDust || IsFilledByHand(from) ? changed : SerialIds();
 }
 
+SerialIds Without(const UnderWay& underWay, SerialIds messages) {
+  messages.removeIf([&](const SerialId& message) { return underWay.contains(message); });
+  return messages;
+}
+
 QString DustWords(bool dust, qsizetype count) {
   const int n = static_cast<int>(count);
   return dust ? Ui::tr("%n通をくずかごに入れました。", nullptr, n)
@@ -222,21 +227,21 @@ SerialIds MessageActions::ChangeDust(const SerialIds& messages, bool dust) {
 // Moves messages, and tells how many it moved. Returns those that are now where they should be.
 SerialIds MessageActions::Carry(const Move& move, const SerialIds& messages, const Words& words) {
   const MovedSome carried = MoveAll(move);
-  const bool isWhole = carried.messages.size() == move.Messages().size();
-  const SerialIds changed =
-      End(carried.end, isWhole ? messages : carried.messages, carried.moved.underWay);
+  TellEnd(carried.end, carried.moved.underWay);
   const Move& back = carried.moved.back;
   const qsizetype count = back.Messages().size();
   if (count > 0 && told_) told_(words(count), [this, back] { CarryBack(back); });
-  return changed;
+  const bool isWhole = carried.messages.size() == move.Messages().size();
+  return Without(carried.moved.underWay, isWhole ? messages : carried.messages);
 }
 
 void MessageActions::CarryBack(const Move& move) {
   const MovedSome carried = MoveAll(move);
-  const SerialIds back = End(carried.end, carried.messages, carried.moved.underWay);
+  TellEnd(carried.end, carried.moved.underWay);
+  const SerialIds back = Without(carried.moved.underWay, carried.messages);
   if (returned_ && !back.isEmpty()) returned_(back);
   const SerialIds rest = move.Messages().mid(carried.messages.size());
-  if (rest.isEmpty() || !told_) return;
+  if (rest.isEmpty() || !carried.end || !told_) return;
   told_(Ui::tr("%n通が残っています。", nullptr, static_cast<int>(rest.size())),
         [this, others = move.Only(rest)] { CarryBack(others); });
 }
@@ -281,18 +286,13 @@ void MessageActions::EmptyDustBin() {
               Ui::tr("くずかごのメッセージをすべて削除します。元には戻せません。よろしいですか？"),
               QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer != QMessageBox::Ok) return;
-  const Result<int> emptied = [this] {
+  const Emptied emptied = [this] {
     ProgressWindow progress(&window_, Ui::tr("くずかごの削除"));
     return EmptyDust(context_,
                      [&progress](int done, int total) { return progress.Show(done, total); });
   }();
-  if (!emptied) {
-    ShowBox(&window_, QMessageBox::Critical,
-            Ui::tr("削除できませんでした。") + emptied.Error().text);
-  } else if (deleted_) {
-    deleted_(DeletedWords(*emptied));
-  }
-  host_.MessageStored();
+  if (deleted_ && (emptied.end || emptied.count > 0)) deleted_(DeletedWords(emptied.count));
+  TellEnd(emptied.end, emptied.underWay);
 }
 
 bool MessageActions::IsFilledByHand(const SerialId& folder) const {
@@ -300,9 +300,8 @@ bool MessageActions::IsFilledByHand(const SerialId& folder) const {
   return object != nullptr && FolderObject(*object).ShowsWhatIsFiled();
 }
 
-// Of a change to messages, of which a failure is told. Returns those that were changed.
-SerialIds MessageActions::End(const Result<>& done, const SerialIds& messages,
-                              const UnderWay& underWay) {
+// A failure is told, and what stayed as it was because it is being sent.
+void MessageActions::TellEnd(const Result<>& done, const UnderWay& underWay) {
   if (!done) {
     ShowBox(&window_, QMessageBox::Critical,
             Ui::tr("変更を保存できませんでした。") + done.Error().text);
@@ -312,9 +311,13 @@ SerialIds MessageActions::End(const Result<>& done, const SerialIds& messages,
                 .arg(Ui::tr("「%1」").arg(underWay.values().join(Ui::tr("」「")))));
   }
   host_.MessageStored();
-  SerialIds changed = done ? messages : SerialIds();
-  changed.removeIf([&underWay](const SerialId& message) { return underWay.contains(message); });
-  return changed;
+}
+
+// Of a change to messages, all of them or none. Returns those that were changed.
+SerialIds MessageActions::End(const Result<>& done, const SerialIds& messages,
+                              const UnderWay& underWay) {
+  TellEnd(done, underWay);
+  return done ? Without(underWay, messages) : SerialIds();
 }
 
 }  // namespace vorn

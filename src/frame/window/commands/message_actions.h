@@ -63,6 +63,7 @@ class MessageActions {
   QString NameOf(const SerialId& folder) const;
   SerialIds Delete(const SerialIds& messages);
   bool IsFilledByHand(const SerialId& folder) const;
+  void TellEnd(const Result<>& done, const UnderWay& underWay);
   SerialIds End(const Result<>& done, const SerialIds& messages, const UnderWay& underWay = {});
 
   Context& context_;

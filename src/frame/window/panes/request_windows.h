@@ -9,7 +9,6 @@
 #include "storage/context.h"
 
 class QWidget;
-class WebHost;
 
 namespace vorn {
 

@@ -173,8 +173,8 @@ bool MessageClosing::HasSender() {
   return host_.ChooseSender(document_.Tag(), lines.join(kLineBreak), form_.Subject().text());
 }
 
-// The message that this one answers or forwards is marked when this one goes out. Until then it is
-// noted which one that is.
+// The message that this one answers or forwards is marked when this one is to go out. Until then it
+// is noted which one that is.
 void MessageClosing::NoteAnswer() {
   const std::optional<Answered> answered = document_.AnsweredMessage();
   if (!answered) return;

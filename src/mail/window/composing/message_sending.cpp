@@ -134,7 +134,7 @@ void MessageSending::Cancel() {
 }
 
 void MessageSending::Edit() {
-  CancelSending(context_, window_, *document_.Bag());
+  std::ignore = CancelSending(context_, window_, *document_.Bag());  // its state tells
   host_.MessageStored();
   Q_EMIT AnewWanted();
 }

@@ -8,7 +8,7 @@
 
 namespace vorn {
 
-void CancelSending(Context& context, QWidget& window, const Disk& message) {
+bool CancelSending(Context& context, QWidget& window, const Disk& message) {
   const Result<> cancelled = MailStore(context).CancelWaiting(message);
   if (cancelled.Error().kind == StorageError::Kind::NotFound) {
     ShowBox(&window, QMessageBox::Information,
@@ -18,6 +18,7 @@ void CancelSending(Context& context, QWidget& window, const Disk& message) {
     ShowBox(&window, QMessageBox::Critical,
             Ui::tr("送信をキャンセルできませんでした。") + cancelled.Error().text);
   }
+  return static_cast<bool>(cancelled);
 }
 
 }  // namespace vorn

@@ -103,8 +103,10 @@ void ReadingPane::Mend() {
   const DiskPtr request = NewRequest();
   LookAtMessage(context_, *request);  // it may be edited already
   if (MessageBag(*request).Status() == kStatusWaiting) {
-    CancelSending(context_, *window(), *request);
+    const bool isCancelled = CancelSending(context_, *window(), *request);
     host_.MessageStored();
+    // While that was told another message may have come here.
+    if (!isCancelled || request->Serial() != serialId_) return;
   }
   Q_EMIT OpenWanted(OpenMode::Show);
 }

@@ -4,7 +4,6 @@
 #include "objects/object_types.h"
 #include "objects/profile/profile_password.h"
 #include "objects/select_objects.h"
-#include "storage/bags/profile_bag.h"
 #include "storage/databases.h"
 #include "storage/ui.h"
 
@@ -64,7 +63,7 @@ QString FirstUseText(const Context& context) {
            "%1")
            .arg(untilThen)},
       {first_step::kGuide, Ui::tr("<b>使い方</b>: F1キー。")}};
-  if (!ProfileBag(*context.Session).Password().isEmpty()) steps.removeAt(steps.size() - 2);
+  if (HasOwnPassword(context)) steps.removeAt(steps.size() - 2);
   const bool hasAccount = HasAccount(context);
   if (hasAccount) steps.move(0, steps.size() - 2);  // another one is not what comes next
 
