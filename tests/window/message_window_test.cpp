@@ -321,7 +321,8 @@ TEST_F(MessageWindowTest, ADraftIsKeptAndOfferedAgain) {
   const QString vanishing = File("gone.txt", "contents\r\n");
   const QString kept = File("kept.txt", "contents\r\n");
   Child<AttachmentList>(window, u"lvClip").Input().AddFiles({vanishing, kept});
-  QFile::remove(vanishing);  // the text counts
+  QFile::remove(vanishing);
+  QDir().mkdir(vanishing);  // the text and the other file count
   QMetaObject::invokeMethod(window.findChild<QTimer*>(QStringLiteral("tmDraft")), "timeout");
   const SerialId serial = window.Tag();
   EXPECT_EQ(Drafts::LeftBehind(Context()), SerialIds{serial});

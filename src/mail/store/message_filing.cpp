@@ -391,6 +391,7 @@ Emptied EmptyDust(Context& context, const FilingProgress& progress) {
     return emptied;
   }
   qsizetype done = 0;
+  emptied.left = static_cast<int>(all->size());
   for (const SerialIds& piece : InPieces(*all)) {
     emptied.end = Transact(context, [&](DataSession& session) -> Result<> {
       const Result<SerialIds> still = FindAmong(session, inDust + QStringLiteral(" AND"), piece);
@@ -403,6 +404,7 @@ Emptied EmptyDust(Context& context, const FilingProgress& progress) {
     });
     if (!emptied.end) break;
     done += piece.size();
+    emptied.left = static_cast<int>(all->size() - done);
     if (progress && !progress(static_cast<int>(done), static_cast<int>(all->size()))) break;
   }
   return emptied;

@@ -89,6 +89,7 @@ int CountWaiting(Context& context, const QString& address);
 /// What came of emptying the dust bin, which somebody may have ended.
 struct Emptied {
   int count = 0;      ///< deleted
+  int left = 0;       ///< not come to
   UnderWay underWay;  ///< what is being sent, and stays
   Result<> end;
 

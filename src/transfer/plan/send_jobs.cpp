@@ -120,6 +120,12 @@ void SendJobs::StartSending(CheckJob& job, SendItem& message) {
   sessions_.ForgetRefusedPassword(job, account);
   SessionRecord record(job.Bag());
   if (record.IsLoginRefused()) record.SetAsked({});
+  // The receiving of the same check may have shown it to be wrong.
+  if (account.SendsByAskedPassword() && !account.HasCredentials()) {
+    record.SetAsked({});
+    job.SetStep(JobStep::Waits);
+    return;
+  }
   const SerialId serial = message.Serial();
   const auto waiting = Outbox(context_, message.File(context_)).Read(serial);
   if (!waiting) {

@@ -291,7 +291,11 @@ void MessageActions::EmptyDustBin() {
     return EmptyDust(context_,
                      [&progress](int done, int total) { return progress.Show(done, total); });
   }();
-  if (deleted_ && (emptied.end || emptied.count > 0)) deleted_(DeletedWords(emptied.count));
+  QString words = DeletedWords(emptied.count);
+  if (emptied.left > 0) {
+    words += Ui::tr("中止したので、%n通が残っています。", nullptr, emptied.left);
+  }
+  if (deleted_ && (emptied.end || emptied.count > 0)) deleted_(words);
   TellEnd(emptied.end, emptied.underWay);
 }
 

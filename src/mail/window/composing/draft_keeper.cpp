@@ -62,15 +62,24 @@ void DraftKeeper::BringBack(MessageModel& model) const {
   }
 }
 
-void DraftKeeper::Hold(MessageModel& model) {
-  held_.clear();
-  for (ModelAttachment& attachment : model.attachments) {
-    if (!attachment.isNew) continue;
+// Takes out those that cannot be read and have not been, and gives them.
+QStringList DraftKeeper::Hold(MessageModel& model) {
+  QHash<QString, QByteArray> held;
+  QStringList leftOut;
+  std::erase_if(model.attachments, [&](ModelAttachment& attachment) {
+    if (!attachment.isNew) return false;
     const Result<QByteArray> bytes = ReadAttachment(attachment, {});
-    if (!bytes) continue;  // composing it fails for the same reason
-    attachment.made = *bytes;
-    held_.insert(attachment.path, *bytes);
-  }
+    const auto former = held_.constFind(attachment.path);
+    if (!bytes && former == held_.constEnd()) {
+      leftOut.append(FileOf(attachment));
+      return true;
+    }
+    attachment.made = bytes ? *bytes : *former;
+    held.insert(attachment.path, *attachment.made);
+    return false;
+  });
+  held_ = held;
+  return leftOut;
 }
 
 void DraftKeeper::Keep() {
@@ -81,7 +90,7 @@ void DraftKeeper::Keep() {
   MessageModel model = form_.Take(document_.Model());
   BringBack(model);
   QStringList leftOut = LeaveOut(model);
-  Hold(model);
+  leftOut += Hold(model);
   Result<QByteArray> source = document_.Compose(model);
   if (!source) {  // the text counts, also when an attachment cannot be read
     for (const ModelAttachment& attachment : model.attachments) leftOut += FileOf(attachment);

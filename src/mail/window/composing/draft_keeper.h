@@ -30,7 +30,7 @@ class DraftKeeper : public QTimer {
 
  private:
   void BringBack(MessageModel& model) const;
-  void Hold(MessageModel& model);
+  QStringList Hold(MessageModel& model);
 
   Context& context_;
   MessageDocument& document_;

@@ -172,6 +172,11 @@ void ShownFolder::MessagesGone(const SerialIds& messages) {
   parts_.page.rows.Remove(messages);
 }
 
+void ShownFolder::GoToReturned(const SerialIds& messages) {
+  parts_.maker.Search().TakeIn(messages);
+  navigation_.GoToReturned(messages);
+}
+
 void ShownFolder::AfterCommands(const std::function<void()>& then) {
   parts_.page.queue.After(then);
 }

@@ -61,7 +61,7 @@ class ShownFolder : public QObject {
   /// Makes a message of the folder the current one, whichever page it is on.
   void GoToMessage(const SerialId& message) { navigation_.GoTo(message); }
   /// Goes to messages that have come back into the folder: what is done next is done with them.
-  void GoToReturned(const SerialIds& messages) { navigation_.GoToReturned(messages); }
+  void GoToReturned(const SerialIds& messages);
   /// How many messages the user has chosen one by one.
   int CountChosen() const { return messages_.CountChosen(); }
   /// Gives the messages that the user has chosen, or the current one.

@@ -55,6 +55,12 @@ void LongSearch::Stop() {
   wait_->Stop();
 }
 
+// What the user did is looked for, however often that was done by itself before.
+void LongSearch::TakeIn(const SerialIds& messages) {
+  gone_.removeIf([&](const SerialId& message) { return messages.contains(message); });
+  isRepeated_ = false;
+}
+
 void LongSearch::Take(const ConditionRun::Answer& answer, const std::function<void()>& then) {
   if (!answer.values) {
     Q_EMIT Failed(answer.values.Error().text);

@@ -32,6 +32,8 @@ class LongSearch : public QObject {
   void Stop();
   /// Messages have left the folder: they are none of those that are being looked for.
   void LeaveOut(const SerialIds& messages) { gone_ += messages; }
+  /// Messages are back in it.
+  void TakeIn(const SerialIds& messages);
   /// The bar, with a button that stops it.
   QWidget* Bar() const;
 
