@@ -66,6 +66,15 @@ TEST_F(SlowConditionTest, ItsMessagesComeWhenTheyAreFoundAndThePageStaysMeanwhil
   EXPECT_TRUE(AwaitText("third change"));
   Browser()->Refresh();
   EXPECT_TRUE(AwaitText("fourth change"));
+  // Also while it is looked for the second time by itself.
+  ASSERT_TRUE(WaitFor([this] { return !Bar().isVisible(); }));
+  store("fifth change");
+  for (const char* next : {"sixth change", "seventh change"}) {
+    ASSERT_TRUE(WaitFor([this] { return Bar().isVisible(); }));
+    Store(next);
+    ASSERT_TRUE(WaitFor([this] { return !Bar().isVisible(); }));
+  }
+  EXPECT_TRUE(AwaitText("seventh change"));
 }
 
 TEST_F(SlowConditionTest, ItIsStoppedByItsButtonByAnotherFolderAndByTheEnd) {

@@ -14,7 +14,9 @@
 namespace vorn {
 namespace {
 
+// What the program notes in the file by itself would have it look again for ever.
 constexpr int kLookAgainMs = 2000;
+constexpr int kLongestAgainMs = 300000;
 
 }  // namespace
 
@@ -22,7 +24,8 @@ LongSearch::LongSearch(Context& context, MessageListPages& pages, const PageRequ
     : context_(context),
       pages_(pages),
       request_(request),
-      wait_(new ConditionWait(context, [this] { Q_EMIT Stopped(); })) {}
+      wait_(new ConditionWait(context, [this] { Q_EMIT Stopped(); })),
+      againMs_(kLookAgainMs) {}
 
 QWidget* LongSearch::Bar() const {
   return wait_;
@@ -55,10 +58,10 @@ void LongSearch::Stop() {
   wait_->Stop();
 }
 
-// What the user did is looked for, however often that was done by itself before.
+// What the user did is looked for soon, however often it looked by itself before.
 void LongSearch::TakeIn(const SerialIds& messages) {
   gone_.removeIf([&](const SerialId& message) { return messages.contains(message); });
-  isRepeated_ = false;
+  againMs_ = kLookAgainMs;
 }
 
 void LongSearch::Take(const ConditionRun::Answer& answer, const std::function<void()>& then) {
@@ -71,22 +74,25 @@ void LongSearch::Take(const ConditionRun::Answer& answer, const std::function<vo
   serialIds.removeIf([gone = QSet<SerialId>(gone_.cbegin(), gone_.cend())](
                          const SerialId& message) { return gone.contains(message); });
   pages_.TakeAnswer(request_.Folder(), request_.Search(), serialIds);
-  // What changed meanwhile may not have been asked for again yet. Once: what the program notes in
-  // the file by itself would have it sought for ever.
-  const bool isRepeated = std::exchange(isRepeated_, false);
-  if (wait_->TakeAgain() || (!isRepeated && StateOfMail() != begunAt_)) LookAgain();
+  // What changed meanwhile may not have been asked for again yet.
+  if (wait_->TakeAgain() || StateOfMail() != begunAt_) {
+    LookAgain();
+  } else {
+    againMs_ = kLookAgainMs;
+  }
   then();
 }
 
-// What has changed while the messages were looked for may not be in the answer.
+// What has changed while the messages were looked for may not be in the answer. Each time later,
+// as long as something changes.
 void LongSearch::LookAgain() {
   const SerialId folder = request_.Folder();
   const FolderSearch search = request_.Search();
-  QTimer::singleShot(kLookAgainMs, this, [this, folder, search] {
+  const int ms = std::exchange(againMs_, qMin(2 * againMs_, kLongestAgainMs));
+  QTimer::singleShot(ms, this, [this, folder, search] {
     if (!request_.IsLocal() || request_.Folder() != folder || !(request_.Search() == search))
       return;
     pages_.Forget(folder, search);
-    isRepeated_ = true;
     Q_EMIT Outdated();
   });
 }

@@ -55,7 +55,7 @@ class LongSearch : public QObject {
   const PageRequest& request_;
   ConditionWait* wait_;
   QString begunAt_;          // the state of the mail file
-  bool isRepeated_ = false;  // it is looked for once more by itself
+  int againMs_;              // how long it then waits before it looks again by itself
   SerialIds gone_;           // since it began
 };
 
