@@ -4,6 +4,7 @@
 #include <QWebEngineScript>
 
 #include "auxiliary/window/console_window.h"
+#include "mail/codec/html/html_sanitizer.h"
 #include "mail/print_page.h"
 #include "mail/window/body/html_view.h"
 #include "mail/window/fields/attachment_input.h"
@@ -371,17 +372,17 @@ TEST_F(MessageWindowTest, WhateverAnHtmlMailSaysItsPrintedHeadIsSeenAboveIt) {
   view.resize(800, 600);
   view.show();
   const QString script = QStringLiteral(
-      "(() => { const host = document.body.firstElementChild, tree = host.shadowRoot;"
+      "(() => { const tree = document.body.shadowRoot;"
       "if (!tree) return 'no table';"
-      "for (let e = host; e; e = e.parentElement) { const s = getComputedStyle(e);"
+      "for (let e = document.body; e; e = e.parentElement) { const s = getComputedStyle(e);"
       "  if (s.opacity !== '1' || s.visibility !== 'visible') return 'hidden ' + e.tagName; }"
       "const cells = [...tree.querySelectorAll('td')];"
       "for (const cell of cells) { const r = cell.getBoundingClientRect();"
       "  const top = tree.elementFromPoint(r.x + 9, r.y + r.height / 2);"
       "  if (top !== cell || r.y < 0) return 'cell ' + r.y; }"
-      "const below = host.getBoundingClientRect().bottom - 1;"
+      "const below = tree.querySelector('section').getBoundingClientRect().bottom - 1;"
       "for (let x = 5; x < innerWidth; x += 20) for (let y = 1; y < below; y += 4)"
-      "  if (document.elementFromPoint(x, y)?.closest('vorn-mail')) return 'covered';"
+      "  if (document.elementFromPoint(x, y)?.closest('body > *')) return 'covered';"
       "return 'seen ' + cells.length; })()");
   constexpr int kFramesMs = 50;
   constexpr int kPaintedMs = 20000;
@@ -410,16 +411,30 @@ TEST_F(MessageWindowTest, WhateverAnHtmlMailSaysItsPrintedHeadIsSeenAboveIt) {
           << qPrintable(mail.left(200));
     }
   }
-  // Nor do rules that the mail has for elements of its own reach what is around them.
-  view.setHtml(QString::fromUtf8(
-      PrintPage(model, QStringLiteral("<style>div,section{font-size:0;opacity:.1}</style>Plain"))));
-  EXPECT_TRUE(WaitFor([&view] {
-    return ScriptIn(view, QStringLiteral("(() => { const mail = document.body.children[1];"
-                                         "if (mail?.textContent.trim() !== 'Plain') return '';"
-                                         "const style = getComputedStyle(mail);"
-                                         "return style.fontSize + style.opacity; })()"))
-               .toString() == u"16px1";
-  }));
+}
+
+// Nothing stands around the mail that its rules would not meet on the screen.
+TEST_F(MessageWindowTest, AnHtmlMailLooksOnPaperAsOnTheScreen) {
+  const QString mail = QStringLiteral(
+      "<style>div,section{font-size:0}*:not(p):not(body):not(html){opacity:.1}"
+      "body>*{font-size:3px}body>p{font-size:20px}body>p:first-child{color:#a00}"
+      "body>p:nth-child(2){display:none}</style><p>one<p>two<p>three");
+  QWebEngineView view;
+  const QString script = QStringLiteral(
+      "[...document.querySelectorAll('p')].map(p => { const s = getComputedStyle(p);"
+      "let clear = 1; for (let e = p; e; e = e.assignedSlot ?? e.parentNode?.host ?? "
+      "  e.parentElement) clear *= getComputedStyle(e).opacity;"
+      "return [p.innerText.trim(), s.fontSize, s.color, s.display, clear].join(); }).join(' ')");
+  const auto shown = [&](const QByteArray& page) {
+    QSignalSpy loaded(&view, &QWebEngineView::loadFinished);
+    view.setHtml(QString::fromUtf8(page));
+    EXPECT_TRUE(WaitFor([&] { return loaded.count() > 0; }));
+    return ScriptIn(view, script).toString();
+  };
+  const QString onScreen = shown(SanitizeHtml(mail, RemoteImages::LeftOut).html);
+  EXPECT_TRUE(onScreen.contains(QStringLiteral("three,20px,rgb(0, 0, 0),block,1")))
+      << qPrintable(onScreen);
+  EXPECT_EQ(shown(PrintPage({}, mail)), onScreen);
 }
 
 TEST_F(MessageWindowTest, ImagesThatAreNotShownAreCountedWithTheReason) {
