@@ -3662,10 +3662,6 @@ Messages are listed in a table, the one you choose is shown below it, and folder
         <translation>New Folder</translation>
     </message>
     <message>
-        <source>取り消しました：%1</source>
-        <translation>Undone: %1</translation>
-    </message>
-    <message>
         <source>ファイル「%1」%2の場所にあるのは、パスワードが変わる前の古い複製です。つなぎ直すと、今のパスワードに合わせた複製に替わり、このファイルは別の名前で残ります。</source>
         <translation>What stands in the place of the file “%1”%2 is an older copy, from before the password changed. If you reconnect it, a copy that fits the current password takes its place, and this file is kept under another name.</translation>
     </message>
@@ -4922,6 +4918,10 @@ Give the password or the recovery code of that time with --former-password-fd.</
     <message>
         <source>パスワードが分からないので、自動では送信しません。送受信を押すと入力できます。</source>
         <translation>The password is not known, so nothing is sent automatically. Press Send and receive to enter it.</translation>
+    </message>
+    <message>
+        <source>取り消し：%1</source>
+        <translation>Undo: %1</translation>
     </message>
 </context>
 </TS>

@@ -1,12 +1,51 @@
 #include "mail/archive/export_messages.h"
 
+#include <QHash>
+#include <optional>
+
 #include "mail/codec/mime/content_index.h"
 #include "mail/store/mail_store.h"
+#include "mail/store/message_rows.h"
 #include "objects/settings.h"
 #include "storage/base/time_text.h"
+#include "storage/databases.h"
 #include "storage/ui.h"
 
 namespace vorn {
+namespace {
+
+// Reads sources by the identifiers of their messages, and where the index over those is damaged by
+// the numbers of their rows, which the table tells.
+class Sources {
+ public:
+  explicit Sources(Context& context) : context_(context), store_(context) {}
+
+  Result<QByteArray> Of(const SerialId& serialId) {
+    Result<QByteArray> source = store_.LoadMessageSource(Disk(serialId));
+    if (source || source.Error().kind == StorageError::Kind::NotFound) return source;
+    if (!numbers_) numbers_ = ReadNumbers();
+    const qint64 row = numbers_->value(serialId);
+    return row > 0 ? store_.LoadSourceOfRow(row) : source;
+  }
+
+ private:
+  // As far as the table can be read.
+  QHash<SerialId, qint64> ReadNumbers() {
+    QHash<SerialId, qint64> numbers;
+    const OpenedDatabase mail(context_, DatabaseKind::Mail);
+    const RecordsetPtr rows = mail ? MessageRows(context_.Data).Numbers() : nullptr;
+    for (; rows != nullptr && !rows->Eof(); rows->MoveNext()) {
+      numbers.insert(rows->Serial(), rows->FirstNumber());
+    }
+    return numbers;
+  }
+
+  Context& context_;
+  MailStore store_;
+  std::optional<QHash<SerialId, qint64>> numbers_;
+};
+
+}  // namespace
 
 ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
                              const WorkProgress& progress) {
@@ -21,11 +60,11 @@ ExportOutcome ExportMessages(Context& context, const ExportOrder& order,
   outcome.unreadable = listing->unreadable;
   ArchiveWriter writer(order.format, order.path, order.overwrite);
   Result<> written = writer.Open();
-  MailStore store(context);
+  Sources sources(context);
   const bool dropsEnd = Settings(context).Standards().dropsOwnEnd;
   for (const FolderMessage& message : listing->messages) {
     if (!written) break;
-    const Result<QByteArray> source = store.LoadMessageSource(Disk(message.serialId));
+    const Result<QByteArray> source = sources.Of(message.serialId);
     if (!source) {
       outcome.unreadable.append({message.serialId, message.subject, message.timestamp});
       continue;

@@ -1,7 +1,6 @@
 #include "mail/search/folder_listing.h"
 
 #include <QHash>
-#include <QSet>
 #include <algorithm>
 #include <optional>
 
@@ -32,8 +31,9 @@ bool List(DataSession& data, const QString& select, std::vector<FolderMessage>& 
   return !rows->Failed();
 }
 
-// Looks for every message by itself. What is known of each comes from the table as far as it can be
-// read, and from the indexes over it, which hold copies of some columns.
+// Looks for every message by itself, by the number of its row: any index may be what is damaged.
+// What is known of each comes from the table as far as it can be read, and from the indexes over
+// it, which hold copies of some columns.
 class MessageSearch {
  public:
   MessageSearch(DataSession& data, const QString& select) : data_(data), select_(select) {}
@@ -45,7 +45,9 @@ class MessageSearch {
     if (known_.isEmpty()) return std::nullopt;
     FolderListing listing;
     if (!all && !allRows) listing.unreadable.append(UnreadableMessage());
-    for (const UnreadableMessage& message : std::as_const(known_)) LookFor(message, listing);
+    for (auto message = known_.cbegin(); message != known_.cend(); ++message) {
+      LookFor(message.key(), *message, listing);
+    }
     std::sort(
         listing.messages.begin(), listing.messages.end(),
         [](const FolderMessage& a, const FolderMessage& b) { return a.timestamp < b.timestamp; });
@@ -68,24 +70,24 @@ class MessageSearch {
     return Walk(QStringLiteral("SELECT rowid, SERIALID FROM mail ORDER BY SERIALID"),
                 [&](const Recordset& row) {
                   const QString time = times.value(row.FirstNumber());
-                  known_.insert(row.Serial(), {row.Serial(), {}, time});
+                  known_.insert(row.FirstNumber(), {row.Serial(), {}, time});
                 });
   }
 
   bool CollectFromTable() {
-    return Walk(QStringLiteral("SELECT * FROM mail"), [this](const Recordset& row) {
+    return Walk(QStringLiteral("SELECT rowid, * FROM mail"), [this](const Recordset& row) {
       const FolderMessage message = Read(MailRow(row));
-      known_.insert(message.serialId, {message.serialId, message.subject, message.timestamp});
+      known_.insert(row.FirstNumber(), {message.serialId, message.subject, message.timestamp});
     });
   }
 
   // The condition sees this message alone. The limit keeps the engine from going through others by
   // an index over what the condition asks for.
-  void LookFor(const UnreadableMessage& message, FolderListing& listing) {
+  void LookFor(qint64 row, const UnreadableMessage& message, FolderListing& listing) {
     std::vector<FolderMessage> found;
     if (List(data_,
-             QStringLiteral("WITH mail AS (SELECT * FROM main.mail WHERE SERIALID = %1 LIMIT 1) ")
-                     .arg(QuoteSql(message.serialId)) +
+             QStringLiteral("WITH mail AS (SELECT * FROM main.mail WHERE rowid = %1 LIMIT 1) ")
+                     .arg(row) +
                  select_,
              found)) {
       listing.messages.insert(listing.messages.end(), found.begin(), found.end());
@@ -96,7 +98,7 @@ class MessageSearch {
 
   DataSession& data_;
   QString select_;
-  QHash<SerialId, UnreadableMessage> known_;  // by serial identifier
+  QHash<qint64, UnreadableMessage> known_;  // by the numbers of their rows
 };
 
 }  // namespace

@@ -164,8 +164,18 @@ bool MailStore::WriteMessage(const Disk& request, const QByteArray& source,
 
 Result<QByteArray> MailStore::LoadMessageSource(const Disk& request) {
   const OpenedDatabase opened = Open(request);
-  if (!opened) return opened.Error();
-  if (!context_.Data.OpenRecordset(SelectRow(request), CursorKind::ForwardOnly)) {
+  return opened ? ReadSource(SelectRow(request)) : opened.Error();
+}
+
+Result<QByteArray> MailStore::LoadSourceOfRow(qint64 row) {
+  const OpenedDatabase opened(context_, DatabaseKind::Mail);
+  return opened ? ReadSource(QStringLiteral("SELECT MAIL FROM mail WHERE rowid = %1").arg(row))
+                : opened.Error();
+}
+
+// Of the one row that the statement selects.
+Result<QByteArray> MailStore::ReadSource(const QString& select) {
+  if (!context_.Data.OpenRecordset(select, CursorKind::ForwardOnly)) {
     return ReasonOf(context_.Data);
   }
   const RecordsetPtr row = context_.Data.Recordset();

@@ -50,6 +50,8 @@ class MailStore {
   /// The message's source, exactly as it was stored. Fails when there is no such row (`NotFound`),
   /// or when it cannot be read or no longer is what was stored.
   Result<QByteArray> LoadMessageSource(const Disk& request);
+  /// The same of the profile's mail file by the number of its row, which needs no index.
+  Result<QByteArray> LoadSourceOfRow(qint64 row);
 
   /// Deletes the message's row. The folder rows are not touched.
   Result<> DeleteMessage(const Disk& request);
@@ -80,6 +82,7 @@ class MailStore {
   };
   Result<Taken> StoreUnlessKnown(const Disk& request, const QByteArray& source,
                                  const std::optional<qint64>& identity, bool besideAlike);
+  Result<QByteArray> ReadSource(const QString& select);
   bool WriteState(StateMask mask, const Disk& request);
   bool WriteFolders(const Disk& request);
 

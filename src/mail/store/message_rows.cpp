@@ -29,6 +29,10 @@ RecordsetPtr MessageRows::Names() {
   return Select(QStringLiteral("SELECT FIELD_ID FROM mail"));
 }
 
+RecordsetPtr MessageRows::Numbers() {
+  return Select(QStringLiteral("SELECT rowid, SERIALID FROM mail NOT INDEXED"));
+}
+
 RecordsetPtr MessageRows::Of(const SerialId& serialId) {
   return Where(QStringLiteral("SERIALID = ") + QuoteSql(serialId));
 }

@@ -28,6 +28,8 @@ class MessageRows {
   /// The identifiers of all under which they came (FIELD_ID), and no other column: an index has
   /// them.
   RecordsetPtr Names();
+  /// The number of each row and its "SERIALID", from the table alone: no index is read.
+  RecordsetPtr Numbers();
   RecordsetPtr Of(const SerialId& serialId);
   /// By the name under which the message came: "MessageID" of its bag, FIELD_ID of its row.
   RecordsetPtr Named(const QString& messageId);

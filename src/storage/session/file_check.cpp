@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <functional>
+#include <limits>
 #include <tuple>
 
 #include "storage/base/time_text.h"
@@ -99,9 +100,17 @@ class FileCheck {
     findings_.parts.insert(kDamagedFile);
   }
 
+  qint64 LastSource() {
+    const QVariant last = connection_.Scalar("SELECT MAX(ID) FROM long_binary");
+    if (last.isValid()) return last.toLongLong();
+    GoOnBehindDamage();
+    return std::numeric_limits<qint64>::max();
+  }
+
   // The numbers of the rows from an index, which is narrow, and from the table, as far as either
   // can be read; each row is then read by itself, so that a bad page hides no other.
   void ReadRows() {
+    lastSource_ = LastSource();
     QList<qint64> ids;
     QSet<qint64> known;
     for (const char* from : {"mail ORDER BY rowid",
@@ -173,7 +182,8 @@ class FileCheck {
   void ReadSources() {
     qint64 orphans = 0;
     ForEachRow("SELECT ID FROM long_binary", [&](Statement& row) {
-      if (!sources_.contains(row.Value(0).toLongLong())) ++orphans;
+      const qint64 source = row.Value(0).toLongLong();
+      if (source <= lastSource_ && !sources_.contains(source)) ++orphans;
     });
     if (orphans > 0) {
       Problem(Ui::tr("どのメッセージのものか分からない本文が%1件あります。").arg(orphans));
@@ -194,6 +204,7 @@ class FileCheck {
   Connection& connection_;
   FileFindings& findings_;
   QSet<qint64> sources_;
+  qint64 lastSource_ = 0;  // what came since is of messages that were not read
 };
 
 FileFindings Check(const QString& path, const QString& password, FileContents contents) {

@@ -143,7 +143,7 @@ void MainStatusBar::TakeBack() {
   if (steps_.empty()) return Show(Ui::tr("元に戻せる操作はありません。"));
   const Step step = std::move(steps_.back());
   steps_.pop_back();
-  ShowOffer(Ui::tr("取り消しました：%1").arg(step.done), OfferLasts::WhileAtIt);
+  ShowOffer(Ui::tr("取り消し：%1").arg(step.done), OfferLasts::WhileAtIt);
   step.undo();
 }
 
