@@ -119,6 +119,26 @@ TEST_F(SendPlanTest, PopBeforeSmtpLogsInFirst) {
   EXPECT_EQ(pop3.Count("PASS"), 1);
   EXPECT_EQ(pop3.Count("RETR") + pop3.Count("LIST"), 0);
   EXPECT_EQ(pop3.Count("QUIT"), 1);
+  // Automatic checking asks for no password for it, and does not try without.
+  const DiskPtr settings = Settings(profile_.Get()).Bag();
+  settings->Let(QStringLiteral("Careful"), true);
+  settings->Let(QStringLiteral("MessageCheck"), true);
+  account->Let(QStringLiteral("InMailServerPassword"), QString());
+  account->Let(QStringLiteral("InMailServerPasswordSave"), false);
+  StoreWaiting("me@example.com", "t");
+  host_.typedPassword = QStringLiteral("secret");
+  host_.onPeriodic = [this] { traffic_.Plan().CreateMessagePlan(kPlanSend); };
+  traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
+  EXPECT_TRUE(test::WaitFor([this] {
+    traffic_.Tick();
+    return host_.log.join(u' ').contains(QStringLiteral("自動では送信しません"));
+  }));
+  EXPECT_EQ(host_.passwordQuestions, 0);
+  EXPECT_EQ(Subjects(kStatusWaiting), QStringList{QStringLiteral("t")});
+  traffic_.Plan().Clear();
+  EXPECT_EQ(Send().sent, 1);
+  EXPECT_EQ(host_.passwordQuestions, 1);
+  EXPECT_EQ(pop3.Count("PASS"), 2);
 }
 
 TEST_F(SendPlanTest, ASentMessageKeepsItsFoldersAndFlags) {

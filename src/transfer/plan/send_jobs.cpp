@@ -58,14 +58,13 @@ bool SendJobs::MaySend(CheckJob& job, const SendItem& message) {
   Account account = *message.Sender();
   const bool isNeeded = account.SendsByAskedPassword();
   if ((!account.IsPopBeforeSmtp() && !isNeeded) || account.HasCredentials()) return true;
+  if (job.IsUnasked()) {
+    TellNotByItself(account);
+    LeaveOut(job, message);
+    return false;
+  }
   SessionRecord record(job.Bag());
-  if (isNeeded && job.IsUnasked()) {
-    if (!toldOfNoPassword_.contains(account.Serial())) {
-      toldOfNoPassword_.insert(account.Serial());
-      TellOfNoPassword(account, Ui::tr("パスワードが分からないので、自動では送信しません。送受信を"
-                                       "押すと入力できます。"));
-    }
-  } else if (record.Asked() != account.Serial()) {
+  if (record.Asked() != account.Serial()) {
     works_.Release(kSendingWork);
     record.SetAsked(account.Serial());
     sessions_.KnowsPassword(account);
@@ -77,6 +76,14 @@ bool SendJobs::MaySend(CheckJob& job, const SendItem& message) {
   if (!isNeeded || account.HasCredentials()) return true;
   LeaveOut(job, message);
   return false;
+}
+
+// Once, however often it is checked.
+void SendJobs::TellNotByItself(const Account& account) {
+  if (toldOfNoPassword_.contains(account.Serial())) return;
+  toldOfNoPassword_.insert(account.Serial());
+  TellOfNoPassword(account, Ui::tr("パスワードが分からないので、自動では送信しません。送受信を"
+                                   "押すと入力できます。"));
 }
 
 void SendJobs::TellOfNoPassword(const Account& account, const QString& sentence) {

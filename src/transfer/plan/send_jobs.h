@@ -45,6 +45,7 @@ class SendJobs {
 
  private:
   bool MaySend(CheckJob& job, const SendItem& message);
+  void TellNotByItself(const Account& account);
   void TellOfNoPassword(const Account& account, const QString& sentence);
   bool TakeSending(CheckJob& job, const SendItem& message);
   void ReportDoubtful(int count);
