@@ -338,8 +338,9 @@ bool IsEucUnderOtherLabel(const Charset& declared, QByteArrayView bytes, const Q
   constexpr int kSure = 16;
   const bool isJis = declared.family == Family::Jis;
   if (!isJis && declared.family != Family::ShiftJis) return false;
+  if (isJis && HasJisEscape(bytes)) return false;
   const QString begin = reading.left(kLookedAt);
-  if (Likelihood(begin) >= 0 || (isJis && HasJisEscape(bytes))) return false;
+  if (Likelihood(begin) >= 0) return false;
   const DecodedText euc = Decode({Family::Euc, {}}, bytes.first(qMin(bytes.size(), kLookedAt)),
                                  bytes.size() > kLookedAt);
   if (!euc.clean) return false;

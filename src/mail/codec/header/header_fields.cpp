@@ -52,7 +52,7 @@ char LineEnd(QByteArrayView source) {
   if (found < 0) return '\r';
   QByteArrayView line = start.first(found);
   while (line.endsWith('\r')) line.chop(1);
-  return line.contains("\r\r") ? '\r' : '\n';
+  return line.contains('\r') && line.contains("\r\r") ? '\r' : '\n';
 }
 
 namespace {

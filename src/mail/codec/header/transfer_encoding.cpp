@@ -3,6 +3,7 @@
 #include <gmime/gmime.h>
 
 #include <algorithm>
+#include <array>
 
 #include "mail/codec/header/uuencoding.h"
 #include "mail/codec/header/yencoding.h"
@@ -41,7 +42,7 @@ bool IsBlankOrBreak(char c) {
   return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
-bool IsBase64Digit(char c) {
+constexpr bool IsBase64Digit(char c) {
   return IsBase64Letter(c) || c == '=';
 }
 
@@ -81,12 +82,24 @@ qsizetype PaddingEnd(QByteArrayView bytes, qsizetype from) {
   return end < 0 ? bytes.size() : end;
 }
 
+// By a table, since whole attachments pass here.
+qsizetype CountDigits(QByteArrayView bytes) {
+  static constexpr auto isDigit = [] {
+    std::array<quint8, 256> table{};
+    for (int c = 0; c < 256; ++c) {
+      table[static_cast<size_t>(c)] = IsBase64Digit(static_cast<char>(c)) ? 1 : 0;
+    }
+    return table;
+  }();
+  qsizetype digits = 0;
+  for (const char c : bytes) digits += isDigit[static_cast<quint8>(c)];
+  return digits;
+}
+
 // A text's last bytes are lost where the padding that completes them is missing.
 QByteArray DecodeBase64Text(QByteArrayView bytes) {
-  const auto digits = std::count_if(bytes.begin(), bytes.end(), IsBase64Digit);
-  if (digits % 4 < 2 || bytes.contains('=')) {
-    return RunDecoder(bytes, GMIME_CONTENT_ENCODING_BASE64);
-  }
+  const qsizetype digits = bytes.contains('=') ? 0 : CountDigits(bytes);
+  if (digits % 4 < 2) return RunDecoder(bytes, GMIME_CONTENT_ENCODING_BASE64);
   return RunDecoder(bytes.toByteArray().append(4 - digits % 4, '='), GMIME_CONTENT_ENCODING_BASE64);
 }
 
@@ -124,12 +137,26 @@ qsizetype SoftBreakEnd(QByteArrayView bytes, qsizetype at) {
   return end > breakStart ? breakStart + 1 : -1;
 }
 
+// Whether any soft line break may have another form than is usual, by what stands around the line
+// breaks: text in other letters has a "=" every third byte.
+bool MayHaveOddBreaks(QByteArrayView bytes) {
+  for (qsizetype at = bytes.indexOf('\n'); at >= 0; at = bytes.indexOf('\n', at + 1)) {
+    const qsizetype end = at > 0 && bytes[at - 1] == '\r' ? at - 1 : at;
+    if (end > 0 && IsBlankOrBreak(bytes[end - 1]) && bytes[end - 1] != '\n') return true;
+  }
+  for (qsizetype at = bytes.indexOf('\r'); at >= 0; at = bytes.indexOf('\r', at + 1)) {
+    if (!bytes.sliced(at + 1).startsWith('\n')) return true;
+  }
+  return false;
+}
+
 QByteArray DecodeQuotedPrintable(QByteArrayView bytes) {
   const QByteArrayView rest = CutCharacter(bytes);
   bytes.chop(rest.size());
   QByteArray usual;
   qsizetype taken = 0;
-  for (qsizetype at = bytes.indexOf('='); at >= 0; at = bytes.indexOf('=', at + 1)) {
+  const qsizetype first = MayHaveOddBreaks(bytes) ? bytes.indexOf('=') : -1;
+  for (qsizetype at = first; at >= 0; at = bytes.indexOf('=', at + 1)) {
     const QByteArrayView after = bytes.sliced(at + 1);
     if (after.startsWith("\r\n") || after.startsWith('\n')) continue;
     const qsizetype end = SoftBreakEnd(bytes, at);
