@@ -32,10 +32,9 @@ int Import(Context& context, const Arguments& arguments) {
   SerialId folder;
   if (arguments.Has(QStringLiteral("folder"))) {
     const QString name = arguments.Text(QStringLiteral("folder"));
-    folder = FindFolder(context, name);
-    if (folder.IsEmpty()) {
-      return Complain(Ui::tr("フォルダ「%1」はありません。").arg(name), kExitFailure);
-    }
+    const Result<SerialId> named = FindFolder(context, name);
+    if (!named) return Complain(named.Error().text, kExitFailure);
+    folder = *named;
   }
   ImportCounts counts;
   Result<> complete;
@@ -76,12 +75,10 @@ int Export(Context& context, const Arguments& arguments) {
                            "[--overwrite]"),
                     kExitUsage);
   }
-  const SerialId folder = FindFolder(context, name);
-  if (folder.IsEmpty()) {
-    return Complain(Ui::tr("フォルダ「%1」はありません。").arg(name), kExitFailure);
-  }
+  const Result<SerialId> folder = FindFolder(context, name);
+  if (!folder) return Complain(folder.Error().text, kExitFailure);
   const ExportOutcome outcome =
-      ExportMessages(context, {folder, *format, out, arguments.Has(QStringLiteral("overwrite"))});
+      ExportMessages(context, {*folder, *format, out, arguments.Has(QStringLiteral("overwrite"))});
   for (const UnreadableMessage& message : outcome.unreadable) {
     Complain(Ui::tr("読み込めません: ") + message.Name(), 0);
   }

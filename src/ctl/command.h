@@ -8,6 +8,7 @@
 #include <QString>
 
 #include "ctl/arguments.h"
+#include "storage/base/result.h"
 #include "storage/context.h"
 #include "storage/session/file_check.h"
 
@@ -53,10 +54,10 @@ void Print(const QString& text);
 int Complain(const QString& sentence, int code);
 /// The messages that could not be read, for a program.
 QJsonArray ToJson(const QList<UnreadableMessage>& messages);
-/// The bytes of a file, of the standard input for "-"; nothing when it cannot be read.
-std::optional<QByteArray> ReadFile(const QString& name);
+/// The bytes of a file, of the standard input for "-".
+Result<QByteArray> ReadFile(const QString& name);
 /// The serial identifier of the folder with that name, in any language for a folder that came with
-/// the profile, or serial identifier; empty when there is none.
-SerialId FindFolder(Context& context, const QString& nameOrSerial);
+/// the profile, or serial identifier.
+Result<SerialId> FindFolder(Context& context, const QString& nameOrSerial);
 
 }  // namespace vorn::ctl

@@ -133,10 +133,8 @@ int Inspect(const Arguments& arguments) {
   if (name.isEmpty() || !unknown.isEmpty()) {
     return Complain(Ui::tr("使い方: vornctl inspect ファイル|- [--json]"), kExitUsage);
   }
-  const auto source = ReadFile(name);
-  if (!source) {
-    return Complain(Ui::tr("「%1」を読み込めません。").arg(name), kExitFailure);
-  }
+  const Result<QByteArray> source = ReadFile(name);
+  if (!source) return Complain(source.Error().text, kExitFailure);
   if (arguments.Has(QStringLiteral("json"))) {
     Print(QString::fromUtf8(QJsonDocument(Describe(*source)).toJson(QJsonDocument::Compact)));
   } else {

@@ -57,7 +57,12 @@ int ListTheRest(Context& context, const SerialId& folder, const QSet<SerialId>& 
   for (const FolderMessage& message : listing->messages) {
     if (printed.contains(message.serialId)) continue;
     const RecordsetPtr row = MessageRows(context.Data).Of(message.serialId);
-    if (row != nullptr && !row->Eof()) PrintRow(MailRow(*row), asJson);
+    if (row == nullptr || row->Failed()) {
+      const UnreadableMessage lost{message.serialId, message.subject, message.timestamp};
+      Complain(Ui::tr("読み込めません: ") + lost.Name(), 0);
+    } else if (!row->Eof()) {
+      PrintRow(MailRow(*row), asJson);
+    }
   }
   for (const UnreadableMessage& message : listing->unreadable) {
     Complain(Ui::tr("読み込めません: ") + message.Name(), 0);
@@ -70,12 +75,10 @@ int ListTheRest(Context& context, const SerialId& folder, const QSet<SerialId>& 
 int ListFolder(Context& context, const Arguments& arguments) {
   const QString name = arguments.Words().value(1);
   const bool asJson = arguments.Has(QStringLiteral("json"));
-  const SerialId folder = FindFolder(context, name);
-  if (folder.IsEmpty()) {
-    return Complain(Ui::tr("フォルダ「%1」はありません。").arg(name), kExitFailure);
-  }
+  const Result<SerialId> folder = FindFolder(context, name);
+  if (!folder) return Complain(folder.Error().text, kExitFailure);
   QSet<SerialId> printed;
-  const Result<> complete = ReadFolderRows(context, folder, [&](const MailRow& row) {
+  const Result<> complete = ReadFolderRows(context, *folder, [&](const MailRow& row) {
     PrintRow(row, asJson);
     printed.insert(row.Serial());
   });
@@ -84,7 +87,7 @@ int ListFolder(Context& context, const Arguments& arguments) {
                         Ui::tr("フォルダ「%1」のプロパティで条件を見直してください。").arg(name),
                     kExitFailure);
   }
-  return complete ? kExitOk : ListTheRest(context, folder, printed, asJson);
+  return complete ? kExitOk : ListTheRest(context, *folder, printed, asJson);
 }
 
 }  // namespace vorn::ctl

@@ -221,12 +221,12 @@ void Print(const QString& text) {
   out.write("\n");
 }
 
-std::optional<QByteArray> ReadFile(const QString& name) {
+Result<QByteArray> ReadFile(const QString& name) {
   QFile file(name);
   const bool opened =
       name == u"-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
-  if (!opened) return std::nullopt;
-  return file.readAll();
+  if (opened) return file.readAll();
+  return StorageError{StorageError::Kind::Other, Ui::tr("「%1」を読み込めません。").arg(name)};
 }
 
 int Complain(const QString& sentence, int code) {
@@ -246,7 +246,7 @@ QJsonArray ToJson(const QList<UnreadableMessage>& messages) {
   return array;
 }
 
-SerialId FindFolder(Context& context, const QString& nameOrSerial) {
+Result<SerialId> FindFolder(Context& context, const QString& nameOrSerial) {
   const DiskPtr named = FindObjectByName(context, object_type::kFolder, nameOrSerial);
   if (named != nullptr) return named->Serial();
   for (const DiskPtr& object : context.Objects) {
@@ -256,7 +256,9 @@ SerialId FindFolder(Context& context, const QString& nameOrSerial) {
   }
   const DiskPtr folder = context.Objects.Find(SerialId(nameOrSerial));
   const bool isFolder = folder != nullptr && AnyObject(*folder).Is(object_type::kFolder);
-  return isFolder ? folder->Serial() : SerialId();
+  if (isFolder) return folder->Serial();
+  return StorageError{StorageError::Kind::NotFound,
+                      Ui::tr("フォルダ「%1」はありません。").arg(nameOrSerial)};
 }
 
 }  // namespace vorn::ctl

@@ -67,10 +67,8 @@ int OpenFile(const Arguments& arguments) {
   const std::optional<OpenMode> mode = ModeIn(arguments);
   if (!mode) return kExitUsage;
   const QString name = arguments.Words().value(2);
-  const auto source = ReadFile(name);
-  if (!source) {
-    return Complain(Ui::tr("「%1」を読み込めません。").arg(name), kExitFailure);
-  }
+  const Result<QByteArray> source = ReadFile(name);
+  if (!source) return Complain(source.Error().text, kExitFailure);
 
   const EditSettings settings = EditSettings::Defaults();
   StoredMessage message;

@@ -15,11 +15,9 @@ int WritePage(Context& context, const Arguments& arguments) {
   if (out.isEmpty() || page < 1) {
     return Complain(Ui::tr("--page は1以上の数、--out はファイル名です。"), kExitUsage);
   }
-  const SerialId folder = FindFolder(context, name);
-  if (folder.IsEmpty()) {
-    return Complain(Ui::tr("フォルダ「%1」はありません。").arg(name), kExitFailure);
-  }
-  const auto written = MessageListPages(context).CreateMessageListPage(folder, page);
+  const Result<SerialId> folder = FindFolder(context, name);
+  if (!folder) return Complain(folder.Error().text, kExitFailure);
+  const auto written = MessageListPages(context).CreateMessageListPage(*folder, page);
   if (!written) {
     return Complain(Ui::tr("ページを作成できません。") + written.Error().text, kExitFailure);
   }

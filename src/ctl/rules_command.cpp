@@ -28,10 +28,8 @@ int AddRule(Context& context, const QString& line) {
 }
 
 int TestRules(Context& context, const QString& name, bool asJson) {
-  const auto source = ReadFile(name);
-  if (!source) {
-    return Complain(Ui::tr("「%1」を読み込めません。").arg(name), kExitFailure);
-  }
+  const Result<QByteArray> source = ReadFile(name);
+  if (!source) return Complain(source.Error().text, kExitFailure);
   const RulesObject rules(context);
   const auto rule = ReceiveStopRules(rules.Lines()).FirstMatch(*source);
   const bool deletes = rule.has_value() && rules.DeletesOnServer();

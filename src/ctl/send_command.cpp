@@ -32,8 +32,8 @@ std::optional<QString> StoreWaiting(Context& context, CheckPlan& plan, const Ser
                                     const QStringList& names) {
   std::vector<std::pair<DiskPtr, QByteArray>> messages;
   for (const QString& name : names) {
-    const auto source = ReadFile(name);
-    if (!source) return Ui::tr("「%1」を読み込めません。").arg(name);
+    const Result<QByteArray> source = ReadFile(name);
+    if (!source) return source.Error().text;
     if (!BeginsWithHeaderField(*source)) {
       return Ui::tr("「%1」はメッセージのファイルではありません。").arg(name);
     }

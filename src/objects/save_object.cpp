@@ -112,4 +112,13 @@ Result<> SaveMarkedObjects(Context& context) {
   return ResultOf(context.Data, saved);
 }
 
+void ForgetObject(Context& context, const SerialId& serialId) {
+  const DiskPtr object = context.Objects.Find(serialId);
+  if (object == nullptr) return;
+  if (const OpenedDatabase profile(context, DatabaseKind::Profile); profile) {
+    object->Delete(context.Data);
+  }
+  context.Objects.Remove(serialId);
+}
+
 }  // namespace vorn

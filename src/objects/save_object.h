@@ -25,4 +25,8 @@ void MarkForSaving(Disk& object);
 /// Saves every loaded object that is marked into the profile's database, in one transaction.
 Result<> SaveMarkedObjects(Context& context);
 
+/// Deletes an object of the profile, if there is one. Where that fails it is deleted no sooner than
+/// somebody tries again: it is only not loaded any more.
+void ForgetObject(Context& context, const SerialId& serialId);
+
 }  // namespace vorn

@@ -144,8 +144,9 @@ Result<MadePage<QByteArray>> MessageListPages::Fill(const QString& html, const P
 RowsBehind MessageListPages::RowsAfter(FolderRows& rows, qint64 first, qint64 limit,
                                        qint64 skipped) {
   for (qint64 at = skipped; at < skipped + kRowsTried; ++at) {
-    if (rows.Open(context_.Data, first + at, limit)) return {context_.Data.Recordset(), at};
-    if (ReasonOf(context_.Data).kind != StorageError::Kind::Damaged) break;
+    const Result<> opened = rows.Open(context_.Data, first + at, limit);
+    if (opened) return {context_.Data.Recordset(), at};
+    if (opened.Error().kind != StorageError::Kind::Damaged) break;
   }
   return {nullptr, skipped};
 }
@@ -172,15 +173,17 @@ qint32 MessageListPages::CountPages(const SerialId& folder, const FolderSearch& 
   FolderRows* rows = RowsOf(folder, search);
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
   if (rows == nullptr || !mail) return 0;
-  const qint64 found = count ? rows->Count(context_.Data) : rows->KnownCount(context_.Data);
-  if (found < 0) return 0;
-  return static_cast<qint32>(qMax(qint64{1}, (found + rowsPerPage - 1) / rowsPerPage));
+  const auto found = count ? rows->Count(context_.Data) : rows->KnownCount(context_.Data);
+  if (!found) return 0;
+  return static_cast<qint32>(qMax(qint64{1}, (*found + rowsPerPage - 1) / rowsPerPage));
 }
 
-qint64 MessageListPages::CountFound(const SerialId& folder, const FolderSearch& search) {
+std::optional<qint64> MessageListPages::CountFound(const SerialId& folder,
+                                                   const FolderSearch& search) {
   FolderRows* rows = RowsOf(folder, search);
   const OpenedDatabase mail(context_, DatabaseKind::Mail);
-  return rows == nullptr || !mail ? -1 : rows->Count(context_.Data);
+  if (rows == nullptr || !mail) return std::nullopt;
+  return rows->Count(context_.Data);
 }
 
 qint32 MessageListPages::PageOf(qint64 rowsBefore) const {

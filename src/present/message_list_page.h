@@ -44,8 +44,8 @@ class MessageListPages {
   /// The number of a folder's pages, at least 1, or 0 when the folder cannot be read. Counting
   /// takes its time in a long folder: without `count` it is 0 unless the number is known already.
   qint32 CountPages(const SerialId& folder, const FolderSearch& search = {}, bool count = true);
-  /// How many messages a search finds in a folder; -1 when they cannot be counted.
-  qint64 CountFound(const SerialId& folder, const FolderSearch& search);
+  /// How many messages a search finds in a folder; nothing when they cannot be counted.
+  std::optional<qint64> CountFound(const SerialId& folder, const FolderSearch& search);
   /// The number of the page on which the row stands before which there are so many.
   qint32 PageOf(qint64 rowsBefore) const;
   /// See `FolderRows::Question`; empty when there is no such folder.

@@ -177,7 +177,7 @@ TEST_F(ReadingPaneTest, WhatWasRefusedIsOpenedToBeMended) {
     mend.click();
     ASSERT_TRUE(WaitFor([] {
       const auto* window = TopLevel<MessageWindow>();
-      return window != nullptr && window->State().isEditable;
+      return window != nullptr && !Child<QLineEdit>(*window, u"txSubject").isReadOnly();
     }));
     auto& list = Child<QTableWidget>(*TopLevel<MessageWindow>(), u"lvMailaddress");
     const auto* box = qobject_cast<QLineEdit*>(list.indexWidget(list.currentIndex()));

@@ -12,7 +12,8 @@ namespace vorn {
 /// A line above a message that says something of it, with a button where there is anything to do.
 class NoticeBar : public QFrame {
  public:
-  explicit NoticeBar(const QString& name, QPushButton* button = nullptr) : label_(PlainLabel()) {
+  explicit NoticeBar(const QString& name, QPushButton* button = nullptr)
+      : label_(PlainLabel()), button_(button) {
     setObjectName(name);
     setFrameShape(QFrame::StyledPanel);
     label_->setWordWrap(true);
@@ -26,6 +27,8 @@ class NoticeBar : public QFrame {
     hide();
   }
 
+  /// Null where there is nothing to do.
+  QPushButton* Button() const { return button_; }
   /// Hidden where there is nothing to say.
   void Say(const QString& text) {
     label_->setText(ShownText(text));
@@ -36,6 +39,7 @@ class NoticeBar : public QFrame {
   static constexpr int kMargin = 2;  // the room is the message's
 
   QLabel* label_;
+  QPushButton* button_;
 };
 
 }  // namespace vorn

@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 
 #include "storage/session/change_mark.h"
+#include "storage/session/session_result.h"
 #include "storage/sql/sql_text.h"
 
 namespace vorn {
@@ -51,14 +52,14 @@ bool FolderRows::IsFew(DataSession& session) {
   return few_;
 }
 
-bool FolderRows::Open(DataSession& session, qint64 first, qint64 limit) {
+Result<> FolderRows::Open(DataSession& session, qint64 first, qint64 limit) {
   Refresh(session);
   if (found_) return OpenFound(session, first, limit);
   const bool few = IsFew(session);
   // From the newest on the near pages are near without notes.
   const bool isNoted = !few && order_ == RowOrder::OldestFirst;
-  if (isNoted && !index_.IsComplete() && first > count_ / 2 && first < count_) {
-    index_.NoteFromEnd(session, count_, first);
+  if (isNoted && !index_.IsComplete() && count_ && first > *count_ / 2 && first < *count_) {
+    index_.NoteFromEnd(session, *count_, first);
   }
   const RowIndex::Place place = isNoted ? index_.Find(first) : RowIndex::Place{QString(), first};
   // The sign keeps the engine from reading all messages in the order of their times.
@@ -69,7 +70,8 @@ bool FolderRows::Open(DataSession& session, qint64 first, qint64 limit) {
   if (limit > 0 || place.skip > 0) {
     sql += QStringLiteral(" LIMIT %1 OFFSET %2").arg(limit > 0 ? limit : -1).arg(place.skip);
   }
-  return session.OpenRecordset(sql, CursorKind::ForwardOnly, StatementTrust::UserCondition);
+  return ResultOf(
+      session, session.OpenRecordset(sql, CursorKind::ForwardOnly, StatementTrust::UserCondition));
 }
 
 void FolderRows::Take(DataSession& session, const SerialIds& serialIds) {
@@ -80,7 +82,7 @@ void FolderRows::Take(DataSession& session, const SerialIds& serialIds) {
 
 // The identifiers come in pieces of text that the engine takes apart, since it takes only so many
 // values one by one.
-bool FolderRows::OpenFound(DataSession& session, qint64 first, qint64 limit) const {
+Result<> FolderRows::OpenFound(DataSession& session, qint64 first, qint64 limit) const {
   const SerialIds shown = found_->Mid(first, limit);
   const qsizetype size = qMax(kFewestInPiece, shown.size() / kMostPieces + 1);
   QStringList pieces;
@@ -89,23 +91,24 @@ bool FolderRows::OpenFound(DataSession& session, qint64 first, qint64 limit) con
                       .arg(at)
                       .arg(QuoteSql(TextsOf(shown.mid(at, size)).join(u' ') + u' ')));
   }
-  return session.OpenRecordset(
+  const bool opened = session.OpenRecordset(
       QStringLiteral("WITH RECURSIVE found(place, one, rest) AS (%1 UNION ALL SELECT place + 1, "
                      "SUBSTR(rest, 1, INSTR(rest, ' ') - 1), SUBSTR(rest, INSTR(rest, ' ') + 1) "
                      "FROM found WHERE rest <> '') SELECT mail.* FROM found CROSS JOIN mail ON "
                      "mail.SERIALID = found.one ORDER BY found.place")
           .arg(pieces.join(QStringLiteral(" UNION ALL "))),
       CursorKind::ForwardOnly);
+  return ResultOf(session, opened);
 }
 
-qint64 FolderRows::KnownCount(DataSession& session) {
+std::optional<qint64> FolderRows::KnownCount(DataSession& session) {
   Refresh(session);
-  if (count_ < 0 && index_.IsComplete()) count_ = index_.Count();
+  if (!count_ && index_.IsComplete()) count_ = index_.Count();
   return count_;
 }
 
-qint64 FolderRows::Count(DataSession& session) {
-  if (KnownCount(session) >= 0 || (IsFew(session) && count_ >= 0)) return count_;
+std::optional<qint64> FolderRows::Count(DataSession& session) {
+  if (KnownCount(session) || (IsFew(session) && count_)) return count_;
   if (session.OpenRecordset(query_.Counting(), CursorKind::ForwardOnly,
                             StatementTrust::UserCondition)) {
     count_ = session.Recordset()->FirstNumber();

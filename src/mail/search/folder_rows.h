@@ -6,6 +6,7 @@
 #include "mail/search/compact_ids.h"
 #include "mail/search/folder_query.h"
 #include "mail/search/row_index.h"
+#include "storage/base/result.h"
 #include "storage/session/data_session.h"
 
 namespace vorn {
@@ -21,11 +22,11 @@ class FolderRows {
 
   /// Makes the rows from the one numbered `first`, counted from 0, the session's result set, at
   /// most `limit` of them unless it is 0.
-  bool Open(DataSession& session, qint64 first, qint64 limit);
-  /// How many there are; -1 after an error.
-  qint64 Count(DataSession& session);
-  /// How many there are, as far as that is known without counting; else -1.
-  qint64 KnownCount(DataSession& session);
+  Result<> Open(DataSession& session, qint64 first, qint64 limit);
+  /// How many there are; nothing after an error.
+  std::optional<qint64> Count(DataSession& session);
+  /// How many there are, as far as that is known without counting.
+  std::optional<qint64> KnownCount(DataSession& session);
   /// The question for the identifiers of all of them in their order, to be asked elsewhere where it
   /// takes long, and its answer: with it nothing more is asked as long as the database stays as it
   /// is.
@@ -39,14 +40,14 @@ class FolderRows {
 
  private:
   void Refresh(DataSession& session);
-  bool OpenFound(DataSession& session, qint64 first, qint64 limit) const;
+  Result<> OpenFound(DataSession& session, qint64 first, qint64 limit) const;
   bool IsFew(DataSession& session);
 
   FolderQuery query_;
   RowOrder order_;
   RowIndex index_;
   QString mark_;  // the state of the database that everything below is about
-  qint64 count_ = -1;
+  std::optional<qint64> count_;
   bool probed_ = false;
   bool few_ = false;
   bool indexed_ = false;  // an index alone finds the rows

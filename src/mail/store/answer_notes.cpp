@@ -47,12 +47,7 @@ std::optional<Answered> Find(const Context& context, const SerialId& message) {
 }
 
 void Forget(Context& context, const SerialId& message) {
-  const DiskPtr note = context.Objects.Find(NoteOf(message));
-  if (note == nullptr) return;
-  if (const OpenedDatabase profile(context, DatabaseKind::Profile); profile) {
-    note->Delete(context.Data);
-  }
-  context.Objects.Remove(NoteOf(message));
+  ForgetObject(context, NoteOf(message));
 }
 
 void Sweep(Context& context, const SerialIds& drafts) {

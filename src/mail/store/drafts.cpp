@@ -77,12 +77,7 @@ Result<> Keep(Context& context, const SerialId& message, const QByteArray& sourc
 }
 
 void Forget(Context& context, const SerialId& message) {
-  const DiskPtr draft = context.Objects.Find(KeyOf(message));
-  if (draft == nullptr) return;
-  if (const OpenedDatabase profile(context, DatabaseKind::Profile); profile) {
-    draft->Delete(context.Data);
-  }
-  context.Objects.Remove(KeyOf(message));
+  ForgetObject(context, KeyOf(message));
 }
 
 SerialIds LeftBehind(Context& context) {

@@ -62,14 +62,14 @@ void ToggleDust(const Parts& parts) {
 
 // As in lists: what lies in the dust already is deleted, after a question.
 void ThrowAway(const Parts& parts) {
-  if (parts.window.State().isInDust && parts.window.State().isStored) return parts.closing.Delete();
+  if (parts.document.IsInDust() && !parts.document.IsNew()) return parts.closing.Delete();
   ToggleDust(parts);
   parts.window.close();
 }
 
 // Kept at once, since the lists show it.
 void ToggleStar(const Parts& parts) {
-  const bool star = !parts.window.State().hasStar;
+  const bool star = !StateOf(parts).hasStar;
   if (const Result<> marked = SetMark(parts.context, {parts.document.Tag()}, kFlagStar, star)) {
     parts.document.Edits().FollowStar(star);
     parts.host.MessageStored();
@@ -498,6 +498,25 @@ QList<MessageCommand> ReadingBarButtons() {
 }
 
 }  // namespace
+
+MessageState StateOf(const MessageParts& parts) {
+  const MessageDocument& document = parts.document;
+  const FlagString flags = MessageBag(*document.Bag()).Flags();
+  const AttachmentList& clips = parts.form.Clips();
+  return {.status = document.Status(),
+          .isInDust = document.IsInDust(),
+          .isStored = !document.IsNew(),
+          .isErased = parts.bars.SaysErased(),
+          .isUnreadable = document.IsUnreadable(),
+          .isEditable = document.IsEditable(),
+          .isDoubtful = parts.sending.IsDoubtful(),
+          .isRefused = parts.bars.IsRefused(),
+          .hasAttachments = !clips.Attachments().empty(),
+          .hasArchive = clips.HasArchive(),
+          .charset = document.Code().charset,
+          .hasStar = flags.Has(kFlagStar),
+          .priority = flags.StoredPriority()};
+}
 
 QList<MessageCommand> MessageCommands() {
   return FileEntries() + MessagesEntries() + EditEntries() + EditingEntries() + ViewEntries() +

@@ -21,7 +21,8 @@ class MessageOutput;
 class MessageSending;
 class MessageWindow;
 
-/// How it stands with the message of a window, as far as its commands show it.
+/// How it stands with the message of a window, as far as its commands show it. A command that goes
+/// by something else adds it here and to `StateOf`, beside the table of commands.
 struct MessageState {
   MessageStatus status = kStatusEdit;  ///< in the dust or not
   bool isInDust = false;
@@ -52,6 +53,8 @@ struct MessageParts {
   MessageOutput& output;
   MessageWindow& window;
 };
+
+MessageState StateOf(const MessageParts& parts);
 
 /// Where a command is shown.
 enum class CommandPlace {

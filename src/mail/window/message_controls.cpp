@@ -110,7 +110,8 @@ void MessageControls::Run(const MessageCommand& command) {
   command.run(parts_);
 }
 
-void MessageControls::Show(const MessageState& state) {
+void MessageControls::Show() {
+  const MessageState state = StateOf(parts_);
   for (qsizetype i = 0; i < commands_.size(); ++i) {
     const CommandTraits& traits = commands_[i].traits;
     QAction* action = actions_[i];

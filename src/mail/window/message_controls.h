@@ -19,7 +19,7 @@ class MessageControls : public QObject {
   explicit MessageControls(const MessageParts& parts);
 
   /// Shows what can be chosen, and what is chosen.
-  void Show(const MessageState& state);
+  void Show();
   /// Shows icons without words, or both.
   void ShowIconsAlone(bool alone);
 

@@ -71,8 +71,7 @@ MessageWindow::MessageWindow(Context& context, MessageHost& host, const EventLog
       bars_(new MessageBars(context, host, document_)),
       form_(new MessageForm(context, host)),
       closing_(context, host, document_, *form_, receipt_, *this),
-      sending_(
-          new MessageSending(context, host, document_, *form_, closing_, bars_->Doubt(), *this)),
+      sending_(new MessageSending(context, host, document_, *form_, closing_, *bars_, *this)),
       reply_(new InvitationComposer(context, document_, *form_, bars_->Calendar())),
       drafts_(new DraftKeeper(context, document_, *form_, *this)),
       output_(context, host, document_, *form_, *this),
@@ -186,25 +185,8 @@ void MessageWindow::ControlToolbarUpdate() {
   ShowState();
 }
 
-MessageState MessageWindow::State() const {
-  const FlagString flags = MessageBag(*document_.Bag()).Flags();
-  return {.status = document_.Status(),
-          .isInDust = document_.IsInDust(),
-          .isStored = !document_.IsNew(),
-          .isErased = bars_->SaysErased(),
-          .isUnreadable = document_.IsUnreadable(),
-          .isEditable = document_.IsEditable(),
-          .isDoubtful = sending_->IsDoubtful(),
-          .isRefused = bars_->IsRefused(),
-          .hasAttachments = !form_->Clips().Attachments().empty(),
-          .hasArchive = form_->Clips().HasArchive(),
-          .charset = document_.Code().charset,
-          .hasStar = flags.Has(kFlagStar),
-          .priority = flags.StoredPriority()};
-}
-
 void MessageWindow::ShowState() {
-  controls_->Show(State());
+  controls_->Show();
 }
 
 void MessageWindow::TurnInto(OpenMode mode) {

@@ -49,7 +49,6 @@ class MessageWindow : public QMainWindow, public RequestWindow {
   void KeepDraftNow();
 
   // What the commands need of the window.
-  MessageState State() const;
   void ShowState();
   void SetEdited(bool isEdited);
   void TurnInto(OpenMode mode);

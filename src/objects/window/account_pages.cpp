@@ -38,8 +38,9 @@ void Narrow(QLineEdit& box) {
 
 // --- account -----------------------------------------------------------------------------------
 
-AccountPage::AccountPage(ReceivePage& receiving, SendPage& sending)
+AccountPage::AccountPage(QLineEdit& name, ReceivePage& receiving, SendPage& sending)
     : FormPage(object_type::kAccount, Ui::tr("アカウント(&A)")),
+      name_(name),
       receiving_(receiving),
       sending_(sending),
       lookup_(new ServerLookup(this)) {
@@ -98,10 +99,9 @@ void AccountPage::ProposeKnown() {
 
 // Nobody has to think of one.
 void AccountPage::ProposeName() {
-  auto* name = window()->findChild<QLineEdit*>(QStringLiteral("txObject"));
-  if (name == nullptr || name->text() != named_) return;
+  if (name_.text() != named_) return;
   named_ = answered_;
-  name->setText(named_);
+  name_.setText(named_);
 }
 
 // False when the user has named servers of his own. Most log in by the whole address.
@@ -191,6 +191,18 @@ Credentials ServerPage::Who() const {
   auto box = credentials_.begin();
   for (const CredentialPart& part : kCredentialParts) who.*part.text = (*box++)->text();
   return who;
+}
+
+bool ServerPage::HasServer() const {
+  return !server_->text().isEmpty();
+}
+
+void ServerPage::LetSecrets(Disk& account) const {
+  auto box = credentials_.begin();
+  for (const CredentialPart& part : kCredentialParts) {
+    if (part.isSecret) account.Let(prefix_ + part.key, (*box)->text());
+    ++box;
+  }
 }
 
 bool ServerPage::IsUntouched() const {
@@ -345,9 +357,8 @@ ConnectionTrial ReceivePage::Trial() const {
 
 PageFault ReceivePage::Check() {
   // An account that only sends.
-  const auto* sends = window()->findChild<QLineEdit*>(QStringLiteral("txOutMailServer"));
   const bool isUnused = Server()->text().isEmpty() && (User()->text().isEmpty() || IsUntouched());
-  if (isUnused && sends != nullptr && !sends->text().isEmpty()) return ServerPage::Check();
+  if (isUnused && sending_ != nullptr && sending_->HasServer()) return ServerPage::Check();
   if (Server()->text().isEmpty()) {
     return {Ui::tr("受信サーバーが設定されていません。"), Server()};
   }

@@ -19,7 +19,8 @@ class AccountPage : public FormPage {
   Q_OBJECT
 
  public:
-  AccountPage(ReceivePage& receiving, SendPage& sending);
+  /// `name` is the account's.
+  AccountPage(QLineEdit& name, ReceivePage& receiving, SendPage& sending);
   PageFault Check() override;
   void Loaded(const Disk& object) override;
 
@@ -31,6 +32,7 @@ class AccountPage : public FormPage {
   void ProposeName();
   bool Propose(MailServers servers);
 
+  QLineEdit& name_;
   ReceivePage& receiving_;
   SendPage& sending_;
   QLineEdit* txMailaddress_;
@@ -54,6 +56,10 @@ class ServerPage : public FormPage {
   bool IsUntouched() const;
   /// Who logs in, as it stands in the boxes.
   Credentials Who() const;
+  /// Whether a server stands here.
+  bool HasServer() const;
+  /// Writes what proves the user into an account, as it stands in the boxes.
+  void LetSecrets(Disk& account) const;
   /// Fills the page; with an empty server it is as in the beginning but for the user.
   virtual void Propose(const Endpoint& server);
 
@@ -96,6 +102,8 @@ class ReceivePage : public ServerPage {
 
  public:
   ReceivePage();
+  /// An account that sends may receive nothing.
+  void MayBeUnusedBeside(const ServerPage& sending) { sending_ = &sending; }
   PageFault Check() override;
   void Finish(Disk& bag) override;
   /// Whether what proves the user is to be stored.
@@ -105,6 +113,7 @@ class ReceivePage : public ServerPage {
   ConnectionTrial Trial() const override;
 
  private:
+  const ServerPage* sending_ = nullptr;
   QCheckBox* savePassword_;
   QComboBox* protocol_;
 };

@@ -12,15 +12,18 @@
 namespace vorn {
 
 EditingWindow::EditingWindow(Context& context, const QString& name, QWidget* parent)
-    : QDialog(parent), context_(context), pages_(new FormPages) {
+    : QDialog(parent), context_(context), pages_(new FormPages), buttons_(OkCancelBox()) {
   setObjectName(name);
   setAttribute(Qt::WA_DeleteOnClose);
-  auto* buttons = OkCancelBox();
-  connect(buttons, &QDialogButtonBox::accepted, this, &EditingWindow::cmOk_Click);
-  connect(buttons, &QDialogButtonBox::rejected, this, &EditingWindow::Leave);
+  connect(buttons_, &QDialogButtonBox::accepted, this, &EditingWindow::cmOk_Click);
+  connect(buttons_, &QDialogButtonBox::rejected, this, &EditingWindow::Leave);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(pages_, 1);
-  layout->addWidget(buttons);
+  layout->addWidget(buttons_);
+}
+
+void EditingWindow::FocusOk() {
+  buttons_->button(QDialogButtonBox::Ok)->setFocus();
 }
 
 void EditingWindow::Activate() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QDialogButtonBox>
 
 #include "objects/request_window.h"
 #include "objects/window/form_pages.h"
@@ -33,6 +34,8 @@ class EditingWindow : public QDialog, public RequestWindow {
  protected:
   FormPages& Pages() { return *pages_; }
   void AddPage(FormPage* page) { pages_->Add(page); }
+  /// The next Enter saves.
+  void FocusOk();
   void Tell(const PageFault& fault, const FormPage* page) { pages_->Tell(fault, page); }
   const DiskPtr& Request() const { return request_; }
   void TakeRequest(const DiskPtr& request) { request_ = request; }
@@ -55,6 +58,7 @@ class EditingWindow : public QDialog, public RequestWindow {
   Context& context_;
   DiskPtr request_;
   FormPages* pages_;
+  QDialogButtonBox* buttons_;
   QStringList entries_;  // when the window opened
 };
 

@@ -38,7 +38,7 @@ QString MeaningOfDefault(const QString& type) {
 FilePage::FilePage(const Context& context, const QString& type, const SerialId& serialId)
     : FormPage(QStringLiteral("file"), Ui::tr("全般(&G)")), type_(type) {
   AddHidden(QStringLiteral("txFormName"))->setText(type);
-  AddHidden(QStringLiteral("txDraw"));
+  AddHidden(QStringLiteral("txDraw"))->setText(type == object_type::kFolder ? QString() : type);
   txObject_ = AddText(QStringLiteral("txObject"), Ui::tr("名前(&N)"));
   AddText(QStringLiteral("txToolTipText"), Ui::tr("説明(&D)"));
   tvParent_ = new QTreeWidget(this);

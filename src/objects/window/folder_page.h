@@ -21,6 +21,8 @@ class FolderPage : public FormPage {
  public:
   FolderPage(Context& context, const SerialId& serialId);
 
+  /// The list of conditions.
+  ConditionEditor& Conditions() const { return *lvCondition_; }
   void Loaded(const Disk& object) override;
   PageFault Check() override;
   void Finish(Disk& bag) override;

@@ -3,11 +3,9 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
-#include <QTableWidget>
 #include <QVBoxLayout>
 
 #include "kit/window/plain_text.h"
-#include "objects/account.h"
 #include "objects/any_object.h"
 #include "objects/object_loader.h"
 #include "objects/object_request.h"
@@ -42,27 +40,38 @@ void ObjectsWindow::BuildPages(const QString& type) {
     profile_ = new ProfilePage(context, Tag());
     AddPage(profile_);
   } else if (type == object_type::kAccount) {
-    auto* receiving = new ReceivePage;
-    auto* sending = new SendPage(*receiving);
-    AddPage(new AccountPage(*receiving, *sending));
-    AddPage(receiving);
-    AddPage(sending);
+    BuildAccountPages();
   } else if (type == object_type::kFolder) {
-    AddPage(new FolderPage(context, Tag()));
+    folder_ = new FolderPage(context, Tag());
+    AddPage(folder_);
   } else if (type == object_type::kBookmark) {
-    AddPage(new BookmarkPage);
+    BuildListPage(new BookmarkPage);
   } else if (type == object_type::kBook) {
-    AddPage(new BookPage);
+    BuildListPage(new BookPage);
   }
+}
+
+void ObjectsWindow::BuildAccountPages() {
+  auto* receiving = new ReceivePage;
+  auto* sending = new SendPage(*receiving);
+  receiving->MayBeUnusedBeside(*sending);
+  AddPage(new AccountPage(*file_->Name(), *receiving, *sending));
+  AddPage(receiving);
+  AddPage(sending);
+  servers_ = {receiving, sending};
+}
+
+void ObjectsWindow::BuildListPage(ListPage* page) {
+  AddPage(page);
+  entries_ = page;
 }
 
 // Who opens a list wants its entries; a new one has no name yet.
 void ObjectsWindow::BeginAtEntries() {
-  auto* entries = findChild<ListPage*>();
   const bool isNew = GetContext().Objects.Find(Tag()) == nullptr;
-  if (entries == nullptr || isNew) return file_->Name()->setFocus();
-  Pages().ShowPage(entries);
-  entries->List().setFocus();
+  if (entries_ == nullptr || isNew) return file_->Name()->setFocus();
+  Pages().ShowPage(entries_);
+  entries_->List().setFocus();
 }
 
 bool ObjectsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
@@ -70,8 +79,6 @@ bool ObjectsWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   type_ = WindowRequest(*request).ObjectType();
   BuildPages(type_);
   resize(size().expandedTo(sizeHint()));
-  findChild<QLineEdit*>(QStringLiteral("txDraw"))
-      ->setText(type_ == object_type::kFolder ? QString() : type_);
   FillPages();
   if (const SerialId parent = ObjectRequest(*request).Parent(); !parent.IsEmpty())
     file_->LetParent(parent);
@@ -92,8 +99,9 @@ void ObjectsWindow::TakeProposal(const Disk& request) {
   const QString name = ObjectRequest(request).Name();
   if (!name.isEmpty()) file_->Name()->setText(name);
   const QString condition = ObjectRequest(request).Condition();
-  auto* list = findChild<QTableWidget*>(QStringLiteral("lvCondition"));
-  if (!condition.isEmpty() && list != nullptr) Pages().ControlListViewItem(*list, condition);
+  if (!condition.isEmpty() && folder_ != nullptr) {
+    Pages().ControlListViewItem(folder_->Conditions(), condition);
+  }
 }
 
 // The text of an event about the object; shown, never saved.
@@ -131,11 +139,7 @@ bool ObjectsWindow::Save() {
     return false;
   }
   // A receive password that is not saved is still known until the program ends.
-  for (const QString& key : Account::SecretKeys()) {
-    if (const auto* box = findChild<QLineEdit*>(QStringLiteral("tx") + key)) {
-      bag->Let(key, box->text());
-    }
-  }
+  for (const ServerPage* server : servers_) server->LetSecrets(*bag);
   TakeOver(GetContext(), *bag);
   if (profile_ != nullptr && !profile_->DeleteRemoved()) {
     ShowBox(this, QMessageBox::Critical, Ui::tr("ファイルを削除できませんでした。"));

@@ -6,7 +6,10 @@
 namespace vorn {
 
 class FilePage;
+class FolderPage;
+class ListPage;
 class ProfilePage;
+class ServerPage;
 
 /// The object property window "objects": the pages of an object's type, saved as one object.
 class ObjectsWindow : public EditingWindow {
@@ -26,6 +29,8 @@ class ObjectsWindow : public EditingWindow {
 
  private:
   void BuildPages(const QString& type);
+  void BuildAccountPages();
+  void BuildListPage(ListPage* page);
   void BeginAtEntries();
   void TakeProposal(const Disk& request);
   void AddEventPage(const QString& text);
@@ -33,7 +38,11 @@ class ObjectsWindow : public EditingWindow {
   const EventLog& events_;
   QString type_;
   FilePage* file_ = nullptr;
+  // Where the type has them.
   ProfilePage* profile_ = nullptr;
+  FolderPage* folder_ = nullptr;
+  ListPage* entries_ = nullptr;
+  QList<ServerPage*> servers_;
 };
 
 }  // namespace vorn

@@ -14,6 +14,7 @@ class RulePage : public FormPage {
  public:
   RulePage();
 
+  QTableWidget& List() const { return *lvReceiveStop_; }
   /// Adds a rule and chooses it; an empty line or one that is there already is only chosen.
   void Propose(const QString& line);
   void Loaded(const Disk& object) override;

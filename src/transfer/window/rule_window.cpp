@@ -16,10 +16,10 @@ constexpr QSize kRuleSize(520, 420);
 }  // namespace
 
 RuleWindow::RuleWindow(Context& context, QWidget* parent)
-    : EditingWindow(context, QStringLiteral("rule"), parent) {
+    : EditingWindow(context, QStringLiteral("rule"), parent), page_(new RulePage) {
   resize(kRuleSize);
   setWindowTitle(Ui::tr("メッセージ条件"));
-  AddPage(new RulePage);
+  AddPage(page_);
 }
 
 bool RuleWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
@@ -27,12 +27,10 @@ bool RuleWindow::LoadDefaultProperty(const DiskPtr& request, bool) {
   ReadAnew(GetContext(), Tag());
   shown_ = StoredRules();
   FillPages();
-  auto* list = findChild<QTableWidget*>(QStringLiteral("lvReceiveStop"));
-  static_cast<RulePage*>(list->parentWidget())->Propose(ObjectRequest(*request).Condition());
+  const QString condition = ObjectRequest(*request).Condition();
+  page_->Propose(condition);
   // What is proposed is taken by Enter.
-  auto* ok = findChild<QWidget*>(QStringLiteral("cmOk"));
-  ObjectRequest(*request).Condition().isEmpty() || ok == nullptr ? list->setFocus()
-                                                                 : ok->setFocus();
+  condition.isEmpty() ? page_->List().setFocus() : FocusOk();
   return true;
 }
 

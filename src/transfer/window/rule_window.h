@@ -6,6 +6,8 @@
 
 namespace vorn {
 
+class RulePage;
+
 /// The window "rule": which messages are not received, told by their header.
 class RuleWindow : public EditingWindow {
   Q_OBJECT
@@ -19,6 +21,7 @@ class RuleWindow : public EditingWindow {
   bool Save() override;
   QStringList StoredRules();
 
+  RulePage* page_;
   QStringList shown_;  // the rules when the window came
 };
 

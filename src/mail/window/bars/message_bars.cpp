@@ -18,13 +18,11 @@ MessageBars::MessageBars(Context& context, MessageHost& host, MessageDocument& d
       erased_(new NoticeBar(QStringLiteral("frErased"))),
       unkept_(new NoticeBar(QStringLiteral("frUnkept"))),
       doubt_(new DoubtBar),
-      mend_(new QPushButton(Ui::tr("編集する(&T)"))),
-      refused_(new NoticeBar(QStringLiteral("frRefused"), mend_)),
+      refused_(BuildRefusal()),
       account_(BuildAccountNotice(host)),
       calendar_(new CalendarBar(context)),
       signed_(new NoticeBar(QStringLiteral("frSigned"))),
       reading_(new ReadingBar(context, document)) {
-  mend_->setObjectName(QStringLiteral("cmMend"));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
@@ -36,6 +34,12 @@ MessageBars::MessageBars(Context& context, MessageHost& host, MessageDocument& d
   layout->addWidget(calendar_);
   layout->addWidget(signed_);
   layout->addWidget(reading_);
+}
+
+NoticeBar* MessageBars::BuildRefusal() {
+  auto* mend = new QPushButton(Ui::tr("編集する(&T)"));
+  mend->setObjectName(QStringLiteral("cmMend"));
+  return new NoticeBar(QStringLiteral("frRefused"), mend);
 }
 
 NoticeBar* MessageBars::BuildAccountNotice(MessageHost& host) {
@@ -78,7 +82,7 @@ bool MessageBars::ShowStanding() {
                               : QString();
   isRefused_ = !refusal.isEmpty();
   refused_->Say(refusal);
-  mend_->setVisible(document_.IsWaiting());
+  Mend().setVisible(document_.IsWaiting());
   const bool lackedAccount =
       std::exchange(lacksAccount_, document_.IsEditable() && !HasAccount(context_));
   account_->Say(lacksAccount_

@@ -33,7 +33,9 @@ class MessageBars : public QWidget {
   /// was.
   void ShowKept(const Result<>& kept);
   /// The button that has it edited.
-  QPushButton& Mend() const { return *mend_; }
+  QPushButton& Mend() const { return *refused_->Button(); }
+  /// The one that makes an account, seen where none can send what is written.
+  QPushButton& MakeAccount() const { return *account_->Button(); }
   /// Whether the user has asked for an account from here; forgotten by asking.
   bool HasAskedForAccount() { return std::exchange(asksForAccount_, false); }
   DoubtBar& Doubt() const { return *doubt_; }
@@ -41,6 +43,7 @@ class MessageBars : public QWidget {
   ReadingBar& Reading() const { return *reading_; }
 
  private:
+  NoticeBar* BuildRefusal();
   NoticeBar* BuildAccountNotice(MessageHost& host);
 
   Context& context_;
@@ -52,7 +55,6 @@ class MessageBars : public QWidget {
   NoticeBar* erased_;
   NoticeBar* unkept_;
   DoubtBar* doubt_;
-  QPushButton* mend_;
   NoticeBar* refused_;
   NoticeBar* account_;
   CalendarBar* calendar_;

@@ -64,21 +64,21 @@ void DraftKeeper::BringBack(MessageModel& model) const {
 
 // Takes out those that cannot be read and have not been, and gives them.
 QStringList DraftKeeper::Hold(MessageModel& model) {
-  QHash<QString, QByteArray> held;
+  const auto attached = std::exchange(model.attachments, {});
+  const auto former = std::exchange(held_, {});
   QStringList leftOut;
-  std::erase_if(model.attachments, [&](ModelAttachment& attachment) {
-    if (!attachment.isNew) return false;
-    const Result<QByteArray> bytes = ReadAttachment(attachment, {});
-    const auto former = held_.constFind(attachment.path);
-    if (!bytes && former == held_.constEnd()) {
-      leftOut.append(FileOf(attachment));
-      return true;
+  for (ModelAttachment attachment : attached) {
+    if (attachment.isNew) {
+      const Result<QByteArray> bytes = ReadAttachment(attachment, {});
+      if (!bytes && !former.contains(attachment.path)) {
+        leftOut.append(FileOf(attachment));
+        continue;
+      }
+      attachment.made = bytes ? *bytes : former.value(attachment.path);
+      held_.insert(attachment.path, *attachment.made);
     }
-    attachment.made = bytes ? *bytes : *former;
-    held.insert(attachment.path, *attachment.made);
-    return false;
-  });
-  held_ = held;
+    model.attachments.push_back(attachment);
+  }
   return leftOut;
 }
 

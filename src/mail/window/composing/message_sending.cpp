@@ -12,6 +12,7 @@
 #include "mail/store/mail_store.h"
 #include "mail/store/outbox.h"
 #include "mail/window/bars/doubt_bar.h"
+#include "mail/window/bars/message_bars.h"
 #include "mail/window/composing/message_closing.h"
 #include "mail/window/composing/message_form.h"
 #include "mail/window/fields/address_list.h"
@@ -32,17 +33,17 @@ QString NoSenderWords() {
 }  // namespace
 
 MessageSending::MessageSending(Context& context, MessageHost& host, MessageDocument& document,
-                               MessageForm& form, MessageClosing& closing, DoubtBar& bar,
+                               MessageForm& form, MessageClosing& closing, MessageBars& bars,
                                QWidget& window)
     : context_(context),
       host_(host),
       document_(document),
       form_(form),
       closing_(closing),
-      bar_(bar),
+      bars_(bars),
       window_(window) {
-  connect(&bar_, &DoubtBar::SendAgainWanted, this, &MessageSending::SendAgain);
-  connect(&bar_, &DoubtBar::KeepAsSentWanted, this, &MessageSending::KeepAsSent);
+  connect(&bars.Doubt(), &DoubtBar::SendAgainWanted, this, &MessageSending::SendAgain);
+  connect(&bars.Doubt(), &DoubtBar::KeepAsSentWanted, this, &MessageSending::KeepAsSent);
 }
 
 QString MessageSending::Missing() const {
@@ -104,12 +105,12 @@ void MessageSending::Send() {
 
 // Where nobody could be the sender, the way to one is in the window.
 void MessageSending::TellMissing(const QString& missing) {
-  auto* account = window_.findChild<QPushButton*>(QStringLiteral("cmMakeAccount"));
-  if (missing == NoSenderWords() && account != nullptr && account->isVisible()) {
+  QPushButton& account = bars_.MakeAccount();
+  if (missing == NoSenderWords() && account.isVisible()) {
     ShowBox(&window_, QMessageBox::Information,
             missing + u'\n' +
                 Ui::tr("先に、送信するアカウントを「アカウントを作成」のボタンで作ってください。"));
-    account->setFocus(Qt::OtherFocusReason);
+    account.setFocus(Qt::OtherFocusReason);
     return;
   }
   ShowBox(&window_, QMessageBox::Information, missing);
@@ -141,13 +142,13 @@ void MessageSending::Edit() {
 
 void MessageSending::ShowDoubt() {
   isDoubtful_ = false;
-  bar_.hide();
+  bars_.Doubt().hide();
   if (!document_.IsWaiting()) return;
   Outbox outbox(context_, document_.File());
   outbox.SettleLeftOver();
   const auto doubtful = outbox.FindDoubtful(document_.Bag()->Serial());
   isDoubtful_ = doubtful.has_value();
-  if (doubtful) bar_.Show(*doubtful);
+  if (doubtful) bars_.Doubt().Show(*doubtful);
   Q_EMIT StateChanged();
 }
 

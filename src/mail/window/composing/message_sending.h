@@ -8,7 +8,7 @@ class QWidget;
 
 namespace vorn {
 
-class DoubtBar;
+class MessageBars;
 class MessageClosing;
 class MessageDocument;
 class MessageForm;
@@ -22,7 +22,7 @@ class MessageSending : public QObject {
  public:
   /// Questions stand before `window`, which closes once its message is about to go out.
   MessageSending(Context& context, MessageHost& host, MessageDocument& document, MessageForm& form,
-                 MessageClosing& closing, DoubtBar& bar, QWidget& window);
+                 MessageClosing& closing, MessageBars& bars, QWidget& window);
 
   /// Sends, or cancels the sending of what waits.
   void SendOrCancel();
@@ -57,7 +57,7 @@ class MessageSending : public QObject {
   MessageDocument& document_;
   MessageForm& form_;
   MessageClosing& closing_;
-  DoubtBar& bar_;
+  MessageBars& bars_;
   QWidget& window_;
   bool isDoubtful_ = false;  // whether what waits was sent
 };

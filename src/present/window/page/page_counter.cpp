@@ -44,8 +44,8 @@ void PageCounter::Tell(bool count) {
 void PageCounter::TellFound() {
   const FolderSearch search = request_.Search();
   if (search.isEmpty()) return;
-  const qint64 found = pages_.CountFound(request_.Folder(), search);
-  if (found >= 0) Q_EMIT Found(found, search.hasMore);
+  const auto found = pages_.CountFound(request_.Folder(), search);
+  if (found) Q_EMIT Found(*found, search.hasMore);
 }
 
 }  // namespace vorn
