@@ -4923,5 +4923,9 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <source>取り消し：%1</source>
         <translation>Undo: %1</translation>
     </message>
+    <message>
+        <source>送信するために、アカウント「%1」の受信のパスワードを入力してください。</source>
+        <translation>To send, enter the receiving password of the account “%1”.</translation>
+    </message>
 </context>
 </TS>

@@ -31,7 +31,7 @@ class RecordingHost : public PlanHost, public StatusPanel {
     if (onQuestion) onQuestion();
     return chosenAccount;
   }
-  QString AskPassword(const QString&) override {
+  QString AskPassword(const QString&, bool) override {
     ++passwordQuestions;
     if (onQuestion) onQuestion();
     return typedPassword;

@@ -23,6 +23,22 @@ TEST_F(MessageWindowTest, ReadersSeeTheDateAndWindowsStandWhereTheyStood) {
   EXPECT_TRUE(date.contains(QStringLiteral("1日以上違います")));
   auto& reading = Child<QToolBar>(window, u"tbReading");
   EXPECT_TRUE(reading.isVisible());
+  // However high the window is, its head stands together.
+  const auto& addresses = Child<QTableWidget>(window, u"lvMailaddress");
+  const QWidget& page = *addresses.parentWidget();
+  for (const int height : {500, 900}) {
+    window.resize(700, height);
+    EXPECT_TRUE(WaitFor(
+        [&] {
+          const QRect list = addresses.geometry();
+          const int above = Child<QLineEdit>(window, u"txSubject").geometry().bottom();
+          const int below = Child<QLabel>(window, u"lbDate").geometry().top();
+          return page.height() > height / 2 && list.top() - above < 20 &&
+                 below - list.bottom() < 20;
+        },
+        5000))
+        << height;
+  }
   // It is where it was, and as large.
   window.resize(600, 500);
   window.move(20, 30);

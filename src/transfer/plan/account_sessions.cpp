@@ -14,9 +14,9 @@ void AccountSessions::LoadReceiving(const Account& account) {
   pop_.LoginOnly = false;
 }
 
-bool AccountSessions::KnowsPassword(Account& account) {
+bool AccountSessions::KnowsPassword(Account& account, bool toSend) {
   if (account.HasCredentials()) return true;
-  account.SetPassword(host_.AskPassword(account.Name()));
+  account.SetPassword(host_.AskPassword(account.Name(), toSend));
   return account.HasCredentials();
 }
 

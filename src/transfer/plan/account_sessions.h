@@ -14,8 +14,9 @@ class AccountSessions {
 
   /// Loads the transfer control to receive for the account.
   void LoadReceiving(const Account& account);
-  /// Whether the account's receive password is known, if need be by asking for it.
-  bool KnowsPassword(Account& account);
+  /// Whether the account's receive password is known, if need be by asking for it, to
+  /// receive with it or `toSend`.
+  bool KnowsPassword(Account& account, bool toSend);
   void ForgetRefusedPassword(const CheckJob& job, Account& account);
   /// Records what the job's session came to as an event, where the account's sessions are.
   void Record(const CheckJob& job, const Account& account);

@@ -74,7 +74,7 @@ bool ReceiveJobs::MayReceive(CheckJob& job, Account& account) {
     toldOfNoPassword_.insert(account.Serial());
     return false;
   }
-  if (!sessions_.KnowsPassword(account)) {
+  if (!sessions_.KnowsPassword(account, false)) {
     LeaveOut(job, Ui::tr("パスワードが入力されなかったので、受信しませんでした。"));
     return false;
   }

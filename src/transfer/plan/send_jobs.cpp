@@ -67,7 +67,7 @@ bool SendJobs::MaySend(CheckJob& job, const SendItem& message) {
   if (record.Asked() != account.Serial()) {
     works_.Release(kSendingWork);
     record.SetAsked(account.Serial());
-    sessions_.KnowsPassword(account);
+    sessions_.KnowsPassword(account, true);
     if (!jobs_.Contains(job.Serial())) return false;  // cancelled meanwhile
     if (isNeeded && !account.HasCredentials()) {
       TellOfNoPassword(account, Ui::tr("パスワードが入力されなかったので、送信しませんでした。"));

@@ -80,13 +80,13 @@ SerialId TrafficHost::ChooseAccount(const QString& title, const QString& prompt)
           .value_or(QString()));
 }
 
-QString TrafficHost::AskPassword(const QString& account) {
+QString TrafficHost::AskPassword(const QString& account, bool toSend) {
   // What is being typed into another window is no password.
   const bool takesKeys = QApplication::activeWindow() == &window_;
-  return InputPassword(
-             context_, &window_, Ui::tr("パスワード"),
-             Ui::tr("アカウント「%1」の受信のパスワードを入力してください。").arg(account),
-             takesKeys)
+  const QString question =
+      toSend ? Ui::tr("送信するために、アカウント「%1」の受信のパスワードを入力してください。")
+             : Ui::tr("アカウント「%1」の受信のパスワードを入力してください。");
+  return InputPassword(context_, &window_, Ui::tr("パスワード"), question.arg(account), takesKeys)
       .value_or(QString());
 }
 

@@ -124,14 +124,16 @@ void MessageForm::BuildAddresses(QGridLayout& grid) {
   NameMoreButton(*tbMailaddress_);
   ObeyLetter(tbMailaddress_->addAction(Ui::tr("選択(&L).."), this, &MessageForm::ChooseAddresses))
       ->setToolTip(Ui::tr("アドレスブックから選びます。"));
-  auto* beside = new QVBoxLayout;
+  auto* place = new QWidget;
+  auto* beside = new QVBoxLayout(place);
+  beside->setContentsMargins({});
   auto* label = PlainLabel(Ui::tr("アドレス(&D)"));
   label->setBuddy(lvMailaddress_);
   lvMailaddress_->setAccessibleName(Ui::tr("アドレス"));
   beside->addWidget(label);
   beside->addWidget(tbMailaddress_);
   beside->addStretch();
-  grid.addLayout(beside, 1, 0);
+  grid.addWidget(place, 1, 0);
   grid.addWidget(lvMailaddress_, 1, 1);
 }
 
@@ -229,6 +231,9 @@ void MessageForm::FitHead(const QString& date, bool isEditable) {
   height = qMax(height, 2 * line);
   lvMailaddress_->setMinimumHeight(isEditable ? 2 * line * kLeastAddressRows : height);
   lvMailaddress_->setMaximumHeight(height);
+  // Else the room that the addresses do not take would stand empty around them.
+  QWidget* beside = tbMailaddress_->parentWidget();
+  beside->setMaximumHeight(qMax(height, beside->minimumSizeHint().height()));
   lbDate_->setText(date);
   lbDate_->setVisible(!date.isEmpty());
   lbDateName_->setVisible(!date.isEmpty());
