@@ -4925,7 +4925,7 @@ Give the password or the recovery code of that time with --former-password-fd.</
     </message>
     <message>
         <source>送信するために、アカウント「%1」の受信のパスワードを入力してください。</source>
-        <translation>To send, enter the receiving password of the account “%1”.</translation>
+        <translation>To send, enter the password for receiving with the account “%1”.</translation>
     </message>
 </context>
 </TS>
