@@ -36,7 +36,7 @@ class Host : public PlanHost, public StatusPanel {
     if (level == kEventError) std::fprintf(stderr, "%s\n", qPrintable(text));
   }
   void SendAndReceive() override {}
-  QString AskPassword(const QString&, bool) override { return {}; }
+  QString AskPassword(const PasswordQuestion&) override { return {}; }
   SerialId ChooseAccount(const QString&, const QString&) override { return {}; }
   void ShowStatus(const QString&, const QString&) override {}
 };

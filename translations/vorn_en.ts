@@ -317,7 +317,7 @@
     </message>
     <message>
         <source>フォルダの書き出し(&amp;W)..</source>
-        <translation>Export the Folder (&amp;W)..</translation>
+        <translation>Expor&amp;t the Folder..</translation>
     </message>
     <message>
         <source>終了(&amp;X)</source>
@@ -655,7 +655,7 @@ Date: </translation>
     </message>
     <message>
         <source>くずかご(&amp;B)</source>
-        <translation>Trash (&amp;B)</translation>
+        <translation>&amp;Trash</translation>
     </message>
     <message>
         <source>ファイルに保存(&amp;F)..</source>
@@ -667,7 +667,7 @@ Date: </translation>
     </message>
     <message>
         <source>閉じる(&amp;X)</source>
-        <translation>Close (&amp;X)</translation>
+        <translation>&amp;Close</translation>
     </message>
     <message>
         <source>送信(&amp;S)</source>
@@ -699,7 +699,7 @@ Date: </translation>
     </message>
     <message>
         <source>切り取り(&amp;X)</source>
-        <translation>Cut (&amp;X)</translation>
+        <translation>Cu&amp;t</translation>
     </message>
     <message>
         <source>コピー(&amp;C)</source>
@@ -4926,6 +4926,10 @@ Give the password or the recovery code of that time with --former-password-fd.</
     <message>
         <source>送信するために、アカウント「%1」の受信のパスワードを入力してください。</source>
         <translation>To send, enter the password for receiving with the account “%1”.</translation>
+    </message>
+    <message>
+        <source>入力されたパスワードではログインできませんでした。</source>
+        <translation>The password that was entered was not accepted. </translation>
     </message>
 </context>
 </TS>

@@ -9,7 +9,7 @@ class CommandHost : public PlanHost, public StatusPanel {
  public:
   void PostRequest(const DiskPtr&) override {}
   void SendAndReceive() override {}
-  QString AskPassword(const QString&, bool) override { return {}; }
+  QString AskPassword(const PasswordQuestion&) override { return {}; }
   SerialId ChooseAccount(const QString&, const QString&) override { return account; }
   void AddEvent(EventLevel level, EventMode mode, const SerialId& reference, const QString& title,
                 const QString& category, const QString& text) override;

@@ -10,6 +10,7 @@
 #include "mail/codec/mime/mime_codec.h"
 #include "mail/codec/mime/text_extraction.h"
 #include "mail/compose_message.h"
+#include "mail/shown_addresses.h"
 #include "storage/base/shown_form.h"
 #include "storage/base/shown_text.h"
 #include "storage/base/time_text.h"
@@ -206,6 +207,13 @@ QList<AddressEntry> Recipients(const StoredMessage& message, OpenMode mode,
   return AddressesIn(mode, stored);
 }
 
+// Whom an answer goes to is read before it is sent.
+void DropForgedNames(QList<AddressEntry>& recipients) {
+  for (AddressEntry& entry : recipients) {
+    if (NamesAnother(entry)) entry.displayName.clear();
+  }
+}
+
 // The line breaks that composing puts behind the text. Of a text in base64 they are no part.
 void RemoveComposedEnd(const StoredMessage& message, QString& text) {
   const auto records = MimeCodec::ParseContentIndex(message.contentIndex);
@@ -398,6 +406,7 @@ MessageModel OpenSource(const StoredMessage& message, OpenMode mode, bool isNew,
   FillReferences(message, mode, settings, model);
   model.subject = SubjectIn(mode, subject, CountIdentifiers(model.references), settings);
   model.addresses = Recipients(message, mode, settings, sender);
+  if (IsReply(mode)) DropForgedNames(model.addresses);
   const OpenedText opened = TextIn(message, mode, subject, settings);
   model.text = opened.text;
   model.isTextOfHtml = opened.isOfHtml;

@@ -32,7 +32,8 @@ QString ForwardHead(const QString& subject, const QList<AddressEntry>& written,
     QStringList names;
     for (const AddressEntry& entry : written) {
       if (entry.kind.compare(kind, Qt::CaseInsensitive) != 0) continue;
-      names.append(PresentableAddress(WithoutDirectionMarks(entry.displayName), entry.address));
+      const QString name = NamesAnother(entry) ? QString() : entry.displayName;
+      names.append(PresentableAddress(WithoutDirectionMarks(name), entry.address));
     }
     return names.join(QStringLiteral(", "));
   };

@@ -205,6 +205,10 @@ TEST_F(OpenModes, RepliesAsPeopleAreUsedToThem) {
             QStringLiteral("TO=Boss@X.jp FROM=me@x"));
   EXPECT_EQ(Kinds(Open(Reply, headers + "Replay-To: Desk@X.jp\r\n")),
             QStringLiteral("TO=Desk@X.jp FROM=me@x"));
+  // Nobody answers a name that is another one's address.
+  const QByteArray forged = "From: \"boss@x.jp\" <f@y>\r\nReplay-To: \"boss@x.jp\" <g@y>\r\n";
+  EXPECT_EQ(Open(Reply, forged).addresses.value(0).displayName, QString());
+  EXPECT_EQ(Open(Show, forged).addresses.value(0).displayName, QStringLiteral("boss@x.jp"));
   const QByteArray asks =
       "From: f@x\r\nTo: other@x\r\nCc: also@me.x\r\nReplay-To: r@x\r\n"
       "Disposition-Notification-To: N@X\r\nMessage-ID: <m@x>\r\n";

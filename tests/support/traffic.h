@@ -31,8 +31,9 @@ class RecordingHost : public PlanHost, public StatusPanel {
     if (onQuestion) onQuestion();
     return chosenAccount;
   }
-  QString AskPassword(const QString&, bool) override {
+  QString AskPassword(const PasswordQuestion& question) override {
     ++passwordQuestions;
+    lastQuestion = question;
     if (onQuestion) onQuestion();
     return typedPassword;
   }
@@ -50,6 +51,7 @@ class RecordingHost : public PlanHost, public StatusPanel {
   SerialId chosenAccount;
   QString typedPassword;
   int passwordQuestions = 0;
+  PasswordQuestion lastQuestion;
   int periodic = 0;
   std::function<void()> onEvent;  // a session has ended
   std::function<void()> onPeriodic;

@@ -370,9 +370,11 @@ TEST_F(OnceTest, ARefusedPasswordThatIsNotSavedIsAskedForAgain) {
   };
   host_.typedPassword = QStringLiteral("slip");
   receive();
+  EXPECT_FALSE(host_.lastQuestion.wasRefused);
   host_.typedPassword = QStringLiteral("secret");
   receive();
   EXPECT_EQ(host_.passwordQuestions, 2);
+  EXPECT_TRUE(host_.lastQuestion.wasRefused && !host_.lastQuestion.toSend);
   receive();  // and the right one is kept
   EXPECT_EQ(host_.passwordQuestions, 2);
   EXPECT_EQ(pop3.Count("PASS"), 3);

@@ -138,6 +138,7 @@ TEST_F(SendPlanTest, PopBeforeSmtpLogsInFirst) {
   traffic_.Plan().Clear();
   EXPECT_EQ(Send().sent, 1);
   EXPECT_EQ(host_.passwordQuestions, 1);
+  EXPECT_TRUE(host_.lastQuestion.toSend);
   EXPECT_EQ(pop3.Count("PASS"), 2);
 }
 

@@ -1,11 +1,15 @@
 // What the program is started with, what enters and leaves it by menu, and what it keeps of its
 // windows.
 
+#include <QProgressDialog>
+#include <QTimer>
 #include <atomic>
 #include <thread>
 
 #include "frame/instance_messages.h"
 #include "frame/ui_language.h"
+#include "mail/search/folder_count.h"
+#include "mail/search/search_condition.h"
 #include "mail/store/message_filing.h"
 #include "mail/window/message_window.h"
 #include "objects/object_types.h"
@@ -172,6 +176,42 @@ TEST_F(OpeningTest, MailIsImportedAndExportedByMenu) {
   const QString files = folder_.path() + QStringLiteral("/files");
   run(Entry(u"menuFiles", QStringLiteral("フォルダの書き出し")), files);
   EXPECT_EQ(QDir(files).entryList({QStringLiteral("*.eml")}).size(), 2);
+}
+
+// Who ends the taking back of a large import by mistake goes on with it.
+TEST_F(OpeningTest, AnImportThatWasTakenBackInPartIsTakenBackWhole) {
+  constexpr int kMany = 6000;  // they take longer than the windows wait for their turn
+  Prepare(QString());
+  StartWith({});
+  QByteArray many;
+  for (int i = 0; i < kMany; ++i) {
+    many += "From a Mon Jan  1 00:00:00 2001\nFrom: a@x\nSubject: " + QByteArray::number(i) +
+            "\n\nx\n\n";
+  }
+  const QString mbox = File("many.mbox", many);
+  QAction* import = Entry(u"menuFiles", QStringLiteral("ファイルから取り込む"));
+  EXPECT_TRUE(InModal<QFileDialog>([import] { import->trigger(); },
+                                   [&mbox](QFileDialog& dialog) {
+                                     Child<QLineEdit>(dialog, u"fileNameEdit").setText(mbox);
+                                     QMetaObject::invokeMethod(&dialog, "accept");
+                                   }));
+  QTimer ending;
+  QObject::connect(&ending, &QTimer::timeout, program_->Parent(), [this] {
+    for (auto* dialog : program_->Parent()->findChildren<QProgressDialog*>()) dialog->cancel();
+  });
+  ending.start(0);
+  auto& undo = Child<QToolButton>(*program_->Parent(), u"cmUndo");
+  const QString told = test::AnswerBox([&undo] { undo.click(); }, QMessageBox::Ok);
+  EXPECT_TRUE(told.contains(QStringLiteral("中止したので"))) << told.toStdString();
+  ending.stop();
+  const auto inDust = [this] {
+    Context& context = program_->GetContext();
+    return CountMessages(context, FolderSqlBuilder(context).Query(fixed_serial::kDust)).ValueOr(-1);
+  };
+  EXPECT_LT(inDust(), kMany);
+  ASSERT_TRUE(undo.isVisible());
+  test::AnswerBox([&undo] { undo.click(); }, QMessageBox::Ok);
+  EXPECT_EQ(inDust(), kMany);
 }
 
 TEST_F(OpeningTest, TheWindowsArrangementIsKept) {

@@ -288,7 +288,9 @@ TEST_F(SendingWindowTest, APasswordQuestionTakesNoKeysFromAMessage) {
   ASSERT_TRUE(WaitFor([&window] { return window.isActiveWindow(); }));
   QString answer = QStringLiteral("unasked");
   EXPECT_TRUE(InModal<ConsoleWindow>(
-      [&] { answer = program_->Parent()->Mail().AskPassword(QStringLiteral("a"), true); },
+      [&] {
+        answer = program_->Parent()->Mail().AskPassword({QStringLiteral("a"), true, true});
+      },
       [](ConsoleWindow& question) {
         QWidget* focus = question.focusWidget() == nullptr ? &question : question.focusWidget();
         QTest::keyClicks(focus, QStringLiteral("private words"));

@@ -16,7 +16,8 @@ void AccountSessions::LoadReceiving(const Account& account) {
 
 bool AccountSessions::KnowsPassword(Account& account, bool toSend) {
   if (account.HasCredentials()) return true;
-  account.SetPassword(host_.AskPassword(account.Name(), toSend));
+  const bool wasRefused = refused_.remove(account.Serial());
+  account.SetPassword(host_.AskPassword({account.Name(), toSend, wasRefused}));
   return account.HasCredentials();
 }
 
@@ -25,6 +26,7 @@ bool AccountSessions::KnowsPassword(Account& account, bool toSend) {
 void AccountSessions::ForgetRefusedPassword(const CheckJob& job, Account& account) {
   if (SessionRecord(job.Bag()).IsLoginRefused() && !account.SavesPassword()) {
     account.SetPassword(QString());
+    refused_.insert(account.Serial());
   }
 }
 

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <QSet>
+
+#include "storage/base/serial_id.h"
+
 namespace vorn {
 
 class Account;
@@ -24,6 +28,7 @@ class AccountSessions {
  private:
   Pop& pop_;
   PlanHost& host_;
+  QSet<SerialId> refused_;  // accounts whose typed password a server did not take
 };
 
 }  // namespace vorn

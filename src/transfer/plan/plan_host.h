@@ -7,6 +7,13 @@
 
 namespace vorn {
 
+/// What a question for a password says.
+struct PasswordQuestion {
+  QString account = {};     ///< its name
+  bool toSend = false;      ///< it is wanted to send, and not to receive
+  bool wasRefused = false;  ///< the server did not take what was typed before
+};
+
 /// What the check plan asks of the program around it.
 class PlanHost {
  public:
@@ -20,9 +27,8 @@ class PlanHost {
   virtual void SendAndReceive() = 0;
   /// Asks the user for the account to send with; its serial identifier, empty when he declines.
   virtual SerialId ChooseAccount(const QString& title, const QString& prompt) = 0;
-  /// Asks the user for an account's receive password, which is not saved, to receive with it or
-  /// `toSend`; empty when he declines.
-  virtual QString AskPassword(const QString& account, bool toSend) = 0;
+  /// Asks the user for an account's receive password, which is not saved; empty when he declines.
+  virtual QString AskPassword(const PasswordQuestion& question) = 0;
   /// Work has to wait for another program; told once for each wait, with who it is, and again, with
   /// an empty sentence, when it waits no longer.
   virtual void WorkIsHeld(const QString& sentence) = 0;

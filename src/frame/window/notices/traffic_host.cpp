@@ -80,13 +80,17 @@ SerialId TrafficHost::ChooseAccount(const QString& title, const QString& prompt)
           .value_or(QString()));
 }
 
-QString TrafficHost::AskPassword(const QString& account, bool toSend) {
+QString TrafficHost::AskPassword(const PasswordQuestion& question) {
   // What is being typed into another window is no password.
   const bool takesKeys = QApplication::activeWindow() == &window_;
-  const QString question =
-      toSend ? Ui::tr("送信するために、アカウント「%1」の受信のパスワードを入力してください。")
-             : Ui::tr("アカウント「%1」の受信のパスワードを入力してください。");
-  return InputPassword(context_, &window_, Ui::tr("パスワード"), question.arg(account), takesKeys)
+  const QString words =
+      (question.wasRefused ? Ui::tr("入力されたパスワードではログインできませんでした。")
+                           : QString()) +
+      (question.toSend
+           ? Ui::tr("送信するために、アカウント「%1」の受信のパスワードを入力してください。")
+           : Ui::tr("アカウント「%1」の受信のパスワードを入力してください。"))
+          .arg(question.account);
+  return InputPassword(context_, &window_, Ui::tr("パスワード"), words, takesKeys)
       .value_or(QString());
 }
 

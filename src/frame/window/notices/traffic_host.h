@@ -35,7 +35,7 @@ class TrafficHost : public QObject, public PlanHost {
                 const QString& category, const QString& text) override;
   void SendAndReceive() override;
   SerialId ChooseAccount(const QString& title, const QString& prompt) override;
-  QString AskPassword(const QString& account, bool toSend) override;
+  QString AskPassword(const PasswordQuestion& question) override;
   void WorkIsHeld(const QString& sentence) override;
   void WaitingChanged() override { Q_EMIT ListsChanged(); }
 

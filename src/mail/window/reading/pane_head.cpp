@@ -70,10 +70,18 @@ void PaneHead::Lay(bool isWide) {
   isWide_ = isWide;
 }
 
+// Beside the subject the date takes no more than half of the room.
+void PaneHead::Fit() {
+  const int room = width() - toolbar_->sizeHint().width();
+  const int date = date_->fontMetrics().horizontalAdvance(date_->text());
+  const bool isWide =
+      width() >= fontMetrics().horizontalAdvance(u'M') * kWideEms && 2 * date <= room;
+  if (isWide != isWide_) Lay(isWide);
+}
+
 void PaneHead::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  const bool isWide = width() >= fontMetrics().horizontalAdvance(u'M') * kWideEms;
-  if (isWide != isWide_) Lay(isWide);
+  Fit();
 }
 
 QToolBar* PaneHead::BuildToolbar() {
@@ -108,6 +116,7 @@ void PaneHead::Show(const MessageModel& model, const QByteArray& source,
   date_->setVisible(!date.isEmpty());
   note_->setText(note);
   note_->setVisible(!note.isEmpty());
+  Fit();
 }
 
 }  // namespace vorn

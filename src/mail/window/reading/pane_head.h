@@ -33,6 +33,7 @@ class PaneHead : public QWidget {
  private:
   QToolBar* BuildToolbar();
   void Lay(bool isWide);
+  void Fit();
 
   ElidingLabel* subject_;
   ElidingLabel* from_;

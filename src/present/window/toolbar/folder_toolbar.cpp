@@ -111,12 +111,14 @@ int FolderToolbar::LeastBesideButtons() const {
 void FolderToolbar::Fit() {
   const int room = width() - LeastBesideButtons();
   const bool isSearching = !search_->text().isEmpty();
-  tbLocation_->setToolButtonStyle(hasWords_ && room >= allButtons_ ? Qt::ToolButtonTextBesideIcon
-                                                                   : Qt::ToolButtonIconOnly);
+  const int choices = isSearching ? kGap + choices_->sizeHint().width() : 0;
+  const bool isBelow = isSearching && room < leastButtons_ + choices;
+  const bool fits = room - (isBelow ? 0 : choices) >= allButtons_;
+  tbLocation_->setToolButtonStyle(hasWords_ && fits ? Qt::ToolButtonTextBesideIcon
+                                                    : Qt::ToolButtonIconOnly);
   location_->setVisible(!location_->isReadOnly() ||
                         (!isSearching && room >= allButtons_ + kGap + kSmallestBox));
   choices_->setVisible(isSearching);
-  const bool isBelow = isSearching && room < leastButtons_ + kGap + choices_->sizeHint().width();
   if (isBelow == (line_->indexOf(choices_) < 0)) return;
   (isBelow ? static_cast<QBoxLayout*>(layout()) : line_)->addWidget(choices_);
 }
