@@ -4931,5 +4931,9 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <source>入力されたパスワードではログインできませんでした。</source>
         <translation>The password that was entered was not accepted. </translation>
     </message>
+    <message>
+        <source>Enterで検索し、Escでやめます。</source>
+        <translation>Enter searches, Esc gives it up.</translation>
+    </message>
 </context>
 </TS>

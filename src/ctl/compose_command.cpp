@@ -1,5 +1,6 @@
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <optional>
 
 #include "ctl/command.h"
@@ -83,16 +84,21 @@ int Compose(const Arguments& arguments) {
                                      {QStringLiteral("FROM"), QStringLiteral("from")}}) {
     if (!AddAddresses(model, kind, arguments.All(option))) return kExitUsage;
   }
+  QHash<QString, QByteArray> files;  // once: a pipe gives nothing a second time
   for (const QString& path : arguments.All(QStringLiteral("attach"))) {
-    if (!ReadAll(path)) return Complain(Ui::tr("「%1」を読み込めません。").arg(path), kExitFailure);
+    if (!files.contains(path)) {
+      const auto bytes = ReadAll(path);
+      if (!bytes) return Complain(Ui::tr("「%1」を読み込めません。").arg(path), kExitFailure);
+      files.insert(path, *bytes);
+    }
     const QString name = QFileInfo(path).fileName();
     model.attachments.push_back({name, ContentTypeOf(name), true, path, {}});
   }
   model.headerRows = {QStringLiteral("X-Mailer: .VORN <" VORN_VERSION ">"),
                       QStringLiteral("X-Priority: 3")};
   options.boundaryToken = SerialIdGenerator().Next(QString()).Text();
-  options.read = [](const ModelAttachment& attachment) {
-    return ReadAll(attachment.path).value_or(QByteArray());
+  options.read = [&files](const ModelAttachment& attachment) {
+    return files.value(attachment.path);
   };
   const QString out = arguments.Text(QStringLiteral("out"));
   if (WriteWhole(out, ComposeMessage(model, options))) return kExitOk;

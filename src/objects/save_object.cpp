@@ -116,7 +116,7 @@ void ForgetObject(Context& context, const SerialId& serialId) {
   const DiskPtr object = context.Objects.Find(serialId);
   if (object == nullptr) return;
   if (const OpenedDatabase profile(context, DatabaseKind::Profile); profile) {
-    object->Delete(context.Data);
+    std::ignore = object->Delete(context.Data);  // it is tried again by whoever finds it
   }
   context.Objects.Remove(serialId);
 }

@@ -70,6 +70,15 @@ class Composing(unittest.TestCase):
         header = source.split(b"\r\n\r\n")[0]
         self.assertFalse([c for c in header if c >= 0x80], "raw eight-bit header")
 
+    def test_what_an_attached_pipe_gives_once_is_sent(self):
+        os.mkfifo(self.path("pipe"))
+        writer = subprocess.Popen(["sh", "-c", 'printf contents > "$1"', "-", self.path("pipe")])
+        self.addCleanup(writer.wait)
+        self.addCleanup(writer.kill)
+        parsed = email.message_from_bytes(self.compose("s", "b", "--attach", self.path("pipe")),
+                                          policy=email.policy.default)
+        self.assertEqual([p.get_content() for p in parsed.iter_attachments()], [b"contents"])
+
     def test_generated_messages_come_back_identical(self):
         rng = random.Random(20261124)
         for case in range(CASES):

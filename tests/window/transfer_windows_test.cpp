@@ -229,10 +229,10 @@ TEST_F(TransferWindowsTest, TheDesktopTellsOfNewMailAndItsButtonsAct) {
   EXPECT_TRUE(player.source().isEmpty());
 
   Settings(Context()).Bag()->Let(QStringLiteral("MessageNoticeSoundAlone"), true);
-  const auto second = told("two", "From: c@x.example\r\nSubject: two");
+  const auto second = told("two", "From: \"boss@y.example\" <c@x.example>\r\nSubject: two");
   EXPECT_EQ(second.replaces, first.id);
   EXPECT_TRUE(second.summary.contains(u'2'));
-  EXPECT_EQ(second.body, QStringLiteral("A &amp; B\nc@x.example"));
+  EXPECT_EQ(second.body, QStringLiteral("A &amp; B\nc@x.example (boss@y.example)"));
   EXPECT_EQ(player.source().toLocalFile(), sound);
   desktop.Choose(second.id, QStringLiteral("read"));
   EXPECT_TRUE(WaitFor([&] { return count(isOpened) == 2; }));

@@ -56,8 +56,8 @@ class ArchiveWriter {
  private:
   Result<> MayReplace() const;
   void RemoveLeftOvers();
-  bool MakeParts();
-  bool Replace();
+  [[nodiscard]] bool MakeParts();
+  [[nodiscard]] bool Replace();
   void RemoveParts();
 
   ArchiveFormat format_;

@@ -15,7 +15,7 @@ namespace vorn {
 /// except in a message of known length in which such a line stands unquoted. Lines get CR LF,
 /// unless `MboxEntry` wrote the message, as the end of its separator tells: that is taken as it
 /// stands. False when the file cannot be read.
-bool ReadMbox(QIODevice& file, const std::function<bool(const QByteArray&)>& take);
+[[nodiscard]] bool ReadMbox(QIODevice& file, const std::function<bool(const QByteArray&)>& take);
 
 /// A message as an entry of an mbox, from which `ReadMbox` gets exactly the same bytes back. The
 /// separator (RFC 4155) names the sender's address, "MAILER-DAEMON" for none or one that cannot

@@ -36,7 +36,7 @@ class FolderRows {
   void Forget() { *this = FolderRows(query_, order_); }
   /// Finds out more about where the rows stand, for some milliseconds; false when there is nothing
   /// more to find out.
-  bool Explore(DataSession& session);
+  [[nodiscard]] bool Explore(DataSession& session);
 
  private:
   void Refresh(DataSession& session);

@@ -30,7 +30,7 @@ class RowIndex {
   QString Since(const QString& since) const;
   /// Notes one more row of the open database; false when there is nothing more to note, or after
   /// an error.
-  bool Extend(DataSession& session);
+  [[nodiscard]] bool Extend(DataSession& session);
   /// Notes the row numbered `row` from the end, where there are `count` rows: for a page near the
   /// end of a list that is not noted yet.
   void NoteFromEnd(DataSession& session, qint64 count, qint64 row);

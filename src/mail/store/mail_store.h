@@ -74,7 +74,8 @@ class MailStore {
   OpenedDatabase Open(const Disk& request);
   MessageIndex Index(const Disk& request, const QByteArray& source);
   Result<> Store(const Disk& request, const QByteArray& source, const QString& statementBefore);
-  bool WriteMessage(const Disk& request, const QByteArray& source, const MessageIndex& index);
+  [[nodiscard]] bool WriteMessage(const Disk& request, const QByteArray& source,
+                                  const MessageIndex& index);
   /// What came of it, and the message that has the same identity where it is `Alike`.
   struct Taken {
     Received received;
@@ -83,8 +84,8 @@ class MailStore {
   Result<Taken> StoreUnlessKnown(const Disk& request, const QByteArray& source,
                                  const std::optional<qint64>& identity, bool besideAlike);
   Result<QByteArray> ReadSource(const QString& select);
-  bool WriteState(StateMask mask, const Disk& request);
-  bool WriteFolders(const Disk& request);
+  [[nodiscard]] bool WriteState(StateMask mask, const Disk& request);
+  [[nodiscard]] bool WriteFolders(const Disk& request);
 
   Context& context_;
 };

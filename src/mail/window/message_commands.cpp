@@ -140,7 +140,7 @@ bool IsWaiting(const State& state) {
   return state.status == kStatusWaiting;
 }
 
-bool IsRead(const State& state) {
+bool IsReceived(const State& state) {
   return state.IsRead();
 }
 
@@ -274,15 +274,15 @@ QList<MessageCommand> MessagesEntries() {
       {MessagesMenu,
        Ui::tr("このようなメールをフォルダに集める(&G).."),
        [](const Parts& parts) { parts.host.GatherAlike(parts.document.Bag()->Serial()); },
-       {.begins = true, .needsRow = true, .isEnabled = IsRead}},
+       {.begins = true, .needsRow = true, .isEnabled = IsReceived}},
       {MessagesMenu,
        Ui::tr("このようなメールを受信しない(&X).."),
        [](const Parts& parts) { parts.host.StopAlike(parts.document.Bag()->Serial()); },
-       {.needsRow = true, .isEnabled = IsRead}},
+       {.needsRow = true, .isEnabled = IsReceived}},
       {MessagesMenu,
        Ui::tr("アドレスブックに登録(&B)"),
        [](const Parts& parts) { parts.host.AddToBook({parts.document.Bag()->Serial()}); },
-       {.needsRow = true, .isEnabled = IsRead}},
+       {.needsRow = true, .isEnabled = IsReceived}},
   };
 }
 
@@ -306,7 +306,7 @@ QList<MessageCommand> EditEntries() {
       {EditMenu,
        Ui::tr("文字コードを選んで読む(&M).."),
        [](const Parts& parts) { parts.bars.Reading().Choose(); },
-       {.name = QStringLiteral("readas"), .needsText = true, .isEnabled = IsRead}},
+       {.name = QStringLiteral("readas"), .needsText = true, .isEnabled = IsReceived}},
       {EditMenu,
        Ui::tr("添付ファイル(&A)"),
        nullptr,
@@ -435,7 +435,7 @@ QList<MessageCommand> CommandBarButtons() {
       {CommandBar,
        Ui::tr("返信"),
        TurnInto<OpenMode::Reply>,
-       {.name = QStringLiteral("replay"), .icon = Picture("mail"), .isShown = IsRead}},
+       {.name = QStringLiteral("replay"), .icon = Picture("mail"), .isShown = IsReceived}},
       {CommandBar,
        Ui::tr("ﾌｧｲﾙ"),
        nullptr,

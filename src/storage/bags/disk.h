@@ -58,12 +58,12 @@ class Disk {
   virtual QVariant Check(QStringView key, const QVariant& fallback) const;
   /// Replaces the items with the rows stored under the serial identifier. False, with the items
   /// untouched, when the identifier is empty or the rows cannot be read.
-  virtual bool DatabaseToDisk(DataSession& session);
+  [[nodiscard]] virtual bool DatabaseToDisk(DataSession& session);
   /// Deletes the stored rows; the items in memory stay.
-  virtual bool Delete(DataSession& session);
+  [[nodiscard]] virtual bool Delete(DataSession& session);
   /// Replaces the stored rows with the items. Stored rows survive a failed save even when the
   /// caller runs no transaction.
-  virtual bool DiskToDatabase(DataSession& session);
+  [[nodiscard]] virtual bool DiskToDatabase(DataSession& session);
   /// Stores a plain value. A new item keeps the spelling of `key`; an existing one its own.
   virtual void Let(const QString& key, const QVariant& value);
   /// The value under `key`; an absent key yields the invalid variant, never an error.

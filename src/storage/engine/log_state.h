@@ -39,6 +39,6 @@ QByteArray LogRound(const QString& path);
 
 /// Gives a log that does not belong to its database another name, under which it is kept. False
 /// when it cannot be renamed.
-bool SetLogAside(const QString& path);
+[[nodiscard]] bool SetLogAside(const QString& path);
 
 }  // namespace vorn

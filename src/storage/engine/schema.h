@@ -35,18 +35,18 @@ enum class FieldType { Integer = 3, DateTime = 8, Text = 10, LongBinary = 11, Me
 
 /// Adds a column, creating the table on its first one; an existing column stays as it is.
 /// `indexed` asks for an index: statements select or sort by the column.
-bool CreateColumn(Connection& connection, const QString& table, const QString& column,
-                  FieldType type, bool indexed);
+[[nodiscard]] bool CreateColumn(Connection& connection, const QString& table, const QString& column,
+                                FieldType type, bool indexed);
 
 /// Completes the tables after their columns: the indexes over more than one column, the tables that
 /// stand beside them and their rules, and the version mark.
-bool CompleteSchema(Connection& connection);
+[[nodiscard]] bool CompleteSchema(Connection& connection);
 
 /// The table of the digests of sources that an earlier version stored: with the source itself they
 /// would cost writing all of it anew.
-bool CreateLateDigests(Connection& connection);
+[[nodiscard]] bool CreateLateDigests(Connection& connection);
 
 /// Brings the tables of a file of an older version up to this one, all at once or not at all.
-bool MigrateSchema(Connection& connection);
+[[nodiscard]] bool MigrateSchema(Connection& connection);
 
 }  // namespace vorn

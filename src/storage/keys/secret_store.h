@@ -13,7 +13,7 @@ class SecretStore {
   /// The secret of that name; empty when there is none, or when it is not given.
   virtual QString Read(const QString& name) = 0;
   /// Keeps a secret under a name that none has yet. False when it is not there afterwards.
-  virtual bool Keep(const QString& name, const QString& secret) = 0;
+  [[nodiscard]] virtual bool Keep(const QString& name, const QString& secret) = 0;
   /// One that cannot be removed stays.
   virtual void Forget(const QString& name) = 0;
 };

@@ -83,7 +83,7 @@ class RetrievalEvents {
   virtual bool WantsHeaders() { return false; }
   /// Makes all messages handed over so far durable. Asked before the server is told that the
   /// session is over, since that is when it deletes. After false nothing is deleted.
-  virtual bool MakeDurable() { return false; }
+  [[nodiscard]] virtual bool MakeDurable() { return false; }
 };
 
 /// What a session that sends asks and tells of its message. Who says nothing sends nothing.
@@ -94,7 +94,7 @@ class HandoverEvents {
   /// Every recipient was accepted and the message itself would be sent next. Asked once, right
   /// before the DATA command. After false the session takes its leave and tells no error: whoever
   /// answers has told why.
-  virtual bool BeginHandover() { return false; }
+  [[nodiscard]] virtual bool BeginHandover() { return false; }
   /// The message being sent has been accepted by the server (a 2yz reply to its end mark).
   virtual void MessageSent(const QByteArray& /*data*/) {}
   /// Told exactly once after a `BeginHandover` that returned true, unless `MessageSent` is, however

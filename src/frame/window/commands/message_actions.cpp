@@ -73,8 +73,12 @@ SerialIds MessageActions::Act(MessageAction action, const SerialIds& messages,
       const auto toggle = [this](const SerialIds& starred) {
         return vorn::ToggleStar(context_, starred);
       };
-      const MessageFlags before = FlagsOf(context_, messages).ValueOr({});
-      const auto back = [this, before](const SerialIds& changed) -> Result<> {
+      const Result<MessageFlags> before = FlagsOf(context_, messages);
+      if (!before) {
+        TellEnd(before.Error(), {});
+        return {};
+      }
+      const auto back = [this, before = *before](const SerialIds& changed) -> Result<> {
         SerialIds starred;
         SerialIds bare;
         for (const SerialId& message : changed) {

@@ -9,6 +9,7 @@
 
 #include "kit/window/plain_text.h"
 #include "mail/codec/header/address.h"
+#include "mail/shown_addresses.h"
 #include "mail/store/mail_row.h"
 #include "mail/store/message_rows.h"
 #include "objects/notice_settings.h"
@@ -35,8 +36,7 @@ struct Letter {
 QString SenderIn(const QString& addressLines) {
   const QList<AddressEntry> senders = EntriesOfKind(addressLines, u"from");
   if (senders.isEmpty()) return Ui::tr("(不明なメールアドレス)");
-  const AddressEntry& first = senders.first();
-  return first.displayName.isEmpty() ? PresentableAddress(first) : first.displayName;
+  return ShownSender(senders.first());
 }
 
 // Of one that cannot be read nothing is said.

@@ -59,7 +59,12 @@ void MessageOutput::Print() {
 
 void MessageOutput::ShowSource(const QString& subject) {
   form_.FinishEditing();
-  const QByteArray source = Source().ValueOr({});
+  const Result<QByteArray> made = Source();
+  if (!made) {
+    ShowBox(&window_, QMessageBox::Critical, made.Error().text);
+    return;
+  }
+  const QByteArray source = made.ValueOr({});
   auto* dialog = new QDialog(&window_);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setObjectName(QStringLiteral("source"));

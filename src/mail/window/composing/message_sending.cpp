@@ -165,13 +165,20 @@ void MessageSending::SendAgain() {
   Q_EMIT AnewWanted();
   host_.MessageStored();
   if (waits) host_.SendMessage(document_.Tag());
+  TellFailure(waits);
 }
 
 void MessageSending::KeepAsSent() {
-  // Whether it worked is seen by what is opened.
-  std::ignore = Outbox(context_, document_.File()).KeepAsSent(document_.Tag());
+  const Result<> kept = Outbox(context_, document_.File()).KeepAsSent(document_.Tag());
   Q_EMIT AnewWanted();
   host_.MessageStored();
+  TellFailure(kept);
+}
+
+// That somebody else was quicker is seen by what is opened.
+void MessageSending::TellFailure(const Result<>& done) {
+  if (done || done.Error().kind == StorageError::Kind::NotFound) return;
+  ShowBox(&window_, QMessageBox::Critical, done.Error().text);
 }
 
 }  // namespace vorn

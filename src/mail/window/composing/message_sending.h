@@ -2,6 +2,7 @@
 
 #include <QObject>
 
+#include "storage/base/result.h"
 #include "storage/context.h"
 
 class QWidget;
@@ -51,6 +52,7 @@ class MessageSending : public QObject {
   void Cancel();
   void SendAgain();
   void KeepAsSent();
+  void TellFailure(const Result<>& done);
 
   Context& context_;
   MessageHost& host_;

@@ -49,6 +49,7 @@ bool LongSearch::IsLooking() const {
 }
 
 void LongSearch::Begin(const std::function<void()>& then) {
+  if (!std::exchange(isRepeated_, false)) againMs_ = kLookAgainMs;
   begunAt_ = StateOfMail();
   wait_->Ask(Question(), [this, then](const ConditionRun::Answer& answer) { Take(answer, then); });
   gone_.clear();
@@ -74,12 +75,10 @@ void LongSearch::Take(const ConditionRun::Answer& answer, const std::function<vo
   serialIds.removeIf([gone = QSet<SerialId>(gone_.cbegin(), gone_.cend())](
                          const SerialId& message) { return gone.contains(message); });
   pages_.TakeAnswer(request_.Folder(), request_.Search(), serialIds);
-  // What changed meanwhile may not have been asked for again yet.
-  if (wait_->TakeAgain() || StateOfMail() != begunAt_) {
-    LookAgain();
-  } else {
-    againMs_ = kLookAgainMs;
-  }
+  // What was asked for again is not kept waiting; what changed may not have been asked for yet.
+  const bool isWanted = wait_->TakeAgain();
+  if (isWanted) againMs_ = kLookAgainMs;
+  if (isWanted || StateOfMail() != begunAt_) LookAgain();
   then();
 }
 
@@ -93,6 +92,7 @@ void LongSearch::LookAgain() {
     if (!request_.IsLocal() || request_.Folder() != folder || !(request_.Search() == search))
       return;
     pages_.Forget(folder, search);
+    isRepeated_ = true;
     Q_EMIT Outdated();
   });
 }

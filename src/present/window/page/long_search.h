@@ -54,9 +54,10 @@ class LongSearch : public QObject {
   MessageListPages& pages_;
   const PageRequest& request_;
   ConditionWait* wait_;
-  QString begunAt_;  // the state of the mail file
-  int againMs_;      // how long it then waits before it looks again by itself
-  SerialIds gone_;   // since it began
+  QString begunAt_;          // the state of the mail file
+  int againMs_;              // how long it then waits before it looks again by itself
+  bool isRepeated_ = false;  // what begins is looked for by itself
+  SerialIds gone_;           // since it began
 };
 
 }  // namespace vorn

@@ -79,6 +79,7 @@ void PageReading::End() {
     if (isShown) {
       attempts_ = 0;
       Drop();
+      Q_EMIT WasRead();
     } else {
       QTimer::singleShot(kAskAgainMs, this, &PageReading::LookAgain);
     }

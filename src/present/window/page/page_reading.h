@@ -37,6 +37,8 @@ class PageReading : public QObject {
   void Stop() { checkRows_.stop(); }
 
  Q_SIGNALS:
+  /// The engine has it, and it is kept no more.
+  void WasRead();
   /// The engine gave the page up: it is to be made anew.
   void AnewWanted();
 

@@ -28,7 +28,12 @@ PageRest::PageRest(ShownPage& page, EngineView& engine, PageReading& reading,
       search_(search),
       printing_(printing),
       window_(window),
-      around_(around) {}
+      around_(around) {
+  // The engine tells that a page is loaded before it tells which.
+  connect(&reading, &PageReading::WasRead, this, [this] {
+    if (isUnseen_) Begin();
+  });
+}
 
 // What is under way stays, and so do pages of the program's own, but for the words that stand in a
 // page's place until its messages are found.
@@ -40,6 +45,7 @@ bool PageRest::MayGo() const {
 }
 
 void PageRest::Begin() {
+  isUnseen_ = true;
   if (!MayGo()) return;
   reading_.Stop();
   if (std::exchange(rests_, true)) return;
@@ -60,6 +66,7 @@ void PageRest::LetGo() {
 }
 
 void PageRest::Wake() {
+  isUnseen_ = false;
   if (!std::exchange(rests_, false) || engine_.View() != nullptr) return;
   const bool hadFocus = HasKeysNear();
   Q_EMIT AnewWanted();

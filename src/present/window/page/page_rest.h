@@ -55,6 +55,7 @@ class PageRest : public QObject {
   const PagePrinting& printing_;
   QWidget& window_;
   QWidget& around_;
+  bool isUnseen_ = false;
   bool rests_ = false;
   QElapsedTimer sinceEnd_;
 };

@@ -30,6 +30,7 @@ SearchBox::SearchBox(QWidget* window, QWidget* parent)
   setObjectName(QStringLiteral("txSearch"));
   setAccessibleName(Ui::tr("フォルダの検索"));
   setPlaceholderText(Ui::tr("件名、アドレスを検索"));
+  setToolTip(ShownToolTip(Ui::tr("Enterで検索し、Escでやめます。")));
   setClearButtonEnabled(true);
   setMaximumWidth(kSearchWidth);
   connect(this, &QLineEdit::returnPressed, this, &SearchBox::Wanted);
