@@ -96,14 +96,13 @@ TEST_F(NotificationServiceTest, NothingWaitsWhereNobodyAnswers) {
   auto desktop = std::make_unique<FakeNotifications>();
   desktop->Answers = false;
   service_.Show(About({QStringLiteral("busy")}));
-  test::RunFor(200);
+  ASSERT_TRUE(WaitFor([&] { return desktop->Asked > 0; }));
   EXPECT_TRUE(events_.isEmpty());
   desktop->EndService();
   EXPECT_TRUE(AwaitEvent(QStringLiteral("gone busy")));
   service_.Show(About({QStringLiteral("none")}));
   EXPECT_TRUE(AwaitEvent(QStringLiteral("gone none")));
   desktop->EndBus();
-  test::RunFor(200);
   desktop = std::make_unique<FakeNotifications>();
   service_.Show(About({QStringLiteral("anew")}));
   EXPECT_TRUE(WaitFor([&] { return desktop->Told.size() == 1; }));
@@ -115,7 +114,9 @@ TEST(NotificationServiceEndTest, WhatIsShownGoesWithTheProgram) {
     NotificationService service(QStringLiteral("vorn"));
     service.Show(About({QStringLiteral("a")}));
     ASSERT_TRUE(WaitFor([&] { return desktop.Told.size() == 1; }));
-    test::RunFor(100);
+    // What comes in its place needs the answer to it.
+    service.Show(About({QStringLiteral("b")}));
+    ASSERT_TRUE(WaitFor([&] { return desktop.Told.size() == 2; }));
   }
   EXPECT_TRUE(WaitFor([&] { return desktop.Closed == QList<uint>{desktop.Told[0].id}; }));
 }

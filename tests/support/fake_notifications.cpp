@@ -75,6 +75,7 @@ class FakeNotifications::Service : public QObject, protected QDBusContext {
 
  public Q_SLOTS:  // NOLINT: the names are the protocol's
   QStringList GetCapabilities() {
+    ++fake_.Asked;
     setDelayedReply(!fake_.Answers);
     return fake_.Abilities;
   }

@@ -27,6 +27,7 @@ class FakeNotifications {
   QStringList Abilities = {QStringLiteral("actions"), QStringLiteral("body"),
                            QStringLiteral("body-markup")};
   bool Answers = true;  ///< else a call waits until the service is gone
+  int Asked = 0;        ///< for its abilities
   QList<Shown> Told;
   QList<uint> Closed;  ///< by the program
 

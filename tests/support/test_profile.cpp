@@ -107,6 +107,12 @@ SerialIds Filed(Context& context, SerialIds messages, const SerialId& folder) {
   return messages;
 }
 
+void RunPosted() {
+  bool isDone = false;
+  QTimer::singleShot(0, [&isDone] { QTimer::singleShot(0, [&isDone] { isDone = true; }); });
+  WaitFor([&isDone] { return isDone; });
+}
+
 void RunFor(int milliseconds) {
   WaitFor([] { return false; }, milliseconds);
 }

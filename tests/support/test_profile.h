@@ -66,6 +66,9 @@ class TestProfile {
 /// will not, on a slow machine either.
 bool WaitFor(const std::function<bool()>& condition, int timeoutMs = 300000);
 
+/// Runs what has been posted in the event loop, and timers that are due.
+void RunPosted();
+
 /// Runs the event loop for a while in which something must not happen.
 void RunFor(int milliseconds);
 

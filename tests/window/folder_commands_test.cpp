@@ -78,7 +78,7 @@ TEST_F(FolderCommandsTest, ADoubleClickIsOneCommand) {
     QTest::mouseClick(button, Qt::LeftButton);
     QTest::mouseDClick(button, Qt::LeftButton);
   });
-  test::RunFor(200);
+  SettleIn(*Browser());
   EXPECT_EQ(Script(QStringLiteral("vorn.count()")).toInt(), 2);
   // A link of a row as well.
   ClickLink(QStringLiteral("a[href^=\"replay:\" i]"));
@@ -89,7 +89,7 @@ TEST_F(FolderCommandsTest, ADoubleClickIsOneCommand) {
   again();  // before the engine has told of the first
   ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
   again();
-  test::RunFor(200);
+  SettleIn(*Browser());
   EXPECT_EQ(test::TopLevels<MessageWindow>().size(), 1);
 }
 
@@ -444,7 +444,8 @@ TEST_F(FolderCommandsTest, AClickOnTheMarksTurnsThemAndMovesNothing) {
     ClickPage(placeOf(3));
     EXPECT_TRUE(WaitFor([&] { return Mark(4) == QLatin1String(mark); }));
   }
-  test::RunFor(2500);
+  SettleIn(*Browser());
+  EXPECT_FALSE(pane()->findChild<QTimer*>(QStringLiteral("tmInSight"))->isActive());
   EXPECT_EQ(Mark(4), QStringLiteral("1"));
 }
 

@@ -92,6 +92,15 @@ class FolderPageTest : public ProgramTest {
     change();
     EXPECT_TRUE(WaitFor([&loaded] { return loaded.count() > 0; }));
   }
+  // What the page was told has been done, and what it says of it has been heard, twice, since one
+  // may lead to the other.
+  static void SettleIn(const BrowserWindow& browser) {
+    for (int i = 0; i < 2; ++i) {
+      auto* view = browser.findChild<QWebEngineView*>(QStringLiteral("wbUrl"));
+      if (view != nullptr) ScriptIn(*view, QStringLiteral("0"));
+      test::RunPosted();
+    }
+  }
   bool AwaitScript(const QString& condition) const {
     return WaitFor([&] { return Script(condition).toBool(); });
   }

@@ -341,15 +341,16 @@ TEST_F(FolderPageTest, ATabThatRestedIsAsItWasLeft) {
     ASSERT_TRUE(WaitFor([&] { return browser->Tag() == folder && browser->isVisible(); }));
   };
   look(kShelf);
-  test::RunFor(500);
+  SettleIn(*inbox);
   const auto view = [&] { return inbox->findChild<QWebEngineView*>(QStringLiteral("wbUrl")); };
   EXPECT_NE(view(), nullptr);
   look(fixed_serial::kDust);
   const auto rests = [&] { return view() == nullptr; };
   ASSERT_TRUE(WaitFor(rests));
   Come("mail_new", "Came.");
+  QSignalSpy inFront(Browsers().back(), &BrowserWindow::Loaded);
   parent->ApplySettings();
-  test::RunFor(500);
+  ASSERT_TRUE(WaitFor([&] { return inFront.count() > 0; }));
   EXPECT_TRUE(rests());
   auto* area = parent->findChild<QMdiArea*>();
   QSignalSpy loaded(inbox, &BrowserWindow::Loaded);
@@ -413,7 +414,7 @@ TEST_F(FolderPageTest, TheKeysAreThePagesInWhicheverTab) {
   for (const SerialId& folder : {kShelf, fixed_serial::kInbox}) {
     test::ClickRow(tree, Node(folder));
     ASSERT_TRUE(hasKeys(folder == fixed_serial::kInbox ? inbox : shelf));
-    test::RunFor(200);
+    SettleIn(*inbox);
   }
   EXPECT_TRUE(ScriptIn(*list, isLast).toBool());
   // Who closes a tab is back where he came from.
@@ -445,7 +446,7 @@ TEST_F(FolderPageTest, TheKeysAreThePagesInWhicheverTab) {
   QMdiSubWindow* frame = area->activeSubWindow();
   Q_EMIT area->subWindowActivated(nullptr);
   Q_EMIT area->subWindowActivated(frame);
-  test::RunFor(100);
+  SettleIn(*shelf);
   EXPECT_EQ(QApplication::focusWidget(), search);
 }
 

@@ -75,7 +75,7 @@ TEST_F(MessageWindowTest, AnAnswerThatNobodyTouchedIsNotAskedAbout) {
     MessageWindow& window = OpenStored(kPlain, kStatusReceived);
     window.findChild<QAction*>(QStringLiteral("replay"))->trigger();
     ASSERT_FALSE(Child<QPlainTextEdit>(window, u"txMemo").isReadOnly());
-    test::RunFor(50);
+    test::RunPosted();
     if (touch) {
       Type(Child<QLineEdit>(window, u"txSubject"), QStringLiteral("Re: 会議"));
       CloseWith(window, QMessageBox::No);

@@ -150,7 +150,7 @@ TEST_F(PageReplacingTest, AListThatIsMadeNarrowerStaysWhereItIs) {
   const auto topOfFirst = QStringLiteral(
       "[...document.querySelectorAll('tr[draggable]')].map(r => r.getBoundingClientRect().top)"
       ".findIndex(top => top >= -1)");
-  test::RunFor(200);  // the page hears of it
+  AwaitPainted(*View());  // the page hears of it
   const int first = Script(topOfFirst).toInt();
   EXPECT_GT(first, 10);
   const double width = Script(QStringLiteral("innerWidth")).toDouble();
@@ -160,7 +160,7 @@ TEST_F(PageReplacingTest, AListThatIsMadeNarrowerStaysWhereItIs) {
     ASSERT_TRUE(
         AwaitScript(QStringLiteral("(innerWidth < 500) === %1")
                         .arg(narrow < 500 ? QStringLiteral("true") : QStringLiteral("false"))));
-    test::RunFor(300);
+    AwaitPainted(*View());
     EXPECT_NEAR(Script(topOfFirst).toInt(), first, 1) << narrow;
     if (narrow < 500) {
       EXPECT_NE(Script(QStringLiteral("document.body.scrollHeight")).toDouble(), height);
@@ -173,7 +173,7 @@ TEST_F(PageReplacingTest, AListThatIsMadeNarrowerStaysWhereItIs) {
       QStringLiteral("innerHeight + scrollY >= document.documentElement.scrollHeight - 2");
   Script(QStringLiteral("scrollTo(0, 1e6)"));
   ASSERT_TRUE(AwaitScript(isAtEnd));
-  test::RunFor(200);
+  AwaitPainted(*View());
   program_->Parent()->resize(420, 500);
   ASSERT_TRUE(AwaitScript(QStringLiteral("innerWidth < 500")));
   EXPECT_TRUE(AwaitScript(isAtEnd));

@@ -110,7 +110,7 @@ class ProgramTest : public testing::Test {
     if (ParentWindow* parent = program_->Parent()) parent->close();
     WaitFor([this] { return program_->Parent() == nullptr; });
     program_.reset();
-    test::RunFor(50);
+    test::RunPosted();
   }
 
   QString Folder() const { return folder_.path() + QStringLiteral("/data/"); }

@@ -39,6 +39,10 @@ class ReadingPaneTest : public FolderPageTest {
     const RecordsetPtr row = MessageRows(context.Data).Of(Ids({number}).first());
     return MailRow(*row).Flags().At(place, QStringLiteral("0"));
   }
+  // Whether a message is about to be marked as one that was in sight for long enough.
+  static bool Counts(const ReadingPane& pane) {
+    return pane.findChild<QTimer*>(QStringLiteral("tmInSight"))->isActive();
+  }
   // In the rectangle that the rest of a script says of `document.querySelector(`.
   void ClickTwice(const QString& where) {
     const QVariantList at = Script(QStringLiteral("(() => { const r = document.querySelector(%1;"
@@ -73,9 +77,10 @@ TEST_F(ReadingPaneTest, TheCurrentMessageIsReadThereAndOpenedAfterAWhile) {
   EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.chosen()[0] === 'mail_3'")));
   Press(Qt::Key_Down);
   EXPECT_TRUE(AwaitShown(4));
+  EXPECT_TRUE(Counts(*Pane()));
   // One key takes it back, also before the while is over.
   Press(Qt::Key_U);
-  test::RunFor(2500);
+  EXPECT_TRUE(WaitFor([this] { return !Counts(*Pane()); }));
   EXPECT_EQ(Mark(4, kFlagNew), QStringLiteral("1"));
   // Another page shows another choice.
   Child<QAction>(*Browser(), u"seek").trigger();
@@ -94,10 +99,13 @@ TEST_F(ReadingPaneTest, WhatIsBehindAnotherTabIsNotMarkedBeforeItIsSeenAgain) {
   auto* pane = inbox->findChild<ReadingPane*>();
   inbox->Folder().GoToMessage(Ids({1}).first());
   ASSERT_TRUE(WaitFor([&] { return pane->ShownMessage() == Ids({1}).first(); }));
+  EXPECT_TRUE(Counts(*pane));
   tabs->setCurrentIndex(1);
-  test::RunFor(500);
+  QSignalSpy loaded(inbox, &BrowserWindow::Loaded);
   inbox->Refresh();  // as when mail comes
-  test::RunFor(2500);
+  ASSERT_TRUE(WaitFor([&] { return loaded.count() > 0; }));
+  SettleIn(*inbox);
+  EXPECT_FALSE(Counts(*pane));
   EXPECT_EQ(Mark(1, kFlagNew), QStringLiteral("1"));
   tabs->setCurrentIndex(0);
   EXPECT_TRUE(AwaitMark(1, kFlagNew, "0"));
@@ -214,11 +222,11 @@ TEST_F(ReadingPaneTest, OneClickReadsAndASecondOneOpens) {
   BeginReading(2);
   ClickLink(QStringLiteral("a[href*=mail_2]"));
   ASSERT_TRUE(AwaitShown(2));
-  test::RunFor(QApplication::doubleClickInterval() + 100);
+  SettleIn(*Browser());
   EXPECT_EQ(TopLevel<MessageWindow>(), nullptr);
   ClickTwice(QStringLiteral("'a[href*=mail_1]').getClientRects()[0]"));
   EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
-  test::RunFor(300);
+  SettleIn(*Browser());
   EXPECT_EQ(test::TopLevels<MessageWindow>().size(), 1);
   // Where there is no pane, or no room for it, too, wherever in the row.
   TopLevel<MessageWindow>()->close();
@@ -244,7 +252,8 @@ TEST_F(ReadingPaneTest, OpeningOneDoesNotOpenTheNext) {
   Press(Qt::Key_Home);
   ASSERT_TRUE(AwaitShown(1));
   ASSERT_TRUE(AwaitGone("No1."));
-  test::RunFor(2500);
+  SettleIn(*Browser());
+  EXPECT_FALSE(Counts(*Pane()));
   EXPECT_EQ(Pane()->ShownMessage(), u"mail_1"_id);
   EXPECT_EQ(Mark(2, kFlagNew), QStringLiteral("1"));
   EXPECT_EQ(Chosen(), SerialIds()) << "a command would meet a message that is not in sight";
@@ -325,7 +334,7 @@ TEST_F(ReadingPaneTest, WhatAMessageAsksAndBearsIsSaidThereToo) {
   EXPECT_TRUE(Child<QWidget>(*Pane(), u"frPaneSigned").isVisible());
   // Who asks for a receipt is answered in a window.
   EXPECT_TRUE(Child<QWidget>(*Pane(), u"frReceipt").isVisible());
-  test::RunFor(2500);
+  EXPECT_FALSE(Counts(*Pane()));
   EXPECT_EQ(Mark(1, kFlagNew), QStringLiteral("1"));
   Child<QPushButton>(*Pane(), u"cmOpenAppointment").click();
   EXPECT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));

@@ -202,7 +202,7 @@ TEST_F(SendingWindowTest, WhoHasNoAccountIsToldWhenHeBeginsToWrite) {
   EXPECT_TRUE(notice.isVisible());
   // Also on a small screen with large letters the text has room.
   window.resize(640, 330);
-  test::RunFor(100);
+  test::RunPosted();
   const auto& memo = Child<QPlainTextEdit>(window, u"txMemo");
   EXPECT_EQ(window.height(), 330);
   EXPECT_GE(memo.viewport()->height(), 5 * memo.fontMetrics().lineSpacing());
@@ -269,7 +269,7 @@ TEST_F(SendingWindowTest, ADoubleClickOnReplyingSendsNothing) {
   // Nor does a click that comes later because nothing seemed to happen.
   test::RunFor(2 * QApplication::doubleClickInterval());
   QTest::mouseClick(toolbar.childAt(at), Qt::LeftButton);
-  test::RunFor(300);
+  test::RunPosted();
   EXPECT_TRUE(window.isVisible());
   EXPECT_TRUE(smtp_.Messages().isEmpty());
   // Who has written something means it.

@@ -263,8 +263,9 @@ TEST_F(TransferWindowsTest, TheDesktopTellsOfNewMailAndItsButtonsAct) {
   Settings(Context()).Bag()->Let(QStringLiteral("MessageNoticeDesktop"), false);
   server_.AddMessage("seven", "Subject: seven\r\n\r\n\r\n");
   Receive();
-  test::RunFor(300);
-  EXPECT_EQ(desktop.Told.size(), 6);
+  Settings(Context()).Bag()->Let(QStringLiteral("MessageNoticeDesktop"), true);
+  told("eight", "Subject: eight");
+  EXPECT_EQ(desktop.Told.size(), 7);
 }
 
 TEST_F(TransferWindowsTest, ARuleIsMadeFromAMessageAndStoredByOkAlone) {

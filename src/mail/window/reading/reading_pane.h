@@ -60,7 +60,7 @@ class ReadingPane : public QWidget {
   SerialId serialId_;
   DiskPtr request_;
   OpenedMessage opened_;
-  SightTimer inSight_;
+  SightTimer inSight_{this};
   QLabel* nothing_;
   QWidget* message_;
   PaneHead* head_;

@@ -9,7 +9,8 @@ constexpr int kInSightMs = 2000;
 
 }  // namespace
 
-SightTimer::SightTimer() {
+SightTimer::SightTimer(QObject* parent) : QObject(parent), timer_(this) {
+  timer_.setObjectName(QStringLiteral("tmInSight"));
   timer_.setSingleShot(true);
   timer_.setInterval(kInSightMs);
   connect(&timer_, &QTimer::timeout, this, [this] {

@@ -10,7 +10,7 @@ class SightTimer : public QObject {
   Q_OBJECT
 
  public:
-  SightTimer();
+  explicit SightTimer(QObject* parent);
   /// A message comes into sight; `counts` tells whether anybody wants to hear of it.
   void Begin(bool counts);
   /// It is out of sight, or no longer: then its time begins anew.
