@@ -247,6 +247,9 @@ TEST(MailArchiveTest, WhatLiesInTheDustBinIsReturnedAndGoesBackThere) {
   const auto inDust =
       profile.Select(QStringLiteral("SELECT SERIALID AS V FROM mail WHERE ") + kInDust);
   EXPECT_EQ(inDust.size(), 3) << "those of 1 and 2, and what would be sent outside";
+  // Where it was filed when it was thrown away it stays.
+  EXPECT_EQ(ImportMessages(context, path(1), other).counts.returned, 1);
+  EXPECT_EQ(test::Filed(context, message, other), message.mid(1, 3));
 }
 
 TEST(MailArchiveTest, WhatWasSentIsKnownWithoutItsEndMark) {

@@ -422,6 +422,12 @@ TEST(Pop3Limits, AMechanismThatTheServerDoesNotDoIsFollowedByTheNext) {
   // In clear not by one that shows the password, unless it is the login that all servers have.
   EXPECT_EQ(LoginCommands("SASL LOGIN CRAM-MD5\r\n", "-ERR unknown\r\n"),
             QStringLiteral("AUTH CRAM-MD5"));
+  // A server that keeps passwords scrambled cannot check it, whatever it lists.
+  const QString refused =
+      LoginCommands("SASL CRAM-MD5\r\nUSER\r\n", "+ PDFAeD4=\r\n-ERR wrong\r\n+OK\r\n-ERR no\r\n");
+  EXPECT_TRUE(refused.startsWith(QStringLiteral("AUTH CRAM-MD5|")) &&
+              refused.endsWith(QStringLiteral("|USER user|PASS s3cret")))
+      << refused.toStdString();
 }
 
 }  // namespace
