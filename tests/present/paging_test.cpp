@@ -184,6 +184,11 @@ TEST_F(PagingTest, AFewMessagesAmongManyAndAnEmptyFolder) {
       Page(pages, 1, fixed_serial::kDust),
       QStringList({QStringLiteral("m9002"), QStringLiteral("m9001"), QStringLiteral("m9003")}));
   EXPECT_FALSE(pages.Explore(fixed_serial::kDust)) << "nothing to explore among three";
+  // A full page has no empty one behind it.
+  for (const auto& [rowsPerPage, last] : {std::pair{4, 1}, {3, 1}, {2, 2}}) {
+    Settings(profile_.Get()).Bag()->Let(QStringLiteral("Messages"), rowsPerPage);
+    EXPECT_EQ(pages.CountPages(fixed_serial::kDust), last) << rowsPerPage;
+  }
 }
 
 }  // namespace
