@@ -4935,5 +4935,16 @@ Give the password or the recovery code of that time with --former-password-fd.</
         <source>Enterで検索し、Escでやめます。</source>
         <translation>Enter searches, Esc gives it up.</translation>
     </message>
+    <message>
+        <source>このアドレスから送信を待つメッセージがあるか、確かめられません。</source>
+        <translation>Whether messages from this address wait to be sent cannot be found out. </translation>
+    </message>
+    <message numerus="yes">
+        <source>編集中だったメッセージのうち%n通を開けません。残してあるので、次に始めるときにもう一度尋ねます。</source>
+        <translation>
+            <numerusform>%n message that was being written cannot be opened. It is kept, and the next start asks again.</numerusform>
+            <numerusform>%n messages that were being written cannot be opened. They are kept, and the next start asks again.</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

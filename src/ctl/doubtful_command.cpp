@@ -33,7 +33,9 @@ int Doubtful(Context& context, const Arguments& arguments) {
   const QString verb = arguments.Words().value(1, QStringLiteral("list"));
   const SerialId serialId(arguments.Words().value(2));
   if (verb == u"list") {
-    for (const DoubtfulMessage& message : outbox.Doubtful()) {
+    const auto doubtful = outbox.Doubtful();
+    if (!doubtful) return Complain(doubtful.Error().text, kExitFailure);
+    for (const DoubtfulMessage& message : *doubtful) {
       PrintDoubtful(message, arguments.Has(QStringLiteral("json")));
     }
     return kExitOk;

@@ -78,7 +78,9 @@ int Send(Context& context, const Arguments& arguments) {
   traffic.Plan().CreateMessagePlan(kPlanSend);
   const double seconds = traffic.Plan().IsEmpty() ? 0 : RunPlan(traffic);
   const ReceiveCounts& counts = traffic.Events().Counts();
-  const auto doubtful = static_cast<int>(outbox.Doubtful().size());
+  const auto left = outbox.Doubtful();
+  if (!left) return Complain(left.Error().text, kExitFailure);
+  const auto doubtful = static_cast<int>(left->size());
   if (arguments.Has(QStringLiteral("json"))) {
     const QJsonObject object{{QStringLiteral("sent"), counts.sent},
                              {QStringLiteral("errors"), counts.errors},

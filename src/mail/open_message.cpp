@@ -191,7 +191,7 @@ bool OpensAsHtml(Context& context, const MessageModel& model) {
   return model.isTextOfHtml && Settings(context).IsHtmlFirst();
 }
 
-bool HasAccount(Context& context) {
+bool HasEnabledAccount(Context& context) {
   return !SelectObjects(context.Objects, *context.Session, object_type::kAccount, kSelectEnabled)
               ->IsEmpty();
 }

@@ -54,7 +54,7 @@ bool OpensAsHtml(Context& context, const MessageModel& model);
 
 /// Whether any account sends messages; and the address line ("FROM: address name") of the one that
 /// sends those that name none, empty without one.
-bool HasAccount(Context& context);
+bool HasEnabledAccount(Context& context);
 QString SenderLine(Context& context);
 
 /// The signature of the account with that address.

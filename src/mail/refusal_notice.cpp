@@ -12,8 +12,9 @@ namespace vorn {
 
 QString RefusalNotice(Context& context, const QString& file, const SerialId& serialId) {
   const auto refusals = SendRefusals(context, file).All();
-  const auto refusal = refusals.constFind(serialId);
-  if (refusal == refusals.cend()) return {};
+  if (!refusals) return refusals.Error().text;
+  const auto refusal = refusals->constFind(serialId);
+  if (refusal == refusals->cend()) return {};
   QStringList lines{
       Ui::tr("サーバーに断られたので、送信していません。編集して、もう一度送信してください。")};
   const QString tried = GeneralTimeText(refusal->tried);
@@ -22,9 +23,13 @@ QString RefusalNotice(Context& context, const QString& file, const SerialId& ser
   return lines.join(u'\n');
 }
 
-qsizetype CountUnsent(Context& context) {
+Result<qsizetype> CountUnsent(Context& context) {
   const QString file = MailDatabasePath(context);
-  return SendRefusals(context, file).All().size() + Outbox(context, file).Doubtful().size();
+  const auto refusals = SendRefusals(context, file).All();
+  if (!refusals) return refusals.Error();
+  const auto doubtful = Outbox(context, file).Doubtful();
+  if (!doubtful) return doubtful.Error();
+  return refusals->size() + doubtful->size();
 }
 
 }  // namespace vorn

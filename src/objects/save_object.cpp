@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "objects/any_object.h"
+#include "objects/object_loader.h"
 #include "objects/object_types.h"
 #include "storage/bags/profile_bag.h"
 #include "storage/base/time_text.h"
@@ -89,10 +90,27 @@ Result<> SaveObject(Context& context, DatabaseKind kind, Disk& object) {
   AnyObject::SetChanged(object, GeneralTimeText(context.Data.Now()));
   const OpenedDatabase opened(context, kind);
   if (!opened) return opened.Error();
-  return Transact(context.Data, [&] {
+  return Transact(context.Data, [&]() -> Result<> {
+    // What cannot be read was not loaded either, and is not written over by what stands in its
+    // place.
+    if (!Disk(object.Serial()).DatabaseToDisk(context.Data)) return ReasonOf(context.Data);
     if (AnyObject(object).Is(object_type::kProfile)) ApplyDefaultProfileRule(context, object);
     return ResultOf(context.Data, StoreRows(context.Data, object));
   });
+}
+
+Result<> ChangeObject(Context& context, const SerialId& serialId,
+                      const std::function<void(Disk&)>& change) {
+  Disk changed(serialId);
+  if (const DiskPtr loaded = LoadObject(context, serialId)) {
+    for (qint32 i = 1; i <= loaded->Size(); ++i) {
+      changed.Let(loaded->NameAt(i), loaded->Get(loaded->NameAt(i)));
+    }
+  }
+  change(changed);
+  const Result<> saved = SaveObject(context, DatabaseKind::Profile, changed);
+  if (saved) TakeOver(context, changed);
+  return saved;
 }
 
 void MarkForSaving(Disk& object) {

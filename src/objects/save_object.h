@@ -20,6 +20,11 @@ Result<> ValidateObject(const DiskCollection& objects, const Disk& object);
 /// was.
 Result<> SaveObject(Context& context, DatabaseKind kind, Disk& object);
 
+/// Changes an object of the profile, made when there is none, and saves it. When that fails, the
+/// loaded object is as it was, too.
+Result<> ChangeObject(Context& context, const SerialId& serialId,
+                      const std::function<void(Disk&)>& change);
+
 /// Has `SaveMarkedObjects` save the object, now and ever after.
 void MarkForSaving(Disk& object);
 /// Saves every loaded object that is marked into the profile's database, in one transaction.

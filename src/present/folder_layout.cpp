@@ -8,20 +8,6 @@
 #include "present/ready_layouts.h"
 
 namespace vorn {
-namespace {
-
-// Not stored as text, so that folders have the form that the present version gives it.
-QString ReadyTemplate(Context& context, const SerialId& folder, const QString& defaultTemplate) {
-  const QString id = SharedLayout(context);
-  const QList<ReadyLayout> all = ReadyLayouts(folder, Settings(context).Rows());
-  for (const ReadyLayout& layout : all) {
-    if (layout.id == id && layout.id != all.first().id) return layout.html;
-  }
-  return defaultTemplate;
-}
-
-}  // namespace
-
 FolderLayout GetFolderLayout(Context& context, const SerialId& folder,
                              const QString& defaultTemplate) {
   FolderLayout layout{SharedTemplate(context, folder, defaultTemplate), context.TempFolder};
@@ -33,8 +19,14 @@ FolderLayout GetFolderLayout(Context& context, const SerialId& folder,
   return layout;
 }
 
+// Not stored as text, so that folders have the form that the present version gives it.
 QString SharedTemplate(Context& context, const SerialId& folder, const QString& defaultTemplate) {
-  return ReadyTemplate(context, folder, defaultTemplate);
+  const QString id = SharedLayout(context);
+  const QList<ReadyLayout> all = ReadyLayouts(folder, Settings(context).Rows());
+  for (const ReadyLayout& layout : all) {
+    if (layout.id == id && layout.id != all.first().id) return layout.html;
+  }
+  return defaultTemplate;
 }
 
 QString SharedLayout(Context& context) {
@@ -48,14 +40,10 @@ qsizetype CountOwnLayouts(Context& context) {
 }
 
 Result<> ShareLayout(Context& context, const QString& id, OwnLayouts own) {
-  DiskPtr layouts = LoadObject(context, fixed_serial::kLayout);
-  const bool isNew = layouts == nullptr;
-  if (isNew) layouts = std::make_shared<Disk>(fixed_serial::kLayout);
-  LayoutsObject::SetShared(*layouts, id);
-  if (own == OwnLayouts::Removed) LayoutsObject::RemoveAllHtml(*layouts);
-  const Result<> saved = SaveObject(context, DatabaseKind::Profile, *layouts);
-  if (saved && isNew) context.Objects.Add(layouts);
-  return saved;
+  return ChangeObject(context, fixed_serial::kLayout, [&](Disk& layouts) {
+    LayoutsObject::SetShared(layouts, id);
+    if (own == OwnLayouts::Removed) LayoutsObject::RemoveAllHtml(layouts);
+  });
 }
 
 }  // namespace vorn

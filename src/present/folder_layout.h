@@ -26,7 +26,7 @@ QString SharedLayout(Context& context);
 /// How many folders have a template of their own.
 qsizetype CountOwnLayouts(Context& context);
 enum class OwnLayouts { Kept, Removed };
-/// Changes what `SharedLayout` gives. False when it cannot be stored.
+/// Changes what `SharedLayout` gives. When that cannot be stored, it is as it was.
 Result<> ShareLayout(Context& context, const QString& id, OwnLayouts own);
 
 }  // namespace vorn

@@ -42,10 +42,11 @@ PageContent ReadContent(Context& context, const SerialId& folder) {
   content.escape = ListSettings(context).EscapesPages();
   content.rowsPerPage = ListSettings(context).RowsPerPage();
   content.today = QDate::currentDate();
-  for (const DoubtfulMessage& message : Outbox(context, MailDatabasePath(context)).Doubtful()) {
-    content.doubtful.insert(message.serialId);
-  }
-  const auto refused = SendRefusals(context, MailDatabasePath(context)).All();
+  // A page whose rows cannot be read says so itself.
+  const QString file = MailDatabasePath(context);
+  const auto doubtful = Outbox(context, file).Doubtful().ValueOr({});
+  for (const DoubtfulMessage& message : doubtful) content.doubtful.insert(message.serialId);
+  const auto refused = SendRefusals(context, file).All().ValueOr({});
   content.refused = {refused.keyBegin(), refused.keyEnd()};
   return content;
 }

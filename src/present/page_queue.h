@@ -26,13 +26,14 @@ class PageQueue : public QObject {
   /// Asks the document that is there, before all that waits; without one, as while another is being
   /// loaded, it is answered with nothing.
   void RunFirst(const QString& script, const Answer& then = {});
-  /// As `Run`, but what is asked after it waits until `then` has returned, and for the page if
-  /// `then` had another one made. It is called outside the page's answer, and not at all where it
-  /// is dropped before it could be asked.
+  /// As `Run`, and nothing else is asked before `then` has returned. Where `then` has another page
+  /// made (a message was deleted, say), the next question waits for that page and is asked there.
+  /// `then` is called outside the page's answer. It is not called when the question was dropped
+  /// before it could be asked.
   void RunAlone(const QString& script, const Answer& then);
   /// The same with nothing to ask of the page, for what is not done to its rows.
   void After(const std::function<void()>& then);
-  /// For that `then`: asks the document that is there, and what waits goes on waiting for this.
+  /// A further question, asked from within that `then`: what waits goes on waiting for its answer.
   void GoOn(const QString& script, const Answer& then);
 
   /// Whether something is asked alone just now.

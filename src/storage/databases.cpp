@@ -180,7 +180,12 @@ Result<> LoadObjects(Context& context, DatabaseKind kind, DiskCollection& object
   const RecordsetPtr serials = context.Data.Recordset();
   for (; !serials->Eof(); serials->MoveNext()) {
     const auto object = std::make_shared<Disk>(serials->Serial());
-    if (object->DatabaseToDisk(context.Data)) objects.Add(object);
+    if (object->DatabaseToDisk(context.Data)) {
+      objects.Add(object);
+    } else if (const StorageError reason = ReasonOf(context.Data);
+               reason.kind != StorageError::Kind::Damaged) {
+      return reason;  // another time it may be read: nothing is to be made in its place
+    }
   }
   if (serials->Failed()) return serials->Error();
   return {};

@@ -102,6 +102,8 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
             QStringLiteral("mine abc|week ABC"));
   EXPECT_EQ(lines({Line(u"wholeaddress", {QStringLiteral("x@b.example")})}),
             QStringLiteral("bare|named"));
+  EXPECT_EQ(lines({Line(u"wholeaddress", {QStringLiteral("z@c.example")})}),
+            QStringLiteral("bare"));
   EXPECT_EQ(lines({Line(u"timestamp", {QStringLiteral("-7")})}),
             QStringLiteral("abc today|week ABC"));
   EXPECT_EQ(lines({subject, Line(u"timestamp", {QStringLiteral("-7")}, true, true)}),
@@ -116,6 +118,14 @@ TEST_F(SearchConditionTest, FoldersFindWhatTheirConditionsSay) {
   EXPECT_EQ(lines({inOther, Line(u"attachment", {})}), QStringLiteral("abc today|clip"));
   EXPECT_EQ(lines({subject, Line(u"folder", {QStringLiteral("g")}, true, true)}),
             QStringLiteral("mine abc|week ABC"));
+  // What another folder shows by several conditions is one of this one's.
+  other->Let(QStringLiteral("Condition"),
+             QStringList{Line(u"attachment", {}), subject}.join(kLineBreak));
+  EXPECT_EQ(lines({inOther, Line(u"status", {QStringLiteral("2")}, true)}),
+            QStringLiteral("mine abc"));
+  EXPECT_EQ(
+      lines({Line(u"status", {QStringLiteral("2")}), Line(u"folder", {QStringLiteral("g")}, true)}),
+      QStringLiteral("mine abc"));
   profile_.Get().Objects.Remove(other->Serial());
   EXPECT_EQ(lines({subject, Line(u"attachment", {}, true, true)}), lines({subject}));
   EXPECT_EQ(shown(FolderSqlBuilder(profile_.Get()).CreateFolderSql(fixed_serial::kInbox)),

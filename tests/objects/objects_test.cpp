@@ -14,6 +14,7 @@
 #include "objects/select_objects.h"
 #include "objects/settings.h"
 #include "storage/databases.h"
+#include "storage/engine/raw_pages.h"
 #include "storage/session/file_check.h"
 #include "storage/sql/sql_dialect.h"
 #include "storage/ui.h"
@@ -213,6 +214,34 @@ TEST(SaveObject, OnlyTheLoggedInProfileIsTheDefaultAndItsPasswordIsNotStored) {
   EXPECT_FALSE(stored.Find(first)->Get(u"password").isValid());
   EXPECT_FALSE(stored.Find(second->Serial())->Get(u"password").isValid());
   EXPECT_EQ(context.Session->Text(u"password"), QStringLiteral("top secret"));
+}
+
+TEST(SaveObject, WhatCannotBeReadStaysAsItIs) {
+  TestProfile profile;
+  Context& context = profile.Get();
+  const SerialId serial = u"large"_id;
+  const DiskPtr object = MakeObject(serial, object_type::kBook, QStringLiteral("book"));
+  object->Let(QStringLiteral("Long"), QString(60000, u'x'));
+  ASSERT_TRUE(SaveObject(context, DatabaseKind::Profile, *object));
+  context.Data.CloseAll();
+  const QString file = ProfileFiles(context, *context.Session).first();
+  const QByteArray sound = test::ReadFile(file);
+  int unreadable = 0;
+  for (qsizetype page = 1; page < sound.size() / kPageBytes; ++page) {
+    context.Data.CloseAll();
+    context.Data.Damage().Take();
+    for (const char* ending : {"-wal", "-shm"}) QFile::remove(file + QLatin1String(ending));
+    QByteArray damaged = sound;
+    damaged.replace(page * kPageBytes, kPageBytes, QByteArray(kPageBytes, 'x'));
+    test::WriteFile(file, damaged);
+    const DiskPtr shown = MakeObject(serial, object_type::kBook, QStringLiteral("shown"));
+    const OpenedDatabase opened(context, DatabaseKind::Profile);
+    if (!opened || shown->DatabaseToDisk(context.Data)) continue;
+    ++unreadable;
+    EXPECT_EQ(shown->Text(u"Object"), QStringLiteral("shown")) << page;
+    EXPECT_FALSE(SaveObject(context, DatabaseKind::Profile, *shown)) << page;
+  }
+  EXPECT_GT(unreadable, 10);
 }
 
 TEST(SaveObject, MarkedObjectsAreSavedTogetherAtTheEnd) {

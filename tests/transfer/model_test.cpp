@@ -142,7 +142,7 @@ class Model : public testing::Test {
     const SerialId serial = AnyMessage();
     Context& context = AnyProgram().context;
     if (serial.IsEmpty() || StatusOf(context, serial) != kStatusWaiting) return;
-    if (Outbox(context, MailDatabasePath(context)).FindDoubtful(serial)) return;
+    if (Outbox(context, MailDatabasePath(context)).FindDoubtful(serial)->has_value()) return;
     bool gone = false;
     if (Dice(2) == 0) {
       const Result<Moved> moved = SetDust(context, {serial}, true);
@@ -156,7 +156,7 @@ class Model : public testing::Test {
   void Decide() {
     Context& context = AnyProgram().context;
     Outbox outbox(context, MailDatabasePath(context));
-    const QList<DoubtfulMessage> doubtful = outbox.Doubtful();
+    const QList<DoubtfulMessage> doubtful = *outbox.Doubtful();
     if (doubtful.isEmpty()) return;
     const SerialId serial = doubtful[Dice(static_cast<int>(doubtful.size()))].serialId;
     if (Dice(2) == 0) {
@@ -331,7 +331,7 @@ class Model : public testing::Test {
       const QList<test::SentMessage> copies = delivered[serial.Text()];
       const int status = StatusOf(context, serial);
       const bool doubtful =
-          Outbox(context, MailDatabasePath(context)).FindDoubtful(serial).has_value();
+          Outbox(context, MailDatabasePath(context)).FindDoubtful(serial)->has_value();
       const std::string what = serial.Text().toStdString() + " status " + std::to_string(status) +
                                (doubtful ? " doubtful" : "");
       EXPECT_LE(copies.size(), message.allowed) << what << " was delivered too often";

@@ -195,7 +195,7 @@ TEST_P(SendScenarioTest, AMessageWaitsUntilTheServerHasIt) {
 
   // Without a clear answer to the whole message nobody knows, and it is not sent again unasked.
   const bool isDoubtful = GetParam().fault.command == "." && GetParam().name != "End1IsPutOff";
-  EXPECT_EQ(Outbox(profile_.Get(), MailDatabasePath(profile_.Get())).Doubtful().size(),
+  EXPECT_EQ(Outbox(profile_.Get(), MailDatabasePath(profile_.Get())).Doubtful()->size(),
             isDoubtful ? 1 : 0);
   server.Faults.clear();
   Send();

@@ -42,7 +42,7 @@ TEST_F(SendingWindowTest, TheUserDecidesOnAMessageThatMayHaveArrived) {
   smtp_.Faults = {{Fault::Kind::Cut, ".", 1, 0, {}}, {Fault::Kind::Cut, ".", 2, 0, {}}};
   SerialIds serials{Store(kDraft, 2), Store(kDraft, 2)};
   program_->Parent()->Mail().SendAndReceive();
-  ASSERT_TRUE(WaitFor([this] { return TheOutbox().Doubtful().size() == 2; }));
+  ASSERT_TRUE(WaitFor([this] { return TheOutbox().Doubtful()->size() == 2; }));
   RunPlan();
   EXPECT_EQ(smtp_.Messages().size(), 2);
   smtp_.Faults.clear();

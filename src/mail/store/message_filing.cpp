@@ -173,11 +173,6 @@ Result<UnderWay> Delete(DataSession& session, const SerialIds& messages) {
   return underWay;
 }
 
-SerialIds Without(const UnderWay& underWay, SerialIds messages) {
-  messages.removeIf([&](const SerialId& message) { return underWay.contains(message); });
-  return messages;
-}
-
 // A stored string may be shorter than where the mark stands.
 QString WithMark(FlagPosition mark, const QString& value) {
   return QStringLiteral(
@@ -189,6 +184,11 @@ QString WithMark(FlagPosition mark, const QString& value) {
 }
 
 }  // namespace
+
+SerialIds Without(const UnderWay& underWay, SerialIds messages) {
+  messages.removeIf([&](const SerialId& message) { return underWay.contains(message); });
+  return messages;
+}
 
 QString NoFolderWords() {
   return Ui::tr(
@@ -365,19 +365,20 @@ Result<SerialIds> UnchangedAmong(Context& context, const MessageFlags& flags,
   return unchanged;
 }
 
-int CountWaiting(Context& context, const QString& address) {
+Result<int> CountWaiting(Context& context, const QString& address) {
   if (address.isEmpty()) return 0;
   const OpenedDatabase mail(context, DatabaseKind::Mail);
-  if (!mail) return 0;
+  if (!mail) return mail.Error();
+  const RecordsetPtr rows = MessageRows(context.Data).Waiting();
+  if (rows == nullptr) return ReasonOf(context.Data);
   int count = 0;
-  if (const RecordsetPtr rows = MessageRows(context.Data).Waiting()) {
-    for (; !rows->Eof(); rows->MoveNext()) {
-      const QStringList lines = MailRow(*rows).AddressLines().split(QStringLiteral("\r\n"));
-      count += std::any_of(lines.begin(), lines.end(), [&address](const QString& line) {
-        return line.startsWith(u"FROM:") && line.contains(address, Qt::CaseInsensitive);
-      });
-    }
+  for (; !rows->Eof(); rows->MoveNext()) {
+    const QStringList lines = MailRow(*rows).AddressLines().split(QStringLiteral("\r\n"));
+    count += std::any_of(lines.begin(), lines.end(), [&address](const QString& line) {
+      return line.startsWith(u"FROM:") && line.contains(address, Qt::CaseInsensitive);
+    });
   }
+  if (rows->Failed()) return rows->Error();
   return count;
 }
 

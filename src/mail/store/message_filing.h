@@ -17,6 +17,8 @@ namespace vorn {
 
 /// Messages that are being handed over: their subjects by their serial identifiers.
 using UnderWay = QMap<SerialId, QString>;
+/// The messages that are not among them.
+SerialIds Without(const UnderWay& underWay, SerialIds messages);
 /// Messages by the hand-filled folders that they are in.
 using Filed = QMap<SerialId, SerialIds>;
 
@@ -85,7 +87,7 @@ Result<SerialIds> UnchangedAmong(Context& context, const MessageFlags& flags,
                                  const SerialId& folder);
 /// How many messages from that address wait to be sent; 0 as well when the file cannot
 /// be read.
-int CountWaiting(Context& context, const QString& address);
+Result<int> CountWaiting(Context& context, const QString& address);
 /// What came of emptying the dust bin, which somebody may have ended.
 struct Emptied {
   int count = 0;      ///< deleted

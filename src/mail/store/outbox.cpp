@@ -167,35 +167,39 @@ Result<> Outbox::DoubtWaiting() {
   return ResultOf(data, noted);
 }
 
-QList<DoubtfulMessage> Outbox::ReadDoubtful(const QString& condition) {
-  QList<DoubtfulMessage> messages;
+Result<QList<DoubtfulMessage>> Outbox::ReadDoubtful(const QString& condition) {
   const OpenedDatabase opened = Open();
-  if (!opened) return messages;
+  if (!opened) return opened.Error();
   // Thrown away is decided enough. CROSS has the few attempts looked up among all messages; the
   // engine by itself reads all messages, at every page that is shown.
-  if (context_.Data.OpenRecordset(
+  if (!context_.Data.OpenRecordset(
           QStringLiteral("SELECT send_attempt.SERIALID AS ID, FIELD_SUBJECT, STARTED, SERVER, "
                          "REPLY FROM send_attempt CROSS JOIN mail ON mail.SERIALID = "
                          "send_attempt.SERIALID WHERE STATE = %1 AND %2%3 ORDER BY STARTED")
               .arg(QString::number(kAttemptDoubtful), kOutsideDust, condition),
           CursorKind::ForwardOnly)) {
-    for (const RecordsetPtr rows = context_.Data.Recordset(); !rows->Eof(); rows->MoveNext()) {
-      messages.append({SerialIdOf(rows->Fields(u"ID")), MailRow(*rows).Subject(),
-                       rows->Fields(u"STARTED").toString(), rows->Fields(u"SERVER").toString(),
-                       rows->Fields(u"REPLY").toString()});
-    }
+    return ReasonOf(context_.Data);
   }
+  QList<DoubtfulMessage> messages;
+  const RecordsetPtr rows = context_.Data.Recordset();
+  for (; !rows->Eof(); rows->MoveNext()) {
+    messages.append({SerialIdOf(rows->Fields(u"ID")), MailRow(*rows).Subject(),
+                     rows->Fields(u"STARTED").toString(), rows->Fields(u"SERVER").toString(),
+                     rows->Fields(u"REPLY").toString()});
+  }
+  if (rows->Failed()) return rows->Error();
   return messages;
 }
 
-QList<DoubtfulMessage> Outbox::Doubtful() {
+Result<QList<DoubtfulMessage>> Outbox::Doubtful() {
   return ReadDoubtful(QString());
 }
 
-std::optional<DoubtfulMessage> Outbox::FindDoubtful(const SerialId& serialId) {
-  const QList<DoubtfulMessage> found =
+Result<std::optional<DoubtfulMessage>> Outbox::FindDoubtful(const SerialId& serialId) {
+  const Result<QList<DoubtfulMessage>> found =
       ReadDoubtful(QStringLiteral(" AND send_attempt.SERIALID = ") + QuoteSql(serialId));
-  return found.isEmpty() ? std::nullopt : std::optional(found.first());
+  if (!found) return found.Error();
+  return found->isEmpty() ? std::nullopt : std::optional(found->first());
 }
 
 Result<> Outbox::SendAgain(const SerialId& serialId) {

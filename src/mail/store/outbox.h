@@ -80,8 +80,8 @@ class Outbox {
   /// Brings what was noted to the disk.
   Result<> MakeDurable();
 
-  QList<DoubtfulMessage> Doubtful();
-  std::optional<DoubtfulMessage> FindDoubtful(const SerialId& serialId);
+  Result<QList<DoubtfulMessage>> Doubtful();
+  Result<std::optional<DoubtfulMessage>> FindDoubtful(const SerialId& serialId);
   /// The user's word on a doubtful message: it waits again, or it counts as sent. Fails, as
   /// `NotFound`, when it is none (any more).
   Result<> SendAgain(const SerialId& serialId);
@@ -91,7 +91,7 @@ class Outbox {
   OpenedDatabase Open();
   Result<> EndAttempt(const SerialId& serialId, const QString& condition,
                       const QStringList& statementsAfter);
-  QList<DoubtfulMessage> ReadDoubtful(const QString& condition);
+  Result<QList<DoubtfulMessage>> ReadDoubtful(const QString& condition);
 
   Context& context_;
   QString file_;

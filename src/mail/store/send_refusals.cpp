@@ -12,10 +12,9 @@ Result<> SendRefusals::Note(const SerialId& serialId, const SendRefusal& refusal
                 {serialId.Text(), refusal.route, refusal.tried, refusal.reply});
 }
 
-QHash<SerialId, SendRefusal> SendRefusals::All() {
-  QHash<SerialId, SendRefusal> refusals;
+Result<QHash<SerialId, SendRefusal>> SendRefusals::All() {
   const OpenedDatabase opened(context_, DatabaseKind::MailByPath, file_);
-  if (!opened) return refusals;
+  if (!opened) return opened.Error();
   // A cross join begins with the few refusals, and not with all messages outside the dust bin.
   const auto rows =
       AskOwn(context_.Data,
@@ -23,11 +22,13 @@ QHash<SerialId, SendRefusal> SendRefusals::All() {
              "ON mail.SERIALID = send_refusal.SERIALID WHERE " +
                  kOutsideDust.toLatin1(),
              {});
-  if (!rows) return refusals;
+  if (!rows) return rows.Error();
+  QHash<SerialId, SendRefusal> refusals;
   for (Recordset& row = **rows; !row.Eof(); row.MoveNext()) {
     refusals.insert(row.Serial(), {row.Fields(u"ROUTE").toString(), row.Fields(u"TRIED").toString(),
                                    row.Fields(u"REPLY").toString()});
   }
+  if ((*rows)->Failed()) return (*rows)->Error();
   return refusals;
 }
 

@@ -25,8 +25,8 @@ class SendRefusals {
   SendRefusals(Context& context, QString file) : context_(context), file_(std::move(file)) {}
 
   Result<> Note(const SerialId& serialId, const SendRefusal& refusal);
-  /// Of what is not in the dust bin, by serial identifier; none where the file cannot be read.
-  QHash<SerialId, SendRefusal> All();
+  /// Of what is not in the dust bin, by serial identifier.
+  Result<QHash<SerialId, SendRefusal>> All();
 
  private:
   Context& context_;

@@ -196,11 +196,12 @@ bool HasFormerLook(Context& context) {
 Result<> SettleLook(Context& context, bool isNew) {
   const DiskPtr settings = LoadObject(context, fixed_serial::kSettings);
   if (settings == nullptr) return ReasonOf(context.Data);  // why they cannot be read
-  for (const auto& [key, value] : LookSettings()) {
-    if (isNew && !settings->Get(key).isValid()) settings->Let(key, value);
-  }
-  if (!isNew) settings->Let(LookSettings().first().first, 0);
-  return SaveObject(context, DatabaseKind::Profile, *settings);
+  return ChangeObject(context, fixed_serial::kSettings, [isNew](Disk& bag) {
+    for (const auto& [key, value] : LookSettings()) {
+      if (isNew && !bag.Get(key).isValid()) bag.Let(key, value);
+    }
+    if (!isNew) bag.Let(LookSettings().first().first, 0);
+  });
 }
 
 }  // namespace vorn

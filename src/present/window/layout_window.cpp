@@ -200,9 +200,10 @@ void LayoutWindow::InsertTag(int row) {
 void LayoutWindow::Preview() {
   RemovePage();
   const ConditionLimit brief(kShownMs);
-  const QByteArray page =
-      WithDarkColors(pages_.Preview(folder_, txHtml_->toPlainText()).ValueOr({}));
-  lbError_->setText(page.isEmpty() ? Ui::tr("このレイアウトは何も表示しません。") : QString());
+  const Result<QByteArray> made = pages_.Preview(folder_, txHtml_->toPlainText());
+  const QByteArray page = WithDarkColors(made.ValueOr({}));
+  const QString nothing = Ui::tr("このレイアウトは何も表示しません。");
+  lbError_->setText(!made ? made.Error().text : page.isEmpty() ? nothing : QString());
   if (page.isEmpty()) return;
   shownPage_ = source_.Keep(page);
   const QUrl url(shownPage_);

@@ -155,13 +155,16 @@ bool Disk::DatabaseToDisk(DataSession& session) {
     return false;
   }
   const RecordsetPtr rows = session.Recordset();
-  Init();
+  QList<std::pair<QString, QVariant>> read;
   for (; !rows->Eof(); rows->MoveNext()) {
     const QStringList name = rows->Fields(u"NAME").toString().split(u'@');
     if (name.size() != 2) continue;
-    Let(name[0], Decode(name[1], rows->Fields(u"PROPERTY").toString()));
+    read.append({name[0], Decode(name[1], rows->Fields(u"PROPERTY").toString())});
   }
-  return !rows->Failed();
+  if (rows->Failed()) return false;
+  Init();
+  for (const auto& [key, value] : read) Let(key, value);
+  return true;
 }
 
 bool Disk::DiskToDatabase(DataSession& session) {

@@ -55,7 +55,13 @@ bool WaitingMessages::IsPlanned(const SerialId& serial) const {
 // message or the account, or sends it again.
 void WaitingMessages::LeaveOutRefused(std::vector<SendItem>& messages) {
   if (messages.empty()) return;
-  const auto known = SendRefusals(context_, messages.front().File(context_)).All();
+  const auto refusals = SendRefusals(context_, messages.front().File(context_)).All();
+  if (!refusals) {
+    host_.AddEvent(kEventError, kEventObject, SerialId(), Ui::tr("システム"),
+                   QStringLiteral("mailup"), refusals.Error().text);
+    return messages.clear();
+  }
+  const auto& known = *refusals;
   const auto first =
       std::stable_partition(messages.begin(), messages.end(), [&known](const SendItem& message) {
         const auto refused = known.find(message.Serial());

@@ -39,9 +39,13 @@ QString DeletionWarning(Context& context, const DiskPtr& object) {
     }
   }
   if (type == object_type::kAccount) {
-    const int waiting = CountWaiting(context, Account(object).Address());
-    if (waiting > 0) {
-      return Ui::tr("このアドレスから送信を待つメッセージが%1通あります。").arg(waiting);
+    const Result<int> waiting = CountWaiting(context, Account(object).Address());
+    if (!waiting) {
+      return Ui::tr("このアドレスから送信を待つメッセージがあるか、確かめられません。") +
+             waiting.Error().text;
+    }
+    if (*waiting > 0) {
+      return Ui::tr("このアドレスから送信を待つメッセージが%1通あります。").arg(*waiting);
     }
   }
   return {};

@@ -208,11 +208,6 @@ SerialIds MessageActions::PutIntoInbox(const SerialIds& messages, const SerialId
   return wasDust || IsFilledByHand(from) ? changed : SerialIds();
 }
 
-SerialIds Without(const UnderWay& underWay, SerialIds messages) {
-  messages.removeIf([&](const SerialId& message) { return underWay.contains(message); });
-  return messages;
-}
-
 QString DustWords(bool dust, qsizetype count) {
   const int n = static_cast<int>(count);
   return dust ? Ui::tr("%n通をくずかごに入れました。", nullptr, n)

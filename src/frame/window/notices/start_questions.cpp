@@ -25,7 +25,10 @@ SerialIds AskOfDoubtful(Context& context, QWidget& window) {
   Outbox outbox(context, MailDatabasePath(context));
   outbox.SettleLeftOver();
   SerialIds messages;
-  for (const DoubtfulMessage& message : outbox.Doubtful()) messages.append(message.serialId);
+  // Of a file that cannot be read its damage is told.
+  for (const DoubtfulMessage& message : outbox.Doubtful().ValueOr({})) {
+    messages.append(message.serialId);
+  }
   const bool opens =
       !messages.isEmpty() &&
       IsWanted(window, Ui::tr("送信を試みて、届いたかどうか分からないメッセージが%n通あります。"
@@ -44,12 +47,24 @@ SerialIds AskOfDrafts(Context& context, QWidget& window) {
   if (!opens) return {};
   SerialIds restored;
   QStringList leftOut;
+  QStringList failures;
   for (const SerialId& serialId : std::as_const(drafts)) {
     const Result<Drafts::Restored> draft =
         Drafts::Restore(context, serialId, NewMessageSerialID(context));
-    if (!draft) continue;
+    if (!draft) {
+      failures.append(draft.Error().text);
+      continue;
+    }
     restored.append(draft->message);
     leftOut += draft->leftOut;
+  }
+  if (!failures.isEmpty()) {
+    failures.removeDuplicates();
+    ShowBox(&window, QMessageBox::Critical,
+            Ui::tr("編集中だったメッセージのうち%n通を開けません。残してあるので、次に始めるときに"
+                   "もう一度尋ねます。",
+                   nullptr, static_cast<int>(drafts.size() - restored.size())) +
+                u'\n' + failures.join(u'\n'));
   }
   if (!leftOut.isEmpty()) {
     ShowBox(

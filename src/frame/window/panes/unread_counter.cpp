@@ -52,8 +52,8 @@ void UnreadCounter::CountNext() {
   const ConditionLimit brief(kFirstLimitMs);
   const Result<qint64> count = CountUnread(context_, folder);
   if (brief.IsReached()) return CountElsewhere(folder);
-  nodes_.SetUnread(folder, count.ValueOr(-1),
-                   folder == fixed_serial::kEditWait ? CountUnsent(context_) : 0);
+  const bool isWaiting = folder == fixed_serial::kEditWait;
+  nodes_.SetUnread(folder, count.ValueOr(-1), isWaiting ? CountUnsent(context_).ValueOr(0) : 0);
   rests_[folder].setRemainingTime(kShare * clock.elapsed());
 }
 

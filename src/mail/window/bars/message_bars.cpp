@@ -84,7 +84,7 @@ bool MessageBars::ShowStanding() {
   refused_->Say(refusal);
   Mend().setVisible(document_.IsWaiting());
   const bool lackedAccount =
-      std::exchange(lacksAccount_, document_.IsEditable() && !HasAccount(context_));
+      std::exchange(lacksAccount_, document_.IsEditable() && !HasEnabledAccount(context_));
   account_->Say(lacksAccount_
                     ? Ui::tr("送信するアカウントがまだないので、このメッセージは送信できません。"
                              "書いておくことはできます。")

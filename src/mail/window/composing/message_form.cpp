@@ -242,8 +242,8 @@ void MessageForm::FitHead(const QString& date, bool isEditable) {
 // A new message begins with what it lacks.
 void MessageForm::TakeFocus(const MessageDocument& document) {
   // Whom the server refused is what has to be mended.
-  const auto refusals = document.IsEditable() ? SendRefusals(context_, document.File()).All()
-                                              : QHash<SerialId, SendRefusal>();
+  QHash<SerialId, SendRefusal> refusals;
+  if (document.IsEditable()) refusals = SendRefusals(context_, document.File()).All().ValueOr({});
   if (lvMailaddress_->GoToNamed(refusals.value(document.Tag()).reply)) return;
   if (document.IsEditable() && !lvMailaddress_->HasRecipient()) {
     lvMailaddress_->setCurrentCell(lvMailaddress_->rowCount() - 1, 1);

@@ -146,7 +146,7 @@ void MessageSending::ShowDoubt() {
   if (!document_.IsWaiting()) return;
   Outbox outbox(context_, document_.File());
   outbox.SettleLeftOver();
-  const auto doubtful = outbox.FindDoubtful(document_.Bag()->Serial());
+  const auto doubtful = outbox.FindDoubtful(document_.Bag()->Serial()).ValueOr({});
   isDoubtful_ = doubtful.has_value();
   if (doubtful) bars_.Doubt().Show(*doubtful);
   Q_EMIT StateChanged();

@@ -5,6 +5,7 @@
 #include "present/window/engine/search_step.h"
 #include "present/window/page/page_maker.h"
 #include "present/window/toolbar/folder_toolbar.h"
+#include "present/window/toolbar/page_box.h"
 #include "present/window/toolbar/search_box.h"
 
 namespace vorn {
@@ -13,16 +14,16 @@ FolderPaging::FolderPaging(ShownPage& page, PageMaker& maker, FolderToolbar& too
     : page_(page), maker_(maker), toolbar_(toolbar), search_(toolbar.Search()) {
   connect(&toolbar_, &FolderToolbar::BeforeWanted, this, [this] { Turn(-1); });
   connect(&toolbar_, &FolderToolbar::NextWanted, this, [this] { Turn(1); });
-  connect(&toolbar_, &FolderToolbar::FirstWanted, this, [this] { GoTo(1); });
-  connect(&toolbar_, &FolderToolbar::LastWanted, this, &FolderPaging::GoToLast);
-  connect(&toolbar_, &FolderToolbar::TypedPageWanted, this, &FolderPaging::GoToTyped);
+  connect(&toolbar_.Pages(), &PageBox::FirstWanted, this, [this] { GoTo(1); });
+  connect(&toolbar_.Pages(), &PageBox::LastWanted, this, &FolderPaging::GoToLast);
+  connect(&toolbar_.Pages(), &PageBox::TypedWanted, this, &FolderPaging::GoToTyped);
   connect(&search_, &SearchBox::Wanted, this, &FolderPaging::Search);
   connect(&search_, &SearchBox::Left, this, &FolderPaging::KeysWanted);
   // The button that empties the box shows the whole folder again.
   connect(&search_, &SearchBox::Emptied, this, [this] {
     if (!page_.request.Search().isEmpty()) Search();
   });
-  connect(&maker_.Counter(), &PageCounter::Counted, &toolbar_, &FolderToolbar::ShowPageCount);
+  connect(&maker_.Counter(), &PageCounter::Counted, &toolbar_.Pages(), &PageBox::ShowCount);
   connect(&maker_.Counter(), &PageCounter::Found, &search_, &SearchBox::ShowFound);
 }
 
@@ -39,7 +40,7 @@ void FolderPaging::GoToMessage(int page, const SerialId& message, const SerialId
 }
 
 void FolderPaging::Ask(int page, void (FolderPaging::*wanted)()) {
-  toolbar_.ForgetTypedPage();
+  toolbar_.Pages().ForgetTyped();
   page_.request.SetPage(page);
   Q_EMIT(this->*wanted)();
 }
@@ -51,7 +52,7 @@ void FolderPaging::Turn(int step) {
 
 void FolderPaging::GoToTyped() {
   maker_.LastPage([this](int last) {
-    GoTo(qBound(1, toolbar_.TypedPage(), last));
+    GoTo(qBound(1, toolbar_.Pages().Typed(), last));
     Q_EMIT KeysWanted();
   });
 }
@@ -69,7 +70,7 @@ void FolderPaging::GoToLast() {
 void FolderPaging::Search() {
   if (!page_.request.IsLocal()) return;
   page_.request.SetSearch(Typed());
-  toolbar_.ShowPageCount(0);
+  toolbar_.Pages().ShowCount(0);
   search_.ShowFound(-1);
   Q_EMIT Searched();
 }

@@ -16,7 +16,7 @@ struct Step {
   QString text;
 };
 
-bool HasAccount(const Context& context) {
+bool HasAnyAccount(const Context& context) {
   return !SelectObjects(context.Objects, *context.Session, object_type::kAccount)->IsEmpty();
 }
 
@@ -64,7 +64,7 @@ QString FirstUseText(const Context& context) {
            .arg(untilThen)},
       {first_step::kGuide, Ui::tr("<b>使い方</b>: F1キー。")}};
   if (HasOwnPassword(context)) steps.removeAt(steps.size() - 2);
-  const bool hasAccount = HasAccount(context);
+  const bool hasAccount = HasAnyAccount(context);
   if (hasAccount) steps.move(0, steps.size() - 2);  // another one is not what comes next
 
   QString text = QStringLiteral("<h2>") + Ui::tr("ようこそ") + QStringLiteral("</h2><p>") +

@@ -85,9 +85,6 @@ QAction* FolderToolbar::AddButton(const QString& name, const QKeySequence& key,
 
 void FolderToolbar::BuildPageBox() {
   pages_ = new PageBox(parentWidget());
-  connect(pages_, &PageBox::FirstWanted, this, &FolderToolbar::FirstWanted);
-  connect(pages_, &PageBox::LastWanted, this, &FolderToolbar::LastWanted);
-  connect(pages_, &PageBox::TypedWanted, this, &FolderToolbar::TypedPageWanted);
 }
 
 void FolderToolbar::MeasureButtons() {
@@ -156,20 +153,8 @@ void FolderToolbar::Show(const State& state) {
   Fit();
 }
 
-void FolderToolbar::ShowPageCount(int pages) {
-  pages_->ShowCount(pages);
-}
-
 void FolderToolbar::ListLinks(const QList<PageRows::Link>& links) {
   links_->List(links);
-}
-
-int FolderToolbar::TypedPage() const {
-  return pages_->Typed();
-}
-
-void FolderToolbar::ForgetTypedPage() {
-  pages_->ForgetTyped();
 }
 
 }  // namespace vorn

@@ -35,14 +35,9 @@ class FolderToolbar : public QWidget {
   };
   /// Shows how it stands with the page.
   void Show(const State& state);
-  /// How many pages the folder has; 0 when that is not known.
-  void ShowPageCount(int pages);
   /// Lists the links of the page.
   void ListLinks(const QList<PageRows::Link>& links);
-  /// The number of the page that the user has typed; 0 when it is no number.
-  int TypedPage() const;
-  /// The user goes elsewhere: the page's number is shown again.
-  void ForgetTypedPage();
+  PageBox& Pages() const { return *pages_; }
   LocationBox& Location() const { return *location_; }
   /// Where the user types what the folder is searched for.
   SearchBox& Search() const { return *search_; }
@@ -53,9 +48,6 @@ class FolderToolbar : public QWidget {
  Q_SIGNALS:
   void BeforeWanted();
   void NextWanted();
-  void FirstWanted();
-  void LastWanted();
-  void TypedPageWanted();
   /// The page is to be loaded anew, or its loading to be stopped.
   void SeekWanted();
   void LinksWanted();
