@@ -1,5 +1,6 @@
 #include "objects/account.h"
 
+#include "objects/account_keys.h"
 #include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/save_object.h"
@@ -9,25 +10,13 @@
 #include "storage/work_lock.h"
 
 namespace vorn {
+
+namespace key = account_key;
+
 namespace {
 
 // The choices of the outgoing server's protocol by their stored numbers.
 enum class OutProtocol { Smtp = 0, PopBeforeSmtp = 1 };
-
-const QString kAddress = QStringLiteral("Mailaddress");
-const QString kDisplay = QStringLiteral("Display");
-const QString kSignature = QStringLiteral("Signature");
-const QString kEventLog = QStringLiteral("EventLog");
-// The servers, and what is said of each of them: "InMailServerPort".
-const QString kIn = QStringLiteral("InMailServer");
-const QString kOut = QStringLiteral("OutMailServer");
-const QString kPort = QStringLiteral("Port");
-const QString kPasswordSave = QStringLiteral("PasswordSave");
-const QString kProtocol = QStringLiteral("Protocol");
-const QString kSecurity = QStringLiteral("Security");
-const QString kCertificates = QStringLiteral("Certificates");
-const QString kDelete = QStringLiteral("Delete");
-const QString kAuth = QStringLiteral("Auth");
 
 QString KeyOf(const QString& server, const CredentialPart& part) {
   return server + part.key;
@@ -37,7 +26,7 @@ QString KeyOf(const QString& server, const CredentialPart& part) {
 QStringList KeysWhere(bool CredentialPart::*is) {
   QStringList keys;
   for (const CredentialPart& part : kCredentialParts) {
-    if (part.*is) keys.append(KeyOf(kIn, part));
+    if (part.*is) keys.append(KeyOf(key::kIn, part));
   }
   return keys;
 }
@@ -58,12 +47,12 @@ void Store(Disk& account, const QString& server, const Credentials& who) {
 
 Endpoint Server(const Disk& account, const QString& server) {
   const QString host = account.Text(server);
-  return {
-      .host = host,
-      .port = account.Number(server + kPort),
-      .security = Account::SecurityOf(account, server),
-      .who = StoredCredentials(account, server),
-      .trustedFingerprints = TrustedCertificates(account.Text(server + kCertificates)).For(host)};
+  return {.host = host,
+          .port = account.Number(server + key::kPort),
+          .security = Account::SecurityOf(account, server),
+          .who = StoredCredentials(account, server),
+          .trustedFingerprints =
+              TrustedCertificates(account.Text(server + key::kCertificates)).For(host)};
 }
 
 DiskPtr ToObject(const SerialId& serialId, const AccountValues& values) {
@@ -71,22 +60,23 @@ DiskPtr ToObject(const SerialId& serialId, const AccountValues& values) {
   AnyObject::Begin(*account, object_type::kAccount, values.name);
   AnyObject::SetDefault(*account, values.isDefault);
   AnyObject::SetEnabled(*account, true);
-  account->Let(kAddress, values.address);
-  account->Let(kDisplay, values.display);
-  account->Let(kEventLog, true);
-  account->Let(kIn, values.incoming.host);
-  account->Let(kIn + kPort, QString::number(values.incoming.port));
-  Store(*account, kIn, values.incoming.who);
-  account->Let(kIn + kPasswordSave, true);
-  account->Let(kIn + kProtocol, static_cast<int>(values.protocol));
-  account->Let(kIn + kDelete, values.deletesOnServer);
-  account->Let(kIn + kSecurity, static_cast<int>(values.incoming.security));
-  account->Let(kOut, values.outgoing.host.isEmpty() ? values.incoming.host : values.outgoing.host);
-  account->Let(kOut + kPort, QString::number(values.outgoing.port));
-  account->Let(kOut + kProtocol, static_cast<int>(OutProtocol::Smtp));
-  account->Let(kOut + kSecurity, static_cast<int>(values.outgoing.security));
-  account->Let(kOut + kAuth, !values.outgoing.who.user.isEmpty());
-  Store(*account, kOut, values.outgoing.who);
+  account->Let(key::kAddress, values.address);
+  account->Let(key::kDisplay, values.display);
+  account->Let(key::kEventLog, true);
+  account->Let(key::kIn, values.incoming.host);
+  account->Let(key::kIn + key::kPort, QString::number(values.incoming.port));
+  Store(*account, key::kIn, values.incoming.who);
+  account->Let(key::kIn + key::kPasswordSave, true);
+  account->Let(key::kIn + key::kProtocol, static_cast<int>(values.protocol));
+  account->Let(key::kIn + key::kDelete, values.deletesOnServer);
+  account->Let(key::kIn + key::kSecurity, static_cast<int>(values.incoming.security));
+  account->Let(key::kOut,
+               values.outgoing.host.isEmpty() ? values.incoming.host : values.outgoing.host);
+  account->Let(key::kOut + key::kPort, QString::number(values.outgoing.port));
+  account->Let(key::kOut + key::kProtocol, static_cast<int>(OutProtocol::Smtp));
+  account->Let(key::kOut + key::kSecurity, static_cast<int>(values.outgoing.security));
+  account->Let(key::kOut + key::kAuth, !values.outgoing.who.user.isEmpty());
+  Store(*account, key::kOut, values.outgoing.who);
   return account;
 }
 
@@ -101,32 +91,32 @@ bool Account::IsDefault() const {
 }
 
 QString Account::Address() const {
-  return bag_->Text(kAddress);
+  return bag_->Text(key::kAddress);
 }
 
 QString Account::Display() const {
-  return bag_->Text(kDisplay);
+  return bag_->Text(key::kDisplay);
 }
 
 QString Account::Signature() const {
-  return bag_->Text(kSignature);
+  return bag_->Text(key::kSignature);
 }
 
 bool Account::LogsEvents() const {
-  return bag_->Flag(kEventLog);
+  return bag_->Flag(key::kEventLog);
 }
 
 Endpoint Account::Incoming() const {
-  return Server(*bag_, kIn);
+  return Server(*bag_, key::kIn);
 }
 
 InProtocol Account::Protocol() const {
-  const bool isApop = bag_->Number(kIn + kProtocol) == static_cast<int>(InProtocol::Apop);
+  const bool isApop = bag_->Number(key::kIn + key::kProtocol) == static_cast<int>(InProtocol::Apop);
   return isApop ? InProtocol::Apop : InProtocol::Pop3;
 }
 
 bool Account::DeletesOnServer() const {
-  return bag_->Flag(kIn + kDelete);
+  return bag_->Flag(key::kIn + key::kDelete);
 }
 
 QString Account::Work() const {
@@ -135,27 +125,27 @@ QString Account::Work() const {
 }
 
 Endpoint Account::Outgoing() const {
-  Endpoint server = Server(*bag_, kOut);
-  if (SendsByAskedPassword()) server.who = StoredCredentials(*bag_, kIn);
+  Endpoint server = Server(*bag_, key::kOut);
+  if (SendsByAskedPassword()) server.who = StoredCredentials(*bag_, key::kIn);
   return server;
 }
 
 bool Account::Authenticates() const {
-  return bag_->Flag(kOut + kAuth);
+  return bag_->Flag(key::kOut + key::kAuth);
 }
 
 bool Account::IsPopBeforeSmtp() const {
-  return bag_->Number(kOut + kProtocol) == static_cast<int>(OutProtocol::PopBeforeSmtp);
+  return bag_->Number(key::kOut + key::kProtocol) == static_cast<int>(OutProtocol::PopBeforeSmtp);
 }
 
 bool Account::SendsByAskedPassword() const {
-  const Credentials sending = StoredCredentials(*bag_, kOut);
+  const Credentials sending = StoredCredentials(*bag_, key::kOut);
   return Authenticates() && !SavesPassword() && !sending.IsKnown() &&
-         sending.user == StoredCredentials(*bag_, kIn).user;
+         sending.user == StoredCredentials(*bag_, key::kIn).user;
 }
 
 bool Account::SavesPassword() const {
-  return bag_->Flag(kIn + kPasswordSave, true);
+  return bag_->Flag(key::kIn + key::kPasswordSave, true);
 }
 
 void Account::SetPassword(const QString& password) {
@@ -163,7 +153,7 @@ void Account::SetPassword(const QString& password) {
 }
 
 Security Account::SecurityOf(const Disk& bag, const QString& server) {
-  const QString key = server + kSecurity;
+  const QString key = server + key::kSecurity;
   if (bag.Text(key).isEmpty()) return Security::None;
   const qint32 stored = bag.Number(key, static_cast<qint32>(Security::Tls));
   for (const Security security : {Security::None, Security::StartTls}) {
@@ -173,7 +163,7 @@ Security Account::SecurityOf(const Disk& bag, const QString& server) {
 }
 
 QString Account::UserKey() {
-  return KeyOf(kIn, kCredentialParts[0]);
+  return KeyOf(key::kIn, kCredentialParts[0]);
 }
 
 QStringList Account::SecretKeys() {

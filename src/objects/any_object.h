@@ -47,7 +47,7 @@ class AnyObject {
   /// It is saved with the others that are (`MarkForSaving`).
   bool IsMarked() const { return bag_.Flag(kMarked); }
 
- private:
+  // The keys. A prefix before one makes the name of the control that edits it.
   static inline const QString kType = QStringLiteral("FormName");
   static inline const QString kName = QStringLiteral("Object");
   static inline const QString kToolTip = QStringLiteral("ToolTipText");
@@ -58,6 +58,7 @@ class AnyObject {
   static inline const QString kSystem = QStringLiteral("System");
   static inline const QString kMarked = QStringLiteral("save");
 
+ private:
   const Disk& bag_;
 };
 

@@ -16,9 +16,10 @@ class BookObject {
   QString Lines() const { return bag_.Text(kAddresses); }
   static void SetLines(Disk& bag, const QString& lines) { bag.Let(kAddresses, lines); }
 
- private:
+  // The keys. A prefix before one makes the name of the control that edits it.
   static inline const QString kAddresses = QStringLiteral("Addressbook");
 
+ private:
   const Disk& bag_;
 };
 

@@ -19,9 +19,10 @@ class BookmarkObject {
     bag.Let(kLines, lines.join(kLineBreak));
   }
 
- private:
+  // The keys. A prefix before one makes the name of the control that edits it.
   static inline const QString kLines = QStringLiteral("Url");
 
+ private:
   const Disk& bag_;
 };
 

@@ -26,11 +26,12 @@ class FolderObject {
   /// Settles for good how it is filled, which its picture tells.
   static void SetFilledByHand(Disk& bag, bool isByHand);
 
- private:
+  // The keys. A prefix before one makes the name of the control that edits it.
   static inline const QString kSqlUse = QStringLiteral("SqlUse");
   static inline const QString kSql = QStringLiteral("Sql");
   static inline const QString kConditions = QStringLiteral("Condition");
 
+ private:
   const Disk& bag_;
 };
 

@@ -30,8 +30,9 @@ void ApplyDefaultProfileRule(Context& context, Disk& saved) {
   std::ignore =
       context.Data.Execute(QStringLiteral("UPDATE object SET PROPERTY = '×' WHERE SERIALID in "
                                           "(SELECT SERIALID FROM object WHERE NAME = "
-                                          "'FormName@string' AND PROPERTY = 'profile') AND NAME = "
-                                          "'Default@boolean' AND NOT SERIALID = ") +
+                                          "'%1@string' AND PROPERTY = 'profile') AND NAME = "
+                                          "'%2@boolean' AND NOT SERIALID = ")
+                               .arg(AnyObject::kType, AnyObject::kDefault) +
                            QuoteSql(saved.Serial()));
 }
 

@@ -10,8 +10,10 @@
 #include "kit/window/plain_text.h"
 #include "kit/window/text_box.h"
 #include "objects/account.h"
+#include "objects/account_keys.h"
 #include "objects/object_types.h"
 #include "objects/trusted_certificates.h"
+#include "objects/window/control_names.h"
 #include "storage/base/shown_text.h"
 #include "storage/ui.h"
 #include "transfer/servers/known_providers.h"
@@ -26,8 +28,6 @@ constexpr int kResultLines = 3;
 constexpr int kFoundLines = 2;
 constexpr int kSignatureLines = 5;
 constexpr qsizetype kShownDigits = 16;
-const QString kOutServer =
-    QStringLiteral("OutMailServer");  // begins the keys of what is said of it
 
 // As it is typed while an input method is on: in full-width characters, with blanks around.
 void Narrow(QLineEdit& box) {
@@ -44,16 +44,16 @@ AccountPage::AccountPage(QLineEdit& name, ReceivePage& receiving, SendPage& send
       receiving_(receiving),
       sending_(sending),
       lookup_(new ServerLookup(this)) {
-  txMailaddress_ = AddText(QStringLiteral("txMailaddress"), Ui::tr("メールアドレス(&M)"));
-  AddText(QStringLiteral("txDisplay"), Ui::tr("表示名(&D)"));
+  txMailaddress_ = AddText(control::kText + account_key::kAddress, Ui::tr("メールアドレス(&M)"));
+  AddText(control::kText + account_key::kDisplay, Ui::tr("表示名(&D)"));
   AddLookup();
   auto* signature = new TextBox(this);
-  signature->setObjectName(QStringLiteral("txSignature"));
+  signature->setObjectName(control::kText + account_key::kSignature);
   signature->setTabChangesFocus(true);
   signature->setFixedHeight(signature->fontMetrics().lineSpacing() * (kSignatureLines + 1));
   signature->setToolTip(Ui::tr("新しいメッセージと返信の本文に入ります。空なら入れません。"));
   Layout().addRow(Ui::tr("署名(&B)"), signature);
-  AddCheck(QStringLiteral("ckEventLog"), Ui::tr("送受信の結果をイベントに記録する(&L)"))
+  AddCheck(control::kCheck + account_key::kEventLog, Ui::tr("送受信の結果をイベントに記録する(&L)"))
       ->setChecked(true);
 }
 
@@ -163,24 +163,23 @@ PageFault AccountPage::Check() {
 
 ServerPage::ServerPage(const QString& page, const QString& title, const QString& prefix)
     : FormPage(page, title), prefix_(prefix) {
-  server_ = AddText(QStringLiteral("tx") + prefix, Ui::tr("サーバー(&S)"));
-  trusted_ = AddHidden(QStringLiteral("tx") + prefix + QStringLiteral("Certificates"));
+  server_ = AddText(control::kText + prefix, Ui::tr("サーバー(&S)"));
+  trusted_ = AddHidden(control::kText + prefix + account_key::kCertificates);
   connect(&check_, &ConnectionCheck::Finished, this, &ServerPage::ShowResult);
 }
 
 void ServerPage::AddSecurity() {
-  security_ = AddChoice(QStringLiteral("cb") + prefix_ + QStringLiteral("Security"),
-                        Ui::tr("セキュリティ(&Y)"),
-                        {Ui::tr("なし"), QStringLiteral("STARTTLS"), QStringLiteral("TLS")});
-  port_ =
-      AddText(QStringLiteral("tx") + prefix_ + QStringLiteral("Port"), Ui::tr("ポート番号(&P)"));
+  security_ =
+      AddChoice(control::kChoice + prefix_ + account_key::kSecurity, Ui::tr("セキュリティ(&Y)"),
+                {Ui::tr("なし"), QStringLiteral("STARTTLS"), QStringLiteral("TLS")});
+  port_ = AddText(control::kText + prefix_ + account_key::kPort, Ui::tr("ポート番号(&P)"));
   connect(security_, &QComboBox::currentIndexChanged, this, &ServerPage::FollowSecurity);
   security_->setCurrentIndex(kFirstSecurity);
 }
 
 void ServerPage::AddCredentials() {
   for (const CredentialPart& part : kCredentialParts) {
-    const QString name = QStringLiteral("tx") + prefix_ + part.key;
+    const QString name = control::kText + prefix_ + part.key;
     const QString label = Ui::tr(part.label);
     credentials_.append(part.isSecret ? AddPassword(name, label) : AddText(name, label));
   }
@@ -334,16 +333,16 @@ PageFault ServerPage::Check() {
 // --- receive -----------------------------------------------------------------------------------
 
 ReceivePage::ReceivePage()
-    : ServerPage(QStringLiteral("receive"), Ui::tr("受信(&R)"), QStringLiteral("InMailServer")) {
+    : ServerPage(QStringLiteral("receive"), Ui::tr("受信(&R)"), account_key::kIn) {
   UsePorts({kPop3Ports.begin(), kPop3Ports.end()});
-  protocol_ = AddChoice(QStringLiteral("cbInMailServerProtocol"), Ui::tr("種類(&T)"),
-                        {QStringLiteral("POP3"), QStringLiteral("APOP")});
+  protocol_ = AddChoice(control::kChoice + account_key::kIn + account_key::kProtocol,
+                        Ui::tr("種類(&T)"), {QStringLiteral("POP3"), QStringLiteral("APOP")});
   AddSecurity();
   AddCredentials();
-  savePassword_ =
-      AddCheck(QStringLiteral("ckInMailServerPasswordSave"), Ui::tr("パスワードを保存する(&V)"));
+  savePassword_ = AddCheck(control::kCheck + account_key::kIn + account_key::kPasswordSave,
+                           Ui::tr("パスワードを保存する(&V)"));
   savePassword_->setChecked(true);
-  AddCheck(QStringLiteral("ckInMailServerDelete"),
+  AddCheck(control::kCheck + account_key::kIn + account_key::kDelete,
            Ui::tr("受信したメッセージをサーバーから削除する(&X)"));
   AddCheckButton();
 }
@@ -383,12 +382,14 @@ void ReceivePage::Finish(Disk& bag) {
 // --- send --------------------------------------------------------------------------------------
 
 SendPage::SendPage(const ReceivePage& receiving)
-    : ServerPage(QStringLiteral("send"), Ui::tr("送信(&E)"), kOutServer), receiving_(receiving) {
+    : ServerPage(QStringLiteral("send"), Ui::tr("送信(&E)"), account_key::kOut),
+      receiving_(receiving) {
   UsePorts({kSmtpPorts.begin(), kSmtpPorts.end()});
-  AddChoice(QStringLiteral("cbOutMailServerProtocol"), Ui::tr("種類(&T)"),
+  AddChoice(control::kChoice + account_key::kOut + account_key::kProtocol, Ui::tr("種類(&T)"),
             {QStringLiteral("SMTP"), QStringLiteral("POP before SMTP")});
   AddSecurity();
-  authenticate_ = AddCheck(QStringLiteral("ckOutMailServerAuth"), Ui::tr("送信時に認証する(&Z)"));
+  authenticate_ = AddCheck(control::kCheck + account_key::kOut + account_key::kAuth,
+                           Ui::tr("送信時に認証する(&Z)"));
   AddCredentials();
   const auto follow = [this](bool on) {
     for (QLineEdit* box : CredentialBoxes()) box->setEnabled(on);
@@ -453,7 +454,7 @@ void SendPage::Finish(Disk& bag) {
   const Credentials sending = Who();
   for (const CredentialPart& part : kCredentialParts) {
     if (!part.isAsked || sending.*part.text != receiving.*part.text) continue;
-    bag.Let(kOutServer + part.key, QString());
+    bag.Let(account_key::kOut + part.key, QString());
   }
 }
 

@@ -5,7 +5,9 @@
 #include <QHeaderView>
 #include <QLineEdit>
 
+#include "objects/folder_object.h"
 #include "objects/window/condition_value_editor.h"
+#include "objects/window/control_names.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -25,7 +27,7 @@ Editor* CellEditor(const QTableWidget& table, int row, int column) {
 
 ConditionEditor::ConditionEditor(const Context& context, QWidget* parent)
     : QTableWidget(0, kColumns, parent), context_(context) {
-  setObjectName(QStringLiteral("lvCondition"));
+  setObjectName(control::kList + FolderObject::kConditions);
   setAccessibleName(Ui::tr("条件"));
   setProperty("tag", QStringLiteral("text"));
   setHorizontalHeaderLabels({Ui::tr("結合"), Ui::tr("種類"), Ui::tr("否定"), Ui::tr("値")});

@@ -11,6 +11,7 @@
 #include "objects/object_types.h"
 #include "objects/save_object.h"
 #include "objects/shown_object.h"
+#include "objects/window/control_names.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -37,26 +38,27 @@ QString MeaningOfDefault(const QString& type) {
 
 FilePage::FilePage(const Context& context, const QString& type, const SerialId& serialId)
     : FormPage(QStringLiteral("file"), Ui::tr("全般(&G)")), type_(type) {
-  AddHidden(QStringLiteral("txFormName"))->setText(type);
-  AddHidden(QStringLiteral("txDraw"))->setText(type == object_type::kFolder ? QString() : type);
-  txObject_ = AddText(QStringLiteral("txObject"), Ui::tr("名前(&N)"));
-  AddText(QStringLiteral("txToolTipText"), Ui::tr("説明(&D)"));
+  AddHidden(control::kText + AnyObject::kType)->setText(type);
+  AddHidden(control::kText + AnyObject::kDraw)
+      ->setText(type == object_type::kFolder ? QString() : type);
+  txObject_ = AddText(control::kText + AnyObject::kName, Ui::tr("名前(&N)"));
+  AddText(control::kText + AnyObject::kToolTip, Ui::tr("説明(&D)"));
   tvParent_ = new QTreeWidget(this);
-  tvParent_->setObjectName(QStringLiteral("tvParent"));
+  tvParent_->setObjectName(control::kTree + AnyObject::kParent);
   tvParent_->setHeaderHidden(true);
   tvParent_->setFixedHeight(kTreeHeight);
   tvParent_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   Layout().addRow(Ui::tr("場所(&P)"), tvParent_);
   FillTree(context, type, serialId);
-  QCheckBox* enabled = AddCheck(QStringLiteral("ckEnabled"), Ui::tr("使用する(&U)"));
+  QCheckBox* enabled = AddCheck(control::kCheck + AnyObject::kEnabled, Ui::tr("使用する(&U)"));
   enabled->setChecked(true);
   enabled->setVisible(type == object_type::kAccount);  // it says nothing of the others
-  QCheckBox* standard = AddCheck(QStringLiteral("ckDefault"), Ui::tr("既定にする(&T)"));
+  QCheckBox* standard = AddCheck(control::kCheck + AnyObject::kDefault, Ui::tr("既定にする(&T)"));
   standard->setToolTip(ShownToolTip(MeaningOfDefault(type)));
   standard->setVisible(!standard->toolTip().isEmpty());
   // By a rule that goes before what is chosen here.
   if (type == object_type::kProfile) standard->setEnabled(false);
-  QCheckBox* system = AddCheck(QStringLiteral("ckSystem"), Ui::tr("標準のオブジェクト"));
+  QCheckBox* system = AddCheck(control::kCheck + AnyObject::kSystem, Ui::tr("標準のオブジェクト"));
   system->setEnabled(false);
   system->hide();
 }

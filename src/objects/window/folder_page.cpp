@@ -13,6 +13,7 @@
 #include "objects/any_object.h"
 #include "objects/folder_object.h"
 #include "objects/object_types.h"
+#include "objects/window/control_names.h"
 #include "storage/engine/condition_limit.h"
 #include "storage/ui.h"
 
@@ -70,9 +71,9 @@ FolderPage::FolderPage(Context& context, const SerialId& serialId)
   row->addStretch();
   Layout().addRow(buttons_);
 
-  ckSqlUse_ = AddCheck(QStringLiteral("ckSqlUse"), Ui::tr("条件をSQLで書く(&Q)"));
+  ckSqlUse_ = AddCheck(control::kCheck + FolderObject::kSqlUse, Ui::tr("条件をSQLで書く(&Q)"));
   txSql_ = new TextBox(this);
-  txSql_->setObjectName(QStringLiteral("txSql"));
+  txSql_->setObjectName(control::kText + FolderObject::kSql);
   txSql_->setFixedHeight(kSqlHeight);
   txSql_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   txSql_->setTabChangesFocus(true);

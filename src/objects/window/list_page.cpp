@@ -13,7 +13,10 @@
 #include "kit/window/access_names.h"
 #include "mail/codec/header/address.h"
 #include "mail/codec/header/list_splitting.h"
+#include "objects/book_object.h"
+#include "objects/bookmark_object.h"
 #include "objects/object_types.h"
+#include "objects/window/control_names.h"
 #include "storage/ui.h"
 
 namespace vorn {
@@ -180,7 +183,7 @@ void ListPage::MoveRow(int step) {
 // --- address book ------------------------------------------------------------------------------
 
 BookPage::BookPage()
-    : ListPage(object_type::kBook, Ui::tr("アドレス(&A)"), QStringLiteral("lvAddressbook"),
+    : ListPage(object_type::kBook, Ui::tr("アドレス(&A)"), control::kList + BookObject::kAddresses,
                {Ui::tr("メールアドレス"), Ui::tr("表示名")}) {}
 
 // The kind, which is not shown, stays that of the line.
@@ -230,8 +233,8 @@ PageFault BookPage::Check() {
 // --- bookmark ----------------------------------------------------------------------------------
 
 BookmarkPage::BookmarkPage()
-    : ListPage(object_type::kBookmark, Ui::tr("お気に入り(&A)"), QStringLiteral("lvUrl"),
-               {Ui::tr("アドレス"), Ui::tr("タイトル")}) {}
+    : ListPage(object_type::kBookmark, Ui::tr("お気に入り(&A)"),
+               control::kList + BookmarkObject::kLines, {Ui::tr("アドレス"), Ui::tr("タイトル")}) {}
 
 QString BookmarkPage::EditedLine(int row) const {
   QString url = Cell(row, 0);

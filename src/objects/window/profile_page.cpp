@@ -19,6 +19,7 @@
 #include "objects/any_object.h"
 #include "objects/object_types.h"
 #include "objects/profile/profile_password.h"
+#include "objects/window/control_names.h"
 #include "objects/window/recovery_code_window.h"
 #include "storage/bags/profile_bag.h"
 #include "storage/databases.h"
@@ -43,7 +44,7 @@ QString FileName(const QString& stored) {
 
 QTableWidget* MakeFileList(QWidget* parent) {
   auto* list = new QTableWidget(0, 2, parent);
-  list->setObjectName(QStringLiteral("lvHistory"));
+  list->setObjectName(control::kList + ProfileBag::kHistory);
   list->setProperty("tag", QStringLiteral("text"));
   list->setHorizontalHeaderLabels({Ui::tr("ファイル"), Ui::tr("状態")});
   list->horizontalHeader()->setStretchLastSection(true);
@@ -64,8 +65,8 @@ ProfilePage::ProfilePage(Context& context, const SerialId& serialId)
     : FormPage(object_type::kProfile, Ui::tr("プロファイル(&R)")),
       context_(context),
       serialId_(serialId) {
-  txProfile_ = AddHidden(QStringLiteral("txProfile"));
-  txMail_ = AddHidden(QStringLiteral("txMail"));
+  txProfile_ = AddHidden(control::kText + ProfileBag::kFile);
+  txMail_ = AddHidden(control::kText + ProfileBag::kMailFiles);
   lvHistory_ = MakeFileList(this);
   Layout().addRow(Ui::tr("メッセージのデータベース(&B)"), lvHistory_);
 

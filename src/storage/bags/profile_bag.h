@@ -47,7 +47,7 @@ class ProfileBag {
   bool IsCancelled() const { return bag_.Flag(kCancelled); }
   static void SetCancelled(Disk& bag, bool isCancelled) { bag.Let(kCancelled, isCancelled); }
 
- private:
+  // The keys. A prefix before one makes the name of the control that edits it.
   static inline const QString kFile = QStringLiteral("Profile");
   static inline const QString kMailFiles = QStringLiteral("Mail");
   static inline const QString kHistory = QStringLiteral("History");
@@ -59,6 +59,7 @@ class ProfileBag {
   static inline const QString kAnswer = QStringLiteral("status");
   static inline const QString kCancelled = QStringLiteral("cancel");
 
+ private:
   const Disk& bag_;
 };
 

@@ -25,10 +25,11 @@ class RulesObject {
   /// Whether what they stop is deleted on the server.
   bool DeletesOnServer() const { return bag_->Flag(kDeletes); }
 
- private:
+  // The keys. A prefix before one makes the name of the control that edits it.
   static inline const QString kLines = QStringLiteral("ReceiveStop");
   static inline const QString kDeletes = QStringLiteral("ReceiveStopDelete");
 
+ private:
   DiskPtr bag_;
 };
 

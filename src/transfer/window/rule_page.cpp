@@ -11,8 +11,10 @@
 #include <QTableWidget>
 
 #include "kit/window/plain_text.h"
+#include "objects/window/control_names.h"
 #include "storage/ui.h"
 #include "transfer/rules/receive_stop_rules.h"
+#include "transfer/rules/rules_object.h"
 
 namespace vorn {
 namespace {
@@ -64,7 +66,7 @@ RulePage::RulePage()
                               {Ui::tr("次の条件に合うメッセージを受信しない")});
   mode->setProperty("tag", QStringLiteral("nosave"));
 
-  lvReceiveStop_->setObjectName(QStringLiteral("lvReceiveStop"));
+  lvReceiveStop_->setObjectName(control::kList + RulesObject::kLines);
   lvReceiveStop_->setProperty("tag", QStringLiteral("text"));
   lvReceiveStop_->setAccessibleName(Ui::tr("受信停止の条件"));
   lvReceiveStop_->horizontalHeader()->hide();
@@ -85,7 +87,7 @@ RulePage::RulePage()
                  this);
   hint->setWordWrap(true);
   Layout().addRow(hint);
-  AddCheck(QStringLiteral("ckReceiveStopDelete"),
+  AddCheck(control::kCheck + RulesObject::kDeletes,
            Ui::tr("受信を停止したメッセージをサーバーから削除する(&X)"));
 
   txInput_->setObjectName(QStringLiteral("txInput"));
