@@ -315,6 +315,11 @@ TEST_F(FolderCommandsTest, MessagesAreThrownAwayTakenBackAndFiled) {
   EXPECT_EQ(Script(QStringLiteral("vorn.all(), vorn.chosen()")).toStringList(),
             TextsOf(Ids({1, 4})));
   // The whole choice is dragged by one of its messages, which the pointer says.
+  EXPECT_EQ(
+      Script(QStringLiteral("document.querySelector('[draggable]').dispatchEvent(new "
+                            "MouseEvent('mousedown', {bubbles: true})), vorn.chosen().length"))
+          .toInt(),
+      2);
   EXPECT_EQ(Script(QStringLiteral(
                 "document.querySelector('[draggable]').dispatchEvent(new DragEvent('dragstart', "
                 "{bubbles: true, dataTransfer: new DataTransfer})), "
@@ -377,6 +382,19 @@ TEST_F(FolderCommandsTest, TheInboxTakesWhatItCanShow) {
                            QTest::keyClick(window.focusWidget(), Qt::Key_Return);
                          });
   EXPECT_TRUE(WaitFor([&] { return filed() == Ids({2}); }));
+}
+
+// Its keys act on the message that was read last.
+TEST_F(FolderCommandsTest, TheListGoesAlongWithWhoReadsOnInAWindow) {
+  Begin(3, 100);
+  Press(Qt::Key_Home);
+  Press(Qt::Key_Return);
+  ASSERT_TRUE(WaitFor([] { return TopLevel<MessageWindow>() != nullptr; }));
+  MessageWindow& window = *TopLevel<MessageWindow>();
+  window.findChild<QAction*>(QStringLiteral("next"))->trigger();
+  ASSERT_TRUE(WaitFor([&] { return window.GetMessageSubject() == u"No2."; }));
+  window.close();
+  EXPECT_TRUE(AwaitScript(QStringLiteral("vorn.current() === 'mail_2'")));
 }
 
 // By what moves among messages that wait to be read, also over several pages.

@@ -49,10 +49,13 @@ TEST_F(EditingTest, AFolderIsMadeFromConditionsWithAPreview) {
   Open(object_type::kFolder, serialId);
   auto& stored = Child<ConditionEditor>(*window_, u"lvCondition");
   EXPECT_EQ(stored.rowCount(), 2);
+  qobject_cast<QCheckBox*>(stored.cellWidget(1, 2))->setChecked(true);
   // Another kind in a stored row is another condition, also while its value is still empty.
   qobject_cast<QComboBox*>(stored.cellWidget(0, 1))->setCurrentIndex(3);
   PressOk();
   EXPECT_FALSE(Stored(serialId)->Text(u"Condition").contains(QStringLiteral("plan")));
+  EXPECT_TRUE(
+      FolderSqlBuilder(context()).CreateFolderSql(serialId).contains(QStringLiteral("NOT ")));
 }
 
 TEST_F(EditingTest, AFolderThatLeadsBackToItselfIsNotSaved) {

@@ -99,6 +99,11 @@ TEST_F(FolderPageTest, FoldersThatAreOnlyLookedAtShareATab) {
   EXPECT_EQ(area->currentSubWindow()->windowTitle(), QStringLiteral("棚"));
   test::ClickRow(tree, Node(fixed_serial::kInbox));
   ASSERT_TRUE(shows(fixed_serial::kInbox, 2));
+  const auto browsers = Browsers();
+  EXPECT_EQ(std::count_if(browsers.begin(), browsers.end(),
+                          [](const auto* browser) { return browser->Tag() == kShelf; }),
+            1)
+      << "who goes to a tab leaves the others as they are";
   test::ClickRow(tree, Node(fixed_serial::kDust), Qt::LeftButton, Qt::ControlModifier);
   ASSERT_TRUE(shows(fixed_serial::kDust, 3));
   test::ClickRow(tree, Node(fixed_serial::kOutbox));

@@ -400,6 +400,29 @@ TEST_F(ReadingPaneTest, HtmlAndTextAreShownAsTheUserChoseLast) {
   }
 }
 
+TEST_F(ReadingPaneTest, HtmlAloneIsShownAsTheSettingSaysAndAfterAnotherOfItsKind) {
+  BeginReading(1, "Content-Type: text/html\r\n\r\n<p>first</p>\r\n");
+  Come("mail_2", "No2.\r\nContent-Type: text/html\r\n\r\n<p>second</p>",
+       QStringLiteral("2050-01-01 00:00:00"));
+  ASSERT_TRUE(AwaitScript(QStringLiteral("vorn.count() === 2")));
+  const auto& tabs = Child<QTabWidget>(*Pane(), u"tsBody");
+  for (const bool isHtmlFirst : {true, false}) {
+    Settings(program_->GetContext()).Bag()->Let(QStringLiteral("HtmlFirst"), isHtmlFirst);
+    for (const int number : {1, 2}) {
+      Press(number == 1 ? Qt::Key_Home : Qt::Key_Down);
+      ASSERT_TRUE(AwaitShown(number));
+      EXPECT_EQ(tabs.currentIndex(), isHtmlFirst ? 1 : 0) << number;
+      if (!isHtmlFirst) continue;
+      auto& page = Child<QWebEngineView>(*Pane(), u"wbPaneHtml");
+      EXPECT_TRUE(WaitFor([&] {
+        return ScriptIn(page, QStringLiteral("document.body && document.body.innerText"))
+            .toString()
+            .contains(number == 1 ? QStringLiteral("first") : QStringLiteral("second"));
+      })) << number;
+    }
+  }
+}
+
 TEST_F(ReadingPaneTest, AttachedPicturesAreSeenBesideTheText) {
   const QByteArray text = "Content-Type: multipart/mixed; boundary=b\r\n\r\n--b\r\n\r\ntext\r\n";
   BeginReading(1, text + Part("image/png", "a.png", Picture()) +

@@ -135,8 +135,15 @@ TEST_F(SendingWindowTest, LinesAreCountedAndWrappedWhereTheSettingSaysSo) {
     EXPECT_EQ(line.text(), QStringLiteral("この行は146文字、147桁"));
     text.moveCursor(QTextCursor::End);
     EXPECT_EQ(line.text(), QStringLiteral("この行は2文字、2桁"));
+    // What is put aside has its paragraphs as they were written.
+    const SerialId serial = window.Tag();
+    QTest::keyClicks(&text, QStringLiteral("c"));
+    window.close();
+    ASSERT_TRUE(Gone());
+    MessageWindow& again = Open(serial);
+    EXPECT_TRUE(Child<QPlainTextEdit>(again, u"txMemo").toPlainText().startsWith(longLine));
     const qsizetype before = smtp_.Messages().size();
-    window.findChild<QAction*>(QStringLiteral("mailup"))->trigger();
+    again.findChild<QAction*>(QStringLiteral("mailup"))->trigger();
     EXPECT_TRUE(Gone());
     ASSERT_TRUE(WaitFor([&] { return smtp_.Messages().size() > before; }));
     RunPlan();
