@@ -87,7 +87,8 @@ bool MessageDocument::IsSending() const {
 }
 
 bool IsErased(Context& context, const MessageDocument& document) {
-  const bool wasStored = document.HasRequest() && !document.IsNew() && !document.Source().isEmpty();
+  const bool wasStored =
+      document.Bag() != nullptr && !document.IsNew() && !document.Source().isEmpty();
   if (!wasStored) return false;
   const MessageBag message(*document.Bag());
   const OpenedDatabase mail(context, message.Database(), document.File());

@@ -33,7 +33,7 @@ class MessageDocument {
 
   /// Another message takes the place of this one; it is yet to be opened.
   void Take(const DiskPtr& request) { request_ = request; }
-  bool HasRequest() const { return request_ != nullptr; }
+  /// The request's bag; null before the first.
   const DiskPtr& Bag() const { return request_; }
   MailRequestBag Request() const { return MailRequestBag(*request_); }
   /// The serial identifier under which it was opened.

@@ -45,11 +45,14 @@ class ReadingPaneTest : public FolderPageTest {
   }
   // In the rectangle that the rest of a script says of `document.querySelector(`.
   void ClickTwice(const QString& where) {
-    const QVariantList at = Script(QStringLiteral("(() => { const r = document.querySelector(%1;"
-                                                  "  return [r.x + 3, r.y + 3]; })()")
-                                       .arg(where))
-                                .toList();
-    ASSERT_EQ(at.size(), 2);
+    QVariantList at;
+    ASSERT_TRUE(WaitFor([&] {  // a page that is being made anew has none yet
+      at = Script(QStringLiteral("(() => { const r = document.querySelector(%1;"
+                                 "  return [r.x + 3, r.y + 3]; })()")
+                      .arg(where))
+               .toList();
+      return at.size() == 2;
+    }));
     DoubleClickPage(QPoint(at[0].toInt(), at[1].toInt()));
   }
   bool AwaitMark(int number, FlagPosition place, const char* value) const {

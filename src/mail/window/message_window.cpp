@@ -178,7 +178,7 @@ void MessageWindow::SetActiveCharset(CharsetChoice charset) {
 }
 
 void MessageWindow::ControlToolbarUpdate() {
-  if (!document_.HasRequest()) return;
+  if (document_.Bag() == nullptr) return;
   controls_->ShowIconsAlone(Settings(context_).HasIconToolbar());
   form_->Body().UseFont(
       TextFont(context_, document_.IsEditable() ? FontUse::Written : FontUse::Read));
@@ -220,7 +220,7 @@ void MessageWindow::closeEvent(QCloseEvent* event) {
 void MessageWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() != QEvent::ActivationChange || !isActiveWindow()) return;
-  if (document_.HasRequest()) receipt_.AskSoon(document_.Bag());
+  if (document_.Bag() != nullptr) receipt_.AskSoon(document_.Bag());
 }
 
 void MessageWindow::KeepDraftNow() {
@@ -245,7 +245,7 @@ void MessageWindow::ShowModal() {
 
 // What waits may be sent while its window is open.
 void MessageWindow::MessagesChanged() {
-  if (!document_.HasRequest() || closing_.IsClosed()) return;
+  if (document_.Bag() == nullptr || closing_.IsClosed()) return;
   if (sending_->HasGone()) return Open();
   const bool hasAccount = bars_->ShowStanding();
   if (hasAccount && document_.IsEditable()) form_->NameSender(SenderLine(context_));

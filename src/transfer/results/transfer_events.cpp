@@ -21,7 +21,7 @@ void TransferEvents::SessionStarted() {
   log_.Begin(plan_.Job(SerialId(pop_.Tag)));
   received_.Begin();
   panel_.ShowStatus(pop_.Server, QStringLiteral("account"));
-  panel_.ShowWork(Ui::tr("接続中 …（%1）").arg(Account()));
+  panel_.ShowWork(Ui::tr("接続中 …（%1）").arg(AccountName()));
 }
 
 void TransferEvents::SessionEnded() {
@@ -41,11 +41,11 @@ void TransferEvents::Log(const QString& text) {
 }
 
 // As the user calls it; the server where nobody is served.
-QString TransferEvents::Account() const {
+QString TransferEvents::AccountName() const {
   if (log_.Job() == nullptr) return pop_.Server;
   const CheckJob job(log_.Job());
   if (const DiskCollectionPtr accounts = job.Accounts(); accounts && !accounts->IsEmpty()) {
-    return vorn::Account(accounts->First()).Name();
+    return Account(accounts->First()).Name();
   }
   const DiskCollectionPtr messages = job.Messages();
   if (messages == nullptr || messages->IsEmpty()) return pop_.Server;
@@ -57,16 +57,16 @@ QString TransferEvents::WorkWords(const FetchedMessages& fetched) const {
   const DiskCollectionPtr waiting =
       log_.Job() != nullptr ? CheckJob(log_.Job()).Messages() : nullptr;
   if (waiting != nullptr) {
-    return Ui::tr("送信中 …（あと%1通、%2）").arg(QString::number(waiting->Count()), Account());
+    return Ui::tr("送信中 …（あと%1通、%2）").arg(QString::number(waiting->Count()), AccountName());
   }
   // How many there are to come is known once all are decided.
   if (fetched.undecided == 0 && fetched.wanted > 0) {
     return Ui::tr("%1 / %2 通を受信中 …（%3）")
-        .arg(QString::number(fetched.come), QString::number(fetched.wanted), Account());
+        .arg(QString::number(fetched.come), QString::number(fetched.wanted), AccountName());
   }
-  if (fetched.come == 0) return Ui::tr("届いているか確認中 …（%1）").arg(Account());
+  if (fetched.come == 0) return Ui::tr("届いているか確認中 …（%1）").arg(AccountName());
   return Ui::tr("%n通を受信、ほかに届いているか確認中 …（%1）", nullptr, fetched.come)
-      .arg(Account());
+      .arg(AccountName());
 }
 
 void TransferEvents::Progress(qint64 total, qint64 done, const FetchedMessages& fetched) {

@@ -41,7 +41,7 @@ class TransferEvents : public PopEvents {
   int DeletedOnServer() const { return deleted_; }
 
  private:
-  QString Account() const;
+  QString AccountName() const;
   QString WorkWords(const FetchedMessages& fetched) const;
 
   CheckPlan& plan_;

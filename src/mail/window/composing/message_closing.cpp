@@ -99,7 +99,7 @@ LeftMessage MessageClosing::Left() const {
 }
 
 bool MessageClosing::Leave() {
-  if (!document_.HasRequest() || document_.Request().IsDeleted()) return true;
+  if (document_.Bag() == nullptr || document_.Request().IsDeleted()) return true;
   if (!document_.IsUnreadable()) FinishEditing();
   const Leaving leaving = RuleOfLeaving(Left(), Settings(context_).Care().dropsBlank);
   switch (leaving) {
