@@ -146,6 +146,32 @@ TEST_F(MessageWindowTest, WhoGoesOnAfterSeveralAddressesIsWhereHeClicked) {
 }
 
 // A row that is being typed in, without Enter, is what the user sees, and what every command takes.
+// What is typed after the box is the correction, from its first letter.
+TEST_F(MessageWindowTest, AWrongAddressIsMendedByTypingOn) {
+  MessageWindow& window = OpenStored("Subject: s\r\n\r\ntext\r\n.\r\n", kStatusEdit);
+  auto& list = Child<QTableWidget>(window, u"lvMailaddress");
+  const auto box = [&list](int row) {
+    return qobject_cast<QLineEdit*>(list.indexWidget(list.model()->index(row, 1)));
+  };
+  const int row = list.rowCount() - 1;
+  list.setFocus();
+  list.setCurrentCell(row, 1);
+  list.editItem(list.item(row, 1));
+  QTest::keyClicks(box(row), QStringLiteral("foo@"));
+  QTest::keyClick(box(row), Qt::Key_Return);
+  Child<QLineEdit>(window, u"txSubject").setFocus();
+  EXPECT_FALSE(NextMessageBox([&window] {
+                 window.findChild<QAction*>(QStringLiteral("mailup"))->trigger();
+               }).isEmpty());
+  window.activateWindow();
+  ASSERT_TRUE(WaitFor([] { return QApplication::focusWidget() != nullptr; }));
+  QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("e"));
+  QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("xample.jp"));
+  ASSERT_NE(box(row), nullptr);
+  EXPECT_EQ(box(row)->text(), QStringLiteral("foo@example.jp"));
+  window.SetEdited(false);
+}
+
 TEST_F(MessageWindowTest, AnAddressInWideFormsIsShownAsItIsSent) {
   MessageWindow& window = New();
   auto& list = Child<QTableWidget>(window, u"lvMailaddress");

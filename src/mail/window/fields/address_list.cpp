@@ -215,7 +215,10 @@ void AddressList::GoToFault() {
 void AddressList::GoTo(int row) {
   setCurrentCell(row, kAddress);
   setFocus();
-  if (!IsEditing()) editItem(item(row, kAddress));  // what is typed next corrects it
+  // What is typed next corrects it, from its first letter; a row that Enter has opened may be open
+  // still.
+  if (Box(row) == nullptr) editItem(item(row, kAddress));
+  if (QLineEdit* box = Box(row)) box->setFocus();
 }
 
 void AddressList::Append(const AddressEntry& entry) {

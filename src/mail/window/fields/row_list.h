@@ -47,13 +47,12 @@ class RowList : public QTableWidget {
   /// A row's text as it is shown.
   QString RowText(int row) const;
   bool IsEditing() const;
+  /// The box in which a row is edited; null when it is not open.
+  QLineEdit* Box(int row) const;
   /// Whether the last row is one that takes the next text.
   bool EndsEmpty() const;
 
  private:
-  /// The open box of a row, or null.
-  QLineEdit* Box(int row) const;
-
   int textColumn_;
 };
 
