@@ -183,7 +183,7 @@ Result<> LoadObjects(Context& context, DatabaseKind kind, DiskCollection& object
     if (object->DatabaseToDisk(context.Data)) {
       objects.Add(object);
     } else if (const StorageError reason = ReasonOf(context.Data);
-               reason.kind != StorageError::Kind::Damaged) {
+               reason.kind == StorageError::Kind::Busy) {
       return reason;  // another time it may be read: nothing is to be made in its place
     }
   }

@@ -362,6 +362,9 @@ TEST_F(EditingTest, AStoredPasswordGoesFromBothPages) {
   for (const auto* key : {u"InMailServerPassword", u"OutMailServerPassword"}) {
     EXPECT_EQ(Stored(account->Serial())->Text(key), QString());
   }
+  // That of sending does not stay in memory either, where it would be used in place of the one that
+  // is asked for.
+  EXPECT_EQ(account->Text(u"OutMailServerPassword"), QString());
 }
 
 }  // namespace

@@ -85,8 +85,7 @@ Result<MessageFlags> FlagsOf(Context& context, const SerialIds& messages);
 /// folder alone, or in none where it is empty, and not in the dust bin.
 Result<SerialIds> UnchangedAmong(Context& context, const MessageFlags& flags,
                                  const SerialId& folder);
-/// How many messages from that address wait to be sent; 0 as well when the file cannot
-/// be read.
+/// How many messages from that address wait to be sent.
 Result<int> CountWaiting(Context& context, const QString& address);
 /// What came of emptying the dust bin, which somebody may have ended.
 struct Emptied {

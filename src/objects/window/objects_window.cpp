@@ -58,7 +58,7 @@ void ObjectsWindow::BuildAccountPages() {
   AddPage(new AccountPage(*file_->Name(), *receiving, *sending));
   AddPage(receiving);
   AddPage(sending);
-  servers_ = {receiving, sending};
+  receiving_ = receiving;
 }
 
 void ObjectsWindow::BuildListPage(ListPage* page) {
@@ -139,7 +139,7 @@ bool ObjectsWindow::Save() {
     return false;
   }
   // A receive password that is not saved is still known until the program ends.
-  for (const ServerPage* server : servers_) server->LetSecrets(*bag);
+  if (receiving_ != nullptr) receiving_->LetSecrets(*bag);
   TakeOver(GetContext(), *bag);
   if (profile_ != nullptr && !profile_->DeleteRemoved()) {
     ShowBox(this, QMessageBox::Critical, Ui::tr("ファイルを削除できませんでした。"));

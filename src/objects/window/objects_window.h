@@ -9,7 +9,7 @@ class FilePage;
 class FolderPage;
 class ListPage;
 class ProfilePage;
-class ServerPage;
+class ReceivePage;
 
 /// The object property window "objects": the pages of an object's type, saved as one object.
 class ObjectsWindow : public EditingWindow {
@@ -42,7 +42,7 @@ class ObjectsWindow : public EditingWindow {
   ProfilePage* profile_ = nullptr;
   FolderPage* folder_ = nullptr;
   ListPage* entries_ = nullptr;
-  QList<ServerPage*> servers_;
+  ReceivePage* receiving_ = nullptr;  // of an account
 };
 
 }  // namespace vorn
