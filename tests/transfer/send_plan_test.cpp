@@ -140,6 +140,18 @@ TEST_F(SendPlanTest, PopBeforeSmtpLogsInFirst) {
   EXPECT_EQ(host_.passwordQuestions, 1);
   EXPECT_TRUE(host_.lastQuestion.toSend);
   EXPECT_EQ(pop3.Count("PASS"), 2);
+  // Nor after a login that fails: the refused message would be noted as refused.
+  account->Let(QStringLiteral("InMailServerPassword"), QStringLiteral("wrong"));
+  StoreWaiting("me@example.com", "u");
+  const qsizetype told = host_.log.size();
+  traffic_.Plan().CreateMessagePlan(kPlanPeriodic);
+  EXPECT_TRUE(test::WaitFor([&] {
+    traffic_.Tick();
+    return host_.log.size() > told;
+  }));
+  EXPECT_EQ(pop3.Count("PASS"), 3);
+  EXPECT_EQ(smtp_.Count("MAIL"), 2);
+  EXPECT_EQ(Subjects(kStatusWaiting), QStringList{QStringLiteral("u")});
 }
 
 TEST_F(SendPlanTest, ASentMessageKeepsItsFoldersAndFlags) {

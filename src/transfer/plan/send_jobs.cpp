@@ -133,6 +133,12 @@ void SendJobs::StartSending(CheckJob& job, SendItem& message) {
     job.SetStep(JobStep::Waits);
     return;
   }
+  // The server would refuse the message for want of the login, which would be noted as its answer.
+  if (job.IsUnasked() && account.IsPopBeforeSmtp() && record.HasError()) {
+    sessions_.Record(job, account);
+    LeaveOut(job, message);
+    return;
+  }
   const SerialId serial = message.Serial();
   const auto waiting = Outbox(context_, message.File(context_)).Read(serial);
   if (!waiting) {

@@ -28,7 +28,14 @@ Result<> WaitingMessages::Plan(const WaitingSearch& search) {
   std::vector<SendItem>& messages = *found;
   if (messages.empty() || !MaySendFrom(messages.front().File(context_))) return {};
   senders_.GiveSenders(messages);
-  if (search.isCheck && Settings(context_).Care().skipsRefused) LeaveOutRefused(messages);
+  if (search.isCheck && Settings(context_).Care().skipsRefused) {
+    const Result<> leftOut = LeaveOutRefused(messages);
+    if (leftOut.Error().kind == StorageError::Kind::Busy) return leftOut;
+    if (!leftOut) {
+      TellUnread(leftOut.Error());
+      return {};
+    }
+  }
   AddSendJob(messages);
   return {};
 }
@@ -53,14 +60,9 @@ bool WaitingMessages::IsPlanned(const SerialId& serial) const {
 
 // What a server has refused for good would be refused at each check, until somebody mends the
 // message or the account, or sends it again.
-void WaitingMessages::LeaveOutRefused(std::vector<SendItem>& messages) {
-  if (messages.empty()) return;
+Result<> WaitingMessages::LeaveOutRefused(std::vector<SendItem>& messages) {
   const auto refusals = SendRefusals(context_, messages.front().File(context_)).All();
-  if (!refusals) {
-    host_.AddEvent(kEventError, kEventObject, SerialId(), Ui::tr("システム"),
-                   QStringLiteral("mailup"), refusals.Error().text);
-    return messages.clear();
-  }
+  if (!refusals) return refusals.Error();
   const auto& known = *refusals;
   const auto first =
       std::stable_partition(messages.begin(), messages.end(), [&known](const SendItem& message) {
@@ -69,7 +71,7 @@ void WaitingMessages::LeaveOutRefused(std::vector<SendItem>& messages) {
       });
   std::vector<SendItem> refused(first, messages.end());
   messages.erase(first, messages.end());
-  if (jobs_.RunsPeriodically()) return;
+  if (jobs_.RunsPeriodically()) return {};
   // Each time that it was tried is told of once.
   std::erase_if(refused, [&](const SendItem& message) {
     const SendRefusal refusal = known.value(message.Serial());
@@ -78,6 +80,7 @@ void WaitingMessages::LeaveOutRefused(std::vector<SendItem>& messages) {
     return isTold;
   });
   if (!refused.empty()) TellRefused(refused);
+  return {};
 }
 
 // Folded, each stands where it was first told of.

@@ -47,7 +47,7 @@ class WaitingMessages {
  private:
   bool MaySendFrom(const QString& file);
   bool IsPlanned(const SerialId& serial) const;
-  void LeaveOutRefused(std::vector<SendItem>& messages);
+  Result<> LeaveOutRefused(std::vector<SendItem>& messages);
   void TellRefused(const std::vector<SendItem>& messages);
   void TellUnread(const StorageError& reason);
   Result<std::vector<SendItem>> Find(const WaitingSearch& search);

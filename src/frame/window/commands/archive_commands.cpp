@@ -230,11 +230,12 @@ void ArchiveCommands::TakeBack(const Move& back, const MessageFlags& flags,
   const auto kept = static_cast<int>(flags.size()) - gone - left;
   QString text = Ui::tr("取り込んだメッセージ%n通をくずかごに入れました。", nullptr, gone);
   if (kept > 0) text += Ui::tr("取り込んでから変更された%n通は残しました。", nullptr, kept);
-  if (left > 0) text += Ui::tr("中止したので、%n通が残っています。", nullptr, left);
+  const QString remaining = Ui::tr("中止したので、%n通が残っています。", nullptr, left);
+  if (left > 0) text += remaining;
   // Whoever ended it by mistake goes on with what is left.
   const Move rest =
       back.Only(back.Only(unchanged.ValueOr({})).Messages().mid(moved.messages.size()));
-  if (left > 0) OfferUndo(text, rest, folder);
+  if (left > 0) OfferUndo(remaining, rest, folder);
   if (moved.end) {
     ShowBox(&window_, QMessageBox::Information, text);
   } else {

@@ -1,7 +1,6 @@
 #include "present/window/page/long_search.h"
 
 #include <QSet>
-#include <QTimer>
 #include <utility>
 
 #include "present/message_list_page.h"
@@ -25,7 +24,17 @@ LongSearch::LongSearch(Context& context, MessageListPages& pages, const PageRequ
       pages_(pages),
       request_(request),
       wait_(new ConditionWait(context, [this] { Q_EMIT Stopped(); })),
-      againMs_(kLookAgainMs) {}
+      againMs_(kLookAgainMs) {
+  again_.setSingleShot(true);
+  connect(&again_, &QTimer::timeout, this, [this] {
+    const bool isShown =
+        request_.IsLocal() && request_.Folder() == folder_ && request_.Search() == search_;
+    if (!isShown) return;
+    pages_.Forget(folder_, search_);
+    isRepeated_ = true;
+    Q_EMIT Outdated();
+  });
+}
 
 QWidget* LongSearch::Bar() const {
   return wait_;
@@ -50,12 +59,16 @@ bool LongSearch::IsLooking() const {
 
 void LongSearch::Begin(const std::function<void()>& then) {
   if (!std::exchange(isRepeated_, false)) againMs_ = kLookAgainMs;
+  again_.stop();
+  folder_ = request_.Folder();
+  search_ = request_.Search();
   begunAt_ = StateOfMail();
   wait_->Ask(Question(), [this, then](const ConditionRun::Answer& answer) { Take(answer, then); });
   gone_.clear();
 }
 
 void LongSearch::Stop() {
+  again_.stop();
   wait_->Stop();
 }
 
@@ -85,16 +98,7 @@ void LongSearch::Take(const ConditionRun::Answer& answer, const std::function<vo
 // What has changed while the messages were looked for may not be in the answer. Each time later,
 // as long as something changes.
 void LongSearch::LookAgain() {
-  const SerialId folder = request_.Folder();
-  const FolderSearch search = request_.Search();
-  const int ms = std::exchange(againMs_, qMin(2 * againMs_, kLongestAgainMs));
-  QTimer::singleShot(ms, this, [this, folder, search] {
-    if (!request_.IsLocal() || request_.Folder() != folder || !(request_.Search() == search))
-      return;
-    pages_.Forget(folder, search);
-    isRepeated_ = true;
-    Q_EMIT Outdated();
-  });
+  again_.start(std::exchange(againMs_, qMin(2 * againMs_, kLongestAgainMs)));
 }
 
 }  // namespace vorn

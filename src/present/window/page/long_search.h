@@ -2,8 +2,10 @@
 
 #include <QObject>
 #include <QStringList>
+#include <QTimer>
 #include <functional>
 
+#include "mail/search/folder_search.h"
 #include "storage/base/serial_id.h"
 #include "storage/condition_run.h"
 
@@ -58,6 +60,9 @@ class LongSearch : public QObject {
   int againMs_;              // how long it then waits before it looks again by itself
   bool isRepeated_ = false;  // what begins is looked for by itself
   SerialIds gone_;           // since it began
+  SerialId folder_;          // what it looked for
+  FolderSearch search_;
+  QTimer again_;
 };
 
 }  // namespace vorn
