@@ -68,7 +68,6 @@ void LongSearch::Begin(const std::function<void()>& then) {
 }
 
 void LongSearch::Stop() {
-  again_.stop();
   wait_->Stop();
 }
 
